@@ -1,0 +1,49 @@
+// A record set on a local database, as the extractors and the settlement walk it.
+//
+//   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext()) {
+//     total += NzLong(rows->field("price"));
+//     rows->edit(); rows->setField("c_upload", true); rows->update();
+//   }
+//
+// Errors: 3021 no current record, 3265 no such field (with the field's name), 3027 read-only or
+// not updatable, 3020 update without edit, 91 after close, and those of the Jet engine. A fault
+// while walking (a damaged page) is thrown where it is met.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "jet/variant.h"
+
+namespace localdb {
+
+class RecordSet {
+ public:
+  virtual ~RecordSet() = default;
+
+  // Rows in all; complete from the moment that the record set is open.
+  [[nodiscard]] virtual std::int32_t recordCount() const = 0;
+
+  // True behind the last row, and always where there is none.
+  [[nodiscard]] virtual bool atEnd() const = 0;
+
+  // On an empty record set moveFirst and moveLast throw 3021, as does moveNext behind the end.
+  virtual void moveFirst() = 0;
+  virtual void moveNext() = 0;
+  virtual void moveLast() = 0;
+
+  // Value of the current row's field; names match without regard to case.
+  [[nodiscard]] virtual jet::Variant field(std::string_view name) const = 0;
+
+  // Changes to the current row, all written by update. Record sets on one table only (error 3027
+  // otherwise).
+  virtual void edit() = 0;
+  virtual void setField(std::string_view name, const jet::Variant& value) = 0;
+  virtual void update() = 0;
+
+  // Lets go of everything; every other call then throws 91. The destructor does the same.
+  virtual void close() = 0;
+};
+
+}  // namespace localdb

@@ -1,0 +1,1 @@
+#include "platform/runtime_error.h"
