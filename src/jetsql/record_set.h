@@ -1,0 +1,67 @@
+// The rows that a query gives, in their order, to be walked and, where they come from one table,
+// changed.
+//
+//   auto rows = session->openRecordSet("SELECT * FROM Selling WHERE s_id = 7");
+//   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext()) use(rows->field("price"));
+//
+// Rows of tables are kept as row identities (8 bytes a table and row) and their fields are read
+// from the file when asked for; computed values are kept. The record set keeps its session alive.
+//
+// Errors: 3021 no current record, 3265 no such field, 3027 not updatable, 3020 update without
+// edit, 91 after close, and the Jet engine's where a row cannot be read.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jet/variant.h"
+
+namespace jetsql {
+
+struct FieldDescription {
+  std::string name;
+  jet::VariantType type = jet::VariantType::Null;
+};
+
+class RecordSet {
+ public:
+  class Implementation;
+
+  explicit RecordSet(std::unique_ptr<Implementation> implementation);
+  RecordSet(const RecordSet&) = delete;
+  RecordSet& operator=(const RecordSet&) = delete;
+  ~RecordSet();
+
+  [[nodiscard]] const std::vector<FieldDescription>& fields() const;
+  [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;  // any case; error 3265
+
+  // Complete from the start. Positioned on the first row when just opened.
+  [[nodiscard]] std::int32_t recordCount() const;
+  [[nodiscard]] bool atEnd() const;
+  void moveFirst();
+  void moveNext();
+  void moveLast();
+
+  [[nodiscard]] jet::Variant field(std::size_t index) const;
+  [[nodiscard]] jet::Variant field(std::string_view name) const { return field(fieldIndex(name)); }
+
+  // Single-table record sets of a writable session. Values are collected by setField and written
+  // together by update; moving drops them.
+  [[nodiscard]] bool isUpdatable() const;
+  void edit();
+  void setField(std::string_view name, const jet::Variant& value);
+  void update();
+
+  void close();
+
+ private:
+  [[nodiscard]] Implementation& alive() const;  // error 91 after close
+
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace jetsql

@@ -1,0 +1,58 @@
+// Jet SQL on one open Jet file.
+//
+//   auto session = Session::open("/shop/data.mdb", {.readOnly = false}, environment);
+//   auto rows = session->openRecordSet("SELECT * FROM Selling WHERE rDate = #2013-08-02#");
+//
+// A session keeps what is worth keeping between queries: prepared statements (a text that differs
+// only in its literals is prepared once) and indexes built in memory for tables that have none.
+// Both live as long as the session does. Record sets keep their session alive.
+//
+// Errors: those of opening a Jet file (3024, 3031, 3049, 3343, ...), of the language (3061 unknown
+// name or a parameter without value, 3075 syntax, 3078 unknown table or query), of linked tables
+// (3024, 3044, 3151), and whatever a function or a damaged page raises while rows are collected.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jetsql/environment.h"
+#include "jetsql/external_source.h"
+#include "jetsql/record_set.h"
+
+namespace jetsql {
+
+struct SessionOptions {
+  bool readOnly = true;
+  bool exclusive = false;
+  std::string password;                // of the database; empty: none
+  ExternalSource* external = nullptr;  // tables linked to other systems; outlives the session
+};
+
+class Session : public std::enable_shared_from_this<Session> {
+ public:
+  class Implementation;
+
+  // The environment outlives the session.
+  [[nodiscard]] static std::shared_ptr<Session> open(const std::filesystem::path& file,
+                                                     const SessionOptions& options,
+                                                     Environment& environment);
+  explicit Session(std::unique_ptr<Implementation> implementation);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  // `source` is a SELECT (UNION, TRANSFORM) text or the name of a table or saved query.
+  [[nodiscard]] std::unique_ptr<RecordSet> openRecordSet(std::string_view source);
+
+  // Names as the catalogue has them, without system tables and hidden queries.
+  [[nodiscard]] std::vector<std::string> tableNames() const;
+  [[nodiscard]] std::vector<std::string> queryNames() const;
+
+ private:
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace jetsql
