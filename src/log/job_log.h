@@ -1,0 +1,49 @@
+// The job log, one file a day (H20130821D.log), and the progress panel whose texts it takes.
+//
+//   jobLog.startRun();                                  // the file of today, for the whole run
+//   joblog::report(panel, jobLog, "File Create..");     // shows the text and logs it
+//
+// A line is the text as it stands; no time is added. Errors: those of platform/files.h.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/clock.h"
+
+namespace joblog {
+
+// The window's panel sspRem, and the window's way to breathe in long loops.
+class Progress {
+ public:
+  virtual ~Progress() = default;
+  virtual void setCaption(std::string_view text) = 0;
+  [[nodiscard]] virtual std::string caption() const = 0;
+  // Lets the window handle what waits in its message loop.
+  virtual void yield() = 0;
+};
+
+class JobLog {
+ public:
+  JobLog(std::string programFolder, const platform::Clock& clock);
+
+  // Chooses today's file and creates it where it is missing.
+  void startRun();
+
+  // Without a run before it, to the file of the day of its first call.
+  void append(std::string_view text);
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  void choosePath();
+
+  std::string programFolder_;
+  const platform::Clock& clock_;
+  std::string path_;
+};
+
+// Shows the text, reads the caption back and logs that.
+void report(Progress& progress, JobLog& log, std::string_view text);
+
+}  // namespace joblog

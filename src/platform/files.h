@@ -1,0 +1,50 @@
+// Files and folders. Paths and names are UTF-8.
+//
+//   const auto path = platform::joinPath(folder, "config.ini");
+//   if (!platform::fileExists(path)) ...
+//
+// Errors: 53 no such file, 58 the new name is taken, 61 disk full, 75 no access, 76 no such folder,
+// 57 anything else of the device; each description names the path.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+// Folder of the running executable, links followed, without a trailing separator.
+[[nodiscard]] std::string programFolder();
+
+// Folder and name with the system's separator between them, one even where the folder ends in one.
+[[nodiscard]] std::string joinPath(std::string_view folder, std::string_view name);
+
+[[nodiscard]] bool fileExists(const std::string& path);  // false for a folder
+[[nodiscard]] bool folderExists(const std::string& path);
+
+struct FolderEntry {
+  std::string name;
+  bool isFolder = false;
+};
+
+// In the order that the file system gives, without "." and "..".
+[[nodiscard]] std::vector<FolderEntry> listFolder(const std::string& path);
+
+void createFolder(const std::string& path);      // its parent must exist
+void createEmptyFile(const std::string& path);   // an existing one is cut to nothing
+[[nodiscard]] std::uint64_t fileLength(const std::string& path);
+[[nodiscard]] std::string readFile(const std::string& path);
+
+// Opens, appends in one write, closes; creates the file where it is missing. Lines of two processes
+// on one file interleave and are not torn.
+void appendToFile(const std::string& path, std::string_view bytes);
+
+// The file is the old one or the new one at any moment: written beside under a working name, then
+// renamed. Its permissions stay.
+void replaceFile(const std::string& path, std::string_view bytes);
+
+void renameFile(const std::string& from, const std::string& to);  // never over an existing file
+void deleteFile(const std::string& path);
+
+}  // namespace platform
