@@ -82,6 +82,12 @@ class Variant {
     return std::get_if<T>(&value_);
   }
 
+  // Calls the visitor with the held value, std::monostate for Null; for conversions.
+  template <typename Visitor>
+  decltype(auto) visit(Visitor&& visitor) const {
+    return std::visit(std::forward<Visitor>(visitor), value_);
+  }
+
  private:
   std::variant<std::monostate, bool, std::uint8_t, std::int16_t, std::int32_t, float, double,
                Currency, DateTime, Numeric, std::string, Binary>
