@@ -1,0 +1,231 @@
+#include "transfer/upload_data.h"
+
+#include <algorithm>
+#include <exception>
+#include <system_error>
+#include <utility>
+
+#include "platform/runtime_error.h"
+#include "transfer/upload_file_name.h"
+
+namespace transfer {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The account of every shop at the central server.
+constexpr const char* kUser = "kornvat";
+constexpr const char* kPassword = "kvnt2281";
+constexpr const char* kRemoteFolder = "/MU/";
+
+constexpr int kAttempts = 5;
+constexpr std::uint32_t kCompressLimit = 30000;  // milliseconds for the chosen file
+constexpr int kDebugLevel = 4;
+
+constexpr std::string_view kCompressed = ".gz";
+
+bool isCompressed(std::string_view name) { return name.ends_with(kCompressed); }
+
+std::string withoutCompressed(const std::string& name) {
+  return name.substr(0, name.size() - kCompressed.size());
+}
+
+std::string lowerCase(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+std::vector<std::string> wordsOf(std::string_view commandLine) {
+  std::vector<std::string> words;
+  for (std::size_t start = 0; start <= commandLine.size();) {
+    const std::size_t end = std::min(commandLine.find(' ', start), commandLine.size());
+    words.push_back(lowerCase(commandLine.substr(start, end - start)));
+    start = end + 1;
+  }
+  return words;
+}
+
+template <typename Attempt>
+bool withinAttempts(const Attempt& attempt) {
+  for (int i = 0; i < kAttempts; ++i) {
+    if (attempt()) return true;
+  }
+  return false;
+}
+
+fs::path named(const fs::path& folder, const std::string& name) {
+  return folder / fs::path(std::u8string(name.begin(), name.end()));
+}
+
+std::string nameOf(const fs::path& path) {
+  const std::u8string name = path.filename().u8string();
+  return {name.begin(), name.end()};
+}
+
+}  // namespace
+
+UploadData::UploadData(TransferPlace place, TransferOutside outside)
+    : place_(std::move(place)), outside_(std::move(outside)) {}
+
+TransferResult UploadData::run(std::string_view commandLine) {
+  LmFtp = outside_.newFtpClient();
+  // Not looked at: without a session every upload fails and says so itself.
+  LmFtp->Connect(place_.host, place_.port, kUser, kPassword, "/");
+
+  outside_.status("업로드용 Config File Load..");
+  TransferResult result{TransferEnd::ProgramEnds, true};
+  if (readSwitches(commandLine, result)) return result;
+  if (outside_.useQuietUpload()) {
+    outside_.formActivate();
+    return {TransferEnd::ProgramEnds, nothingWaits()};
+  }
+
+  compressLeftovers();
+  uploadLeftovers();
+
+  outside_.status("기존 업로드용 파일 생성 체크..");
+  const std::string chosen = newestStatement();
+  if (!hasContent(chosen)) {
+    outside_.status("업로드할 내용이 없습니다.. ");
+    return {TransferEnd::ProgramEnds, nothingWaits()};
+  }
+  outside_.status("압축되지 않은 자료 압축...");
+  if (!compressChosen(chosen)) {
+    outside_.status("서버로 보내기 위한 압축에 실패했습니다.");
+    return {TransferEnd::Returned, false};
+  }
+  UploadFile(place_.uploadFolder, chosen);
+  LmFtp->Disconnect();
+  return {TransferEnd::Returned, nothingWaits()};
+}
+
+bool UploadData::readSwitches(std::string_view commandLine, TransferResult& result) {
+  for (const std::string& word : wordsOf(commandLine)) {
+    // "/t" sets a test flag that nothing reads.
+    if (word == "-debug") outside_.setMessageLevel(kDebugLevel);
+    if (word == "/c") {
+      result.complete = LmFtp->PutFile(place_.programFolder / "Pellmorn.exe", "/MU/Test.g");
+      return true;
+    }
+  }
+  return false;
+}
+
+void UploadData::compressLeftovers() {
+  outside_.status("이전 업로드 데이타 압축..");
+  std::error_code failure;
+  fs::create_directory(place_.uploadFolder, failure);
+  if (failure) {
+    throw RuntimeError(error::kPathAccess, "The upload folder '" + place_.uploadFolder.string() +
+                                               "' cannot be made: " + failure.message());
+  }
+  for (const std::string& name : listing(true)) {
+    if (lowerCase(name).ends_with(".txt") && IsUploadFileName(name)) startGzip(name);
+  }
+  waitForGzip();
+}
+
+void UploadData::uploadLeftovers() {
+  outside_.status("이전 압축파일 (*.gz) 업로드....");
+  for (const std::string& name : listing(false)) {
+    if (isCompressed(name)) UploadFile(place_.uploadFolder, withoutCompressed(name));
+  }
+}
+
+// Statement names begin with the time of their making, so the greatest text is the newest.
+std::string UploadData::newestStatement() const {
+  std::string chosen;
+  for (std::string& name : listing(true)) {
+    if (!IsUploadFileName(name)) continue;
+    if (isCompressed(name)) name = withoutCompressed(name);
+    if (name > chosen) chosen = std::move(name);
+  }
+  return chosen;
+}
+
+bool UploadData::hasContent(const std::string& chosen) const {
+  if (chosen.empty()) return false;
+  const fs::path file = named(place_.uploadFolder, chosen);
+  std::error_code failure;
+  const auto size = fs::file_size(file, failure);
+  if (failure) return false;
+  if (size == 0) fs::remove(file, failure);
+  return size != 0;
+}
+
+bool UploadData::compressChosen(const std::string& chosen) {
+  const fs::path compressed = named(place_.uploadFolder, chosen + std::string(kCompressed));
+  if (fs::exists(compressed)) return true;
+  const std::uint32_t start = outside_.tickCount();
+  startGzip(chosen);
+  waitForGzip();
+  while (!fs::exists(compressed)) {
+    // Unsigned, so that a counter that wraps in between still gives the time that has passed.
+    if (outside_.tickCount() - start > kCompressLimit) return false;
+  }
+  return true;
+}
+
+void UploadData::startGzip(const std::string& name) {
+  outside_.startHidden(place_.programFolder / "gzip.exe", named(place_.uploadFolder, name));
+}
+
+void UploadData::waitForGzip() {
+  while (outside_.IsProcessExist("gzip.exe") > 0) {
+  }
+}
+
+bool UploadData::UploadFile(const fs::path& folder, const std::string& name) {
+  try {
+    sendWhole(named(folder, name + std::string(kCompressed)), name);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+void UploadData::sendWhole(const fs::path& file, const std::string& name) {
+  const std::string temporary = kRemoteFolder + temporaryRemoteName(name, outside_.tickCount());
+  if (!withinAttempts([&] { return LmFtp->PutFile(file, temporary); })) {
+    outside_.status("서버로 업로드에 실패했습니다.");
+    return;
+  }
+  if (!withinAttempts([&] { return LmFtp->RenameFile(temporary, temporary + "z"); })) {
+    outside_.status("서버 파일의 이름 변경에 실패했습니다.");
+    return;
+  }
+  const bool gone = withinAttempts([&] {
+    std::error_code failure;
+    fs::remove(file, failure);
+    return !fs::exists(file);
+  });
+  if (!gone) outside_.status("원본 파일의 삭제에 실패했습니다.");
+}
+
+// Whatever fails leaves its file in the folder, so the folder tells whether all was sent.
+bool UploadData::nothingWaits() const {
+  const std::vector<std::string> names = listing(true);
+  return std::none_of(names.begin(), names.end(), [](const std::string& name) {
+    return isCompressed(name) || IsUploadFileName(name);
+  });
+}
+
+std::vector<std::string> UploadData::listing(bool filesOnly) const {
+  std::vector<std::string> names;
+  std::error_code failure;
+  for (fs::directory_iterator entry(place_.uploadFolder, failure), end; !failure && entry != end;
+       entry.increment(failure)) {
+    if (filesOnly && entry->is_directory()) continue;
+    names.push_back(nameOf(entry->path()));
+  }
+  if (failure) {
+    throw RuntimeError(error::kPathAccess, "The upload folder '" + place_.uploadFolder.string() +
+                                               "' cannot be read: " + failure.message());
+  }
+  return names;
+}
+
+}  // namespace transfer

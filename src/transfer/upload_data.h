@@ -1,0 +1,89 @@
+// The transfer of finished statement files to the central server: compress, send under a temporary
+// name, rename, delete.
+//
+//   UploadData upload(place, outside);
+//   const TransferResult result = upload.run("-debug");
+//
+// A file on the server whose name ends in ".gz" is always whole. A local file is deleted only
+// after its rename on the server succeeded; whatever fails stays where it is for the next run.
+// Nothing is thrown for a failed transfer; an unreadable upload folder is a RuntimeError (75/76).
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "transfer/ftp_client.h"
+
+namespace transfer {
+
+// Where things are. Names in the upload folder are UTF-8.
+struct TransferPlace {
+  std::filesystem::path programFolder;  // gzip.exe and Pellmorn.exe
+  std::filesystem::path uploadFolder;   // AutoLoadData
+  std::string host;
+  int port = 21;
+};
+
+// What the transfer uses of the world outside, so that it runs without waiting under test.
+struct TransferOutside {
+  std::function<std::unique_ptr<FtpClient>()> newFtpClient;
+  // Sets the caption of sspRem and appends the same line to the job log.
+  std::function<void(const std::string& text)> status;
+  std::function<void(const std::filesystem::path& program, const std::filesystem::path& file)>
+      startHidden;  // returns at once; a program that cannot be started is reported, not thrown
+  std::function<std::int32_t(const std::string& name)> IsProcessExist;
+  std::function<std::uint32_t()> tickCount;  // milliseconds, wrapping
+  std::function<bool()> useQuietUpload;      // key UseQuietUpload
+  std::function<void(int level)> setMessageLevel;
+  std::function<void()> formActivate;
+};
+
+enum class TransferEnd {
+  Returned,     // the window goes on
+  ProgramEnds,  // connection test, quiet mode, nothing to send
+};
+
+struct TransferResult {
+  TransferEnd end = TransferEnd::Returned;
+  bool complete = true;  // nothing is left to send; for the connection test: the file was sent
+};
+
+class UploadData {
+ public:
+  UploadData(TransferPlace place, TransferOutside outside);
+
+  // One run. `commandLine` is split at every single blank; "-debug", "/t" and "/c" count in either
+  // case.
+  TransferResult run(std::string_view commandLine);
+
+  // Sends folder/name.gz. True in every case that it completes, reported failures included; false
+  // when something unforeseen stopped it.
+  bool UploadFile(const std::filesystem::path& folder, const std::string& name);
+
+  // The session of the running or last run; may be replaced.
+  std::unique_ptr<FtpClient> LmFtp;
+
+ private:
+  // True when a word of the command line was the connection test, which was then made.
+  bool readSwitches(std::string_view commandLine, TransferResult& result);
+  void compressLeftovers();
+  void uploadLeftovers();
+  [[nodiscard]] std::string newestStatement() const;
+  [[nodiscard]] bool hasContent(const std::string& chosen) const;
+  bool compressChosen(const std::string& chosen);
+  void startGzip(const std::string& name);
+  void waitForGzip();
+  [[nodiscard]] bool nothingWaits() const;
+  [[nodiscard]] std::vector<std::string> listing(bool filesOnly) const;
+  void sendWhole(const std::filesystem::path& file, const std::string& name);
+
+  TransferPlace place_;
+  TransferOutside outside_;
+};
+
+}  // namespace transfer

@@ -1,0 +1,151 @@
+#include "transfer/zuk_ftp_client.h"
+
+#include <curl/curl.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "platform/runtime_error.h"
+
+namespace transfer {
+namespace {
+
+// libcurl wants its global state set up once and torn down once in a process.
+class CurlLibrary {
+ public:
+  CurlLibrary() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+  ~CurlLibrary() { curl_global_cleanup(); }
+  CurlLibrary(const CurlLibrary&) = delete;
+  CurlLibrary& operator=(const CurlLibrary&) = delete;
+
+  static void use() { static const CurlLibrary library; }
+};
+
+struct CloseList {
+  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+using List = std::unique_ptr<curl_slist, CloseList>;
+
+struct CloseHandle {
+  void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+};
+
+std::size_t readFile(char* buffer, std::size_t size, std::size_t count, void* stream) {
+  auto& file = *static_cast<std::ifstream*>(stream);
+  file.read(buffer, static_cast<std::streamsize>(size * count));
+  return file.bad() ? CURL_READFUNC_ABORT : static_cast<std::size_t>(file.gcount());
+}
+
+// Listings that a server may send are of no interest.
+std::size_t discard(char*, std::size_t size, std::size_t count, void*) { return size * count; }
+
+}  // namespace
+
+struct ZukFtpClient::Session {
+  std::unique_ptr<CURL, CloseHandle> handle{curl_easy_init()};
+  std::string root;  // ftp://host:port/
+  std::string user;
+  std::string password;
+  std::array<char, CURL_ERROR_SIZE> error{};
+
+  // "%2F" is the root folder of the server, where a plain "/" would be the folder after login. Only
+  // the file's name, which carries the shop's name, can hold what a URL cannot.
+  [[nodiscard]] std::string url(const std::string& absolutePath) const {
+    const std::size_t name = absolutePath.rfind('/') + 1;
+    const std::unique_ptr<char, decltype(&curl_free)> escaped(
+        curl_easy_escape(handle.get(), absolutePath.c_str() + name, 0), &curl_free);
+    return root + "%2F" + absolutePath.substr(1, name - 1) + escaped.get();
+  }
+
+  // A request starts from the handle's defaults but keeps its open connection.
+  void begin(const std::string& address, const FtpLimits& limits) {
+    CURL* curl = handle.get();
+    curl_easy_reset(curl);
+    error.front() = '\0';
+    curl_easy_setopt(curl, CURLOPT_URL, address.c_str());
+    curl_easy_setopt(curl, CURLOPT_USERNAME, user.c_str());
+    curl_easy_setopt(curl, CURLOPT_PASSWORD, password.c_str());
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
+    curl_easy_setopt(curl, CURLOPT_FTP_FILEMETHOD, static_cast<long>(CURLFTPMETHOD_NOCWD));
+    curl_easy_setopt(curl, CURLOPT_FTP_SKIP_PASV_IP, 1L);
+    curl_easy_setopt(curl, CURLOPT_NOPROXY, "*");
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error.data());
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, discard);
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, limits.connectSeconds);
+    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, limits.responseSeconds);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, limits.stallSeconds);
+  }
+};
+
+ZukFtpClient::ZukFtpClient(Report report, FtpLimits limits)
+    : report_(std::move(report)), limits_(limits) {
+  CurlLibrary::use();
+}
+
+ZukFtpClient::~ZukFtpClient() = default;
+
+bool ZukFtpClient::Connect(const std::string& host, int port, const std::string& user,
+                           const std::string& password, const std::string& remoteFolder) {
+  session_ = std::make_unique<Session>();
+  session_->root = "ftp://" + host + ":" + std::to_string(port) + "/";
+  session_->user = user;
+  session_->password = password;
+  return run("Connect", {"CWD " + remoteFolder});
+}
+
+void ZukFtpClient::Disconnect() { session_.reset(); }
+
+bool ZukFtpClient::PutFile(const std::filesystem::path& local, const std::string& remote) {
+  if (!session_) return fail("PutFile", error::kObjectNotSet, "no session");
+  std::error_code failure;
+  const auto size = std::filesystem::file_size(local, failure);
+  std::ifstream file(local, std::ios::binary);
+  if (failure || !file) {
+    return fail("PutFile", error::kFileNotFound, "cannot read '" + local.string() + "'");
+  }
+  session_->begin(session_->url(remote), limits_);
+  CURL* curl = session_->handle.get();
+  curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
+  curl_easy_setopt(curl, CURLOPT_READFUNCTION, readFile);
+  curl_easy_setopt(curl, CURLOPT_READDATA, &file);
+  // With the size told, an upload that ends early is an error and no shorter file.
+  curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
+  return finish("PutFile", curl_easy_perform(curl));
+}
+
+bool ZukFtpClient::RenameFile(const std::string& oldRemote, const std::string& newRemote) {
+  if (!session_) return fail("RenameFile", error::kObjectNotSet, "no session");
+  return run("RenameFile", {"RNFR " + oldRemote, "RNTO " + newRemote});
+}
+
+bool ZukFtpClient::run(const std::string& routine, const std::vector<std::string>& commands) {
+  session_->begin(session_->root, limits_);
+  List list;
+  for (const std::string& command : commands) {
+    list.reset(curl_slist_append(list.release(), command.c_str()));
+  }
+  CURL* curl = session_->handle.get();
+  curl_easy_setopt(curl, CURLOPT_QUOTE, list.get());
+  curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
+  return finish(routine, curl_easy_perform(curl));
+}
+
+bool ZukFtpClient::finish(const std::string& routine, int curlCode) {
+  if (curlCode == CURLE_OK) return true;
+  const char* detail = session_->error.data();
+  const std::string reason = curl_easy_strerror(static_cast<CURLcode>(curlCode));
+  return fail(routine, curlCode, *detail != '\0' ? reason + ": " + detail : reason);
+}
+
+bool ZukFtpClient::fail(const std::string& routine, int number, const std::string& description) {
+  report_("E)ZukFtpClient->" + routine + "[Erl:=0](Eno:=" + std::to_string(number) + ")" +
+          description);
+  return false;
+}
+
+}  // namespace transfer

@@ -1,0 +1,55 @@
+// The FTP session with the central server, passive mode, over libcurl.
+//
+//   ZukFtpClient ftp([&](const std::string& line) { messages.MsgDebug(line, ""); }, {});
+//   if (ftp.Connect(host, 21, user, password, "/")) ftp.PutFile(file, "/MU/20130821_153000_1.g");
+//
+// One connection serves all calls and is opened again by the call that finds it lost. A server that
+// does not answer, or stops taking bytes, ends the call after the limits below, so that it can hold
+// up a night's transfer but never stop it. The reason of a failure goes to the report function
+// given at construction, without user or password.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "transfer/ftp_client.h"
+
+namespace transfer {
+
+struct FtpLimits {
+  long connectSeconds = 20;   // to connect and to log in
+  long responseSeconds = 30;  // for the answer to one command
+  long stallSeconds = 30;     // without a byte moving
+};
+
+class ZukFtpClient final : public FtpClient {
+ public:
+  using Report = std::function<void(const std::string& line)>;
+
+  ZukFtpClient(Report report, FtpLimits limits);
+  ~ZukFtpClient() override;
+  ZukFtpClient(const ZukFtpClient&) = delete;
+  ZukFtpClient& operator=(const ZukFtpClient&) = delete;
+
+  bool Connect(const std::string& host, int port, const std::string& user,
+               const std::string& password, const std::string& remoteFolder) override;
+  void Disconnect() override;
+  bool PutFile(const std::filesystem::path& local, const std::string& remote) override;
+  bool RenameFile(const std::string& oldRemote, const std::string& newRemote) override;
+
+ private:
+  struct Session;  // the libcurl handle and what each request needs anew
+
+  // Runs the commands in the session, without a transfer.
+  bool run(const std::string& routine, const std::vector<std::string>& commands);
+  bool finish(const std::string& routine, int curlCode);
+  bool fail(const std::string& routine, int number, const std::string& description);
+
+  Report report_;
+  FtpLimits limits_;
+  std::unique_ptr<Session> session_;  // none before Connect and after Disconnect
+};
+
+}  // namespace transfer
