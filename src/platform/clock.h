@@ -45,10 +45,10 @@ class Sleeper {
 };
 
 // The patterns of strftime that more than one room uses.
-constexpr const char* kStampFormat = "%Y%m%d %H%M%S";         // 20130821 153045
-constexpr const char* kFileStampFormat = "%Y%m%d_%H%M%S";     // 20130821_153045
-constexpr const char* kDayFormat = "%Y/%m/%d";                // 2013/08/21
-constexpr const char* kMomentFormat = "%Y/%m/%d %H:%M:%S";    // 2013/08/21 15:30:45
+constexpr const char* kStampFormat = "%Y%m%d %H%M%S";       // 20130821 153045
+constexpr const char* kFileStampFormat = "%Y%m%d_%H%M%S";   // 20130821_153045
+constexpr const char* kDayFormat = "%Y/%m/%d";              // 2013/08/21
+constexpr const char* kMomentFormat = "%Y/%m/%d %H:%M:%S";  // 2013/08/21 15:30:45
 
 [[nodiscard]] std::string formatTime(const LocalTime& time, const char* pattern);
 

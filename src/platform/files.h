@@ -31,8 +31,8 @@ struct FolderEntry {
 // In the order that the file system gives, without "." and "..".
 [[nodiscard]] std::vector<FolderEntry> listFolder(const std::string& path);
 
-void createFolder(const std::string& path);      // its parent must exist
-void createEmptyFile(const std::string& path);   // an existing one is cut to nothing
+void createFolder(const std::string& path);     // its parent must exist
+void createEmptyFile(const std::string& path);  // an existing one is cut to nothing
 [[nodiscard]] std::uint64_t fileLength(const std::string& path);
 [[nodiscard]] std::string readFile(const std::string& path);
 

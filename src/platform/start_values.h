@@ -22,7 +22,7 @@ struct StartValues {
   std::string configPath;  // config.ini
   std::string serverDatabaseName;
   ShopIdentity shop;
-  std::string dataPath;          // data.mdb
+  std::string dataPath;           // data.mdb
   std::string configurationPath;  // config.mdb
   std::string outgoPath;          // outgo.mdb
 };
