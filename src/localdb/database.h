@@ -25,17 +25,10 @@
 #include <tuple>
 
 #include "jetsql/session.h"
+#include "localdb/database_access.h"
 #include "localdb/record_set.h"
 
 namespace localdb {
-
-// The numbers that callers pass, as the database objects of the platform define them.
-constexpr std::int32_t kOpenTable = 1;
-constexpr std::int32_t kOpenDynaset = 2;
-constexpr std::int32_t kOpenSnapshot = 4;
-constexpr std::int32_t kOpenForwardOnly = 8;
-constexpr std::int32_t kOptionReadOnly = 4;
-constexpr std::int32_t kLockReadOnly = 4;
 
 class Database {
  public:

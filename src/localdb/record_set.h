@@ -10,6 +10,7 @@
 // while walking (a damaged page) is thrown where it is met.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -33,8 +34,13 @@ class RecordSet {
   virtual void moveNext() = 0;
   virtual void moveLast() = 0;
 
-  // Value of the current row's field; names match without regard to case.
-  [[nodiscard]] virtual jet::Variant field(std::string_view name) const = 0;
+  // Place of a field in a row, 0 and on; it stays the same while the record set is open. Names
+  // match without regard to case.
+  [[nodiscard]] virtual std::size_t fieldIndex(std::string_view name) const = 0;
+
+  // Value of the current row's field, by place or by name.
+  [[nodiscard]] virtual jet::Variant field(std::size_t index) const = 0;
+  [[nodiscard]] jet::Variant field(std::string_view name) const { return field(fieldIndex(name)); }
 
   // Changes to the current row, all written by update. Record sets on one table only (error 3027
   // otherwise).
