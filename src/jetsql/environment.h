@@ -1,19 +1,12 @@
 // What queries ask of the world outside the file: the clock behind Date(), Now() and Time().
 #pragma once
 
-#include "jet/date_time.h"
+#include "platform/clock.h"
 
 namespace jetsql {
 
-class Environment {
- public:
-  Environment() = default;
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-  virtual ~Environment() = default;
-
-  // Local time, whole seconds.
-  [[nodiscard]] virtual jet::DateTime now() = 0;
+struct Environment {
+  const platform::Clock& clock;
 };
 
 }  // namespace jetsql

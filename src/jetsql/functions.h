@@ -2,7 +2,7 @@
 // names, argument counts and result types, and by the session, which registers each in SQLite.
 //
 //   const Function* left = findFunction("LEFT");          // any case
-//   left->implementation(std::vector<Variant>{"홀서빙", 1}, environment);   // "홀"
+//   call(*left, std::vector<Variant>{"홀서빙", 1}, environment);   // "홀"
 //
 // In SQLite a function is jet_<lower-case name>, an operator jet_op_<name>; the first argument is
 // the signature: the letter of the result's type, then one letter per argument (value_types.h),
@@ -37,9 +37,13 @@ struct Function {
   int minArguments;
   int maxArguments;
   jet::VariantType (*resultType)(ArgumentTypes types);
-  jet::Variant (*implementation)(Arguments arguments, Environment& environment);
+  jet::Variant (*implementation)(Arguments arguments, const Environment& environment);
+  bool acceptsNull = false;   // false: a Null argument makes the result Null by itself
   bool deterministic = true;  // false: asks the clock
 };
+
+[[nodiscard]] jet::Variant call(const Function& function, Arguments arguments,
+                                const Environment& environment);
 
 // nullptr when there is none. Names match without regard to case; "Left$" finds Left.
 [[nodiscard]] const Function* findFunction(std::string_view name);

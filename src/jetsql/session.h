@@ -1,6 +1,6 @@
 // Jet SQL on one open Jet file.
 //
-//   auto session = Session::open("/shop/data.mdb", {.readOnly = false}, environment);
+//   auto session = Session::open("/shop/data.mdb", {.readOnly = false}, clock);
 //   auto rows = session->openRecordSet("SELECT * FROM Selling WHERE rDate = #2013-08-02#");
 //
 // A session keeps what is worth keeping between queries: prepared statements (a text that differs
@@ -18,9 +18,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jetsql/environment.h"
 #include "jetsql/external_source.h"
 #include "jetsql/record_set.h"
+#include "platform/clock.h"
 
 namespace jetsql {
 
@@ -35,10 +35,10 @@ class Session : public std::enable_shared_from_this<Session> {
  public:
   class Implementation;
 
-  // The environment outlives the session.
+  // The clock, behind Date() and Now(), outlives the session.
   [[nodiscard]] static std::shared_ptr<Session> open(const std::filesystem::path& file,
                                                      const SessionOptions& options,
-                                                     Environment& environment);
+                                                     const platform::Clock& clock);
   explicit Session(std::unique_ptr<Implementation> implementation);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;

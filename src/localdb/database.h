@@ -1,6 +1,6 @@
 // The engine that opens local Jet databases and keeps what is dear between openings.
 //
-//   DBEngine engine(environment, external);
+//   DBEngine engine(clock, external);
 //   std::shared_ptr<Database> data = engine.openDatabase(path, false, false);
 //   std::unique_ptr<RecordSet> rows = data->openRecordset("SELECT * FROM Selling");
 //   ...
@@ -27,6 +27,7 @@
 #include "jetsql/session.h"
 #include "localdb/database_access.h"
 #include "localdb/record_set.h"
+#include "platform/clock.h"
 
 namespace localdb {
 
@@ -48,7 +49,7 @@ class DBEngine {
  public:
   // Both outlive every database opened; `external` may be nullptr (linked server tables then give
   // error 3151).
-  DBEngine(jetsql::Environment& environment, jetsql::ExternalSource* external);
+  DBEngine(const platform::Clock& clock, jetsql::ExternalSource* external);
 
   // `connect` may carry a password: ";pwd=secret".
   [[nodiscard]] std::shared_ptr<Database> openDatabase(const std::filesystem::path& path,
@@ -62,7 +63,7 @@ class DBEngine {
   // Path, exclusive, read-only, connect.
   using Key = std::tuple<std::string, bool, bool, std::string>;
 
-  jetsql::Environment& environment_;
+  const platform::Clock& clock_;
   jetsql::ExternalSource* external_;
   std::map<Key, std::shared_ptr<jetsql::Session>> sessions_;
 };

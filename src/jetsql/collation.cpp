@@ -1,0 +1,62 @@
+#include "jetsql/collation.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "jetsql/text.h"
+
+namespace jetsql {
+namespace {
+
+// Sigma and final sigma are one letter to a comparison.
+char32_t folded(char32_t character) {
+  const char32_t lower = lowerCase(character);
+  return lower == 0x3C2 ? 0x3C3 : lower;
+}
+
+int compareCallback(void*, int leftSize, const void* left, int rightSize, const void* right) {
+  return compareText({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
+                     {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+}
+
+}  // namespace
+
+int compareText(std::string_view left, std::string_view right) {
+  // What is the same byte for byte needs no decoding; a difference inside a character steps back
+  // to the character's first byte.
+  const std::size_t shorter = std::min(left.size(), right.size());
+  std::size_t same = static_cast<std::size_t>(
+      std::mismatch(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(shorter),
+                    right.begin())
+          .first -
+      left.begin());
+  while (same > 0 && same < shorter && (static_cast<unsigned char>(left[same - 1]) & 0x80U) != 0)
+    --same;
+  std::size_t l = same;
+  std::size_t r = same;
+  while (l < left.size() && r < right.size()) {
+    const char32_t a = folded(nextCharacter(left, l));
+    const char32_t b = folded(nextCharacter(right, r));
+    if (a != b) return a < b ? -1 : 1;
+  }
+  if (l < left.size()) return 1;
+  return r < right.size() ? -1 : 0;
+}
+
+bool equalText(std::string_view left, std::string_view right) {
+  return compareText(left, right) == 0;
+}
+
+std::uint64_t hashText(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325U;  // FNV-1a over characters
+  for (std::size_t position = 0; position < text.size();)
+    hash = (hash ^ folded(nextCharacter(text, position))) * 0x100000001B3U;
+  return hash;
+}
+
+void registerCollation(sqlite3* database) {
+  sqlite3_create_collation_v2(database, "JET", SQLITE_UTF8, nullptr, compareCallback, nullptr);
+}
+
+}  // namespace jetsql

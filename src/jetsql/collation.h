@@ -1,0 +1,24 @@
+// How texts compare: without regard to case, character by character in the order of their code
+// points (Hangul syllables are in dictionary order by code point). Texts that compare equal have
+// the same hash. Blanks at the end count.
+//
+//   compareText("abc", "ABD") < 0      compareText("가", "나") < 0      equalText("a", "A")
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+struct sqlite3;
+
+namespace jetsql {
+
+// Below 0, 0 or above 0.
+[[nodiscard]] int compareText(std::string_view left, std::string_view right);
+[[nodiscard]] bool equalText(std::string_view left, std::string_view right);
+
+[[nodiscard]] std::uint64_t hashText(std::string_view text);
+
+// The collation's name in SQLite is JET.
+void registerCollation(sqlite3* database);
+
+}  // namespace jetsql
