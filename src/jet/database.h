@@ -1,0 +1,108 @@
+// A Jet file: its catalogue, its tables, its stored queries.
+//
+//   auto shop = Database::open("/shop/data.mdb");
+//   Table& sales = shop->openTable("Selling");
+//   for (const CatalogueEntry& e : shop->catalogue()) …
+//
+// The Database owns its tables; they, their cursors and rows must not outlive it. Names match
+// without regard to the case of Latin letters. Errors: 53 no such file, 75 no access, 3343 not a
+// Jet file or of a kind not read here (pages encrypted the way of Access 2007 and later), 3031
+// wrong or missing password, 3049 damage, 3011 no such table.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "jet/bytes.h"
+#include "jet/file_header.h"
+#include "jet/page_file.h"
+#include "jet/table.h"
+#include "jet/text.h"
+
+namespace jet {
+
+enum class ObjectType : std::uint8_t {
+  Table,
+  LinkedTable,      // in another Jet file: `database` and `foreignName`
+  LinkedOdbcTable,  // on a server: `connect` and `foreignName`
+  Query,
+  Other,  // forms, relations, containers …
+};
+
+// A row of MSysObjects.
+struct CatalogueEntry {
+  std::string name;
+  ObjectType type = ObjectType::Other;
+  std::int32_t id = 0;  // of a table: its definition page
+  std::uint32_t flags = 0;
+  bool system = false;  // the engine's own
+  bool hidden = false;
+  std::string database;     // of a linked table: path of the other file
+  std::string connect;      // connection text, with password where it needs one
+  std::string foreignName;  // name over there
+};
+
+// A row of MSysQueries: one clause of a stored query. docs/jet-format.md lists the attributes.
+struct QueryRow {
+  std::uint8_t attribute = 0;
+  std::int16_t flag = 0;
+  Variant expression;  // Null or Text, as are the names
+  Variant name1;
+  Variant name2;
+  std::vector<std::byte> order;
+};
+
+class Database {
+ public:
+  struct Options {
+    bool readOnly = true;
+    bool exclusive = false;
+    std::string password;
+  };
+
+  [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
+                                                      const Options& options);
+  [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path) {
+    return open(path, Options());
+  }
+
+  Database(RandomAccessFile file, const FileHeader& header, const Options& options);
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+  ~Database();
+
+  [[nodiscard]] const FileHeader& header() const { return header_; }
+  [[nodiscard]] const Options& options() const { return options_; }
+  [[nodiscard]] PageFile& file() { return file_; }
+
+  // In the order of the file; system objects included. Read at open.
+  [[nodiscard]] const std::vector<CatalogueEntry>& catalogue() const { return catalogue_; }
+
+  // The table, linked table or query of that name, or nullptr. Those three share one space of
+  // names.
+  [[nodiscard]] const CatalogueEntry* find(std::string_view name) const;
+
+  // A table of this file (not a linked one); opened once, the same object each time.
+  [[nodiscard]] Table& openTable(std::string_view name);
+  [[nodiscard]] Table& openTable(const CatalogueEntry& entry);
+
+  // The clauses of a stored query, by attribute and then by order.
+  [[nodiscard]] std::vector<QueryRow> queryRows(const CatalogueEntry& query);
+
+ private:
+  void readCatalogue();
+
+  FileHeader header_;
+  Options options_;
+  PageFile file_;
+  TextDecoder text_;
+  std::vector<CatalogueEntry> catalogue_;
+  std::unordered_map<std::string, std::size_t> byName_;  // folded; position in catalogue_
+  std::unordered_map<std::uint32_t, std::unique_ptr<Table>> tables_;  // by definition page
+};
+
+}  // namespace jet

@@ -1,0 +1,72 @@
+// One page of an index tree, taken apart: where its entries stand and what they say.
+//
+// An entry is the encoded key, then the row it is for (page: three bytes, row: one, the high byte
+// first); on a node also the page of the child whose last entry it repeats. Entries compare byte by
+// byte. Those behind the first leave out the first one's `prefix` leading bytes.
+// Errors: 3049.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "jet/bytes.h"
+#include "jet/page_file.h"
+#include "jet/row_id.h"
+
+namespace jet {
+
+class IndexPage {
+ public:
+  // Checks the page's kind, owner, entries and their order.
+  IndexPage(const PageFile& file, PagePtr page, std::uint32_t owner);
+
+  [[nodiscard]] const PagePtr& page() const { return page_; }
+  [[nodiscard]] bool isLeaf() const { return leaf_; }
+  [[nodiscard]] std::uint32_t next() const { return next_; }
+  [[nodiscard]] std::uint32_t tail() const { return tail_; }
+  [[nodiscard]] std::size_t size() const { return ends_.size(); }
+
+  // Order of an entry's leading bytes against `key`: below, at (the entry begins with it), above 0.
+  [[nodiscard]] int compare(std::size_t entry, Bytes key) const;
+
+  // First entry whose leading bytes are not below `key`; size() when there is none.
+  [[nodiscard]] std::size_t lowerBound(Bytes key) const;
+
+  [[nodiscard]] RowId rowId(std::size_t entry) const;
+  [[nodiscard]] std::uint32_t child(std::size_t entry) const;  // of a node
+
+  // The whole entry, its left-out prefix put back.
+  [[nodiscard]] std::vector<std::byte> entryBytes(std::size_t entry) const;
+
+ private:
+  [[nodiscard]] Bytes stored(std::size_t entry) const;
+  [[nodiscard]] int compareEntries(std::size_t a, std::size_t b) const;
+  void findEntries(const PageFile& file);
+  void checkOrder(const PageFile& file) const;
+
+  PagePtr page_;
+  bool leaf_ = false;
+  std::uint32_t next_ = 0;
+  std::uint32_t tail_ = 0;
+  Bytes entries_;                    // the page from its first entry on
+  std::size_t prefix_ = 0;           // bytes
+  std::vector<std::uint16_t> ends_;  // of each entry in entries_
+};
+
+using IndexPagePtr = std::shared_ptr<const IndexPage>;
+
+// Index pages of one table taken apart already; bounded. A page that was read again since is taken
+// apart again.
+class IndexPageCache {
+ public:
+  [[nodiscard]] IndexPagePtr get(PageFile& file, std::uint32_t number, std::uint32_t owner);
+
+ private:
+  static constexpr std::size_t kPages = 256;
+  std::unordered_map<std::uint32_t, IndexPagePtr> pages_;
+};
+
+}  // namespace jet

@@ -1,0 +1,52 @@
+// A file read and written at given places.
+//
+//   auto file = RandomAccessFile::open("/shop/data.mdb", RandomAccessFile::Mode::ReadOnly);
+//   std::size_t got = file.readAt(0, buffer);   // less than asked for only at the end of the file
+//
+// The object owns its handle and may be moved, not copied. Another program may change or lengthen
+// the file at any time; nothing is kept of it here. Errors: 53 no such file, 75 not permitted or
+// not a plain file, 58 already there (CreateNew), 57 reading or writing failed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <utility>
+
+class RandomAccessFile {
+ public:
+  enum class Mode {
+    ReadOnly,
+    ReadWrite,  // the file must exist
+    CreateNew,  // the file must not exist; read and write
+  };
+
+  [[nodiscard]] static RandomAccessFile open(const std::string& path, Mode mode);
+
+  RandomAccessFile(RandomAccessFile&& other) noexcept;
+  RandomAccessFile& operator=(RandomAccessFile&& other) noexcept;
+  RandomAccessFile(const RandomAccessFile&) = delete;
+  RandomAccessFile& operator=(const RandomAccessFile&) = delete;
+  ~RandomAccessFile();
+
+  // Bytes read: all of `buffer`, or fewer where the file ends first.
+  [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<std::byte> buffer) const;
+
+  // Writes all of `bytes`; lengthens the file where it ends sooner.
+  void writeAt(std::uint64_t offset, std::span<const std::byte> bytes);
+
+  [[nodiscard]] std::uint64_t size() const;
+
+  // Returns when everything written has reached the disk.
+  void sync();
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  RandomAccessFile(std::string path, int handle) : path_(std::move(path)), handle_(handle) {}
+  void close() noexcept;
+
+  std::string path_;
+  int handle_ = -1;
+};
