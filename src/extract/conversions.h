@@ -1,0 +1,55 @@
+// How a local value gets into the text of a statement. The four conversions never fail: each has
+// its own trap and gives its fallback instead.
+//
+//   SqlText("O'Neil")        // O\'Neil: the first apostrophe only
+//   NzLong(2.5)              // 2: halves to even
+//   "'" + SqlText(formatDay(time)) + "'"
+//
+// Errors of the format functions: 94 where a Null is made a text, 6 outside the years that exist.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "jet/variant.h"
+
+namespace extract {
+
+// The inside of a quoted literal: Null is the empty text; a backslash goes before the first
+// apostrophe, once, and nothing else changes. "NULL" when the value has no text form, or when its
+// first apostrophe stands behind character 32767 (counted in UTF-16 units, as the platform does).
+[[nodiscard]] std::string SqlText(const jet::Variant& value);
+
+// The text form as it stands; the empty text for Null and for a value without a text form.
+[[nodiscard]] std::string NzText(const jet::Variant& value);
+
+// 0 for Null, for a text that is no number and outside 32 bits.
+[[nodiscard]] std::int32_t NzLong(const jet::Variant& value);
+
+// Only -1 is true.
+[[nodiscard]] bool NzBool(const jet::Variant& value);
+
+// SqlText and NzText of a field, put behind what is there already; the shape of a statement's hot
+// loop, which makes no text of its own for every value.
+void appendSqlText(std::string& statement, const jet::Variant& value);
+void appendNzText(std::string& statement, const jet::Variant& value);
+void appendNumber(std::string& statement, std::int64_t number);
+
+// "yyyy-MM-dd", "hh:nn:ss" and "hh:nn" of a date, or of a text that reads as one; any other text
+// stays as it is. Null stays Null.
+[[nodiscard]] jet::Variant formatDay(const jet::Variant& value);
+[[nodiscard]] jet::Variant formatTime(const jet::Variant& value);
+[[nodiscard]] jet::Variant formatHourMinute(const jet::Variant& value);
+
+// "일" Sunday to "토" Saturday. Error 13 for what is no date, 94 for Null.
+[[nodiscard]] std::string_view weekdayLetter(const jet::Variant& day);
+
+// "#yyyy-MM-dd#", a day as a query of a local database takes it.
+[[nodiscard]] std::string dayLiteral(jet::DateTime day);
+
+// "1,204" and "22.7", as the progress caption shows them.
+[[nodiscard]] std::string groupedText(std::int32_t number);
+[[nodiscard]] std::string oneDecimalText(double number);
+
+}  // namespace extract

@@ -1,0 +1,94 @@
+// What the upload window keeps for its extractors while a job runs: the day range, the statement
+// file, the local database and the record sets that they leave open when they fail.
+//
+//   Workspace work({start, databases, window, clock, ticks});
+//   work.days = {from, to};
+//   work.statementPath = path;
+//   extract::자료수집(work);
+//   ...
+//   work.closeAll();   // after the last step, failed or not
+//
+// One workspace serves one job. Errors: 91 a record set that could not be opened (why is in the
+// message log), those of localdb/record_set.h and of platform/text_file.h.
+#pragma once
+
+#include <filesystem>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "jet/date_time.h"
+#include "localdb/database_access.h"
+#include "log/job_log.h"
+#include "platform/clock.h"
+#include "platform/start_values.h"
+
+namespace extract {
+
+// Whole days, both included.
+struct DayRange {
+  jet::DateTime first;
+  jet::DateTime last;
+};
+
+// Handed in by whoever runs a job; all of it outlives the workspace.
+struct Surroundings {
+  const platform::StartValues& start;
+  localdb::DatabaseAccess& databases;
+  joblog::Progress& progress;
+  const platform::Clock& clock;
+  const platform::TickCounter& ticks;
+};
+
+// The shop's identity as the inside of quoted literals.
+struct ShopLiterals {
+  std::string group;
+  std::string tradeName;
+  std::string representative;
+};
+
+using RecordSetHandle = std::unique_ptr<localdb::RecordSet>;
+
+class Workspace {
+ public:
+  explicit Workspace(const Surroundings& surroundings);
+
+  // Appends one line (or lines with CR LF between them) to the statement file, in one write.
+  void write(std::string_view statement) const;
+
+  // Opens the local database that the following record sets are opened on. A failure shows when
+  // the first of them is opened.
+  void openDatabase(const std::string& path, std::string_view caller);
+
+  // Opens a dynaset, positioned on its first row. Error 91 when it cannot be opened.
+  localdb::RecordSet& open(RecordSetHandle& handle, std::string_view query);
+
+  // Closes what is open, and nothing more than that.
+  static void close(RecordSetHandle& handle);
+  void closeAll();
+
+  const Surroundings around;
+  const ShopLiterals shop;
+
+  DayRange days;
+  std::string statementPath;
+  std::string statement;  // the one being built; its storage is used again for the next
+
+  std::shared_ptr<localdb::Database> database;
+  RecordSetHandle sales;
+  RecordSetHandle items;
+  RecordSetHandle cards;
+  RecordSetHandle cardRates;
+  RecordSetHandle outgo;
+  RecordSetHandle customers;
+  RecordSetHandle customerSales;
+  RecordSetHandle attendance;
+};
+
+// Sets Yes/No fields of the current row and saves it: how a local row is marked as sent.
+void markRow(localdb::RecordSet& row,
+             std::initializer_list<std::pair<std::string_view, bool>> fields);
+
+}  // namespace extract
