@@ -1,0 +1,59 @@
+// What a query's names may refer to: the tables and saved queries of one database, as the
+// translation sees them. The session implements it over a Jet file; tests over a list.
+//
+// Lifetimes: references that find returns stay good as long as the source.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jet/variant.h"
+
+namespace jetsql {
+
+struct Translation;
+
+struct SchemaColumn {
+  std::string name;
+  jet::VariantType type = jet::VariantType::Null;
+};
+
+// In SQLite a table's columns are named c0, c1, ... in this order, its rows by rowid.
+struct SchemaTable {
+  std::string name;        // as the catalogue writes it
+  std::string sqliteName;  // without quotes
+  std::vector<SchemaColumn> columns;
+  bool updatable = true;  // false for tables linked to another system
+};
+
+struct SavedQuery {
+  std::string name;    // as the catalogue writes it
+  std::string text;    // Jet SQL; empty when refused
+  int refusal = 0;     // error number by which any use of it is refused; 0: it can be read
+  std::string reason;  // the refusal's description
+};
+
+// At most one of the two is set; none when there is no such name.
+struct SchemaObject {
+  const SchemaTable* table = nullptr;
+  const SavedQuery* query = nullptr;
+};
+
+class SchemaSource {
+ public:
+  SchemaSource() = default;
+  SchemaSource(const SchemaSource&) = delete;
+  SchemaSource& operator=(const SchemaSource&) = delete;
+  virtual ~SchemaSource() = default;
+
+  // Names match without regard to case. May throw what opening a linked table throws.
+  [[nodiscard]] virtual SchemaObject find(std::string_view name) = 0;
+
+  // Runs a query of one computed column and gives its values in order: the headings of a crosstab
+  // that does not list them.
+  [[nodiscard]] virtual std::vector<jet::Variant> values(const Translation& query) = 0;
+};
+
+}  // namespace jetsql
