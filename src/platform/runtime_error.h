@@ -4,8 +4,8 @@
 //
 // Numbers are those of the platform and of the database engine that the shops know:
 //   5 invalid procedure call   6 overflow            11 division by zero   13 type mismatch
-//   53 file not found          57 device i/o error   58 file exists        75/76 path/file access
-//   91 object not set          94 invalid use of Null
+//   53 file not found          57 device i/o error   58 file exists        61 disk full
+//   75/76 path/file access     91 object not set     94 invalid use of Null
 //   30xx and on: the database engine's; each room's headers name the ones they throw.
 // A description says what file, table, page or row it was, and what was wrong. Thrown where the
 // fault is found; caught only where a routine has its trap or where a library is wrapped.
@@ -36,6 +36,7 @@ constexpr int kTypeMismatch = 13;
 constexpr int kFileNotFound = 53;
 constexpr int kDeviceIo = 57;
 constexpr int kFileExists = 58;
+constexpr int kDiskFull = 61;
 constexpr int kPathAccess = 75;
 constexpr int kPathNotFound = 76;
 constexpr int kObjectNotSet = 91;

@@ -1,0 +1,43 @@
+#include <ctime>
+#include <thread>
+
+#include "platform/clock.h"
+
+namespace platform {
+
+std::string formatTime(const LocalTime& time, const char* pattern) {
+  std::tm parts{};
+  parts.tm_year = time.year - 1900;
+  parts.tm_mon = time.month - 1;
+  parts.tm_mday = time.day;
+  parts.tm_hour = time.hour;
+  parts.tm_min = time.minute;
+  parts.tm_sec = time.second;
+  char text[64];
+  return {text, std::strftime(text, sizeof text, pattern, &parts)};
+}
+
+LocalTime SystemClock::now() const {
+  const std::time_t seconds = std::time(nullptr);
+  std::tm parts{};
+  localtime_r(&seconds, &parts);
+  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+          parts.tm_hour,        parts.tm_min,     parts.tm_sec};
+}
+
+int SystemClock::utcMilliseconds() const {
+  using std::chrono::milliseconds;
+  const auto passed = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<int>(std::chrono::duration_cast<milliseconds>(passed).count() % 1000);
+}
+
+std::int32_t SystemTickCounter::ticks() const {
+  using std::chrono::milliseconds;
+  const auto passed = std::chrono::steady_clock::now().time_since_epoch();
+  const auto count = std::chrono::duration_cast<milliseconds>(passed).count();
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
+}
+
+void SystemSleeper::sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+
+}  // namespace platform

@@ -1,0 +1,174 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "platform/posix_error.h"
+#include "platform/runtime_error.h"
+
+namespace platform {
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;  // less the user's mask
+
+// Owns one open file.
+class Descriptor {
+ public:
+  Descriptor(const std::string& path, int flags) : path_(path) {
+    do {
+      number_ = ::open(path.c_str(), flags | O_CLOEXEC, kNewFileMode);
+    } while (number_ < 0 && errno == EINTR);
+    if (number_ < 0) throwOpen(errno);
+  }
+  Descriptor(int number, std::string path) : path_(std::move(path)), number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  [[nodiscard]] int number() const { return number_; }
+
+  void write(std::string_view bytes) const {
+    while (!bytes.empty()) {
+      const ssize_t written = ::write(number_, bytes.data(), bytes.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) throwErrno(errno, "Cannot write", path_);
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+  }
+
+  // A network drive tells only here that the bytes did not arrive.
+  void close() {
+    if (::close(std::exchange(number_, -1)) != 0) throwErrno(errno, "Cannot close", path_);
+  }
+
+ private:
+  // A file that is to be made and whose folder is missing is error 76, as the shops know it.
+  [[noreturn]] void throwOpen(int code) const {
+    const auto folder = std::filesystem::path(path_).parent_path();
+    if (code == ENOENT && !folder.empty() && !folderExists(folder.string())) {
+      throw RuntimeError(error::kPathNotFound, "Cannot open '" + path_ + "': no such folder");
+    }
+    throwErrno(code, "Cannot open", path_);
+  }
+
+  std::string path_;
+  int number_ = -1;
+};
+
+bool statusOf(const std::string& path, struct stat& status) {
+  return ::stat(path.c_str(), &status) == 0;
+}
+
+}  // namespace
+
+std::string programFolder() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
+}
+
+std::string joinPath(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  if (!path.ends_with('/')) path += '/';
+  return path.append(name);
+}
+
+bool fileExists(const std::string& path) {
+  struct stat status {};
+  return statusOf(path, status) && !S_ISDIR(status.st_mode);
+}
+
+bool folderExists(const std::string& path) {
+  struct stat status {};
+  return statusOf(path, status) && S_ISDIR(status.st_mode);
+}
+
+std::vector<FolderEntry> listFolder(const std::string& path) {
+  std::error_code failure;
+  std::vector<FolderEntry> entries;
+  std::filesystem::directory_iterator entry(path, failure);
+  while (!failure && entry != std::filesystem::directory_iterator()) {
+    std::error_code unknown;  // a link to nowhere is listed as a file
+    entries.push_back({entry->path().filename().string(), entry->is_directory(unknown)});
+    entry.increment(failure);
+  }
+  if (failure) throwErrno(failure.value(), "Cannot list", path);
+  return entries;
+}
+
+void createFolder(const std::string& path) {
+  if (::mkdir(path.c_str(), 0777) != 0) throwErrno(errno, "Cannot create folder", path);
+}
+
+void createEmptyFile(const std::string& path) {
+  Descriptor(path, O_WRONLY | O_CREAT | O_TRUNC).close();
+}
+
+std::uint64_t fileLength(const std::string& path) {
+  struct stat status {};
+  if (!statusOf(path, status)) throwErrno(errno, "Cannot measure", path);
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+std::string readFile(const std::string& path) {
+  const Descriptor file(path, O_RDONLY);
+  std::string bytes;
+  char part[65536];
+  while (true) {
+    const ssize_t count = ::read(file.number(), part, sizeof part);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throwErrno(errno, "Cannot read", path);
+    if (count == 0) return bytes;
+    bytes.append(part, static_cast<std::size_t>(count));
+  }
+}
+
+void appendToFile(const std::string& path, std::string_view bytes) {
+  Descriptor file(path, O_WRONLY | O_CREAT | O_APPEND);
+  file.write(bytes);
+  file.close();
+}
+
+void replaceFile(const std::string& path, std::string_view bytes) {
+  std::error_code missing;
+  auto target = std::filesystem::canonical(path, missing).string();  // a link stays a link
+  if (missing) target = path;
+  struct stat status {};
+  const bool existed = statusOf(target, status);
+
+  std::string working = target + ".XXXXXX";
+  const int number = ::mkstemp(working.data());
+  if (number < 0) throwErrno(errno, "Cannot create", working);
+  try {
+    Descriptor file(number, working);
+    file.write(bytes);
+    const mode_t mode = existed ? status.st_mode & 07777 : S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
+    if (::fchmod(number, mode) != 0 || ::fsync(number) != 0) {
+      throwErrno(errno, "Cannot write", working);
+    }
+    file.close();
+    if (::rename(working.c_str(), target.c_str()) != 0) throwErrno(errno, "Cannot replace", target);
+  } catch (const RuntimeError&) {
+    ::unlink(working.c_str());
+    throw;
+  }
+}
+
+void renameFile(const std::string& from, const std::string& to) {
+  if (!fileExists(from)) throwErrno(ENOENT, "Cannot rename", from);
+  if (fileExists(to) || folderExists(to)) throwErrno(EEXIST, "Cannot rename to", to);
+  if (::rename(from.c_str(), to.c_str()) != 0) throwErrno(errno, "Cannot rename", from);
+}
+
+void deleteFile(const std::string& path) {
+  if (::unlink(path.c_str()) != 0) throwErrno(errno, "Cannot delete", path);
+}
+
+}  // namespace platform
