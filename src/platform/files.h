@@ -3,8 +3,8 @@
 //   const auto path = platform::joinPath(folder, "config.ini");
 //   if (!platform::fileExists(path)) ...
 //
-// Errors: 53 no such file, 58 the new name is taken, 61 disk full, 75 no access, 76 no such folder,
-// 57 anything else of the device; each description names the path.
+// Errors: 53 no such file, 58 the new name is taken, 61 disk full, 67 too many open files, 75 no
+// access, 76 no such folder, 57 anything else of the device; each description names the path.
 #pragma once
 
 #include <cstdint>

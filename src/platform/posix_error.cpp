@@ -18,6 +18,9 @@ int numberOf(int code) {
     case ENOSPC:
     case EDQUOT:
       return error::kDiskFull;
+    case EMFILE:
+    case ENFILE:
+      return error::kTooManyFiles;
     case EACCES:
     case EPERM:
     case EROFS:

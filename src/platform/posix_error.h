@@ -5,8 +5,8 @@
 
 namespace platform {
 
-// Throws the RuntimeError of an errno: 53, 58, 61, 75, 76, or 57 for what has no number of its own.
-// The description is "action 'subject': the system's text".
+// Throws the RuntimeError of an errno: 53, 58, 61, 67, 75, 76, or 57 for what has no number of its
+// own. The description is "action 'subject': the system's text".
 [[noreturn]] void throwErrno(int code, const std::string& action, const std::string& subject);
 
 }  // namespace platform

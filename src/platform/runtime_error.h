@@ -4,7 +4,7 @@
 //
 // Numbers are those of the platform and of the database engine that the shops know:
 //   5 invalid procedure call   6 overflow            11 division by zero   13 type mismatch
-//   53 file not found          57 device i/o error   58 file exists        61 disk full
+//   53 file not found          57 device i/o error   58 file exists        61 disk full   67 too many files
 //   75/76 path/file access     91 object not set     94 invalid use of Null
 //   30xx and on: the database engine's; each room's headers name the ones they throw.
 // A description says what file, table, page or row it was, and what was wrong. Thrown where the
@@ -37,6 +37,7 @@ constexpr int kFileNotFound = 53;
 constexpr int kDeviceIo = 57;
 constexpr int kFileExists = 58;
 constexpr int kDiskFull = 61;
+constexpr int kTooManyFiles = 67;
 constexpr int kPathAccess = 75;
 constexpr int kPathNotFound = 76;
 constexpr int kObjectNotSet = 91;
