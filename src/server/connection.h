@@ -1,0 +1,47 @@
+// The connection to the central database as the login uses it.
+//
+//   auto connection = provider.createConnection();
+//   connection->setConnectionString(server::ServerConnectionString(account));
+//   connection->open();
+//   if (connection->errorCount() > 0) …
+//   const auto rows = connection->openRecordSet("Select * From EmployeeTB");
+//   if (rows.recordCount() > 0) password = rows.field("EMP_PSWD");
+//
+// A connection that cannot be opened and a query that the server refuses are thrown, by the numbers
+// below and with the driver's text. What the driver only remarks upon while it succeeds is what
+// errorCount counts.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "server/record_set.h"
+
+namespace server {
+
+constexpr int kConnectionFailed = -2147467259;  // unspecified error of the provider
+constexpr int kQueryRefused = -2147217900;      // error in the command's text
+
+class Connection {
+ public:
+  Connection() = default;
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  virtual ~Connection() = default;
+
+  virtual void setConnectionString(const std::string& text) = 0;
+  virtual void open() = 0;
+  // Remarks of the latest open or query; each of them clears those of the one before.
+  [[nodiscard]] virtual std::size_t errorCount() const = 0;
+  // All rows, read to this side.
+  [[nodiscard]] virtual RecordSet openRecordSet(const std::string& query) = 0;
+};
+
+class Provider {
+ public:
+  virtual ~Provider() = default;
+  [[nodiscard]] virtual std::unique_ptr<Connection> createConnection() = 0;
+};
+
+}  // namespace server

@@ -1,0 +1,19 @@
+// Tables that a Jet file links to another database by ODBC.
+//
+//   const auto source = server::makeOdbcSource();
+//   session options: .external = source.get()
+//
+// The connect text is the Jet file's own, "ODBC;DSN=…" or "ODBC;DRIVER={…};…". Connections stay
+// open as long as the source lives; rows keep theirs beyond that.
+// Errors: 3151 the connection failed, 3146 the call failed, each with the driver's text.
+#pragma once
+
+#include <memory>
+
+#include "jetsql/external_source.h"
+
+namespace server {
+
+[[nodiscard]] std::unique_ptr<jetsql::ExternalSource> makeOdbcSource();
+
+}  // namespace server

@@ -1,0 +1,18 @@
+// Texts on their way to and from the driver: UTF-8 here, UTF-16 there.
+#pragma once
+
+#include <sql.h>
+#include <sqlext.h>
+
+#include <string>
+#include <string_view>
+
+namespace server::odbc {
+
+using WideText = std::basic_string<SQLWCHAR>;
+
+[[nodiscard]] WideText toWide(std::string_view utf8);
+// Half a surrogate pair becomes U+FFFD.
+[[nodiscard]] std::string fromWide(std::basic_string_view<SQLWCHAR> wide);
+
+}  // namespace server::odbc
