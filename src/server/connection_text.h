@@ -28,8 +28,8 @@ struct ServerAccount {
   std::string databaseName = "melauth";
   std::string user = "melmaster";
   std::string password = "vat3384";
-  std::int32_t option = kFieldLength + kFoundRows + kBigPackets + kDynamicCursor +
-                        kCompressedProtocol + kNoBigint;
+  std::int32_t option =
+      kFieldLength + kFoundRows + kBigPackets + kDynamicCursor + kCompressedProtocol + kNoBigint;
 };
 
 [[nodiscard]] ServerAccount serverAccount(const platform::CentralServer& central);

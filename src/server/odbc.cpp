@@ -16,6 +16,13 @@ SQLPOINTER number(SQLULEN value) {
   return reinterpret_cast<SQLPOINTER>(value);  // NOLINT(performance-no-int-to-ptr)
 }
 
+// A connection's handle is taken once its environment knows the version.
+Handle connectionHandle(const Handle& environment) {
+  environment.check(
+      SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, number(SQL_OV_ODBC3), 0));
+  return {SQL_HANDLE_DBC, environment.get()};
+}
+
 }  // namespace
 
 Handle::Handle(SQLSMALLINT type, SQLHANDLE parent) : type_(type) {
@@ -32,9 +39,9 @@ std::vector<std::string> Handle::diagnostics() const {
   std::array<SQLWCHAR, 1024> text{};
   SQLINTEGER native = 0;
   SQLSMALLINT length = 0;
-  for (SQLSMALLINT record = 1; SQL_SUCCEEDED(
-           SQLGetDiagRecW(type_, handle_, record, state.data(), &native, text.data(),
-                          static_cast<SQLSMALLINT>(text.size()), &length));
+  for (SQLSMALLINT record = 1;
+       SQL_SUCCEEDED(SQLGetDiagRecW(type_, handle_, record, state.data(), &native, text.data(),
+                                    static_cast<SQLSMALLINT>(text.size()), &length));
        ++record) {
     texts.push_back(fromWide(text.data()));
   }
@@ -50,11 +57,7 @@ std::vector<std::string> Handle::check(SQLRETURN result) const {
 }
 
 Connection::Connection()
-    : environment_(SQL_HANDLE_ENV, SQL_NULL_HANDLE), handle_([this] {
-        environment_.check(
-            SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, number(SQL_OV_ODBC3), 0));
-        return Handle(SQL_HANDLE_DBC, environment_.get());
-      }()) {}
+    : environment_(SQL_HANDLE_ENV, SQL_NULL_HANDLE), handle_(connectionHandle(environment_)) {}
 
 Connection::~Connection() {
   if (connected_) SQLDisconnect(handle_.get());
@@ -78,7 +81,8 @@ std::string Connection::quoted(const std::string& name) const {
   const std::string quote = fromWide(buffer.data());
   if (quote == " ") return name;  // the server knows no quoted identifiers
   std::string text = quote;
-  for (const char c : name) text += quote.size() == 1 && c == quote[0] ? quote + c : std::string(1, c);
+  for (const char c : name)
+    text += quote.size() == 1 && c == quote[0] ? quote + c : std::string(1, c);
   return text + quote;
 }
 

@@ -43,11 +43,16 @@ class OdbcRows : public jetsql::ExternalRows {
 
 const char* symbol(jetsql::Comparison comparison) {
   switch (comparison) {
-    case jetsql::Comparison::Equal: return " = ";
-    case jetsql::Comparison::Less: return " < ";
-    case jetsql::Comparison::LessOrEqual: return " <= ";
-    case jetsql::Comparison::Greater: return " > ";
-    case jetsql::Comparison::GreaterOrEqual: return " >= ";
+    case jetsql::Comparison::Equal:
+      return " = ";
+    case jetsql::Comparison::Less:
+      return " < ";
+    case jetsql::Comparison::LessOrEqual:
+      return " <= ";
+    case jetsql::Comparison::Greater:
+      return " > ";
+    case jetsql::Comparison::GreaterOrEqual:
+      return " >= ";
   }
   return " = ";
 }
