@@ -1,0 +1,35 @@
+// How Jet values travel in SQLite. Every expression has one static Jet type; the SQLite value
+// alone does not tell it:
+//   Null NULL · Yes/No INTEGER -1 or 0 · Byte, Integer, Long INTEGER · Currency INTEGER of
+//   ten-thousandths · Single, Double REAL · DateTime REAL serial · Text TEXT in UTF-8 ·
+//   Binary BLOB · Numeric BLOB of 25 bytes
+// so that SQLite's own comparison, ordering and grouping hold for all of them.
+//
+// The BLOB of a Numeric is a sign byte (0 negative, 1 zero or positive) and its value times 10^28
+// as 24 bytes, highest first, every bit flipped when negative. Zeros at the end of the fraction
+// are lost on the way.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "jet/variant.h"
+
+struct sqlite3_context;
+struct sqlite3_stmt;
+struct sqlite3_value;
+
+namespace jetsql {
+
+constexpr std::size_t kNumericSize = 25;
+[[nodiscard]] std::array<unsigned char, kNumericSize> encodeNumeric(const jet::Numeric& value);
+[[nodiscard]] jet::Numeric decodeNumeric(const void* bytes, std::size_t size);
+
+// Error 6 where a number lies outside the range of the type.
+[[nodiscard]] jet::Variant decode(sqlite3_value* value, jet::VariantType type);
+
+// The value keeps its own type's encoding.
+void setResult(sqlite3_context* context, const jet::Variant& value);
+void bind(sqlite3_stmt* statement, int index, const jet::Variant& value);  // index from 1
+
+}  // namespace jetsql
