@@ -95,6 +95,8 @@ class Database {
 
  private:
   void readCatalogue();
+  void readQueries();
+  [[nodiscard]] Table& tableAt(std::uint32_t page, const std::string& name);
 
   FileHeader header_;
   Options options_;
@@ -103,6 +105,8 @@ class Database {
   std::vector<CatalogueEntry> catalogue_;
   std::unordered_map<std::string, std::size_t> byName_;  // folded; position in catalogue_
   std::unordered_map<std::uint32_t, std::unique_ptr<Table>> tables_;  // by definition page
+  std::unordered_map<std::int32_t, std::vector<QueryRow>> queries_;   // by object id
+  bool queriesRead_ = false;
 };
 
 }  // namespace jet

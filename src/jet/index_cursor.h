@@ -39,7 +39,7 @@ struct KeyRange {
 class IndexCursor {
  public:
   IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefinition& definition,
-              const RealIndex& index, const std::optional<KeyRange>& range);
+              const RealIndex& index, const KeyRange& range);
 
   // False behind the last entry of the range.
   [[nodiscard]] bool next();
@@ -48,15 +48,14 @@ class IndexCursor {
   [[nodiscard]] RowId rowId() const { return rowId_; }
 
  private:
-  void descend();
+  void descend(std::uint32_t root);
   [[nodiscard]] bool nextLeaf();
 
-  PageFile& file_;
-  IndexPageCache& pages_;
-  const TableDefinition& definition_;
-  const RealIndex& index_;
-  std::vector<std::byte> first_;  // encoded: entries from this prefix on …
-  std::vector<std::byte> last_;   // … to this one, both included
+  PageFile* file_;
+  IndexPageCache* pages_;
+  std::uint32_t owner_;           // the table's definition page
+  std::vector<std::byte> first_;  // encoded: entries from this prefix on ...
+  std::vector<std::byte> last_;   // ... to this one, both included
   IndexPagePtr leaf_;
   std::size_t entry_ = 0;
   std::uint32_t leavesSeen_ = 0;

@@ -25,6 +25,7 @@ class IndexPage {
 
   [[nodiscard]] const PagePtr& page() const { return page_; }
   [[nodiscard]] bool isLeaf() const { return leaf_; }
+  [[nodiscard]] std::uint32_t previous() const { return previous_; }
   [[nodiscard]] std::uint32_t next() const { return next_; }
   [[nodiscard]] std::uint32_t tail() const { return tail_; }
   [[nodiscard]] std::size_t size() const { return ends_.size(); }
@@ -43,16 +44,18 @@ class IndexPage {
 
  private:
   [[nodiscard]] Bytes stored(std::size_t entry) const;
-  [[nodiscard]] int compareEntries(std::size_t a, std::size_t b) const;
+  [[nodiscard]] Bytes withoutChild(Bytes entry) const;
   void findEntries(const PageFile& file);
   void checkOrder(const PageFile& file) const;
 
   PagePtr page_;
   bool leaf_ = false;
+  std::uint32_t previous_ = 0;
   std::uint32_t next_ = 0;
   std::uint32_t tail_ = 0;
   Bytes entries_;                    // the page from its first entry on
   std::size_t prefix_ = 0;           // bytes
+  std::size_t trailer_ = 0;          // bytes behind the key: row pointer, child page
   std::vector<std::uint16_t> ends_;  // of each entry in entries_
 };
 

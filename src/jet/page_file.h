@@ -72,7 +72,7 @@ class PageFile {
   };
 
   [[nodiscard]] PagePtr readPage(std::uint32_t number) const;
-  void decode(std::uint32_t number, std::size_t offset, MutableBytes bytes) const;
+  void cipher(std::uint32_t number, std::size_t offset, MutableBytes bytes) const;
   void keep(const PagePtr& page);
 
   RandomAccessFile file_;

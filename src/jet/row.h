@@ -73,10 +73,13 @@ class Row {
   [[nodiscard]] bool bit(const Column& column) const;
   [[nodiscard]] Bytes rawFixed(const Column& column) const;
   [[nodiscard]] Bytes rawVariable(const Column& column) const;
-  [[nodiscard]] std::size_t variableStart(std::size_t entry) const;
+  [[nodiscard]] std::size_t jumpCount() const;
+  [[nodiscard]] std::size_t variableOffset(std::size_t entry, std::size_t count,
+                                           std::size_t jumps) const;
   template <typename T>
   [[nodiscard]] T number(std::size_t column) const;
   [[noreturn]] void damaged(const Column& column, std::string_view what) const;
+  [[noreturn]] void rowDamaged(const std::string& what) const;
 
   const RowContext* context_ = nullptr;
   RowId id_;

@@ -105,4 +105,7 @@ struct TableDefinition {
 // (Hangul has none).
 [[nodiscard]] bool sameName(std::string_view a, std::string_view b);
 
+// The form in which equal names are the same bytes: a key for maps of names.
+[[nodiscard]] std::string foldName(std::string_view name);
+
 }  // namespace jet

@@ -9,6 +9,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "jet/bytes.h"
 #include "jet/format.h"
@@ -32,6 +33,9 @@ class TextDecoder {
   Version version_;
   CodePage codePage_;
 };
+
+// UTF-16, low byte first. Bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] std::vector<std::byte> toUtf16(std::string_view utf8);
 
 // UTF-16, low byte first; an odd last byte is ignored.
 void appendUtf16(Bytes stored, std::string& utf8);

@@ -1,0 +1,191 @@
+#include "jet/database.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+#include "jet/errors.h"
+#include "jet/table_definition_reader.h"
+
+namespace jet {
+namespace {
+
+constexpr std::uint32_t kPageOfId = 0x00ffffff;  // an object's id, less its marks
+constexpr std::uint32_t kSystemFlags = 0x80000002;
+constexpr std::uint32_t kHiddenFlag = 0x8;
+
+// Numbers in MSysObjects.Type.
+ObjectType objectType(std::int64_t number) {
+  switch (number) {
+    case 1:
+      return ObjectType::Table;
+    case 4:
+      return ObjectType::LinkedOdbcTable;
+    case 5:
+      return ObjectType::Query;
+    case 6:
+      return ObjectType::LinkedTable;
+    default:
+      return ObjectType::Other;
+  }
+}
+
+// Tables and queries are asked for by name; forms and relations may bear the same ones.
+bool isNamedSource(ObjectType type) { return type != ObjectType::Other; }
+
+// Columns of a system table by their names; one that is missing or of another type is damage.
+class SystemRow {
+ public:
+  explicit SystemRow(Table& table) : table_(table) {}
+
+  void moveTo(const Row& row) { row_ = &row; }
+
+  std::int64_t number(const char* name) const {
+    const Variant value = row_->value(position(name));
+    switch (value.type()) {
+      case VariantType::Null:
+        return 0;
+      case VariantType::Byte:
+        return *value.as<std::uint8_t>();
+      case VariantType::Integer:
+        return *value.as<std::int16_t>();
+      case VariantType::Long:
+        return *value.as<std::int32_t>();
+      default:
+        unexpected(name);
+    }
+  }
+
+  // Null or Text.
+  Variant text(const char* name) const {
+    Variant value = row_->value(position(name));
+    if (!value.isNull() && value.type() != VariantType::Text) unexpected(name);
+    return value;
+  }
+
+  std::string plainText(const char* name) const {
+    const Variant value = text(name);
+    return value.isNull() ? std::string() : *value.as<std::string>();
+  }
+
+  std::vector<std::byte> binary(const char* name) const {
+    const Variant value = row_->value(position(name));
+    if (value.isNull()) return {};
+    if (value.type() != VariantType::Binary) unexpected(name);
+    return value.as<Binary>()->bytes;
+  }
+
+ private:
+  std::size_t position(const char* name) const {
+    const auto found = table_.definition().findColumn(name);
+    if (!found) unexpected(name);
+    return *found;
+  }
+
+  [[noreturn]] void unexpected(const char* name) const {
+    table_.file().damaged(table_.definition().page, "system table '" + table_.name() +
+                                                        "' has no proper column '" + name + "'");
+  }
+
+  Table& table_;
+  const Row* row_ = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<Database> Database::open(const std::string& path, const Options& options) {
+  using Mode = RandomAccessFile::Mode;
+  auto file = RandomAccessFile::open(path, options.readOnly ? Mode::ReadOnly : Mode::ReadWrite);
+  const FileHeader header = readFileHeader(file);
+  checkPassword(header, options.password, path);
+  return std::make_unique<Database>(std::move(file), header, options);
+}
+
+Database::Database(RandomAccessFile file, const FileHeader& header, const Options& options)
+    : header_(header),
+      options_(options),
+      file_(std::move(file), formatOf(header.version), header.encodingKey, options.readOnly),
+      text_(header.version, header.codePage) {
+  readCatalogue();
+}
+
+Database::~Database() = default;
+
+Table& Database::tableAt(std::uint32_t page, const std::string& name) {
+  std::unique_ptr<Table>& table = tables_[page];
+  if (!table) {
+    table = std::make_unique<Table>(file_, text_, readTableDefinition(file_, text_, page, name));
+  }
+  return *table;
+}
+
+void Database::readCatalogue() {
+  Table& objects = tableAt(kCataloguePage, "MSysObjects");
+  SystemRow fields(objects);
+  auto scan = objects.scan();
+  while (scan.next()) {
+    fields.moveTo(scan.row());
+    CatalogueEntry entry;
+    entry.name = fields.plainText("Name");
+    entry.type = objectType(fields.number("Type"));
+    entry.id = static_cast<std::int32_t>(fields.number("Id"));
+    entry.flags = static_cast<std::uint32_t>(fields.number("Flags"));
+    entry.system = (entry.flags & kSystemFlags) != 0;
+    entry.hidden = (entry.flags & kHiddenFlag) != 0;
+    entry.database = fields.plainText("Database");
+    entry.connect = fields.plainText("Connect");
+    entry.foreignName = fields.plainText("ForeignName");
+    if (isNamedSource(entry.type)) byName_.emplace(foldName(entry.name), catalogue_.size());
+    catalogue_.push_back(std::move(entry));
+  }
+}
+
+const CatalogueEntry* Database::find(std::string_view name) const {
+  const auto found = byName_.find(foldName(name));
+  return found == byName_.end() ? nullptr : &catalogue_[found->second];
+}
+
+Table& Database::openTable(std::string_view name) {
+  const CatalogueEntry* entry = find(name);
+  if (entry == nullptr || entry->type != ObjectType::Table) {
+    throw RuntimeError(error::kObjectNotFound,
+                       "'" + file_.path() + "' has no table '" + std::string(name) + "'.");
+  }
+  return openTable(*entry);
+}
+
+Table& Database::openTable(const CatalogueEntry& entry) {
+  return tableAt(static_cast<std::uint32_t>(entry.id) & kPageOfId, entry.name);
+}
+
+std::vector<QueryRow> Database::queryRows(const CatalogueEntry& query) {
+  if (!queriesRead_) readQueries();
+  const auto found = queries_.find(query.id);
+  return found == queries_.end() ? std::vector<QueryRow>() : found->second;
+}
+
+// All at once: a file has few, and they are asked for one after the other.
+void Database::readQueries() {
+  Table& clauses = openTable("MSysQueries");
+  SystemRow fields(clauses);
+  auto scan = clauses.scan();
+  while (scan.next()) {
+    fields.moveTo(scan.row());
+    QueryRow row;
+    row.attribute = static_cast<std::uint8_t>(fields.number("Attribute"));
+    row.flag = static_cast<std::int16_t>(fields.number("Flag"));
+    row.expression = fields.text("Expression");
+    row.name1 = fields.text("Name1");
+    row.name2 = fields.text("Name2");
+    row.order = fields.binary("Order");
+    queries_[static_cast<std::int32_t>(fields.number("ObjectId"))].push_back(std::move(row));
+  }
+  for (auto& [id, rows] : queries_) {
+    std::stable_sort(rows.begin(), rows.end(), [](const QueryRow& a, const QueryRow& b) {
+      return std::tie(a.attribute, a.order) < std::tie(b.attribute, b.order);
+    });
+  }
+  queriesRead_ = true;
+}
+
+}  // namespace jet

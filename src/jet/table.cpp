@@ -1,0 +1,106 @@
+#include "jet/table.h"
+
+#include "jet/data_page.h"
+#include "jet/errors.h"
+#include "jet/index_key.h"
+#include "jet/usage_map.h"
+
+namespace jet {
+namespace {
+
+constexpr int kMostForwards = 16;  // the engine makes one; more than a few is a circle
+
+}  // namespace
+
+TableCursor::TableCursor(Table& table) : table_(&table) { rewind(); }
+
+void TableCursor::rewind() {
+  pages_ = readUsageMap(table_->file(), table_->definition().ownedPages);
+  nextPage_ = 0;
+  page_.reset();
+  nextRow_ = rowsOnPage_ = 0;
+}
+
+bool TableCursor::nextPage() {
+  if (nextPage_ == pages_.size()) return false;
+  page_ = table_->dataPage(pages_[nextPage_++]);
+  nextRow_ = 0;
+  rowsOnPage_ = rowCount(table_->file().format(), *page_);
+  return true;
+}
+
+bool TableCursor::next() {
+  for (;;) {
+    while (nextRow_ == rowsOnPage_) {
+      if (!nextPage()) return false;
+    }
+    if (table_->rowAt(page_, nextRow_++, row_, Table::Freshness::Cached)) return true;
+  }
+}
+
+Table::Table(PageFile& file, TextDecoder& text, TableDefinition definition)
+    : file_(file), definition_(std::move(definition)), context_{definition_, file, text} {}
+
+Table::~Table() = default;
+
+PagePtr Table::dataPage(std::uint32_t number, Freshness freshness) {
+  PagePtr page = freshness == Freshness::Fresh ? file_.freshPage(number) : file_.page(number);
+  checkDataPage(file_, *page, definition_.page);
+  return page;
+}
+
+bool Table::rowAt(const PagePtr& first, std::uint16_t row, Row& out, Freshness freshness) {
+  const RowId id{first->number, row};
+  RowSlot slot = rowSlot(file_, *first, row);
+  if (slot.deleted) return false;
+  if (!slot.forwarded) {
+    out = Row(context_, id, first, Bytes(first->bytes).subspan(slot.start, slot.size()));
+    return true;
+  }
+  PagePtr page = first;
+  for (int forwards = 0; slot.forwarded; ++forwards) {
+    if (slot.size() < 4 || forwards == kMostForwards) {
+      file_.damaged(page->number, "row " + std::to_string(row) + " points nowhere");
+    }
+    const RowId target = loadRowPointer(page->bytes, slot.start);
+    page = dataPage(target.page, freshness);
+    if (target.row >= rowCount(file_.format(), *page)) {
+      file_.damaged(target.page, "it has no row " + std::to_string(target.row));
+    }
+    // Where a forwarded row arrived it bears the mark of a deleted one, so that a scan skips it.
+    slot = rowSlot(file_, *page, target.row);
+  }
+  const Bytes bytes = Bytes(page->bytes).subspan(slot.start, slot.size());
+  out = Row(context_, id, std::move(page), bytes);
+  return true;
+}
+
+bool Table::tryRead(RowId id, Row& row, Freshness freshness) {
+  const PagePtr page = dataPage(id.page, freshness);
+  return id.row < rowCount(file_.format(), *page) && rowAt(page, id.row, row, freshness);
+}
+
+Row Table::read(RowId id, Freshness freshness) {
+  Row row;
+  if (tryRead(id, row, freshness)) return row;
+  throw RuntimeError(error::kRowDeleted, "Record is deleted: row " + std::to_string(id.row) +
+                                             " of page " + std::to_string(id.page) + ", table '" +
+                                             name() + "' of '" + file_.path() + "'.");
+}
+
+bool Table::canSeek(std::size_t realIndex, std::size_t columns) const {
+  const RealIndex& index = definition_.realIndexes.at(realIndex);
+  if (columns > index.columns.size()) return false;
+  for (std::size_t i = 0; i < columns; ++i) {
+    if (!hasKeyEncoding(definition_.columns[index.columns[i].column].type)) return false;
+  }
+  return true;
+}
+
+IndexCursor Table::seek(std::size_t realIndex, const KeyRange& range) {
+  return {file_, indexPages_, definition_, definition_.realIndexes.at(realIndex), range};
+}
+
+IndexCursor Table::walk(std::size_t realIndex) { return seek(realIndex, KeyRange{}); }
+
+}  // namespace jet
