@@ -88,8 +88,9 @@ struct Format {
   std::size_t indexPrevious;      // 32 bits
   std::size_t indexNext;          // 32 bits
   std::size_t indexTail;          // 32 bits
-  std::size_t indexPrefixLength;  // 16 bits
-  std::size_t indexMask;          // bit n: an entry ends n bytes behind indexEntries
+  std::size_t indexPrefixLength;  // of indexPrefixSize bytes
+  std::size_t indexPrefixSize;
+  std::size_t indexMask;  // bit n: an entry ends n bytes behind indexEntries
   std::size_t indexEntries;
 
   // Bytes of an inline usage map behind its start page, as the engine makes them.

@@ -42,7 +42,8 @@ IndexPage::IndexPage(const PageFile& file, PagePtr page, std::uint32_t owner)
   previous_ = loadU32(bytes, format.indexPrevious);
   next_ = loadU32(bytes, format.indexNext);
   tail_ = loadU32(bytes, format.indexTail);
-  prefix_ = loadU16(bytes, format.indexPrefixLength);
+  prefix_ = format.indexPrefixSize == 1 ? loadU8(bytes, format.indexPrefixLength)
+                                        : loadU16(bytes, format.indexPrefixLength);
   entries_ = bytes.subspan(format.indexEntries);
   trailer_ = leaf_ ? kRowPointer : kRowPointer + kChildPointer;
   findEntries(file);

@@ -1,33 +1,23 @@
 #include "jet/table_definition.h"
 
+#include <algorithm>
+
+#include "platform/letter_case.h"
+
 namespace jet {
-namespace {
-
-// Lower case of the Latin letters of ASCII and, in their two bytes of UTF-8, of U+00C0 to U+00DE.
-char foldedByte(char c, char before) {
-  if (c >= 'A' && c <= 'Z') return static_cast<char>(c + ('a' - 'A'));
-  const auto byte = static_cast<unsigned char>(c);
-  if (before == '\xC3' && byte >= 0x80 && byte <= 0x9E && byte != 0x97) {
-    return static_cast<char>(byte + 0x20);
-  }
-  return c;
-}
-
-}  // namespace
-
 std::string foldName(std::string_view name) {
-  std::string folded;
-  folded.reserve(name.size());
-  char before = 0;
-  for (const char c : name) {
-    folded.push_back(foldedByte(c, before));
-    before = c;
+  const bool ascii =
+      std::all_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x80; });
+  if (!ascii) return platform::lowerCase(name);
+  std::string folded(name);
+  for (char& c : folded) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
   }
   return folded;
 }
 
 bool sameName(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && (a == b || foldName(a) == foldName(b));
+  return a == b || foldName(a) == foldName(b);
 }
 
 VariantType Column::variantType() const {
@@ -57,6 +47,7 @@ VariantType Column::variantType() const {
     case ColumnType::BigInt:
       return VariantType::Numeric;
     case ColumnType::Binary:
+    case ColumnType::WideBinary:
     case ColumnType::Ole:
     case ColumnType::ExtendedDateTime:
       break;

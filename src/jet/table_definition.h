@@ -34,6 +34,7 @@ enum class ColumnType : std::uint8_t {
   Memo = 12,
   Guid = 15,
   Numeric = 16,
+  WideBinary = 17,        // found in system tables of Access 2000: up to a page's bytes
   Complex = 18,           // Access 2007 and later: the number of a multi-valued field's rows
   BigInt = 19,            // Access 2016 and later
   ExtendedDateTime = 20,  // Access 2019 and later; read as its bytes
@@ -101,8 +102,7 @@ struct TableDefinition {
   [[nodiscard]] std::optional<std::size_t> findColumn(std::string_view name) const;
 };
 
-// Names of tables, columns and indexes are equal when they differ in the case of Latin letters only
-// (Hangul has none).
+// Names of tables, columns and indexes are equal when they differ in the case of letters only.
 [[nodiscard]] bool sameName(std::string_view a, std::string_view b);
 
 // The form in which equal names are the same bytes: a key for maps of names.

@@ -36,9 +36,7 @@ std::size_t fixedSize(ColumnType type) {
   }
 }
 
-bool isKnown(std::uint8_t type) {
-  return (type >= 1 && type <= 12) || type == 15 || type == 16 || (type >= 18 && type <= 20);
-}
+bool isKnown(std::uint8_t type) { return (type >= 1 && type <= 12) || (type >= 15 && type <= 20); }
 
 // Goes through the definition's parts in their order; every step is checked against its end.
 class DefinitionReader {

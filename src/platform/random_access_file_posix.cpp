@@ -1,31 +1,15 @@
 #include "platform/random_access_file.h"
 
 #include <cerrno>
-#include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/posix_error.h"
 #include "platform/runtime_error.h"
 
 namespace {
-
-[[noreturn]] void throwSystemError(int number, const std::string& path, const char* what) {
-  throw RuntimeError(number, std::string(what) + " '" + path + "': " + std::strerror(errno) + ".");
-}
-
-int openErrorNumber(int systemError) {
-  switch (systemError) {
-    case ENOENT:
-    case ENOTDIR:
-      return error::kFileNotFound;
-    case EEXIST:
-      return error::kFileExists;
-    default:
-      return error::kPathAccess;
-  }
-}
 
 int openFlags(RandomAccessFile::Mode mode) {
   // Without O_NONBLOCK, opening a pipe would wait for its other end.
@@ -45,10 +29,10 @@ int openFlags(RandomAccessFile::Mode mode) {
 
 RandomAccessFile RandomAccessFile::open(const std::string& path, Mode mode) {
   const int handle = ::open(path.c_str(), openFlags(mode), 0666);
-  if (handle < 0) throwSystemError(openErrorNumber(errno), path, "Cannot open");
+  if (handle < 0) platform::throwErrno(errno, "Cannot open", path);
   RandomAccessFile file(path, handle);
   struct stat status {};
-  if (::fstat(handle, &status) != 0) throwSystemError(error::kDeviceIo, path, "Cannot examine");
+  if (::fstat(handle, &status) != 0) platform::throwErrno(errno, "Cannot examine", path);
   if (!S_ISREG(status.st_mode)) {
     throw RuntimeError(error::kPathAccess, "Cannot open '" + path + "': it is not a plain file.");
   }
@@ -80,7 +64,7 @@ std::size_t RandomAccessFile::readAt(std::uint64_t offset, std::span<std::byte> 
     const ssize_t got = ::pread(handle_, buffer.data() + done, buffer.size() - done,
                                 static_cast<off_t>(offset + done));
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) throwSystemError(error::kDeviceIo, path_, "Cannot read");
+    if (got < 0) platform::throwErrno(errno, "Cannot read", path_);
     if (got == 0) break;
     done += static_cast<std::size_t>(got);
   }
@@ -93,17 +77,17 @@ void RandomAccessFile::writeAt(std::uint64_t offset, std::span<const std::byte> 
     const ssize_t put = ::pwrite(handle_, bytes.data() + done, bytes.size() - done,
                                  static_cast<off_t>(offset + done));
     if (put < 0 && errno == EINTR) continue;
-    if (put < 0) throwSystemError(error::kDeviceIo, path_, "Cannot write");
+    if (put < 0) platform::throwErrno(errno, "Cannot write", path_);
     done += static_cast<std::size_t>(put);
   }
 }
 
 std::uint64_t RandomAccessFile::size() const {
   struct stat status {};
-  if (::fstat(handle_, &status) != 0) throwSystemError(error::kDeviceIo, path_, "Cannot examine");
+  if (::fstat(handle_, &status) != 0) platform::throwErrno(errno, "Cannot examine", path_);
   return static_cast<std::uint64_t>(status.st_size);
 }
 
 void RandomAccessFile::sync() {
-  if (::fdatasync(handle_) != 0) throwSystemError(error::kDeviceIo, path_, "Cannot write");
+  if (::fdatasync(handle_) != 0) platform::throwErrno(errno, "Cannot write", path_);
 }
