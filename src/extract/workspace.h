@@ -12,7 +12,8 @@
 // message log), those of localdb/record_set.h and of platform/text_file.h.
 #pragma once
 
-#include <filesystem>
+#include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -64,6 +65,11 @@ class Workspace {
 
   // Opens a dynaset, positioned on its first row. Error 91 when it cannot be opened.
   localdb::RecordSet& open(RecordSetHandle& handle, std::string_view query);
+
+  // Opens the query, calls back once for every row (counted from 1) and closes the record set. The
+  // window may breathe after each row. After a failure the record set stays open in its handle.
+  using EachRow = std::function<void(localdb::RecordSet& row, std::int32_t number)>;
+  void forEachRow(RecordSetHandle& handle, std::string_view query, const EachRow& eachRow);
 
   // Closes what is open, and nothing more than that.
   static void close(RecordSetHandle& handle);

@@ -1,0 +1,60 @@
+#include <array>
+
+#include "extract/conversions.h"
+#include "extract/extractors.h"
+#include "extract/insert_statement.h"
+
+namespace extract {
+
+namespace {
+
+enum Own { kTimeIn, kOwnCount };
+
+// Coming goes up as hours and minutes, leaving and the moment of the change in full.
+constexpr Column kColumns[] = {
+    group("EI_GROUP"),
+    tradeName("EI_SANGHO"),
+    representative("EI_CHAIRMAN"),
+    number("EI_ID", "EI_ID"),
+    number("E_ID", "e_id"),
+    ownText("EI_TIME_IN", kTimeIn),
+    text("EI_TIME_OUT", "time_out"),
+    text("EI_ETC", "etc"),
+    text("EI_TIME_MODIFIED", "time_modified"),
+    text("EI_RDATE", "rDate"),
+};
+
+constexpr InsertShape kInsert = {"EmployeeItemTB", kColumns, " ) Values ("};
+
+constexpr RangeDelete kDelete = {"EmployeeItemTB", "EI_GROUP", "EI_SANGHO", "EI_RDATE"};
+
+// Only what was never sent, of real employees who are not serving staff. The DELETE goes by day
+// alone: a range that is sent again loses on the server what the first run sent.
+std::string attendanceQuery(const DayRange& days) {
+  return "SELECT * From Employee_Item "
+         " Where ( c_upload = 0 or c_upload is null ) "
+         "   And rdate >= " +
+         dayLiteral(days.first) + "   And rdate <= " + dayLiteral(days.last) +
+         "   And (is_serving = 0 or is_serving is null) "
+         "   And e_id > 0"
+         " Order By ei_id";
+}
+
+}  // namespace
+
+void 직원출퇴근자료수집(Workspace& work) {
+  // The days in their own text form, as in EI_RDATE.
+  work.write(rangeDelete(kDelete, work.shop, jet::dateText(work.days.first),
+                         jet::dateText(work.days.last)));
+  work.openDatabase(work.around.start.dataPath, "직원출퇴근자료수집");
+  InsertStatement insert(kInsert, work.shop);
+  work.forEachRow(
+      work.attendance, attendanceQuery(work.days), [&](localdb::RecordSet& record, std::int32_t) {
+        const std::array<jet::Variant, kOwnCount> own = {formatHourMinute(record.field("time_in"))};
+        insert.build(record, own, work.statement);
+        work.write(work.statement);
+        markRow(record, {{"c_upload", true}});
+      });
+}
+
+}  // namespace extract

@@ -1,0 +1,109 @@
+#include <array>
+
+#include "extract/conversions.h"
+#include "extract/extractors.h"
+#include "extract/insert_statement.h"
+#include "platform/runtime_error.h"
+
+namespace extract {
+
+namespace {
+
+enum Own { kInDate, kInTime, kRate, kCash, kOwnCount };
+using OwnValues = std::array<jet::Variant, kOwnCount>;
+
+// The sale comes before the shop here.
+constexpr Column kColumns[] = {
+    number("CI_S_ID", "S_ID"),
+    group("CI_GROUP"),
+    tradeName("CI_SANGHO"),
+    representative("CI_CHAIRMAN"),
+    ownText("CI_IN_DATE", kInDate),
+    ownText("CI_IN_TIME", kInTime),
+    text("CI_DAYS", "Days"),
+    text("CI_DAY", "Day"),
+    text("CI_DAYTIME", "DayTime"),
+    text("CI_CARD_KIND", "card_kind"),
+    text("CI_NAME", "card_name"),
+    text("CI_OFFER_NAME", "offer_name"),
+    number("CI_PRICE_CARDS", "price_cards"),
+    ownText("CI_RATES", kRate),
+    ownNumber("CI_CASH", kCash),
+    text("CI_CARDNO", "cardno"),
+    text("CI_NO", "sNo"),
+    absoluteFlag("CI_IS_CANCEL", "is_cancel"),
+    text("CI_KIND", "kind"),
+    text("CI_KIND2", "Kind2"),
+    absoluteFlag("CI_IS_CREDIT", "Is_Credit"),
+    absoluteFlag("CI_VOID", "VOID"),
+    text("CI_SIGNNAME", "SIGNNAME"),
+};
+
+constexpr InsertShape kInsert = {"CardItemTB", kColumns, ")  Values ("};
+
+constexpr RangeDelete kDelete = {"CardItemTB", "CI_GROUP", "CI_SANGHO", "CI_DAY"};
+
+// `date` is a text of year, month, day, hour and minute in two digits each. Only payments above
+// zero; cancelled ones among them.
+std::string cardsQuery(const DayRange& days) {
+  return "SELECT s_id, '20' & Left([date],2) & '.' & Mid([date],3,2) AS days, RDATE AS DAY, "
+         "       Left([date],2) & '.' & Mid([date],3,2) & '.' & Mid([date],5,2) & ' ' & "
+         "Mid([date],7,2) & ':' & Mid([date],9,2) AS daytime,"
+         "       card_kind, card_name, offer_name, price_total AS price_cards, card_no as cardno, "
+         "       [no] as sNo, is_cancel, kind, kind2, is_credit, c_upload, void, signname"
+         "  FROM Credit2 "
+         " Where price_total > 0"
+         "   And rdate >= " +
+         dayLiteral(days.first) + "   And rdate <= " + dayLiteral(days.last) + " Order By Date";
+}
+
+// What is left of a payment after the fee of `rate` percent; 0 without a rate.
+jet::Variant netAmount(const jet::Variant& price, std::int16_t rate) {
+  if (rate == 0) return 0;
+  if (price.isNull()) return {};
+  return jet::toDouble(price) * (1 - rate * 0.01);
+}
+
+OwnValues ownValues(Workspace& work, const localdb::RecordSet& card) {
+  // The moment of the upload, not of the payment.
+  const platform::LocalTime now = work.around.clock.now();
+  const std::int16_t rate = Rate_call(work, NzText(card.field("card_kind")));
+  return {platform::formatTime(now, "%Y-%m-%d"), platform::formatTime(now, "%H:%M:%S"),
+          jet::toText(rate), netAmount(card.field("price_cards"), rate)};
+}
+
+std::int16_t rateOf(Workspace& work, std::string_view kind) {
+  work.openDatabase(work.around.start.configurationPath, "Rate_call");
+  // The kind is not escaped: one with an apostrophe makes the query fail, so that it has no rate.
+  const localdb::RecordSet& rates = work.open(
+      work.cardRates, "SELECT * From Credit_code Where Card_Kind = '" + std::string(kind) + "'");
+  const std::int16_t rate = rates.recordCount() > 0 ? jet::toInteger(rates.field("Rate")) : 0;
+  Workspace::close(work.cardRates);
+  return rate;
+}
+
+}  // namespace
+
+std::int16_t Rate_call(Workspace& work, std::string_view kind) noexcept {
+  try {
+    return rateOf(work, kind);
+  } catch (const std::exception&) {
+    work.cardRates.reset();
+    return 0;
+  }
+}
+
+void 카드매출(Workspace& work) {
+  // The days in their own text form, here and in CI_DAY, so that the DELETE finds its rows.
+  work.write(rangeDelete(kDelete, work.shop, jet::dateText(work.days.first),
+                         jet::dateText(work.days.last)));
+  work.openDatabase(work.around.start.configurationPath, "카드매출");
+  InsertStatement insert(kInsert, work.shop);
+  work.forEachRow(work.cards, cardsQuery(work.days), [&](localdb::RecordSet& card, std::int32_t) {
+    insert.build(card, ownValues(work, card), work.statement);
+    work.write(work.statement);
+    markRow(card, {{"c_upload", true}});
+  });
+}
+
+}  // namespace extract

@@ -1,0 +1,153 @@
+#include "extract/conversions.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "platform/runtime_error.h"
+
+namespace extract {
+
+namespace {
+
+using jet::Variant;
+
+constexpr std::size_t kLastApostrophe = 32767;
+
+// Position, counted from 1 in UTF-16 units, of the character that starts at the byte.
+std::size_t unitPosition(std::string_view text, std::size_t byte) {
+  std::size_t units = 1;
+  for (const char c : text.substr(0, byte)) {
+    const auto lead = static_cast<unsigned char>(c);
+    if ((lead & 0xC0) != 0x80) units += lead >= 0xF0 ? 2 : 1;
+  }
+  return units;
+}
+
+void appendEscaped(std::string& statement, std::string_view text) {
+  const std::size_t apostrophe = text.find('\'');
+  if (apostrophe == std::string_view::npos) {
+    statement += text;
+  } else if (apostrophe >= kLastApostrophe && unitPosition(text, apostrophe) > kLastApostrophe) {
+    statement += "NULL";
+  } else {
+    statement += text.substr(0, apostrophe);
+    statement += '\\';
+    statement += text.substr(apostrophe);
+  }
+}
+
+// The date that a Format of the platform would see, or nothing for a text that reads as none.
+bool readsAsDate(const Variant& value, jet::DateTime& date) {
+  if (const auto* text = value.as<std::string>()) return jet::parseDate(*text, date);
+  date = jet::toDate(value);
+  return true;
+}
+
+template <typename Text>
+Variant format(const Variant& value, Text text) {
+  if (value.isNull()) return value;
+  jet::DateTime date;
+  return readsAsDate(value, date) ? Variant(text(date)) : value;
+}
+
+}  // namespace
+
+void appendSqlText(std::string& statement, const Variant& value) {
+  if (value.isNull()) return;
+  if (const auto* text = value.as<std::string>()) return appendEscaped(statement, *text);
+  try {
+    appendEscaped(statement, jet::toText(value));
+  } catch (const RuntimeError&) {
+    statement += "NULL";
+  }
+}
+
+void appendNzText(std::string& statement, const Variant& value) {
+  if (value.isNull()) return;
+  if (const auto* text = value.as<std::string>()) {
+    statement += *text;
+    return;
+  }
+  try {
+    statement += jet::toText(value);
+  } catch (const RuntimeError&) {
+    return;  // the empty text
+  }
+}
+
+void appendNumber(std::string& statement, std::int64_t number) {
+  std::array<char, 24> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  statement.append(digits.data(), end);
+}
+
+std::string SqlText(const Variant& value) {
+  std::string text;
+  appendSqlText(text, value);
+  return text;
+}
+
+std::string NzText(const Variant& value) {
+  std::string text;
+  appendNzText(text, value);
+  return text;
+}
+
+std::int32_t NzLong(const Variant& value) {
+  if (const auto* whole = value.as<std::int32_t>()) return *whole;
+  if (value.isNull()) return 0;
+  // Empty texts stand in many a number's place; they should not cost an exception each.
+  if (const auto* text = value.as<std::string>(); text != nullptr && text->empty()) return 0;
+  try {
+    return jet::toLong(value);
+  } catch (const RuntimeError&) {
+    return 0;
+  }
+}
+
+bool NzBool(const Variant& value) {
+  if (const auto* yes = value.as<bool>()) return *yes;
+  if (value.isNull()) return false;
+  try {
+    return jet::toDouble(value) == -1;
+  } catch (const RuntimeError&) {
+    return false;
+  }
+}
+
+Variant formatDay(const Variant& value) { return format(value, jet::dayText); }
+
+Variant formatTime(const Variant& value) { return format(value, jet::timeText); }
+
+Variant formatHourMinute(const Variant& value) {
+  return format(value, [](jet::DateTime date) { return jet::timeText(date).substr(0, 5); });
+}
+
+std::string_view weekdayLetter(const Variant& day) {
+  static constexpr std::array<std::string_view, 7> kLetters = {"일", "월", "화", "수",
+                                                               "목", "금", "토"};
+  if (day.isNull()) throw RuntimeError(error::kInvalidUseOfNull, "Weekday of Null.");
+  return kLetters.at(static_cast<std::size_t>(jet::weekday(jet::toDate(day)) - 1));
+}
+
+std::string dayLiteral(jet::DateTime day) { return "#" + jet::dayText(day) + "#"; }
+
+std::string groupedText(std::int32_t number) {
+  std::string text;
+  appendNumber(text, number);
+  const std::size_t first = number < 0 ? 1 : 0;
+  for (std::size_t at = text.size(); at > first + 3;) text.insert(at -= 3, 1, ',');
+  return text;
+}
+
+std::string oneDecimalText(double number) {
+  const auto tenths = std::llround(std::fabs(number) * 10);
+  std::string text = number < 0 && tenths != 0 ? "-" : "";
+  appendNumber(text, tenths / 10);
+  text += '.';
+  appendNumber(text, tenths % 10);
+  return text;
+}
+
+}  // namespace extract

@@ -1,0 +1,108 @@
+// Builds the INSERT statements of one server table from its column table.
+//
+//   constexpr Column kColumns[] = {group("CS_GROUP"), ..., number("CS_C_ID", "C_ID"),
+//                                  text("CS_RDATE", "rDate")};
+//   InsertStatement insert({"CustomerSellingTB", kColumns, " ) Values ("}, work.shop);
+//   insert.build(rows, {}, work.statement);      // once a row
+//
+// A column says in what form it is written and where its value comes from: a field of the row, a
+// value that the extractor worked out itself ("own", by its place in what build is given), or
+// nothing but the shop. Columns are views of constants; the writer keeps references to them.
+// Errors: 3265 for a field that the rows do not have, and those of reading a field.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "extract/workspace.h"
+#include "jet/variant.h"
+#include "localdb/record_set.h"
+
+namespace extract {
+
+enum class Written : std::uint8_t {
+  Text,           // 'SqlText'
+  UnescapedText,  // 'NzText'
+  Number,         // NzLong, unquoted
+  Flag,           // '1' for -1, else '0'
+  AbsoluteFlag,   // 'the magnitude of NzLong'
+  Zero,           // 0
+  Group,          // the shop's identity as quoted text
+  TradeName,
+  Representative,
+};
+
+constexpr int kFromField = -1;
+
+struct Column {
+  std::string_view name;
+  Written written;
+  std::string_view field = {};
+  int own = kFromField;  // place among the own values
+};
+
+constexpr Column text(std::string_view name, std::string_view field) {
+  return {name, Written::Text, field};
+}
+constexpr Column unescapedText(std::string_view name, std::string_view field) {
+  return {name, Written::UnescapedText, field};
+}
+constexpr Column number(std::string_view name, std::string_view field) {
+  return {name, Written::Number, field};
+}
+constexpr Column flag(std::string_view name, std::string_view field) {
+  return {name, Written::Flag, field};
+}
+constexpr Column absoluteFlag(std::string_view name, std::string_view field) {
+  return {name, Written::AbsoluteFlag, field};
+}
+constexpr Column ownText(std::string_view name, int own) { return {name, Written::Text, {}, own}; }
+constexpr Column ownNumber(std::string_view name, int own) {
+  return {name, Written::Number, {}, own};
+}
+constexpr Column zero(std::string_view name) { return {name, Written::Zero}; }
+constexpr Column group(std::string_view name) { return {name, Written::Group}; }
+constexpr Column tradeName(std::string_view name) { return {name, Written::TradeName}; }
+constexpr Column representative(std::string_view name) { return {name, Written::Representative}; }
+
+struct InsertShape {
+  std::string_view table;
+  std::span<const Column> columns;  // in the order of the statement
+  std::string_view between;         // what stands between the last column's name and its values
+};
+
+class InsertStatement {
+ public:
+  InsertStatement(const InsertShape& shape, const ShopLiterals& shop);
+
+  // Replaces `statement` by the INSERT of the current row. All rows come from one query: it may be
+  // opened again and again, its fields are looked up by name only once.
+  void build(const localdb::RecordSet& row, std::span<const jet::Variant> own,
+             std::string& statement);
+
+ private:
+  void findFields(const localdb::RecordSet& row);
+
+  std::span<const Column> columns_;
+  const ShopLiterals& shop_;
+  std::string opening_;              // up to the first value
+  std::vector<std::size_t> places_;  // of each column's field
+};
+
+// The DELETE of a day range: "Delete FROM SellingTB  Where SL_GROUP = 'A01'   And ...".
+struct RangeDelete {
+  std::string_view table;
+  std::string_view groupColumn;
+  std::string_view tradeNameColumn;
+  std::string_view dayColumn;
+  std::string_view lowerBound = "And";  // the word before the range's first day
+};
+
+[[nodiscard]] std::string rangeDelete(const RangeDelete& shape, const ShopLiterals& shop,
+                                      std::string_view firstDay, std::string_view lastDay);
+
+}  // namespace extract
