@@ -1,8 +1,8 @@
 #include "extract/workspace.h"
 
 #include "extract/conversions.h"
+#include "platform/files.h"
 #include "platform/runtime_error.h"
-#include "platform/text_file.h"
 
 namespace extract {
 
@@ -11,7 +11,12 @@ Workspace::Workspace(const Surroundings& surroundings)
       shop{SqlText(surroundings.start.shop.group), SqlText(surroundings.start.shop.tradeName),
            SqlText(surroundings.start.shop.representative)} {}
 
-void Workspace::write(std::string_view text) const { platform::appendLine(statementPath, text); }
+void Workspace::write(std::string_view text) {
+  line_.clear();
+  codePage_.appendFromUtf8(text, line_);
+  line_ += "\r\n";
+  platform::appendToFile(statementPath, line_);
+}
 
 void Workspace::openDatabase(const std::string& path, std::string_view caller) {
   // The result is not looked at: without a database its record sets do not open.

@@ -9,7 +9,7 @@
 //   work.closeAll();   // after the last step, failed or not
 //
 // One workspace serves one job. Errors: 91 a record set that could not be opened (why is in the
-// message log), those of localdb/record_set.h and of platform/text_file.h.
+// message log), those of localdb/record_set.h and of platform/files.h.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +24,7 @@
 #include "localdb/database_access.h"
 #include "log/job_log.h"
 #include "platform/clock.h"
+#include "platform/code_page.h"
 #include "platform/start_values.h"
 
 namespace extract {
@@ -56,8 +57,9 @@ class Workspace {
  public:
   explicit Workspace(const Surroundings& surroundings);
 
-  // Appends one line (or lines with CR LF between them) to the statement file, in one write.
-  void write(std::string_view statement) const;
+  // Appends one line (or lines with CR LF between them) to the statement file, in one write; the
+  // file is open for no longer than that. In code page 949, '?' for a character that it lacks.
+  void write(std::string_view statement);
 
   // Opens the local database that the following record sets are opened on. A failure shows when
   // the first of them is opened.
@@ -91,6 +93,10 @@ class Workspace {
   RecordSetHandle customers;
   RecordSetHandle customerSales;
   RecordSetHandle attendance;
+
+ private:
+  CodePage codePage_{949};
+  std::string line_;
 };
 
 // Sets Yes/No fields of the current row and saves it: how a local row is marked as sent.

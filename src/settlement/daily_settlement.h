@@ -2,7 +2,7 @@
 //
 //   DailySettlement day;
 //   day[Figure::총판매액] = 1000000;
-//   for (const FigureInfo& figure : kFigures) use(figure.label, figure.column, figure.source);
+//   for (const FigureInfo& figure : figures()) use(figure.label, figure.column, figure.source);
 #pragma once
 
 #include <array>
@@ -76,6 +76,10 @@ struct FigureInfo {
 
 // In the order of Figure.
 [[nodiscard]] std::span<const FigureInfo, kFigureCount> figures();
+
+[[nodiscard]] inline const FigureInfo& figureInfo(Figure figure) {
+  return figures()[static_cast<std::size_t>(figure)];
+}
 
 class DailySettlement {
  public:

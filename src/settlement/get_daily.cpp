@@ -1,0 +1,84 @@
+#include "settlement/get_daily.h"
+
+#include <array>
+#include <cmath>
+
+#include "extract/conversions.h"
+#include "platform/runtime_error.h"
+
+namespace settlement {
+
+namespace {
+
+using lib_결산::DailySettlement;
+using lib_결산::Figure;
+
+constexpr double kMostDays = 32767;
+
+// The statement's own order of the figures.
+constexpr std::array<Figure, lib_결산::kFigureCount> kColumnOrder = {
+    Figure::현금입금,     Figure::현금매출,     Figure::할인,         Figure::실판매액,
+    Figure::외상매출,     Figure::외상종료액,   Figure::외상카드입금, Figure::외상현금입금,
+    Figure::총마진,       Figure::총원가,       Figure::총판매액,     Figure::카드,
+    Figure::카드매출,     Figure::카드외부취소, Figure::카드지불외,   Figure::페이아웃,
+    Figure::테이블수,     Figure::테이블단가,   Figure::쿠폰건수,     Figure::쿠폰사용,
+    Figure::취소건수,     Figure::출금,         Figure::지출액,       Figure::반품,
+    Figure::봉사료,       Figure::부가세,       Figure::상품권사용,   Figure::상품권판매,
+    Figure::경품건수,     Figure::경품현금지급, Figure::서비스,       Figure::서비스건수,
+    Figure::선금금액,     Figure::손님수,       Figure::손님수남,     Figure::손님수여,
+    Figure::객단가,       Figure::시제,         Figure::전표건수,     Figure::절상절하,
+    Figure::종업원수,     Figure::좌석수,       Figure::좌석회전율,   Figure::주문건수,
+    Figure::직원당손님수, Figure::직원당판매액, Figure::돈통열린회수, Figure::매가변경,
+};
+
+std::string deleteDay(const extract::ShopLiterals& shop, std::string_view day) {
+  return "Delete From DailyDataTB  Where DD_GROUP = '" + shop.group + "'   And DD_SANGHO = '" +
+         shop.tradeName + "'   And DD_RDATE = '" + std::string(day) + "';";
+}
+
+std::string insertDay(const extract::ShopLiterals& shop, std::string_view day,
+                      const DailySettlement& settlement) {
+  std::string statement = "Insert Into DailyDataTB (DD_GROUP, DD_SANGHO, DD_CHAIRMAN, DD_RDATE";
+  for (const Figure figure : kColumnOrder) {
+    statement.append(", ").append(lib_결산::figureInfo(figure).column);
+  }
+  statement += ") Values ( '" + shop.group + "', '" + shop.tradeName + "', '" +
+               shop.representative + "', '" + std::string(day) + "'";
+  for (const Figure figure : kColumnOrder) {
+    statement += ", ";
+    extract::appendNumber(statement, settlement[figure]);
+  }
+  return statement + ");";
+}
+
+}  // namespace
+
+bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, jet::DateTime LastDate,
+              jet::DateTime LookDate) {
+  joblog::Progress& progress = work.around.progress;
+  const auto show = [&](const std::string& text) {
+    joblog::report(progress, sources.jobLog,
+                   text + ".." + platform::formatTime(sources.clock.now(), platform::kStampFormat));
+  };
+  show("Daily Data Load -- GetDaily In.." + jet::dateText(LastDate) + ".." +
+       jet::dateText(LookDate));
+  const double days = std::floor(LookDate.serial) - std::floor(LastDate.serial) + 1;
+  if (std::fabs(days) > kMostDays) {
+    throw RuntimeError(error::kOverflow, "Overflow: a settlement of more than 32767 days.");
+  }
+  for (double i = 0; i < days; ++i) {
+    const jet::DateTime day{LastDate.serial + i};
+    show("Daily Data Load -- GetDailyData Call 연결 Start " + jet::dateText(day));
+    DailySettlement settlement;
+    static_cast<void>(lib_결산::GetDailyData(sources, day, settlement));
+    const std::string dayLiteral = extract::SqlText(day);
+    work.write(deleteDay(work.shop, dayLiteral));
+    progress.yield();
+    work.write(insertDay(work.shop, dayLiteral, settlement));
+    progress.yield();
+    progress.yield();
+  }
+  return false;
+}
+
+}  // namespace settlement
