@@ -1,0 +1,117 @@
+// Local databases made up by a test: queries and the rows that they give.
+//
+//   FakeDatabases databases;
+//   databases.answers["FROM Selling "].rows = {{{"s_id", 7}, {"price", 33000}}};
+//
+// A query is answered by the entry whose key its text contains, and is empty without one. A field
+// that a row does not name is Null; one that the answer calls missing does not exist (error 3265).
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "localdb/database_access.h"
+#include "platform/runtime_error.h"
+
+namespace support {
+
+inline std::string lower(std::string_view name) {
+  std::string text(name);
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return text;
+}
+
+using FakeRow = std::map<std::string, jet::Variant>;  // names in lower case
+
+struct FakeAnswer {
+  std::vector<FakeRow> rows;
+  std::set<std::string> missing;
+  bool fails = false;
+};
+
+class FakeRecordSet : public localdb::RecordSet {
+ public:
+  explicit FakeRecordSet(FakeAnswer& answer) : answer_(answer) {}
+
+  [[nodiscard]] std::int32_t recordCount() const override {
+    return static_cast<std::int32_t>(answer_.rows.size());
+  }
+  [[nodiscard]] bool atEnd() const override { return at_ >= answer_.rows.size(); }
+  void moveFirst() override { at_ = 0, requireRow(); }
+  void moveNext() override { requireRow(), ++at_; }
+  void moveLast() override { at_ = answer_.rows.size() - 1, requireRow(); }
+  [[nodiscard]] std::size_t fieldIndex(std::string_view name) const override {
+    if (answer_.missing.contains(lower(name))) throw RuntimeError(3265, std::string(name));
+    names_.push_back(lower(name));
+    return names_.size() - 1;
+  }
+  using RecordSet::field;
+  [[nodiscard]] jet::Variant field(std::size_t index) const override {
+    requireRow();
+    const auto found = answer_.rows[at_].find(names_.at(index));
+    return found == answer_.rows[at_].end() ? jet::Variant() : found->second;
+  }
+  void edit() override { edited_ = true; }
+  void setField(std::string_view name, const jet::Variant& value) override {
+    changes_[lower(name)] = value;
+  }
+  void update() override {
+    if (!edited_) throw RuntimeError(3020, "update without edit");
+    for (const auto& [name, value] : changes_) answer_.rows[at_][name] = value;
+    edited_ = false;
+  }
+  void close() override {}
+
+ private:
+  void requireRow() const {
+    if (atEnd()) throw RuntimeError(3021, "no current record");
+  }
+
+  FakeAnswer& answer_;
+  std::size_t at_ = 0;
+  mutable std::vector<std::string> names_;
+  FakeRow changes_;
+  bool edited_ = false;
+};
+
+class FakeDatabases : public localdb::DatabaseAccess {
+ public:
+  std::map<std::string, FakeAnswer> answers;
+  std::set<std::string> missingFiles;  // by name
+  std::vector<std::string> queries;    // "data.mdb: SELECT ..."
+
+  bool JetOpenDB(std::shared_ptr<localdb::Database>& database, const std::filesystem::path& path,
+                 bool, bool, const std::string&, std::string_view) override {
+    file_ = path.filename();
+    database.reset();
+    if (missingFiles.contains(file_)) return false;
+    database = std::shared_ptr<localdb::Database>(keepAlive_, nullptr);
+    return true;
+  }
+
+  bool JetOpenRST(const std::shared_ptr<localdb::Database>& database,
+                  std::unique_ptr<localdb::RecordSet>& recordSet, std::string_view source,
+                  std::int32_t, std::int32_t, std::int32_t, bool) override {
+    queries.push_back(file_ + ": " + std::string(source));
+    recordSet.reset();
+    if (database.use_count() == 0) return false;
+    const auto found = std::find_if(answers.begin(), answers.end(), [&](const auto& answer) {
+      return source.find(answer.first) != std::string_view::npos;
+    });
+    if (found != answers.end() && found->second.fails) return false;
+    recordSet = std::make_unique<FakeRecordSet>(found == answers.end() ? nothing_ : found->second);
+    return true;
+  }
+
+ private:
+  std::string file_;
+  FakeAnswer nothing_;
+  std::shared_ptr<int> keepAlive_ = std::make_shared<int>(0);
+};
+
+}  // namespace support
