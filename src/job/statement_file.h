@@ -1,0 +1,31 @@
+// The life of a statement file: made under its working name, checked, renamed; the final name says
+// that it is whole and may be sent.
+//
+//   const auto path = job::workingPath(start, clock.now());   // .../20130821_153045_Hanok.tx
+//   ... statements are appended ...
+//   if (holdsStatement(platform::readFirstLine(path))) platform::renameFile(path, finalPath(path));
+//
+// The folder AutoLoadData is not made here.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/start_values.h"
+
+namespace job {
+
+// Named by the moment at which the job starts and the trade name, which is escaped as in a
+// statement.
+[[nodiscard]] std::string workingPath(const platform::StartValues& start,
+                                      const platform::LocalTime& moment);
+
+// The working name and a "t": .tx becomes .txt.
+[[nodiscard]] std::string finalPath(const std::string& working);
+
+// Whether the first line of a file is one of a useful file: "Insert" or "Delete" in exactly these
+// letters stands in it.
+[[nodiscard]] bool holdsStatement(std::string_view firstLine);
+
+}  // namespace job
