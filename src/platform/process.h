@@ -39,4 +39,7 @@ class SystemProcesses : public Processes {
   std::vector<std::int32_t> children_;  // started here and not known to have ended
 };
 
+// For the start of the program: a reader of its output that goes away no longer ends it.
+void outliveReaders();
+
 }  // namespace platform

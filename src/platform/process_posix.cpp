@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -114,5 +115,7 @@ void SystemProcesses::startHidden(const std::string& program,
 void SystemProcesses::takeOffEnded() {
   std::erase_if(children_, [](pid_t id) { return waitpid(id, nullptr, WNOHANG) != 0; });
 }
+
+void outliveReaders() { std::signal(SIGPIPE, SIG_IGN); }
 
 }  // namespace platform

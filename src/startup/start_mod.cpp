@@ -1,0 +1,91 @@
+#include "startup/start_mod.h"
+
+#include "jet/variant.h"
+#include "platform/files.h"
+#include "startup/command_line.h"
+#include "startup/profile_reader.h"
+
+namespace StartMod {
+
+namespace {
+
+constexpr const char* kManager = "경영자";
+constexpr const char* kPaths = "경로";
+
+// A repeat of a line end takes the first letter of the pair only.
+constexpr const char* kFourReturns = "\r\r\r\r";
+constexpr const char* kProgramEnds = "프로그램을 종료합니다.";
+
+// The style argument of a message box is a number; a text is converted.
+platform::Icon boxStyle(const std::string& style) {
+  constexpr int kCriticalStyle = 16;
+  return jet::toLong(jet::Variant(style)) == kCriticalStyle ? platform::Icon::kCritical
+                                                            : platform::Icon::kNone;
+}
+
+// Prompt and style of this box stand in each other's place, and shops know the run-time error that
+// comes of it; so the text is never seen.
+void reportMissingConfig(const Surroundings& around) {
+  around.log.MsgDebug("E)config.ini가 없어 종료함.", "");
+  const auto text =
+      std::string("지정된 위치에 환경파일이 없습니다 ") + kFourReturns + kProgramEnds;
+  around.messages.show({"환경파일 오류", boxStyle(text), {}});
+}
+
+void reportMissingDatabase(const Surroundings& around, const std::string& folders) {
+  around.log.MsgDebug("E)지정된 위치(" + folders + ")에 데이터베이스가 없어 종료", "_Trans");
+  around.messages.show(
+      {"지정된 위치(" + folders + ")에 데이터베이스가 없습니다." + kFourReturns + kProgramEnds,
+       platform::Icon::kCritical, "데이터베이스 오류"});
+}
+
+std::string folderOf(const platform::StartValues& values, const char* key) {
+  const auto& own = values.programFolder;
+  const auto folder = lib_Setting::readProfileString(values.configPath, kPaths, key, own);
+  return folder.empty() ? own : folder;
+}
+
+void takeCommandLine(std::string_view text, platform::StartValues& values) {
+  const auto parts = splitCommandLine(text);
+  values.commandLine = text;
+  values.runMode = parts.runMode;
+  values.fromDate = parts.fromDate;
+  values.toDate = parts.toDate;
+}
+
+void takeManager(const platform::Settings& settings, platform::StartValues& values) {
+  values.serverDatabaseName = settings.read(kManager, "SvrDbName", "");
+  values.shop.group = settings.read(kManager, "Group", "");
+  values.shop.tradeName = settings.read(kManager, "상호", "");
+  values.shop.representative = settings.read(kManager, "대표자", "");
+}
+
+}  // namespace
+
+Start Main(std::string_view commandLine, const Surroundings& around) {
+  Start start;
+  auto& values = start.values;
+  values.programFolder = around.programFolder;
+  takeCommandLine(commandLine, values);
+  values.configPath = platform::joinPath(values.programFolder, "config.ini");
+  if (!platform::fileExists(values.configPath)) {
+    reportMissingConfig(around);
+    return start;
+  }
+  around.settings.setFile(values.configPath);
+  takeManager(around.settings, values);
+  const auto folder = folderOf(values, "DB");
+  const auto second = folderOf(values, "PrnDB");
+  const auto data = platform::joinPath(folder, "data.mdb");
+  if (!platform::fileExists(data)) {
+    reportMissingDatabase(around, folder + "," + second);
+    return start;
+  }
+  values.dataPath = data;
+  values.configurationPath = platform::joinPath(folder, "config.mdb");
+  values.outgoPath = platform::joinPath(folder, "outgo.mdb");
+  start.next = values.runMode == "T" ? Next::kUploadWindow : Next::kLoginWindow;
+  return start;
+}
+
+}  // namespace StartMod
