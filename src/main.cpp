@@ -88,10 +88,11 @@ int run(Program& program, const std::string& commandLine) {
     case StartMod::Next::kUploadWindow:
       return runUnattended(program, start.values);
     case StartMod::Next::kLoginWindow:
-      program.messages.show({"This build has no windows; start it with T and the days, as in "
-                             "T2013/08/01-2013/08/21.",
-                             platform::Icon::kInformation,
-                             {}});
+      program.messages.show(
+          {"This build has no windows; start it with T and the days, as in "
+           "T2013/08/01-2013/08/21.",
+           platform::Icon::kInformation,
+           {}});
       return kStartUpEnded;
     case StartMod::Next::kEnd:
       break;

@@ -97,9 +97,9 @@ void JobDriver::Run::open() {
 void JobDriver::Run::collect(const Step& step) {
   const bool settlement = step.kind == StepKind::kSettlement;
   attempt([&] {
-    const auto days = settlement ? jet::dateText(request_.from) + "..To : " +
-                                       jet::dateText(request_.to) + ".."
-                                 : std::string();
+    const auto days =
+        settlement ? jet::dateText(request_.from) + "..To : " + jet::dateText(request_.to) + ".."
+                   : std::string();
     joblog::report(window_, around_.jobLog, std::string(step.start) + days + stamp());
   });
   attempt([&] { step.collect(work_); });

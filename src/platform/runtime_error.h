@@ -4,9 +4,9 @@
 //
 // Numbers are those of the platform and of the database engine that the shops know:
 //   5 invalid procedure call   6 overflow            11 division by zero   13 type mismatch
-//   53 file not found          57 device i/o error   58 file exists        61 disk full   67 too many files
-//   75/76 path/file access     91 object not set     94 invalid use of Null
-//   30xx and on: the database engine's; each room's headers name the ones they throw.
+//   53 file not found          57 device i/o error   58 file exists        61 disk full   67 too
+//   many files 75/76 path/file access     91 object not set     94 invalid use of Null 30xx and on:
+//   the database engine's; each room's headers name the ones they throw.
 // A description says what file, table, page or row it was, and what was wrong. Thrown where the
 // fault is found; caught only where a routine has its trap or where a library is wrapped.
 #pragma once

@@ -109,7 +109,8 @@ std::optional<std::string> valueBytes(const std::string& path, std::string_view 
 
 std::string_view lineEndOf(std::string_view text) {
   const auto newline = text.find('\n');
-  const bool bare = newline != std::string_view::npos && (newline == 0 || text[newline - 1] != '\r');
+  const bool bare =
+      newline != std::string_view::npos && (newline == 0 || text[newline - 1] != '\r');
   return bare ? "\n" : "\r\n";
 }
 

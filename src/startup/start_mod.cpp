@@ -27,8 +27,7 @@ platform::Icon boxStyle(const std::string& style) {
 // comes of it; so the text is never seen.
 void reportMissingConfig(const Surroundings& around) {
   around.log.MsgDebug("E)config.ini가 없어 종료함.", "");
-  const auto text =
-      std::string("지정된 위치에 환경파일이 없습니다 ") + kFourReturns + kProgramEnds;
+  const auto text = std::string("지정된 위치에 환경파일이 없습니다 ") + kFourReturns + kProgramEnds;
   around.messages.show({"환경파일 오류", boxStyle(text), {}});
 }
 

@@ -9,8 +9,7 @@ namespace {
 constexpr std::chrono::milliseconds kTick{1000};
 constexpr int kAllCustomers = 3;  // the box that "tick all" leaves out: no job reads it
 
-constexpr const char* kNoDayPicked =
-    "일자를 선택하시지 않았습니다. 일자를 선택하시기 바랍니다...";
+constexpr const char* kNoDayPicked = "일자를 선택하시지 않았습니다. 일자를 선택하시기 바랍니다...";
 constexpr const char* kFromBehindTo =
     "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..";
 

@@ -1,0 +1,101 @@
+#!/usr/bin/env python3
+"""Reads the #include lines of src/ and tools/ and says which go where they must not.
+
+usage: include_directions.py PROJECT_FOLDER | --self-test
+"""
+import pathlib
+import re
+import sys
+import tempfile
+
+# A room may include itself and the rooms before it.
+ROOMS = ['platform', 'log', 'jet', 'jetsql', 'localdb', 'extract', 'settlement', 'transfer',
+         'server', 'job', 'ui', 'startup']
+
+# Libraries, and the only folder of src/ that may include each.
+LIBRARIES = [(r'Q[A-Z]\w*(/.*)?$|Qt\w*/', 'ui/qt'), (r'curl/', 'transfer'), (r'sqlite3', 'jetsql'),
+             (r'sql(ext|types|ucode)?\.h$', 'server')]
+SYSTEM = 'platform'
+
+STANDARD = set('''algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono cinttypes climits
+clocale cmath codecvt compare complex concepts condition_variable csignal cstdarg cstddef cstdint cstdio cstdlib cstring
+ctime cwchar cwctype deque exception execution filesystem forward_list fstream functional future initializer_list iomanip
+ios iosfwd iostream istream iterator latch limits list locale map memory memory_resource mutex new numbers numeric
+optional ostream queue random ranges ratio regex semaphore set shared_mutex source_location span sstream stack stdexcept
+stop_token streambuf string string_view syncstream system_error thread tuple type_traits typeindex typeinfo
+unordered_map unordered_set utility valarray variant vector version'''.split())
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
+
+
+def complaint(folder, quote, name):
+    """Why a file of this folder (below src/, '' for src/ itself and tools/) may not include name, or None."""
+    room = folder.split('/')[0]
+    if quote == '"':
+        other = name.split('/')[0]
+        if not room or name.count('/') == 0:
+            return None
+        if other not in ROOMS:
+            return f'"{name}" is in no room'
+        if ROOMS.index(other) > ROOMS.index(room):
+            return f'{room} must not use {other}'
+        if name.startswith('ui/qt/') and folder != 'ui/qt':
+            return 'only ui/qt may use a Qt view'
+        return None
+    if name in STANDARD:
+        return None
+    for pattern, owner in LIBRARIES:
+        if re.match(pattern, name):
+            return None if folder == owner else f'<{name}> belongs to {owner} only'
+    return None if room == SYSTEM else f'<{name}> belongs to {SYSTEM} only'
+
+
+def check(project):
+    problems, count = [], 0
+    for top in ('src', 'tools'):
+        for path in sorted((project / top).rglob('*')):
+            if path.suffix not in ('.h', '.cpp'):
+                continue
+            folder = path.parent.relative_to(project / top).as_posix() if top == 'src' else ''
+            if folder.split('/')[0] not in ROOMS + ['', '.']:
+                problems.append(f'{path.relative_to(project)}: {folder} is no room')
+                continue
+            for quote, name in INCLUDE.findall(path.read_text()):
+                count += 1
+                why = complaint('' if folder == '.' else folder, quote, name)
+                if why:
+                    problems.append(f'{path.relative_to(project)}: {why}')
+    return problems, count
+
+
+def self_test():
+    wrong = {'src/log/a.h': '#include "jet/row.h"', 'src/jet/b.cpp': '#include <unistd.h>',
+             'src/job/c.cpp': '#include <QString>', 'src/ui/d.h': '# include "ui/qt/upload.h"',
+             'src/ui/e.cpp': '#include <QtWidgets/QLabel>', 'src/extract/f.cpp': '#include <sqlite3.h>',
+             'src/ui/qt/g.cpp': '  #include <curl/curl.h>', 'src/jetsql/h.cpp': '#include <sql.h>',
+             'src/extra/i.cpp': '', 'src/main.cpp': '#include <sys/stat.h>',
+             'tools/j.cpp': '#include <fcntl.h>', 'src/jet/k.h': '#include "nowhere/x.h"'}
+    right = {'src/job/a.h': '#include <vector>\n#include "log/x.h"', 'src/ui/qt/b.h': '#include <QWidget>\n#include "job/x.h"',
+             'src/platform/c.cpp': '#include <unistd.h>', 'src/main.cpp.in': '#include <unistd.h>',
+             'src/server/d.cpp': '#include <sqlext.h>', 'tools/e.cpp': '#include "startup/x.h"'}
+    with tempfile.TemporaryDirectory() as folder:
+        project = pathlib.Path(folder)
+        for name, text in {**wrong, **right}.items():
+            (project / name).parent.mkdir(parents=True, exist_ok=True)
+            (project / name).write_text(text)
+        found = {problem.split(':')[0] for problem in check(project)[0]}
+    return [f'{name}: judged wrongly' for name in found ^ set(wrong)]
+
+
+def main():
+    if sys.argv[1] == '--self-test':
+        problems = self_test()
+    else:
+        problems, count = check(pathlib.Path(sys.argv[1]))
+        if count == 0:
+            problems.append('no #include line found')
+    print('\n'.join(problems) or 'as they should be')
+    return 1 if problems else 0
+
+
+sys.exit(main())
