@@ -1,0 +1,159 @@
+#include "job/job_driver.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "platform/code_page.h"
+#include "platform/files.h"
+#include "platform/runtime_error.h"
+#include "startup/profile_reader.h"
+#include "support/child_process.h"
+#include "support/fake_platform.h"
+
+namespace job {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kTrap = "전송오류... Trans";
+
+struct FakeWindow : Window {
+  std::vector<std::string> captions;
+  std::string pointer;
+  int yields = 0;
+  void setCaption(std::string_view text) override { captions.emplace_back(text); }
+  [[nodiscard]] std::string caption() const override { return captions.back(); }
+  void yield() override { ++yields; }
+  void setHourglass(bool on) override { pointer += on ? "11 " : "0 "; }
+};
+
+struct NoDatabases : localdb::DatabaseAccess {
+  bool JetOpenDB(std::shared_ptr<localdb::Database>&, const fs::path&, bool, bool,
+                 const std::string&, std::string_view) override {
+    return false;
+  }
+  bool JetOpenRST(const std::shared_ptr<localdb::Database>&, std::unique_ptr<localdb::RecordSet>&,
+                  std::string_view, std::int32_t, std::int32_t, std::int32_t, bool) override {
+    return false;
+  }
+};
+
+class JobDriverTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    start.programFolder = folder.path().string();
+    start.shop = {"A01", "Kim's", "Kim"};
+    settings.setFile(path("config.ini"));
+    fs::create_directory(path("AutoLoadData"));
+    messageLog.setLevel(1);
+  }
+  [[nodiscard]] std::string path(const std::string& name) const {
+    return platform::joinPath(folder.path().string(), name);
+  }
+  [[nodiscard]] std::string text(const std::string& name) const {
+    return fs::exists(path(name)) ? CodePage(949).toUtf8(platform::readFile(path(name))) : "";
+  }
+  // A run with the boxes ticked; the fake steps are those of the real table.
+  bool run(std::initializer_list<std::size_t> boxes) {
+    JobDriver driver({start, databases, settings, clock, ticks, jobLog, messageLog,
+                      [this] { called += "closed "; }},
+                     steps);
+    Request request{{}, {41487}, {41507}};  // 2013-08-01 to 2013-08-21
+    for (const auto box : boxes) request.ticked.at(box) = true;
+    return driver.run(request, window);
+  }
+  std::function<void(extract::Workspace&)> writing(const std::string& line) {
+    return [this, line](extract::Workspace& work) {
+      called += line + " ";
+      work.write(line);
+    };
+  }
+
+  support::TemporaryFolder folder;
+  support::FakeClock clock;
+  support::FakeTicks ticks;
+  support::FakeMemory memory;
+  support::ShownMessages messages;
+  NoDatabases databases;
+  lib_Setting::ProfileReader settings;
+  platform::StartValues start;
+  joblog::JobLog jobLog{folder.path().string(), clock};
+  lib_Message2::MessageLog messageLog{folder.path().string(), clock, memory, messages};
+  FakeWindow window;
+  std::string called;
+  std::vector<Step> steps = {
+      {0, "Selling Start ", "Selling End ", writing("Delete 1;")},
+      {6, "Employee_item  Start ", "Employee_Item End ", writing("Insert 2;")},
+      {5, "DailyData Start..From : ", "DailyData End ", writing("Insert 3;"),
+       StepKind::kSettlement},
+  };
+  const std::string final = "AutoLoadData/20130821_153045_Kim\\'s.txt";
+};
+
+TEST_F(JobDriverTest, ARunIsLoggedStepByStep) {
+  EXPECT_TRUE(run({0, 1, 2, 3, 4, 5, 6}));
+  const std::string stamp = "20130821 153045\r\n";
+  const std::string tail =
+      "자료생성 종료.......\r\n자료 전송 Start.....\r\n자료 전송 종료.....\r\n" +
+      std::string(88, '-') + "\r\n";
+  EXPECT_EQ(text("H20130821D.log"),
+            "File Create..\r\nSelling Start " + stamp + "Selling End " + stamp +
+                "Employee_item  Start " + stamp + "Employee_Item End " + stamp +
+                "DailyData Start..From : 2013-08-01..To : 2013-08-21.." + stamp + "DailyData End " +
+                stamp +
+                "마감분석을 위한 최종 작업 일자 저장 ... Start\r\nFile Length Check..33\r\n" +
+                stamp + "구문 Check Start " + stamp + "구문 Check End " + stamp + tail);
+  EXPECT_EQ(called, "Delete 1; Insert 2; Insert 3; closed ");
+  EXPECT_EQ(text(final), "Delete 1;\r\nInsert 2;\r\nInsert 3;\r\n");
+  EXPECT_EQ(text("config.ini"), "[DailyData]\r\nLastDate=2013/08/21\r\n");
+  EXPECT_EQ(window.pointer, "11 0 ");
+  EXPECT_EQ(window.yields, 1);
+}
+
+TEST_F(JobDriverTest, AnEmptyRunDeletesItsFileAndEndsInTheTrap) {
+  for (const auto& boxes : {std::vector<std::size_t>{}, std::vector<std::size_t>{3}}) {
+    window.captions.clear();
+    EXPECT_FALSE(boxes.empty() ? run({}) : run({3}));
+    EXPECT_TRUE(fs::is_empty(path("AutoLoadData")));
+    EXPECT_EQ(std::ranges::count(window.captions, kTrap), 1);
+    EXPECT_EQ(window.captions.back(), std::string(88, '-'));
+  }
+  EXPECT_TRUE(text("130821_XPDll.log").starts_with("E)frmAuto->TMR_Timer[0](53)"));
+  EXPECT_EQ(text("config.ini"), "");
+}
+
+TEST_F(JobDriverTest, OnlyAFirstLineWithAStatementIsKept) {
+  const struct {
+    const char* line;
+    bool kept;
+  } rows[] = {
+      {"insert into X;", false}, {"update X;", false}, {"REPLACE", false}, {"x Insert", true}};
+  for (const auto& row : rows) {
+    fs::remove(path(final));
+    steps = {{0, "", "", writing(row.line)}};
+    EXPECT_EQ(run({0}), row.kept) << row.line;
+    EXPECT_EQ(fs::exists(path(final)), row.kept) << row.line;
+  }
+}
+
+TEST_F(JobDriverTest, AFailingStepIsLoggedAndTheNextOneRuns) {
+  steps[1].collect = [](extract::Workspace&) { throw RuntimeError(94, "Null"); };
+  EXPECT_FALSE(run({0, 5, 6}));
+  EXPECT_EQ(text(final), "Delete 1;\r\nInsert 3;\r\n");
+  EXPECT_EQ(text("130821_XPDll.log"), "E)frmAuto->TMR_Timer[0](94)Null\r\n");
+  EXPECT_NE(text("H20130821D.log").find(kTrap + "\r\nEmployee_Item End "), std::string::npos);
+  EXPECT_NE(text("config.ini"), "");
+}
+
+TEST_F(JobDriverTest, WithoutTheFolderEveryStepThatNeedsTheFileFails) {
+  fs::remove(path("AutoLoadData"));
+  EXPECT_FALSE(run({0}));
+  EXPECT_TRUE(text("H20130821D.log").starts_with(kTrap + "\r\nFile Create..\r\n"));
+  // Creation, the sales, the length, the deletion, the rename.
+  EXPECT_EQ(std::ranges::count(window.captions, kTrap), 5);
+}
+
+}  // namespace
+}  // namespace job
