@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 
 #include "log/network_probe.h"
 #include "log/system_probe.h"
@@ -50,16 +51,16 @@ TEST_F(ProbesTest, AProgramRunsUnderTheNameThatItWasStartedBy) {
 }
 
 TEST_F(ProbesTest, AStartedChildThatHasEndedDoesNotCount) {
-  fs::create_symlink("/usr/bin/gzip", folder.path() / "qb-gzip.exe");
-  const auto file = (folder.path() / "20130821_153000.txt").string();
-  fs::copy_file("/proc/self/exe", file);
-  processes.startHidden((folder.path() / "qb-gzip.exe").string(), {file});
-  EXPECT_GT(running("QB-GZIP.EXE"), 0);
-  while (running("qb-gzip.exe") > 0) {
+  const auto program = (folder.path() / "qb-cat.exe").string();
+  const auto pipe = (folder.path() / "pipe").string();
+  fs::create_symlink("/bin/cat", program);
+  ASSERT_EQ(support::run({"mkfifo", pipe}), 0);
+  processes.startHidden(program, {pipe});
+  EXPECT_GT(running("QB-CAT.EXE"), 0);
+  std::ofstream(pipe).close();  // which the child was waiting for
+  while (running("qb-cat.exe") > 0) {
   }
-  EXPECT_TRUE(fs::exists(file + ".gz"));
-  EXPECT_FALSE(fs::exists(file));
-  EXPECT_THROW(processes.startHidden(file, {}), RuntimeError);
+  EXPECT_THROW(processes.startHidden(pipe, {}), RuntimeError);
 }
 
 struct FakeNetwork : platform::Network {
