@@ -48,7 +48,7 @@ struct FakeDriver : job::Driver {
 
 class FrmQuenbrookTest : public testing::Test {
  protected:
-  platform::StartValues start{.shop = {.group = "A01"}};
+  platform::StartValues start;
   support::FakeClock clock;
   support::ShownMessages messages;
   FakeDriver driver;
@@ -66,6 +66,7 @@ TEST_F(FrmQuenbrookTest, AnInteractiveLoadShowsToday) {
   EXPECT_EQ(view.interval.count(), 1000);
   EXPECT_EQ(view.calendarDay, kDay21);
   EXPECT_TRUE(view.centred && driver.requests.empty() && view.ticks == "-------");
+  start.shop.group = "A01";
   form.Form_Activate();
   EXPECT_EQ(view.delegate, "A01");
   EXPECT_EQ(view.ticks, kAllButThree);
