@@ -1,0 +1,29 @@
+// Whether another instance of the program runs from the same folder.
+//
+//   const platform::InstanceLock instance(start.programFolder);  // held to the program's end
+//   if (!instance.alone()) …                                     // another one was there before
+//
+// The system lets go of it with the process, however that ends; nothing is left on the disk. Where
+// the folder cannot be locked at all, the program counts as alone.
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+class InstanceLock {
+ public:
+  explicit InstanceLock(const std::string& folder);
+  ~InstanceLock();
+  InstanceLock(const InstanceLock&) = delete;
+  InstanceLock& operator=(const InstanceLock&) = delete;
+
+  // As it was at construction.
+  [[nodiscard]] bool alone() const { return alone_; }
+
+ private:
+  int folder_ = -1;
+  bool alone_ = true;
+};
+
+}  // namespace platform
