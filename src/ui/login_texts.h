@@ -8,9 +8,9 @@ constexpr const char* kCancel = "취소";              // cmdCancel
 constexpr const char* kChangePassword = "암호변경";  // cmdChange
 
 // Captions that the shops' window leaves to its pictures.
-constexpr const char* kTradeName = "상호";
-constexpr const char* kLoginId = "로그인 ID";
-constexpr const char* kPassword = "암호";
+constexpr const char* kTradeName = "상호(&S)";
+constexpr const char* kLoginId = "로그인 ID(&I)";
+constexpr const char* kPassword = "암호(&P)";
 
 constexpr const char* kAlreadyRunning =
     "이미 프로그램이 실행중입니다.CTRL + ALT + DEL키를 눌러 확인하세요.";

@@ -15,14 +15,14 @@ constexpr const char* kCalendarHint = "클릭을 하시면 달력이 나타납�
 constexpr const char* kUntickAll = "전체해제";                             // SSCommand3
 constexpr const char* kStart = "업로드 Start";                             // cmdStart
 
-// Captions that the shops' window leaves to its pictures.
-constexpr const char* kTickAll = "전체선택";   // SSCommand1
-constexpr const char* kCalendar = "달력";      // cmdCalendar
-constexpr const char* kTakeFrom = "시작일자";  // sspFromB
-constexpr const char* kTakeTo = "종료일자";    // sspToB
-constexpr const char* kTakeToday = "오늘";     // sspCurrent
-constexpr const char* kHideCalendar = "닫기";  // SSPanel9
-constexpr const char* kEnd = "종료";           // cmdEnd
+// Captions that the shops' window leaves to its pictures; only these may carry a shortcut.
+constexpr const char* kTickAll = "전체선택(&A)";   // SSCommand1
+constexpr const char* kCalendar = "달력(&C)";      // cmdCalendar
+constexpr const char* kTakeFrom = "시작일자(&F)";  // sspFromB
+constexpr const char* kTakeTo = "종료일자(&T)";    // sspToB
+constexpr const char* kTakeToday = "오늘(&N)";     // sspCurrent
+constexpr const char* kHideCalendar = "닫기(&H)";  // SSPanel9
+constexpr const char* kEnd = "종료(&X)";           // cmdEnd
 
 constexpr std::array<const char*, kBoxCount> kBoxes = {
     " 일자별 매출 자료",   " 일자별 카드매출 자료",  " 일자별 지급관련 자료",
