@@ -2,9 +2,11 @@
 //
 //   quenbrook T2013/08/01-2013/08/21
 //
+// Qt comes to life on the way to the windows only: an unattended start needs no display.
 // Exit status: 0 every step passed, 1 the job's trap was entered, 2 start-up ended the program.
 
 #include <exception>
+#include <memory>
 #include <string>
 
 #include "job/job_driver.h"
@@ -14,14 +16,22 @@
 #include "platform/central_server.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/instance_lock.h"
 #include "platform/memory.h"
 #include "platform/message_display.h"
 #include "platform/network.h"
 #include "platform/process.h"
 #include "platform/runtime_error.h"
+#include "server/central_database.h"
+#include "server/odbc_provider.h"
+#include "server/odbc_source.h"
+#include "startup/command_line.h"
 #include "startup/profile_reader.h"
 #include "startup/start_mod.h"
 #include "ui/frm_quenbrook.h"
+#include "ui/qt/application.h"
+#include "ui/qt/message_box.h"
+#include "ui/qt/windows.h"
 
 namespace {
 
@@ -31,12 +41,15 @@ constexpr int kStartUpEnded = 2;
 
 // Everything that lives as long as the program, whichever window it opens.
 struct Program {
+  explicit Program(platform::MessageDisplay& display) : messages(display) {}
+
+  platform::MessageDisplay& messages;
   std::string folder = platform::programFolder();
+  platform::InstanceLock instance{folder};
   platform::SystemClock clock;
   platform::SystemTickCounter ticks;
   platform::SystemMemory memory;
   platform::SystemNetwork network;
-  platform::StandardErrorDisplay messages;
   lib_Setting::ProfileReader settings;
   lib_Message2::MessageLog log{folder, clock, memory, messages};
   joblog::JobLog jobLog{folder, clock};
@@ -46,7 +59,7 @@ struct Program {
 class Job {
  public:
   Job(Program& program, const platform::StartValues& start)
-      : engine_(program.clock, nullptr),
+      : engine_(program.clock, external_.get()),
         databases_(engine_, [&](const std::string& line) { program.log.MsgDebug(line, ""); }),
         settlement_{program.folder,
                     databases_,
@@ -67,6 +80,7 @@ class Job {
     return lib_Network::PING(program.network, program.log, server.host);
   }
 
+  std::unique_ptr<jetsql::ExternalSource> external_ = server::makeOdbcSource();
   localdb::DBEngine engine_;
   localdb::LocalDatabases databases_;
   lib_결산::Sources settlement_;
@@ -81,21 +95,40 @@ int runUnattended(Program& program, const platform::StartValues& start) {
   return form.jobFailed() ? kTrapEntered : kAllPassed;
 }
 
-int run(Program& program, const std::string& commandLine) {
-  const auto start = StartMod::Main(
-      commandLine, {program.folder, program.settings, program.log, program.messages});
-  switch (start.next) {
-    case StartMod::Next::kUploadWindow:
-      return runUnattended(program, start.values);
-    case StartMod::Next::kLoginWindow:
-      program.messages.show(
-          {"This build has no windows; start it with T and the days, as in "
-           "T2013/08/01-2013/08/21.",
-           platform::Icon::kInformation,
-           {}});
-      return kStartUpEnded;
-    case StartMod::Next::kEnd:
-      break;
+int runWindows(Program& program, const platform::StartValues& start,
+               ui::qt::Application& application) {
+  const auto provider = server::makeOdbcProvider();
+  server::CentralDatabase central(*provider, platform::centralServer(program.settings));
+  Job job(program, start);
+  ui::qt::Windows windows(application, {start, program.clock, program.messages, job.driver(),
+                                        central, program.instance});
+  if (!windows.open()) return kStartUpEnded;
+  application.run();
+  return windows.upload().jobFailed() ? kTrapEntered : kAllPassed;
+}
+
+// What the platform shows when an error reaches no trap.
+void showRuntimeError(platform::MessageDisplay& messages, int number, const std::string& text) {
+  messages.show({"런타임 오류 '" + std::to_string(number) + "':\r\n\r\n" + text,
+                 platform::Icon::kCritical,
+                 {}});
+}
+
+// `application` is there on the way to the windows, and missing on the way to the unattended job.
+int run(const std::string& commandLine, platform::MessageDisplay& messages,
+        ui::qt::Application* application) {
+  Program program(messages);
+  try {
+    const auto start = StartMod::Main(
+        commandLine, {program.folder, program.settings, program.log, program.messages});
+    if (start.next == StartMod::Next::kUploadWindow) return runUnattended(program, start.values);
+    if (start.next == StartMod::Next::kLoginWindow) {
+      return runWindows(program, start.values, *application);
+    }
+  } catch (const RuntimeError& failure) {
+    showRuntimeError(messages, failure.number(), failure.description());
+  } catch (const std::exception& failure) {
+    showRuntimeError(messages, error::kDeviceIo, failure.what());
   }
   return kStartUpEnded;
 }
@@ -109,24 +142,16 @@ std::string joined(int count, char** arguments) {
   return text;
 }
 
-// What the platform shows when an error reaches no trap.
-void showRuntimeError(platform::MessageDisplay& messages, int number, const std::string& text) {
-  messages.show({"런타임 오류 '" + std::to_string(number) + "':\r\n\r\n" + text,
-                 platform::Icon::kCritical,
-                 {}});
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
   platform::outliveReaders();
-  Program program;
-  try {
-    return run(program, joined(count, arguments));
-  } catch (const RuntimeError& failure) {
-    showRuntimeError(program.messages, failure.number(), failure.description());
-  } catch (const std::exception& failure) {
-    showRuntimeError(program.messages, error::kDeviceIo, failure.what());
+  const auto commandLine = joined(count, arguments);
+  if (StartMod::splitCommandLine(commandLine).runMode == "T") {
+    platform::StandardErrorDisplay messages;
+    return run(commandLine, messages, nullptr);
   }
-  return kStartUpEnded;
+  ui::qt::Application application(arguments[0]);
+  ui::qt::MessageBox messages;
+  return run(commandLine, messages, &application);
 }
