@@ -65,6 +65,7 @@ struct Expression {
   std::unique_ptr<Query> query;
   bool negated = false;
   bool all = false;    // Quantified: All, else Any or Some
+  int depth = 1;       // levels of the tree from here down
   std::string source;  // the text it was read from, for messages
 };
 using ExpressionPtr = std::unique_ptr<Expression>;
