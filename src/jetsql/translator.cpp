@@ -85,7 +85,7 @@ Translation Translator::rowsOf(const SelectPlan& plan) {
   for (const Output& output : plan.outputs) {
     if (!rows || !output.source || position[*output.source]) continue;
     const ScopeSource& source = plan.scope.sources[*output.source];
-    if (source.table == nullptr) continue;
+    if (source.table == nullptr || !source.table->updatable) continue;  // no rows to come back to
     position[*output.source] = result.sources.size();
     result.sources.push_back({source.table, source.name});
     projection.push_back(source.rowid);

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -42,38 +43,46 @@ bool divideByTen(Limbs& limbs) {
   return rest == 0;
 }
 
+std::int64_t wholeOf(const EncodedValue& value) {
+  if (value.kind != EncodedValue::Kind::Real) return value.whole;
+  if (!(std::abs(value.real) < 9.2e18)) throw RuntimeError(error::kOverflow, "Overflow.");
+  return static_cast<std::int64_t>(std::nearbyint(value.real));
+}
+
+double realOf(const EncodedValue& value) {
+  return value.kind == EncodedValue::Kind::Real ? value.real : static_cast<double>(value.whole);
+}
+
 template <typename Whole>
-Whole wholeNumber(sqlite3_value* value) {
-  const std::int64_t whole = sqlite3_value_int64(value);
+Whole wholeNumber(const EncodedValue& value) {
+  const std::int64_t whole = wholeOf(value);
   if (whole < std::numeric_limits<Whole>::min() || whole > std::numeric_limits<Whole>::max())
     throw RuntimeError(error::kOverflow, "Overflow.");
   return static_cast<Whole>(whole);
 }
 
-std::string textOf(sqlite3_value* value) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  return text == nullptr ? std::string()
-                         : std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-}
-
-jet::Binary binaryOf(sqlite3_value* value) {
-  const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
-  if (bytes == nullptr) return {};
-  return {{bytes, bytes + sqlite3_value_bytes(value)}};
+jet::Binary binaryOf(std::string_view bytes) {
+  const auto* begin = reinterpret_cast<const std::byte*>(bytes.data());
+  return {{begin, begin + bytes.size()}};
 }
 
 // An expression without a static type is what SQLite made of it.
-VariantType dynamicType(sqlite3_value* value) {
-  switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER:
+VariantType dynamicType(EncodedValue::Kind kind) {
+  switch (kind) {
+    case EncodedValue::Kind::Whole:
       return VariantType::Long;
-    case SQLITE_FLOAT:
+    case EncodedValue::Kind::Real:
       return VariantType::Double;
-    case SQLITE_TEXT:
+    case EncodedValue::Kind::Text:
       return VariantType::Text;
     default:
       return VariantType::Binary;
   }
+}
+
+std::string_view bytesOf(const void* bytes, int size) {
+  if (bytes == nullptr) return {};
+  return {static_cast<const char*>(bytes), static_cast<std::size_t>(size)};
 }
 
 }  // namespace
@@ -109,12 +118,52 @@ jet::Numeric decodeNumeric(const void* bytes, std::size_t size) {
   return value;
 }
 
-Variant decode(sqlite3_value* value, VariantType type) {
-  if (sqlite3_value_type(value) == SQLITE_NULL) return {};
-  if (type == VariantType::Null) type = dynamicType(value);
+EncodedValue encodedValue(sqlite3_value* value) {
+  using Kind = EncodedValue::Kind;
+  switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER:
+      return {Kind::Whole, sqlite3_value_int64(value), 0, {}};
+    case SQLITE_FLOAT:
+      return {Kind::Real, 0, sqlite3_value_double(value), {}};
+    case SQLITE_TEXT: {
+      const void* text = sqlite3_value_text(value);
+      return {Kind::Text, 0, 0, bytesOf(text, sqlite3_value_bytes(value))};
+    }
+    case SQLITE_BLOB: {
+      const void* blob = sqlite3_value_blob(value);
+      return {Kind::Blob, 0, 0, bytesOf(blob, sqlite3_value_bytes(value))};
+    }
+    default:
+      return {};
+  }
+}
+
+EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
+  using Kind = EncodedValue::Kind;
+  switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER:
+      return {Kind::Whole, sqlite3_column_int64(statement, column), 0, {}};
+    case SQLITE_FLOAT:
+      return {Kind::Real, 0, sqlite3_column_double(statement, column), {}};
+    case SQLITE_TEXT: {
+      const void* text = sqlite3_column_text(statement, column);
+      return {Kind::Text, 0, 0, bytesOf(text, sqlite3_column_bytes(statement, column))};
+    }
+    case SQLITE_BLOB: {
+      const void* blob = sqlite3_column_blob(statement, column);
+      return {Kind::Blob, 0, 0, bytesOf(blob, sqlite3_column_bytes(statement, column))};
+    }
+    default:
+      return {};
+  }
+}
+
+Variant decode(const EncodedValue& value, VariantType type) {
+  if (value.kind == EncodedValue::Kind::Null) return {};
+  if (type == VariantType::Null) type = dynamicType(value.kind);
   switch (type) {
     case VariantType::YesNo:
-      return sqlite3_value_int64(value) != 0;
+      return wholeOf(value) != 0;
     case VariantType::Byte:
       return wholeNumber<std::uint8_t>(value);
     case VariantType::Integer:
@@ -122,22 +171,23 @@ Variant decode(sqlite3_value* value, VariantType type) {
     case VariantType::Long:
       return wholeNumber<std::int32_t>(value);
     case VariantType::Single:
-      return static_cast<float>(sqlite3_value_double(value));
+      return static_cast<float>(realOf(value));
     case VariantType::Double:
-      return sqlite3_value_double(value);
+      return realOf(value);
     case VariantType::Currency:
-      return jet::Currency{sqlite3_value_int64(value)};
+      return jet::Currency{wholeOf(value)};
     case VariantType::DateTime:
-      return jet::DateTime{sqlite3_value_double(value)};
+      return jet::DateTime{realOf(value)};
     case VariantType::Numeric:
-      return decodeNumeric(sqlite3_value_blob(value),
-                           static_cast<std::size_t>(sqlite3_value_bytes(value)));
+      return decodeNumeric(value.bytes.data(), value.bytes.size());
     case VariantType::Binary:
-      return binaryOf(value);
+      return binaryOf(value.bytes);
     default:
-      return textOf(value);
+      return std::string(value.bytes);
   }
 }
+
+Variant decode(sqlite3_value* value, VariantType type) { return decode(encodedValue(value), type); }
 
 namespace {
 

@@ -12,6 +12,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 #include "jet/variant.h"
 
@@ -25,7 +27,20 @@ constexpr std::size_t kNumericSize = 25;
 [[nodiscard]] std::array<unsigned char, kNumericSize> encodeNumeric(const jet::Numeric& value);
 [[nodiscard]] jet::Numeric decodeNumeric(const void* bytes, std::size_t size);
 
+// A value as SQLite holds it. `bytes` lie where they were read.
+struct EncodedValue {
+  enum class Kind : unsigned char { Null, Whole, Real, Text, Blob } kind = Kind::Null;
+  std::int64_t whole = 0;
+  double real = 0;
+  std::string_view bytes;
+};
+
+[[nodiscard]] EncodedValue encodedValue(sqlite3_value* value);
+// Of the row that a statement stands on; the bytes last until its next step.
+[[nodiscard]] EncodedValue encodedColumn(sqlite3_stmt* statement, int column);
+
 // Error 6 where a number lies outside the range of the type.
+[[nodiscard]] jet::Variant decode(const EncodedValue& value, jet::VariantType type);
 [[nodiscard]] jet::Variant decode(sqlite3_value* value, jet::VariantType type);
 
 // The value keeps its own type's encoding.

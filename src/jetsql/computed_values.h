@@ -1,0 +1,42 @@
+// The computed values of a query's rows, packed: a few bytes a value instead of a Variant.
+//
+//   ComputedValues values(types);          // Text, Long
+//   values.append(statement, 1);       // columns 1 and 2 of the row that the statement stands on
+//   Variant text = values.get(0, 0);   // row, value
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "jet/variant.h"
+#include "jetsql/value_encoding.h"
+
+namespace jetsql {
+
+class ComputedValues {
+ public:
+  // The types, in the order of the values, outlive this.
+  explicit ComputedValues(const std::vector<jet::VariantType>& types) : types_(types) {}
+
+  void append(sqlite3_stmt* statement, int firstColumn);
+  [[nodiscard]] jet::Variant get(std::size_t row, std::size_t value) const;
+
+ private:
+  struct Block {
+    std::unique_ptr<char[]> bytes;
+    std::size_t size = 0;
+    std::size_t used = 0;
+  };
+
+  // Space for one row in the last block; a new block where that is full.
+  [[nodiscard]] char* reserve(std::size_t size);
+
+  const std::vector<jet::VariantType>& types_;
+  std::vector<Block> blocks_;
+  std::vector<const char*> rows_;
+  std::vector<EncodedValue> scratch_;
+};
+
+}  // namespace jetsql

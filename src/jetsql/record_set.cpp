@@ -1,0 +1,162 @@
+#include "jetsql/record_set.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+#include "jetsql/record_set_rows.h"
+#include "jetsql/value_types.h"
+#include "platform/runtime_error.h"
+
+namespace jetsql {
+
+using jet::Variant;
+
+namespace {
+
+constexpr int kNoCurrentRecord = 3021;
+constexpr int kNoSuchField = 3265;
+constexpr int kNotUpdatable = 3027;
+constexpr int kUpdateWithoutEdit = 3020;
+constexpr int kRecordDeleted = 3167;
+
+}  // namespace
+
+void RecordSet::Implementation::append(sqlite3_stmt* statement) {
+  const auto sources = static_cast<int>(layout_->sources.size());
+  for (int i = 0; i < sources; ++i)
+    rowIds_.push_back(sqlite3_column_type(statement, i) == SQLITE_NULL
+                          ? kNoRow
+                          : sqlite3_column_int64(statement, i));
+  values_.append(statement, sources);
+  ++count_;
+}
+
+void RecordSet::Implementation::needRow() const {
+  if (atEnd()) throw RuntimeError(kNoCurrentRecord, "No current record.");
+}
+
+void RecordSet::Implementation::needUpdatable() const {
+  if (!isUpdatable())
+    throw RuntimeError(kNotUpdatable, "Cannot update. Database or object is read-only.");
+}
+
+void RecordSet::Implementation::moveTo(std::size_t position) {
+  if (count_ == 0) throw RuntimeError(kNoCurrentRecord, "No current record.");
+  editing_ = false;
+  position_ = position;
+}
+
+void RecordSet::Implementation::moveNext() {
+  needRow();
+  moveTo(position_ + 1);
+}
+
+const jet::Row* RecordSet::Implementation::row(std::size_t source) {
+  const std::int64_t id = rowId(source);
+  if (id == kNoRow) return nullptr;
+  SourceRow& current = current_[source];
+  if (current.position != position_) {
+    current.position = SIZE_MAX;
+    current.row = layout_->sources[source]->table().read(jet::RowId::fromNumber(id));
+    current.position = position_;
+  }
+  return &current.row;
+}
+
+Variant RecordSet::Implementation::field(std::size_t index) {
+  needRow();
+  const Translation::Column& column = layout_->columns[index];
+  if (!column.base) return values_.get(position_, column.computed);
+  if (editing_) {
+    const auto changed = changes_.find(column.base->column);
+    if (changed != changes_.end()) return changed->second;
+  }
+  const jet::Row* current = row(column.base->source);
+  return current == nullptr ? Variant() : current->value(column.base->column);
+}
+
+void RecordSet::Implementation::edit() {
+  needRow();
+  needUpdatable();
+  const std::size_t source = *layout_->updatable;
+  const jet::RowId id = jet::RowId::fromNumber(rowId(source));
+  SourceRow& current = current_[source];
+  current.position = SIZE_MAX;
+  if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::Fresh))
+    throw RuntimeError(kRecordDeleted, "Record is deleted.");
+  current.position = position_;
+  changes_.clear();
+  editing_ = true;
+}
+
+void RecordSet::Implementation::setField(std::size_t index, const Variant& value) {
+  needRow();
+  needUpdatable();
+  if (!editing_)
+    throw RuntimeError(kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
+  const Translation::Column& column = layout_->columns[index];
+  if (!column.base)
+    throw RuntimeError(kNotUpdatable, "Cannot update. Field '" + column.name + "' is computed.");
+  changes_[column.base->column] = convert(value, column.type);
+}
+
+void RecordSet::Implementation::update() {
+  needRow();
+  needUpdatable();
+  if (!editing_)
+    throw RuntimeError(kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
+  const std::size_t source = *layout_->updatable;
+  JetTable& table = *layout_->sources[source];
+  table.write(jet::RowId::fromNumber(rowId(source)), changes_);
+  current_[source].position = SIZE_MAX;
+  changes_.clear();
+  editing_ = false;
+}
+
+RecordSet::RecordSet(std::unique_ptr<Implementation> implementation)
+    : implementation_(std::move(implementation)) {}
+
+RecordSet::~RecordSet() = default;
+
+RecordSet::Implementation& RecordSet::alive() const {
+  if (!implementation_)
+    throw RuntimeError(error::kObjectNotSet, "Object variable not set: the record set is closed.");
+  return *implementation_;
+}
+
+const std::vector<FieldDescription>& RecordSet::fields() const { return alive().layout().fields; }
+
+std::size_t RecordSet::fieldIndex(std::string_view name) const {
+  const auto& byName = alive().layout().byName;
+  const auto found = byName.find(name);
+  if (found == byName.end())
+    throw RuntimeError(kNoSuchField,
+                       "Item not found in this collection: '" + std::string(name) + "'.");
+  return found->second;
+}
+
+std::int32_t RecordSet::recordCount() const { return static_cast<std::int32_t>(alive().count()); }
+
+bool RecordSet::atEnd() const { return alive().atEnd(); }
+void RecordSet::moveFirst() { alive().moveTo(0); }
+void RecordSet::moveNext() { alive().moveNext(); }
+void RecordSet::moveLast() { alive().moveTo(alive().count() - 1); }
+
+Variant RecordSet::field(std::size_t index) const {
+  if (index >= fields().size())
+    throw RuntimeError(kNoSuchField,
+                       "Item not found in this collection: " + std::to_string(index) + ".");
+  return alive().field(index);
+}
+
+bool RecordSet::isUpdatable() const { return alive().isUpdatable(); }
+void RecordSet::edit() { alive().edit(); }
+void RecordSet::setField(std::string_view name, const Variant& value) {
+  alive().setField(fieldIndex(name), value);
+}
+void RecordSet::update() { alive().update(); }
+
+void RecordSet::close() { implementation_.reset(); }
+
+}  // namespace jetsql

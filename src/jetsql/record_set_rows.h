@@ -1,0 +1,70 @@
+// What a record set holds. Private to the room: record_set.h is the face.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "jet/table.h"
+#include "jetsql/computed_values.h"
+#include "jetsql/query_layout.h"
+#include "jetsql/record_set.h"
+#include "jetsql/session.h"
+
+namespace jetsql {
+
+constexpr std::int64_t kNoRow = -1;  // the empty side of an outer join
+
+class RecordSet::Implementation {
+ public:
+  Implementation(std::shared_ptr<Session> session, std::shared_ptr<const QueryLayout> layout,
+                 bool writable)
+      : session_(std::move(session)),
+        layout_(std::move(layout)),
+        writable_(writable),
+        values_(layout_->computedTypes),
+        current_(layout_->sources.size()) {}
+
+  // The row that the statement stands on: rowids of the sources, then computed values.
+  void append(sqlite3_stmt* statement);
+  void endOfRows() { rowIds_.shrink_to_fit(); }
+
+  [[nodiscard]] const QueryLayout& layout() const { return *layout_; }
+  [[nodiscard]] std::size_t count() const { return count_; }
+  [[nodiscard]] bool atEnd() const { return position_ >= count_; }
+  void moveTo(std::size_t position);
+  void moveNext();
+
+  [[nodiscard]] jet::Variant field(std::size_t index);
+  [[nodiscard]] bool isUpdatable() const { return writable_ && layout_->updatable.has_value(); }
+  void edit();
+  void setField(std::size_t index, const jet::Variant& value);
+  void update();
+
+ private:
+  struct SourceRow {
+    jet::Row row;
+    std::size_t position = SIZE_MAX;  // of the record set, that `row` was read for
+  };
+
+  void needRow() const;        // error 3021
+  void needUpdatable() const;  // error 3027
+  [[nodiscard]] std::int64_t rowId(std::size_t source) const {
+    return rowIds_[position_ * layout_->sources.size() + source];
+  }
+  [[nodiscard]] const jet::Row* row(std::size_t source);  // nullptr: the empty side of a join
+
+  std::shared_ptr<Session> session_;
+  std::shared_ptr<const QueryLayout> layout_;
+  bool writable_;
+  std::size_t count_ = 0;
+  std::vector<std::int64_t> rowIds_;  // row by row, one per source
+  ComputedValues values_;
+  std::size_t position_ = 0;
+  std::vector<SourceRow> current_;  // per source
+  bool editing_ = false;
+  std::map<std::size_t, jet::Variant> changes_;  // by column of the table
+};
+
+}  // namespace jetsql

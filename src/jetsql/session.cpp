@@ -1,0 +1,127 @@
+#include "jetsql/session.h"
+
+#include <utility>
+
+#include "jetsql/record_set_rows.h"
+#include "jetsql/session_schema.h"
+#include "jetsql/statement_cache.h"
+#include "jetsql/translation.h"
+
+namespace jetsql {
+
+class Session::Implementation {
+ public:
+  Implementation(const std::filesystem::path& file, const SessionOptions& options,
+                 const platform::Clock& clock)
+      : schema(file, options, clock) {}
+
+  // The rows of a query, from the cache or prepared anew.
+  [[nodiscard]] std::unique_ptr<RecordSet> open(std::string_view source,
+                                                const std::shared_ptr<Session>& session);
+
+  SessionSchema schema;
+
+ private:
+  [[nodiscard]] PreparedQuery prepare(const Translation& translation);
+  [[nodiscard]] std::unique_ptr<RecordSet> run(const PreparedQuery& query,
+                                               const std::vector<jet::Variant>& literals,
+                                               const std::shared_ptr<Session>& session);
+
+  StatementCache cache_;  // behind the schema: statements go before the connection
+};
+
+namespace {
+
+// The key of a text that is not to be taken for one that differs in its literals.
+std::string exactKey(std::string_view text) { return '\x01' + std::string(text); }
+
+std::shared_ptr<const QueryLayout> layoutOf(const Translation& translation,
+                                            const SessionSchema& schema) {
+  auto layout = std::make_shared<QueryLayout>();
+  layout->columns = translation.columns;
+  layout->computedTypes.resize(translation.computedCount);
+  for (std::size_t i = 0; i < translation.columns.size(); ++i) {
+    const Translation::Column& column = translation.columns[i];
+    layout->fields.push_back({column.name, column.type});
+    layout->byName.emplace(column.name, i);
+    if (!column.base) layout->computedTypes.at(column.computed) = column.type;
+  }
+  for (const Translation::Source& source : translation.sources)
+    layout->sources.push_back(schema.jetTable(source.table));
+  layout->updatable = translation.updatable;
+  return layout;
+}
+
+}  // namespace
+
+PreparedQuery Session::Implementation::prepare(const Translation& translation) {
+  return {schema.prepare(translation.sql), layoutOf(translation, schema)};
+}
+
+std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source,
+                                                         const std::shared_ptr<Session>& session) {
+  QueryShape shape = queryShape(source);
+  if (const PreparedQuery* query = cache_.find(shape.key))
+    return run(*query, shape.literals, session);
+  if (const PreparedQuery* query = cache_.find(exactKey(source))) return run(*query, {}, session);
+  const Translation translation = translate(source, schema);
+  PreparedQuery prepared = prepare(translation);
+  if (translation.dataDependent) return run(prepared, translation.literals, session);
+  std::string key = translation.exactTextOnly ? exactKey(source) : std::move(shape.key);
+  return run(cache_.insert(std::move(key), std::move(prepared)), translation.literals, session);
+}
+
+std::unique_ptr<RecordSet> Session::Implementation::run(const PreparedQuery& query,
+                                                        const std::vector<jet::Variant>& literals,
+                                                        const std::shared_ptr<Session>& session) {
+  sqlite3_stmt* statement = query.statement.get();
+  const ResetOnExit reset(statement);
+  for (std::size_t i = 0; i < literals.size(); ++i)
+    bind(statement, static_cast<int>(i) + 1, literals[i]);
+  auto rows =
+      std::make_unique<RecordSet::Implementation>(session, query.layout, !schema.readOnly());
+  while (schema.step(statement)) rows->append(statement);
+  rows->endOfRows();
+  return std::make_unique<RecordSet>(std::move(rows));
+}
+
+std::shared_ptr<Session> Session::open(const std::filesystem::path& file,
+                                       const SessionOptions& options,
+                                       const platform::Clock& clock) {
+  return std::make_shared<Session>(std::make_unique<Implementation>(file, options, clock));
+}
+
+Session::Session(std::unique_ptr<Implementation> implementation)
+    : implementation_(std::move(implementation)) {}
+
+Session::~Session() = default;
+
+std::unique_ptr<RecordSet> Session::openRecordSet(std::string_view source) {
+  return implementation_->open(source, shared_from_this());
+}
+
+namespace {
+
+template <typename Wanted>
+std::vector<std::string> namesOf(const jet::Database& database, Wanted wanted) {
+  std::vector<std::string> names;
+  for (const jet::CatalogueEntry& entry : database.catalogue())
+    if (!entry.system && !entry.hidden && wanted(entry.type)) names.push_back(entry.name);
+  return names;
+}
+
+}  // namespace
+
+std::vector<std::string> Session::tableNames() const {
+  return namesOf(implementation_->schema.database(), [](jet::ObjectType type) {
+    return type == jet::ObjectType::Table || type == jet::ObjectType::LinkedTable ||
+           type == jet::ObjectType::LinkedOdbcTable;
+  });
+}
+
+std::vector<std::string> Session::queryNames() const {
+  return namesOf(implementation_->schema.database(),
+                 [](jet::ObjectType type) { return type == jet::ObjectType::Query; });
+}
+
+}  // namespace jetsql

@@ -1,0 +1,151 @@
+#include "jetsql/session_schema.h"
+
+#include <new>
+#include <utility>
+
+#include "jetsql/error_numbers.h"
+#include "jetsql/function_bridge.h"
+#include "jetsql/linked_table.h"
+#include "jetsql/stored_query.h"
+#include "jetsql/translation.h"
+#include "jetsql/value_encoding.h"
+#include "platform/runtime_error.h"
+
+namespace jetsql {
+namespace {
+
+constexpr int kReserved = 3000;  // "reserved error": what should not happen
+constexpr int kConnectionFailed = 3151;
+
+std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
+                                        const SessionOptions& options,
+                                        const std::string& password) {
+  return jet::Database::open(
+      file.string(),
+      {.readOnly = options.readOnly, .exclusive = options.exclusive, .password = password});
+}
+
+ConnectionHandle openConnection(CallState& state) {
+  sqlite3* opened = nullptr;
+  const int status =
+      sqlite3_open_v2(":memory:", &opened,
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY, nullptr);
+  ConnectionHandle connection(opened);
+  if (status != SQLITE_OK) throw RuntimeError(kReserved, "SQLite could not be started.");
+  registerFunctions(connection.get(), state);
+  return connection;
+}
+
+}  // namespace
+
+SessionSchema::SessionSchema(const std::filesystem::path& file, const SessionOptions& options,
+                             const platform::Clock& clock)
+    : file_(file),
+      options_(options),
+      state_{{clock}, nullptr},
+      database_(openFile(file, options, options.password)),
+      connection_(openConnection(state_)) {}
+
+SchemaObject SessionSchema::find(std::string_view name) {
+  const auto known = found_.find(name);
+  if (known != found_.end()) return known->second;
+  const jet::CatalogueEntry* entry = database_->find(name);
+  if (entry == nullptr) return {};
+  const SchemaObject object = load(*entry);
+  found_.emplace(entry->name, object);
+  return object;
+}
+
+SchemaObject SessionSchema::load(const jet::CatalogueEntry& entry) {
+  switch (entry.type) {
+    case jet::ObjectType::Table:
+      return addTable(database_->openTable(entry), entry.name);
+    case jet::ObjectType::LinkedTable:
+      return addTable(linkedTable(entry), entry.name);
+    case jet::ObjectType::LinkedOdbcTable:
+      return addExternal(entry);
+    case jet::ObjectType::Query: {
+      auto& query = queries_[entry.name];
+      query = std::make_unique<SavedQuery>(rebuildQuery(entry.name, database_->queryRows(entry)));
+      return {nullptr, query.get()};
+    }
+    default:
+      return {};
+  }
+}
+
+SchemaObject SessionSchema::addTable(jet::Table& table, const std::string& name) {
+  auto added = std::make_unique<JetTable>(table, name, nextName(), state_);
+  added->registerIn(connection_.get());
+  const SchemaTable* schema = &added->schema();
+  tables_[schema] = std::move(added);
+  return {schema, nullptr};
+}
+
+SchemaObject SessionSchema::addExternal(const jet::CatalogueEntry& entry) {
+  if (options_.external == nullptr)
+    throw RuntimeError(kConnectionFailed, "ODBC--connection to '" + entry.connect +
+                                              "' failed: linked table '" + entry.name +
+                                              "' cannot be reached from here.");
+  auto added = std::make_unique<ExternalTable>(*options_.external, entry.connect, entry.foreignName,
+                                               entry.name, nextName(), state_);
+  added->registerIn(connection_.get());
+  externals_.push_back(std::move(added));
+  return {&externals_.back()->schema(), nullptr};
+}
+
+jet::Table& SessionSchema::linkedTable(const jet::CatalogueEntry& entry) {
+  requireJetFile(entry);
+  const std::filesystem::path path = resolveLinkedFile(file_, entry.database);
+  auto& database = linked_[path];
+  if (database == nullptr) database = openFile(path, options_, passwordOf(entry.connect));
+  return database->openTable(entry.foreignName.empty() ? entry.name : entry.foreignName);
+}
+
+JetTable* SessionSchema::jetTable(const SchemaTable* table) const {
+  const auto found = tables_.find(table);
+  return found == tables_.end() ? nullptr : found->second.get();
+}
+
+std::vector<jet::Variant> SessionSchema::values(const Translation& query) {
+  const StatementHandle statement = prepare(query.sql);
+  for (std::size_t i = 0; i < query.literals.size(); ++i)
+    bind(statement.get(), static_cast<int>(i) + 1, query.literals[i]);
+  std::vector<jet::Variant> values;
+  while (step(statement.get()))
+    values.push_back(decode(encodedColumn(statement.get(), 0), query.columns.at(0).type));
+  return values;
+}
+
+StatementHandle SessionSchema::prepare(const std::string& sql) {
+  state_.failure = nullptr;
+  sqlite3_stmt* prepared = nullptr;
+  const int status = sqlite3_prepare_v3(connection_.get(), sql.data(), static_cast<int>(sql.size()),
+                                        SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+  StatementHandle statement(prepared);
+  if (status != SQLITE_OK) fail();
+  return statement;
+}
+
+bool SessionSchema::step(sqlite3_stmt* statement) {
+  state_.failure = nullptr;
+  const int status = sqlite3_step(statement);
+  if (status == SQLITE_ROW) return true;
+  if (status == SQLITE_DONE) return false;
+  fail();
+}
+
+// What went wrong in SQLite: an error of ours that it carried, or its own.
+void SessionSchema::fail() {
+  state_.rethrow();
+  if (sqlite3_errcode(connection_.get()) == SQLITE_NOMEM) throw std::bad_alloc();
+  const std::string text = sqlite3_errmsg(connection_.get());
+  if (text.find("integer overflow") != std::string::npos)
+    throw RuntimeError(::error::kOverflow, "Overflow.");
+  if (text.find("too large") != std::string::npos || text.find("too many") != std::string::npos ||
+      text.find("at most") != std::string::npos)
+    throw RuntimeError(error::kQueryTooComplex, "Query is too complex: " + text + ".");
+  throw RuntimeError(kReserved, "The query could not be run: " + text + ".");
+}
+
+}  // namespace jetsql

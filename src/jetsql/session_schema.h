@@ -1,0 +1,64 @@
+// The tables and saved queries of one open Jet file, made known to SQLite when a query first names
+// them. Private to the room.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "jet/database.h"
+#include "jetsql/call_state.h"
+#include "jetsql/external_source.h"
+#include "jetsql/external_table.h"
+#include "jetsql/query_layout.h"
+#include "jetsql/schema.h"
+#include "jetsql/session.h"
+#include "jetsql/sqlite_handle.h"
+#include "jetsql/virtual_table.h"
+
+namespace jetsql {
+
+// Queries have their own pass over the data to make: the session behind values().
+class SessionSchema : public SchemaSource {
+ public:
+  SessionSchema(const std::filesystem::path& file, const SessionOptions& options,
+                const platform::Clock& clock);
+
+  [[nodiscard]] SchemaObject find(std::string_view name) override;
+  [[nodiscard]] std::vector<jet::Variant> values(const Translation& query) override;
+
+  // Of a translation's source; nullptr for a table of another system, which has no rows to keep.
+  [[nodiscard]] JetTable* jetTable(const SchemaTable* table) const;
+
+  [[nodiscard]] const jet::Database& database() const { return *database_; }
+  [[nodiscard]] bool readOnly() const { return options_.readOnly; }
+
+  [[nodiscard]] StatementHandle prepare(const std::string& sql);
+  // To the next row; false behind the last. Throws what a callback met.
+  [[nodiscard]] bool step(sqlite3_stmt* statement);
+
+ private:
+  [[nodiscard]] SchemaObject load(const jet::CatalogueEntry& entry);
+  [[nodiscard]] SchemaObject addTable(jet::Table& table, const std::string& name);
+  [[nodiscard]] SchemaObject addExternal(const jet::CatalogueEntry& entry);
+  [[nodiscard]] jet::Table& linkedTable(const jet::CatalogueEntry& entry);
+  [[nodiscard]] std::string nextName() { return "t" + std::to_string(++names_); }
+  [[noreturn]] void fail();
+
+  std::filesystem::path file_;
+  SessionOptions options_;
+  CallState state_;
+  std::unique_ptr<jet::Database> database_;
+  std::map<std::filesystem::path, std::unique_ptr<jet::Database>> linked_;
+  std::unordered_map<const SchemaTable*, std::unique_ptr<JetTable>> tables_;
+  std::vector<std::unique_ptr<ExternalTable>> externals_;
+  NameMap<std::unique_ptr<SavedQuery>> queries_;
+  NameMap<SchemaObject> found_;
+  int names_ = 0;
+  ConnectionHandle connection_;  // behind the tables, so that it goes before them
+};
+
+}  // namespace jetsql

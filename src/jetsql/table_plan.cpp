@@ -1,0 +1,179 @@
+#include "jetsql/table_plan.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "jetsql/virtual_table.h"
+
+namespace jetsql {
+namespace {
+
+constexpr std::size_t kMaxEqual = 10;  // columns that a Jet index can have
+constexpr std::size_t kMaxTarget = 255;
+
+// A plan with the constraints that feed it, by position in the planner's list, and its price.
+struct Candidate {
+  TablePlan plan;
+  std::vector<int> constraints;
+  double cost = 0;
+  double rows = 0;
+  bool unique = false;
+};
+
+// The usable constraints on one column (-1: the rowid), by position.
+struct ColumnConstraints {
+  int equal = -1;
+  int lower = -1;
+  int upper = -1;
+};
+
+ColumnConstraints constraintsOn(const sqlite3_index_info& info, int column) {
+  ColumnConstraints found;
+  for (int i = 0; i < info.nConstraint; ++i) {
+    const auto& constraint = info.aConstraint[i];
+    if (constraint.usable == 0 || constraint.iColumn != column) continue;
+    switch (constraint.op) {
+      case SQLITE_INDEX_CONSTRAINT_EQ:
+        found.equal = i;
+        break;
+      case SQLITE_INDEX_CONSTRAINT_GT:
+      case SQLITE_INDEX_CONSTRAINT_GE:
+        found.lower = i;
+        break;
+      case SQLITE_INDEX_CONSTRAINT_LT:
+      case SQLITE_INDEX_CONSTRAINT_LE:
+        found.upper = i;
+        break;
+      default:
+        break;
+    }
+  }
+  return found;
+}
+
+void addRange(Candidate& candidate, const sqlite3_index_info& info,
+              const ColumnConstraints& constraints) {
+  if (constraints.lower >= 0) {
+    candidate.plan.lower = true;
+    candidate.plan.lowerInclusive =
+        info.aConstraint[constraints.lower].op == SQLITE_INDEX_CONSTRAINT_GE;
+    candidate.constraints.push_back(constraints.lower);
+  }
+  if (constraints.upper >= 0) {
+    candidate.plan.upper = true;
+    candidate.plan.upperInclusive =
+        info.aConstraint[constraints.upper].op == SQLITE_INDEX_CONSTRAINT_LE;
+    candidate.constraints.push_back(constraints.upper);
+  }
+}
+
+// Guesses, good enough to prefer an index to a scan and more conditions to fewer: an equality
+// leaves the square root of the rows, a bound a quarter.
+double rowsLeft(double rows, const Candidate& candidate) {
+  if (candidate.plan.equal > 0) rows = std::sqrt(rows);
+  for (int i = 1; i < candidate.plan.equal; ++i) rows /= 4;
+  if (candidate.plan.lower) rows /= 4;
+  if (candidate.plan.upper) rows /= 4;
+  return std::max(rows, 1.0);
+}
+
+std::optional<Candidate> byRowId(const sqlite3_index_info& info) {
+  const int equal = constraintsOn(info, -1).equal;
+  if (equal < 0) return {};
+  return Candidate{{.access = Access::RowId, .equal = 1}, {equal}, 1, 1, true};
+}
+
+std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
+                                     const sqlite3_index_info& info) {
+  const jet::RealIndex& index = table.table().definition().realIndexes[number];
+  Candidate candidate;
+  candidate.plan.access = Access::FileIndex;
+  candidate.plan.target = static_cast<std::uint16_t>(number);
+  std::size_t used = 0;
+  for (; used < std::min(index.columns.size(), kMaxEqual); ++used) {
+    const auto constraints = constraintsOn(info, static_cast<int>(index.columns[used].column));
+    const bool wanted = constraints.equal >= 0 || constraints.lower >= 0 || constraints.upper >= 0;
+    if (!wanted || !table.table().canSeek(number, used + 1)) break;
+    if (constraints.equal < 0) {
+      addRange(candidate, info, constraints);
+      break;
+    }
+    candidate.constraints.push_back(constraints.equal);
+    ++candidate.plan.equal;
+  }
+  if (candidate.constraints.empty()) return {};
+  candidate.unique = index.unique && candidate.plan.equal == index.columns.size();
+  candidate.rows = candidate.unique ? 1 : rowsLeft(table.estimatedRows(), candidate);
+  constexpr double kSeek = 4;
+  constexpr double kRowByIndex = 1.5;  // its page lies anywhere
+  candidate.cost = kSeek + kRowByIndex * candidate.rows;
+  return candidate;
+}
+
+std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column,
+                                       const sqlite3_index_info& info) {
+  const auto constraints = constraintsOn(info, static_cast<int>(column));
+  Candidate candidate;
+  candidate.plan.access = Access::MemoryIndex;
+  candidate.plan.target = static_cast<std::uint16_t>(column);
+  if (constraints.equal >= 0) {
+    candidate.constraints.push_back(constraints.equal);
+    candidate.plan.equal = 1;
+  } else if (hasOrderedKeys(table.schema().columns[column].type)) {
+    addRange(candidate, info, constraints);
+  }
+  if (candidate.constraints.empty()) return {};
+  candidate.rows = rowsLeft(table.estimatedRows(), candidate);
+  constexpr double kSeek = 16;  // a share of building it; an index of the file is preferred
+  constexpr double kRowByIndex = 1.6;
+  candidate.cost = kSeek + kRowByIndex * candidate.rows;
+  return candidate;
+}
+
+}  // namespace
+
+int TablePlan::packed() const {
+  const auto bit = [](bool on, int place) { return on ? 1 << place : 0; };
+  return static_cast<int>(access) | bit(lower, 2) | bit(lowerInclusive, 3) | bit(upper, 4) |
+         bit(upperInclusive, 5) | equal << 8 | target << 16;
+}
+
+TablePlan TablePlan::unpacked(int number) {
+  const auto bit = [number](int place) { return (number >> place & 1) != 0; };
+  return {static_cast<Access>(number & 3),
+          static_cast<std::uint8_t>(number >> 8 & 0xFF),
+          bit(2),
+          bit(3),
+          bit(4),
+          bit(5),
+          static_cast<std::uint16_t>(number >> 16 & 0x7FFF)};
+}
+
+void choosePlan(const JetTable& table, sqlite3_index_info& info) {
+  constexpr double kScanStart = 10;
+  const double rows = table.estimatedRows();
+  Candidate best{{}, {}, kScanStart + rows, rows, false};
+  const auto consider = [&best](const std::optional<Candidate>& candidate) {
+    if (candidate && candidate->cost < best.cost) best = *candidate;
+  };
+  consider(byRowId(info));
+  const auto& definition = table.table().definition();
+  for (std::size_t i = 0; i < std::min(definition.realIndexes.size(), kMaxTarget); ++i)
+    consider(byFileIndex(table, i, info));
+  for (std::size_t i = 0; i < std::min(definition.columns.size(), kMaxTarget + 1); ++i)
+    consider(byMemoryIndex(table, i, info));
+
+  for (std::size_t i = 0; i < best.constraints.size(); ++i)
+    info.aConstraintUsage[best.constraints[i]].argvIndex = static_cast<int>(i) + 1;
+  info.idxNum = best.plan.packed();
+  info.estimatedCost = best.cost;
+  info.estimatedRows = static_cast<sqlite3_int64>(best.rows);
+  if (best.unique) info.idxFlags = SQLITE_INDEX_SCAN_UNIQUE;
+}
+
+}  // namespace jetsql

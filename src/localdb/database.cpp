@@ -1,0 +1,98 @@
+#include "localdb/database.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+#include <utility>
+
+#include "jetsql/linked_table.h"
+#include "platform/runtime_error.h"
+
+namespace localdb {
+namespace {
+
+constexpr int kInvalidArgument = 3001;
+constexpr int kNotUpdatable = 3027;
+
+// The query engine's record set behind the face that callers know.
+class QueryRecordSet : public RecordSet {
+ public:
+  QueryRecordSet(std::unique_ptr<jetsql::RecordSet> rows, bool readOnly)
+      : rows_(std::move(rows)), readOnly_(readOnly) {}
+
+  [[nodiscard]] std::int32_t recordCount() const override { return rows_->recordCount(); }
+  [[nodiscard]] bool atEnd() const override { return rows_->atEnd(); }
+  void moveFirst() override { rows_->moveFirst(); }
+  void moveNext() override { rows_->moveNext(); }
+  void moveLast() override { rows_->moveLast(); }
+  [[nodiscard]] std::size_t fieldIndex(std::string_view name) const override {
+    return rows_->fieldIndex(name);
+  }
+  using RecordSet::field;
+  [[nodiscard]] jet::Variant field(std::size_t index) const override { return rows_->field(index); }
+  void edit() override {
+    if (readOnly_ && rows_->isUpdatable())
+      throw RuntimeError(kNotUpdatable, "Cannot update. Database or object is read-only.");
+    rows_->edit();
+  }
+  void setField(std::string_view name, const jet::Variant& value) override {
+    rows_->setField(name, value);
+  }
+  void update() override { rows_->update(); }
+  void close() override { rows_->close(); }
+
+ private:
+  std::unique_ptr<jetsql::RecordSet> rows_;
+  bool readOnly_;
+};
+
+void requireType(std::int32_t type) {
+  constexpr std::array<std::int32_t, 5> kTypes{kOpenTable, kOpenDynaset, kOpenSnapshot,
+                                               kOpenForwardOnly, 16};  // 16: dynamic
+  if (std::find(kTypes.begin(), kTypes.end(), type) == kTypes.end())
+    throw RuntimeError(kInvalidArgument,
+                       "Invalid argument: record set type " + std::to_string(type) + ".");
+}
+
+// One name for a file however its path is written.
+std::string canonicalName(const std::filesystem::path& path) {
+  std::error_code problem;
+  const std::filesystem::path canonical = std::filesystem::weakly_canonical(path, problem);
+  return (problem ? path : canonical).string();
+}
+
+}  // namespace
+
+std::unique_ptr<RecordSet> Database::openRecordset(std::string_view source,
+                                                   std::optional<std::int32_t> type,
+                                                   std::optional<std::int32_t> options,
+                                                   std::optional<std::int32_t> lock) const {
+  if (type) requireType(*type);
+  const bool readOnly = type == kOpenSnapshot || type == kOpenForwardOnly ||
+                        (options.value_or(0) & kOptionReadOnly) != 0 || lock == kLockReadOnly;
+  return std::make_unique<QueryRecordSet>(session_->openRecordSet(source), readOnly);
+}
+
+DBEngine::DBEngine(const platform::Clock& clock, jetsql::ExternalSource* external)
+    : clock_(clock), external_(external) {}
+
+std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& path, bool exclusive,
+                                                 bool readOnly,
+                                                 std::optional<std::string> connect) {
+  const Key key(canonicalName(path), exclusive, readOnly, connect.value_or(""));
+  const auto known = sessions_.find(key);
+  if (known != sessions_.end()) return std::make_shared<Database>(known->second);
+  const jetsql::SessionOptions options{.readOnly = readOnly,
+                                       .exclusive = exclusive,
+                                       .password = jetsql::passwordOf(connect.value_or("")),
+                                       .external = external_};
+  auto session = jetsql::Session::open(path, options, clock_);
+  sessions_[key] = session;
+  return std::make_shared<Database>(std::move(session));
+}
+
+void DBEngine::closeIdle() {
+  std::erase_if(sessions_, [](const auto& entry) { return entry.second.use_count() == 1; });
+}
+
+}  // namespace localdb

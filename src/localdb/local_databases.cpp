@@ -1,0 +1,118 @@
+#include "localdb/local_databases.h"
+
+#include <limits>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "platform/runtime_error.h"
+
+namespace localdb {
+namespace {
+
+constexpr int kNoSuchFile = 7001;  // this routine's own
+constexpr int kInvalidArgument = 3001;
+constexpr int kDamaged = 3049;
+constexpr int kUnrecognizedFormat = 3343;
+constexpr int kUnexpected = 51;  // internal error
+
+RuntimeError currentError() {
+  try {
+    throw;
+  } catch (const RuntimeError& problem) {
+    return problem;
+  } catch (const std::exception& problem) {
+    return {kUnexpected, problem.what()};
+  }
+}
+
+std::string numbered(const RuntimeError& problem) {
+  return ": (" + std::to_string(problem.number()) + ") " + problem.description();
+}
+
+// Lines in these routines have no numbers: the 0 in brackets.
+std::string openDatabaseError(const RuntimeError& problem, const std::string& path,
+                              std::string_view caller) {
+  const std::string tagged = "E))JetOpenDB[0/" + std::string(caller) + "]";
+  switch (problem.number()) {
+    case kNoSuchFile:
+      return tagged + "데이터베이스 '" + path + "'에 접근할 수 없습니다." +
+             "파일이 없거나, 네트웍이 끊긴 상태입니다." +
+             " 파일을 열 수 없어 Open Function 종료......";
+    case kInvalidArgument:
+    case kDamaged:
+    case kUnrecognizedFormat:
+      if (!caller.empty()) return tagged + numbered(problem);
+      [[fallthrough]];
+    default:
+      return "E)JetOpenDB[0]" + numbered(problem);
+  }
+}
+
+// An argument that is 0 is not given, and neither are those behind it.
+std::optional<std::int32_t> given(std::int32_t number, bool before) {
+  if (number == 0 || !before) return {};
+  return number;
+}
+
+}  // namespace
+
+LocalDatabases::LocalDatabases(DBEngine& engine, MessageWriter message)
+    : engine_(engine), message_(std::move(message)) {}
+
+bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database,
+                               const std::filesystem::path& path, bool readOnly, bool exclusive,
+                               const std::string& connect, std::string_view caller) {
+  try {
+    std::error_code problem;
+    if (!std::filesystem::is_regular_file(path, problem)) throw RuntimeError(kNoSuchFile, "");
+    database = engine_.openDatabase(path, exclusive, readOnly,
+                                    connect.empty() ? std::nullopt : std::optional(connect));
+    return true;
+  } catch (const std::exception&) {
+    database.reset();
+    message_(openDatabaseError(currentError(), path.string(), caller));
+    return false;
+  }
+}
+
+bool LocalDatabases::JetOpenRST(const std::shared_ptr<Database>& database,
+                                std::unique_ptr<RecordSet>& recordSet, std::string_view source,
+                                std::int32_t type, std::int32_t options, std::int32_t lock,
+                                bool trace) {
+  const auto tracePoint = [&](int point) {
+    if (trace)
+      message_("JetOpenRST(" + std::to_string(point) + ") " + std::to_string(openCounter_));
+  };
+  try {
+    recordSet.reset();
+    if (trace) {
+      if (openCounter_ == std::numeric_limits<std::int32_t>::max())
+        throw RuntimeError(error::kOverflow, "Overflow.");
+      ++openCounter_;
+    }
+    tracePoint(0);
+    if (!database)
+      throw RuntimeError(error::kObjectNotSet, "Object variable or With block variable not set.");
+    const auto givenType = given(type, true);
+    const auto givenOptions = given(options, givenType.has_value());
+    recordSet = database->openRecordset(source, givenType, givenOptions,
+                                        given(lock, givenOptions.has_value()));
+    tracePoint(1);
+    if (recordSet->recordCount() > 0) {
+      recordSet->moveLast();
+      recordSet->moveFirst();
+      tracePoint(2);
+    } else {
+      // The move on an empty record set has its own trap, which lets the opening stand.
+      for (const int point : {3, 4, 5}) tracePoint(point);
+    }
+    return true;
+  } catch (const std::exception&) {
+    recordSet.reset();
+    message_("E)JetOpenRST[0]" + numbered(currentError()));
+    return false;
+  }
+}
+
+}  // namespace localdb
