@@ -56,11 +56,14 @@ class SystemRow {
     }
   }
 
-  // Null or Text.
+  // Null or Text. Access 97 and 2000 end some of a query's texts with a zero character.
   Variant text(const char* name) const {
-    Variant value = row_->value(position(name));
-    if (!value.isNull() && value.type() != VariantType::Text) unexpected(name);
-    return value;
+    const Variant value = row_->value(position(name));
+    if (value.isNull()) return {};
+    if (value.type() != VariantType::Text) unexpected(name);
+    std::string text = *value.as<std::string>();
+    text.resize(text.find_last_not_of('\0') + 1);
+    return text;
   }
 
   std::string plainText(const char* name) const {

@@ -11,40 +11,49 @@ constexpr int kMostLevels = 16;  // a tree of 2 GiB has five
 
 IndexCursor::IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefinition& definition,
                          const RealIndex& index, const KeyRange& range)
-    : file_(&file), pages_(&pages), owner_(definition.page) {
+    : file_(&file), pages_(&pages), owner_(definition.page), root_(index.rootPage) {
   KeyInterval keys = encodeRange(definition, index, range);
   first_ = std::move(keys.first);
   last_ = std::move(keys.last);
   atEnd_ = keys.empty;
-  if (!atEnd_) descend(index.rootPage);
+  if (!atEnd_) descend();
 }
 
-void IndexCursor::descend(std::uint32_t root) {
-  leaf_ = pages_->get(*file_, root, owner_);
-  for (int level = 1; !leaf_->isLeaf(); ++level) {
-    if (level == kMostLevels) file_->damaged(root, "its index has no leaves");
-    const std::size_t entry = leaf_->lowerBound(first_);
-    std::uint32_t child = leaf_->tail();
-    if (entry < leaf_->size()) {
-      child = leaf_->child(entry);
-    } else if (child == 0) {
-      if (leaf_->size() == 0) file_->damaged(leaf_->page()->number, "a node of an index is empty");
-      child = leaf_->child(leaf_->size() - 1);
-    }
-    leaf_ = pages_->get(*file_, child, owner_);
+void IndexCursor::descend() {
+  if (tryDescend()) return;
+  file_->forgetPages();
+  if (!tryDescend()) file_->damaged(root_, "the pages of its index contradict each other");
+}
+
+bool IndexCursor::tryDescend() {
+  IndexPagePtr page = pages_->get(*file_, root_, owner_);
+  for (int level = 1; !page->isLeaf(); ++level) {
+    if (level == kMostLevels) file_->damaged(root_, "its index has no leaves");
+    page = pages_->child(*file_, *page, page->lowerBound(first_), owner_);
+    if (!page) return false;
   }
+  leaf_ = std::move(page);
   entry_ = leaf_->lowerBound(first_);
+  return true;
 }
 
 bool IndexCursor::nextLeaf() {
-  const std::uint32_t next = leaf_->next();
-  if (next == 0) return false;
+  if (leaf_->next() == 0) return false;
   if (++leavesSeen_ > file_->pageCount()) {
-    file_->damaged(next, "the leaves of an index form a circle");
+    file_->damaged(leaf_->next(), "the leaves of an index form a circle");
   }
-  const IndexPagePtr before = std::move(leaf_);
-  leaf_ = pages_->get(*file_, next, owner_);
-  if (!leaf_->isLeaf()) file_->damaged(next, "it should be a leaf of an index");
+  IndexPagePtr next = pages_->next(*file_, *leaf_, owner_);
+  if (!next) {
+    // Again from the last entry that was given, in pages as they are now.
+    file_->forgetPages();
+    if (leaf_->size() != 0) first_ = leaf_->keyBytes(leaf_->size() - 1);
+    descend();
+    if (entry_ < leaf_->size() && leaf_->compare(entry_, first_) == 0) ++entry_;
+    if (entry_ < leaf_->size() || leaf_->next() == 0) return entry_ < leaf_->size();
+    next = pages_->next(*file_, *leaf_, owner_);
+    if (!next) file_->damaged(leaf_->next(), "it does not go on where the leaf before it ends");
+  }
+  leaf_ = std::move(next);
   entry_ = 0;
   return true;
 }

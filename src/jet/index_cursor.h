@@ -48,12 +48,14 @@ class IndexCursor {
   [[nodiscard]] RowId rowId() const { return rowId_; }
 
  private:
-  void descend(std::uint32_t root);
+  void descend();
+  [[nodiscard]] bool tryDescend();
   [[nodiscard]] bool nextLeaf();
 
   PageFile* file_;
   IndexPageCache* pages_;
-  std::uint32_t owner_;           // the table's definition page
+  std::uint32_t owner_;  // the table's definition page
+  std::uint32_t root_;
   std::vector<std::byte> first_;  // encoded: entries from this prefix on ...
   std::vector<std::byte> last_;   // ... to this one, both included
   IndexPagePtr leaf_;

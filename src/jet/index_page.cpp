@@ -111,6 +111,12 @@ std::size_t IndexPage::lowerBound(Bytes key) const {
   return low;
 }
 
+std::vector<std::byte> IndexPage::keyBytes(std::size_t entry) const {
+  std::vector<std::byte> bytes = entryBytes(entry);
+  if (!leaf_) bytes.erase(bytes.end() - kChildPointer, bytes.end());
+  return bytes;
+}
+
 std::vector<std::byte> IndexPage::entryBytes(std::size_t entry) const {
   std::vector<std::byte> bytes;
   if (entry != 0)
@@ -139,11 +145,33 @@ std::uint32_t IndexPage::child(std::size_t entry) const {
 IndexPagePtr IndexPageCache::get(PageFile& file, std::uint32_t number, std::uint32_t owner) {
   PagePtr page = file.page(number);
   const auto found = pages_.find(number);
-  if (found != pages_.end() && found->second->page() == page) return found->second;
+  if (found != pages_.end() && found->second.page->page() == page) return found->second.page;
   if (found == pages_.end() && pages_.size() >= kPages) pages_.clear();
   auto taken = std::make_shared<const IndexPage>(file, std::move(page), owner);
-  pages_[number] = taken;
+  pages_[number] = {taken, nullptr};
   return taken;
+}
+
+IndexPagePtr IndexPageCache::child(PageFile& file, const IndexPage& node, std::size_t entry,
+                                   std::uint32_t owner) {
+  const bool toTail = entry == node.size() && node.tail() != 0;
+  if (!toTail && node.size() == 0) file.damaged(node.page()->number, "a node of an index is empty");
+  if (!toTail) entry = std::min(entry, node.size() - 1);
+  IndexPagePtr child = get(file, toTail ? node.tail() : node.child(entry), owner);
+  PagePtr& checked = pages_[child->page()->number].checkedUnder;
+  if (checked == node.page() || child->size() == 0) return child;
+
+  if (entry != 0 && child->compare(0, node.keyBytes(entry - 1)) <= 0) return nullptr;
+  if (!toTail && child->compare(child->size() - 1, node.keyBytes(entry)) > 0) return nullptr;
+  checked = node.page();
+  return child;
+}
+
+IndexPagePtr IndexPageCache::next(PageFile& file, const IndexPage& leaf, std::uint32_t owner) {
+  IndexPagePtr next = get(file, leaf.next(), owner);
+  if (!next->isLeaf() || next->previous() != leaf.page()->number) return nullptr;
+  if (next->size() == 0 || leaf.size() == 0) return next;
+  return next->compare(0, leaf.keyBytes(leaf.size() - 1)) > 0 ? next : nullptr;
 }
 
 }  // namespace jet

@@ -39,6 +39,9 @@ class IndexPage {
   [[nodiscard]] RowId rowId(std::size_t entry) const;
   [[nodiscard]] std::uint32_t child(std::size_t entry) const;  // of a node
 
+  // Key and row of an entry, without a node's child.
+  [[nodiscard]] std::vector<std::byte> keyBytes(std::size_t entry) const;
+
   // The whole entry, its left-out prefix put back.
   [[nodiscard]] std::vector<std::byte> entryBytes(std::size_t entry) const;
 
@@ -62,14 +65,30 @@ class IndexPage {
 using IndexPagePtr = std::shared_ptr<const IndexPage>;
 
 // Index pages of one table taken apart already; bounded. A page that was read again since is taken
-// apart again.
+// apart again. What one page says of another is compared when the two first meet: the child's
+// entries lie between those of its node, the next leaf begins behind this one's end and points
+// back.
 class IndexPageCache {
  public:
   [[nodiscard]] IndexPagePtr get(PageFile& file, std::uint32_t number, std::uint32_t owner);
 
+  // The child to go on in for `entry` of a node; for entry == size(), where keys behind them all
+  // are. Null when the two pages contradict each other: damage, or one of them was changed since
+  // the other was read.
+  [[nodiscard]] IndexPagePtr child(PageFile& file, const IndexPage& node, std::size_t entry,
+                                   std::uint32_t owner);
+
+  // The leaf behind `leaf`, which has one. Null as above.
+  [[nodiscard]] IndexPagePtr next(PageFile& file, const IndexPage& leaf, std::uint32_t owner);
+
  private:
   static constexpr std::size_t kPages = 256;
-  std::unordered_map<std::uint32_t, IndexPagePtr> pages_;
+
+  struct Entry {
+    IndexPagePtr page;
+    PagePtr checkedUnder;  // the node with which it was compared
+  };
+  std::unordered_map<std::uint32_t, Entry> pages_;
 };
 
 }  // namespace jet

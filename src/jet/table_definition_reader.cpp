@@ -1,6 +1,7 @@
 #include "jet/table_definition_reader.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "jet/bytes.h"
 #include "jet/data_page.h"
@@ -202,13 +203,16 @@ class DefinitionReader {
     for (Index& index : definition_.indexes) index.name = takeName();
   }
 
-  // Until here columns stood in the definition's order, which is that of their numbers.
+  // Until here columns stood in the definition's order. In system tables that is the alphabet, and
+  // every ordinal is 0.
   void sortColumns() {
     std::vector<std::size_t> order(columnCount_);
     for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-      return definition_.columns[a].ordinal < definition_.columns[b].ordinal;
-    });
+    const auto place = [&](std::size_t i) {
+      return std::pair(definition_.columns[i].ordinal, definition_.columns[i].number);
+    };
+    std::sort(order.begin(), order.end(),
+              [&](std::size_t a, std::size_t b) { return place(a) < place(b); });
     std::vector<Column> sorted;
     std::vector<std::size_t> positionOf(columnCount_);
     for (const std::size_t from : order) {
