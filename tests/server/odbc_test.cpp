@@ -1,0 +1,162 @@
+// Against a real server: one, for all cases, since it takes seconds to start.
+#include <gtest/gtest.h>
+
+#include "jet/variant.h"
+#include "platform/runtime_error.h"
+#include "server/central_database.h"
+#include "server/odbc_provider.h"
+#include "server/odbc_source.h"
+#include "support/head_office.h"
+
+namespace {
+
+std::string shown(const jet::Variant& value) {
+  if (value.isNull()) return "Null";
+  if (const auto* binary = value.as<jet::Binary>()) {
+    return "binary " + std::to_string(binary->bytes.size());
+  }
+  return jet::toText(value);
+}
+
+class Odbc : public testing::Test {
+ protected:
+  support::HeadOffice office;
+  std::unique_ptr<server::Provider> provider = server::makeOdbcProvider();
+
+  [[nodiscard]] platform::CentralServer where() const {
+    return {office.host(), office.ftpPort(), office.databasePort()};
+  }
+  std::unique_ptr<server::Connection> opened(const std::string& text) {
+    auto connection = provider->createConnection();
+    connection->setConnectionString(text);
+    connection->open();
+    return connection;
+  }
+  [[nodiscard]] std::string text() const {
+    return ServerConnectionString(server::serverAccount(where()));
+  }
+  template <typename Action>
+  int thrown(Action action) {
+    try {
+      action();
+    } catch (const RuntimeError& failure) {
+      EXPECT_NE(failure.description(), "");
+      EXPECT_EQ(failure.description().find("vat3384"), std::string::npos);
+      return failure.number();
+    }
+    return 0;
+  }
+  void valuesArriveWhole();
+  void faultsAreRaised();
+  void linkedTablesAreRead();
+};
+
+void Odbc::valuesArriveWhole() {
+  const auto connection = opened(text());
+  EXPECT_EQ(connection->errorCount(), 0U);
+  struct Case {
+    const char* name;
+    std::string expression;
+    std::string value;
+  };
+  const auto repeated = [](const std::string& piece, int count) {
+    std::string whole;
+    for (int i = 0; i < count; ++i) whole += piece;
+    return whole;
+  };
+  const std::vector<Case> cases = {
+      {"whole number", "-2147483648 + 0", "-2147483648"},
+      {"large number", "CAST(9223372036854775807 AS SIGNED)", "9223372036854775807"},
+      {"decimal", "CAST(-0.50 AS DECIMAL(10,2))", "-0.5"},
+      {"double", "1.5e3", "1500"},
+      {"day", "CAST('2013-08-01' AS DATE)", "2013-08-01"},
+      {"moment", "CAST('2013-08-01 19:42:10' AS DATETIME)", "2013-08-01 19:42:10"},
+      {"null", "NULL", "Null"},
+      {"empty text", "''", ""},
+      {"Hangul", "'똠방각하 한옥'", "똠방각하 한옥"},
+      {"text one short of the buffer", "REPEAT('가', 2046)", repeated("가", 2046)},
+      {"text that fills the buffer", "REPEAT('가', 2047)", repeated("가", 2047)},
+      {"text one beyond the buffer", "REPEAT('가', 2048)", repeated("가", 2048)},
+      {"text of several buffers", "REPEAT('가나', 3000)", repeated("가나", 3000)},
+      {"bytes that fill the buffer", "CAST(REPEAT('x', 4096) AS BINARY)", "binary 4096"},
+      {"bytes beyond the buffer", "CAST(REPEAT('x', 4097) AS BINARY)", "binary 4097"},
+  };
+  for (const auto& [name, expression, value] : cases) {
+    const auto rows = connection->openRecordSet("SELECT " + expression + " AS Wert");
+    ASSERT_EQ(rows.recordCount(), 1) << name;
+    EXPECT_EQ(shown(rows.field("wert")), value) << name;
+  }
+  const auto none = connection->openRecordSet("SELECT * FROM SellingTB");
+  EXPECT_EQ(none.recordCount(), 0);
+  EXPECT_EQ(thrown([&] { (void)none.field("SL_ID"); }), 3021);
+  const auto one = connection->openRecordSet("SELECT * FROM EmployeeTB");
+  EXPECT_EQ(thrown([&] { (void)one.field("EMP_NAME"); }), 3265);
+}
+
+void Odbc::faultsAreRaised() {
+  const auto connection = opened(text());
+  EXPECT_EQ(thrown([&] { connection->openRecordSet("Select * From EmployeeTB Where 'a'b'"); }),
+            server::kQueryRefused);
+  EXPECT_EQ(connection->openRecordSet("SELECT * FROM EmployeeTB").recordCount(), 1);
+  struct Case {
+    const char* name;
+    std::string from;
+    std::string to;
+  };
+  const std::vector<Case> cases = {
+      {"nobody listens", ";PORT=" + std::to_string(office.databasePort()),
+       ";PORT=" + std::to_string(support::freePort(office.host()))},
+      {"wrong password", "vat3384", "wrong"},
+      {"no such database", "melauth", "nosuch"},
+      {"no such driver", "MySQL ODBC 3.51 Driver", "No Driver"},
+  };
+  for (const auto& [name, from, to] : cases) {
+    auto wrong = text();
+    wrong.replace(wrong.find(from), from.size(), to);
+    EXPECT_EQ(thrown([&] { opened(wrong); }), server::kConnectionFailed) << name;
+  }
+  EXPECT_EQ(thrown([&] { provider->createConnection()->openRecordSet("SELECT 1"); }),
+            error::kObjectNotSet);
+}
+
+void Odbc::linkedTablesAreRead() {
+  office.sql(
+      "CREATE TABLE `표 \"1\"` (번호 INT, 이름 VARCHAR(20), 날 DATE, 값 DECIMAL(10,2), `on` "
+      "BIT(1));"
+      "INSERT INTO `표 \"1\"` VALUES (1, '가', '2013-08-01', 1.50, 1),"
+      " (2, NULL, '2013-08-02', NULL, 0), (3, '나', '0000-00-00', -3, 1)");
+  auto source = server::makeOdbcSource();
+  const std::string table = "표 \"1\"";
+  const std::string connect = "ODBC;" + text();
+  const auto columns = source->columns(connect, table);
+  std::string described;
+  for (const auto& column : columns) {
+    described += column.name + ":" + std::to_string(static_cast<int>(column.type)) + " ";
+  }
+  EXPECT_EQ(described, "번호:4 이름:10 날:8 값:9 on:1 ");
+  const auto all = [&](const std::vector<jetsql::ExternalCondition>& conditions) {
+    std::string text;
+    const auto rows = source->open(connect, table, conditions);
+    while (rows->next()) {
+      for (std::size_t i = 0; i < columns.size(); ++i) text += shown(rows->value(i)) + ",";
+      text += ";";
+    }
+    return text;
+  };
+  EXPECT_EQ(all({}),
+            "1,가,2013-08-01,1.5,True,;2,Null,2013-08-02,Null,False,;"
+            "3,나,Null,-3,True,;");
+  EXPECT_EQ(all({{"번호", jetsql::Comparison::GreaterOrEqual, std::int32_t{2}},
+                 {"날", jetsql::Comparison::Equal, jet::toDateTime({2013, 8, 2})}}),
+            "2,Null,2013-08-02,Null,False,;");
+  EXPECT_EQ(thrown([&] { (void)source->columns(connect, "nosuch"); }), 3146);
+  EXPECT_EQ(thrown([&] { (void)source->columns("ODBC;DSN=nosuch", table); }), 3151);
+}
+
+TEST_F(Odbc, SpeaksToARealServer) {
+  valuesArriveWhole();
+  faultsAreRaised();
+  linkedTablesAreRead();
+}
+
+}  // namespace

@@ -1,0 +1,32 @@
+// A subcommand of quenbrookctl: one file with its routine, and one row of the table in main.cpp.
+//
+//   int runCheck(const CommandLine& line);   // check.cpp
+//
+// Reports on standard output, returns the exit status. A RuntimeError that it throws is printed on
+// standard error and exits 1.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct CommandLine {
+  std::string home;                    // the folder to work on, without a trailing separator
+  std::vector<std::string> arguments;  // behind the subcommand
+};
+
+struct Command {
+  std::string_view name;
+  std::string_view arguments;  // as the help shows them
+  std::string_view help;
+  int (*run)(const CommandLine& line);
+};
+
+// Thrown for arguments that do not fit; main shows the help and exits 2.
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+int runCheck(const CommandLine& line);
+int runCustomers(const CommandLine& line);

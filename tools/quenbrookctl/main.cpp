@@ -1,0 +1,63 @@
+// quenbrookctl: what no window of the program calls.
+#include <iostream>
+
+#include "command.h"
+#include "platform/files.h"
+#include "platform/runtime_error.h"
+
+namespace {
+
+constexpr Command kCommands[] = {
+    {"customers", "", "write the customer list into a statement file of its own", runCustomers},
+    {"check", "FILE", "list the statements of a file that the server would refuse", runCheck},
+};
+
+constexpr int kUsageStatus = 2;
+
+void showHelp(std::ostream& out) {
+  out << "usage: quenbrookctl [--home DIR] COMMAND [ARGUMENTS]\n\n";
+  for (const Command& command : kCommands) {
+    out << "  " << command.name << ' ' << command.arguments << "\n      " << command.help << '\n';
+  }
+  out << "\n  --home DIR   work on DIR instead of the program's folder\n"
+         "  --help       this text\n"
+         "  --version    the program's version\n";
+}
+
+int run(std::vector<std::string> arguments) {
+  CommandLine line;
+  std::string name;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& word = arguments[i];
+    if (word == "--help") return showHelp(std::cout), 0;
+    if (word == "--version") return std::cout << "quenbrookctl " QUENBROOK_VERSION "\n", 0;
+    if (word == "--home") {
+      if (++i == arguments.size()) throw UsageError("--home needs a folder");
+      line.home = arguments[i];
+    } else if (name.empty()) {
+      name = word;
+    } else {
+      line.arguments.push_back(word);
+    }
+  }
+  if (line.home.empty()) line.home = platform::programFolder();
+  for (const Command& command : kCommands) {
+    if (command.name == name) return command.run(line);
+  }
+  throw UsageError(name.empty() ? "no command given" : "no command " + name);
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  try {
+    return run({words + 1, words + count});
+  } catch (const UsageError& mistake) {
+    std::cerr << "quenbrookctl: " << mistake.what() << "\n\n";
+    showHelp(std::cerr);
+    return kUsageStatus;
+  } catch (const RuntimeError& failure) {
+    std::cerr << "quenbrookctl: (" << failure.number() << ") " << failure.description() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,232 @@
+#include "statement_check.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "sql_lexer.h"
+
+namespace {
+
+constexpr int kDeepest = 50;  // parentheses within parentheses
+constexpr std::size_t kExcerpt = 24;
+
+struct ServerTable {
+  std::string_view name;
+  std::string_view columns;  // what the names of its columns begin with
+};
+
+constexpr ServerTable kTables[] = {
+    {"SellingTB", "SL_"},    {"Selling_ItemTB", "SLI_"}, {"CardItemTB", "CI_"},
+    {"OutGoItemTB", "OI_"},  {"CustomerTB", "CT_"},      {"CustomerSellingTB", "CS_"},
+    {"EmployeeItemTB", "E"}, {"DailyDataTB", "DD_"},
+};
+
+// Thrown inside this file only, with what is said of the statement.
+struct Refusal {
+  std::string reason;
+};
+
+bool sameWord(std::string_view left, std::string_view right) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [&](char a, char b) { return lower(a) == lower(b); });
+}
+
+template <std::size_t Size>
+bool isOneOf(std::string_view word, const std::array<std::string_view, Size>& words) {
+  return std::any_of(words.begin(), words.end(),
+                     [&](std::string_view each) { return sameWord(word, each); });
+}
+
+constexpr std::array<std::string_view, 9> kWordOperators = {
+    "and", "or", "xor", "div", "mod", "like", "rlike", "regexp", "between"};
+constexpr std::array<std::string_view, 3> kNegatable = {"like", "rlike", "regexp"};
+constexpr std::array<std::string_view, 4> kConstants = {"null", "true", "false", "default"};
+constexpr std::array<std::string_view, 4> kStates = {"null", "true", "false", "unknown"};
+constexpr std::array<std::string_view, 4> kPrefixes = {"+", "-", "~", "!"};
+constexpr std::array<std::string_view, 2> kNoInfix = {"~", "!"};
+
+class Checker {
+ public:
+  explicit Checker(std::string_view statement) : statement_(statement), lexer_(statement) {
+    advance();
+  }
+
+  void run() {
+    if (sameWord(word_.text, "delete")) {
+      checkDelete();
+    } else if (sameWord(word_.text, "insert")) {
+      checkInsert();
+    } else {
+      throw Refusal{"neither DELETE nor INSERT, but " + excerpt()};
+    }
+    if (word_.kind == TokenKind::Semicolon) advance();
+    if (word_.kind != TokenKind::End) refuseHere();
+  }
+
+ private:
+  void checkDelete() {
+    advance();
+    expectWord("from");
+    readTable();
+    expectWord("where");
+    checkExpression();
+  }
+
+  void checkInsert() {
+    advance();
+    expectWord("into");
+    readTable();
+    const std::vector<std::string_view> columns = readColumns();
+    expectWord("values");
+    expect(TokenKind::Open);
+    std::size_t values = 0;
+    for (bool more = true; more; ++values) {
+      value_ = values < columns.size() ? columns[values] : std::string_view("no column");
+      checkExpression();
+      more = word_.kind == TokenKind::Comma;
+      if (more) advance();
+    }
+    expect(TokenKind::Close);
+    if (values != columns.size()) {
+      throw Refusal{std::to_string(values) + " values for " + std::to_string(columns.size()) +
+                    " columns"};
+    }
+    value_ = {};
+  }
+
+  void readTable() {
+    const auto* table =
+        std::find_if(std::begin(kTables), std::end(kTables),
+                     [&](const ServerTable& each) { return each.name == word_.text; });
+    if (table == std::end(kTables)) throw Refusal{"the server has no table " + excerpt()};
+    table_ = table;
+    advance();
+  }
+
+  std::vector<std::string_view> readColumns() {
+    std::vector<std::string_view> columns;
+    expect(TokenKind::Open);
+    while (true) {
+      if (word_.kind != TokenKind::Word || !isColumn(word_.text)) {
+        throw Refusal{"no column of " + std::string(table_->name) + ": " + excerpt()};
+      }
+      columns.push_back(word_.text);
+      advance();
+      if (word_.kind != TokenKind::Comma) break;
+      advance();
+    }
+    expect(TokenKind::Close);
+    return columns;
+  }
+
+  // Operands with operators between them; how tightly these bind changes nothing here.
+  void checkExpression() {
+    if (++depth_ > kDeepest) throw Refusal{"nested too deep at " + excerpt()};
+    checkOperand();
+    while (true) {
+      if (isInfix()) {
+        advance();
+        checkOperand();
+      } else if (sameWord(word_.text, "not")) {
+        advance();
+        if (!isOneOf(word_.text, kNegatable)) refuseHere();
+      } else if (sameWord(word_.text, "is")) {
+        advance();
+        if (sameWord(word_.text, "not")) advance();
+        if (!isOneOf(word_.text, kStates)) refuseHere();
+        advance();
+      } else {
+        break;
+      }
+    }
+    --depth_;
+  }
+
+  [[nodiscard]] bool isInfix() const {
+    return word_.kind == TokenKind::Operator ? !isOneOf(word_.text, kNoInfix)
+                                             : isOneOf(word_.text, kWordOperators);
+  }
+
+  void checkOperand() {
+    while (isOneOf(word_.text, kPrefixes) || sameWord(word_.text, "not")) advance();
+    switch (word_.kind) {
+      case TokenKind::String:
+        // Texts side by side are one text.
+        while (word_.kind == TokenKind::String) advance();
+        return;
+      case TokenKind::Number:
+        return advance();
+      case TokenKind::Word:
+        if (!isOneOf(word_.text, kConstants) && !isColumn(word_.text)) refuseHere();
+        return advance();
+      case TokenKind::Open:
+        advance();
+        checkExpression();
+        return expect(TokenKind::Close);
+      default:
+        refuseHere();
+    }
+  }
+
+  [[nodiscard]] bool isColumn(std::string_view word) const {
+    return word.starts_with(table_->columns);
+  }
+
+  void expectWord(std::string_view word) {
+    if (word_.kind != TokenKind::Word || !sameWord(word_.text, word)) refuseHere();
+    advance();
+  }
+
+  void expect(TokenKind kind) {
+    if (word_.kind != kind) refuseHere();
+    advance();
+  }
+
+  void advance() {
+    before_ = word_.kind;
+    word_ = lexer_.next();
+  }
+
+  [[noreturn]] void refuseHere() const {
+    const std::string where = value_.empty() ? "" : " in " + std::string(value_);
+    if (word_.kind == TokenKind::OpenString) {
+      throw Refusal{"a quote is left open" + where + ", from " + excerpt()};
+    }
+    if (word_.kind == TokenKind::End) throw Refusal{"the statement ends early" + where};
+    if (before_ == TokenKind::String) {
+      throw Refusal{"a value ends early" + where + ", before " + excerpt()};
+    }
+    throw Refusal{"unexpected" + where + ": " + excerpt()};
+  }
+
+  // The statement from the current word on, not all of it.
+  [[nodiscard]] std::string excerpt() const {
+    std::string text = CodePage(949).toUtf8(statement_.substr(word_.at));
+    if (text.size() <= kExcerpt) return text;
+    std::size_t end = kExcerpt;
+    while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return text.substr(0, end) + "…";
+  }
+
+  std::string_view statement_;
+  SqlLexer lexer_;
+  Token word_;
+  TokenKind before_ = TokenKind::End;
+  const ServerTable* table_ = nullptr;
+  std::string_view value_;  // column of the value that is being read
+  int depth_ = 0;
+};
+
+}  // namespace
+
+std::optional<std::string> checkStatement(std::string_view statement) {
+  try {
+    Checker(statement).run();
+    return {};
+  } catch (const Refusal& refusal) {
+    return refusal.reason;
+  }
+}
