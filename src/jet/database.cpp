@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "jet/commit_bytes.h"
 #include "jet/errors.h"
 #include "jet/table_definition_reader.h"
 
@@ -101,12 +102,28 @@ std::unique_ptr<Database> Database::open(const std::string& path, const Options&
   auto file = RandomAccessFile::open(path, options.readOnly ? Mode::ReadOnly : Mode::ReadWrite);
   const FileHeader header = readFileHeader(file);
   checkPassword(header, options.password, path);
-  return std::make_unique<Database>(std::move(file), header, options);
+
+  platform::SystemSleeper systemSleeper;
+  auto lockFile = LockFile::join(path, options.readOnly ? OpenFor::Reading : OpenFor::Writing,
+                                 options.exclusive ? Sharing::Exclusive : Sharing::Shared,
+                                 options.sleeper != nullptr ? *options.sleeper : systemSleeper);
+  if (lockFile) {
+    const std::size_t pageSize = formatOf(header.version).pageSize;
+    const auto readHeader = [&] {
+      std::vector<std::byte> page(pageSize);
+      (void)file.readAt(0, page);  // what a shorter file lacks is found when its pages are read
+      return page;
+    };
+    checkCommitBytes(readHeader, header.version, *lockFile, path);
+  }
+  return std::make_unique<Database>(std::move(file), header, options, std::move(lockFile));
 }
 
-Database::Database(RandomAccessFile file, const FileHeader& header, const Options& options)
+Database::Database(RandomAccessFile file, const FileHeader& header, const Options& options,
+                   std::unique_ptr<LockFile> lockFile)
     : header_(header),
       options_(options),
+      lockFile_(std::move(lockFile)),
       file_(std::move(file), formatOf(header.version), header.encodingKey, options.readOnly),
       text_(header.version, header.codePage) {
   readCatalogue();
@@ -117,6 +134,7 @@ Database::~Database() = default;
 Table& Database::tableAt(std::uint32_t page, const std::string& name) {
   std::unique_ptr<Table>& table = tables_[page];
   if (!table) {
+    if (lockFile_) openTables_.push_back(lockFile_->lockTableForReading(page));
     table = std::make_unique<Table>(file_, text_, readTableDefinition(file_, text_, page, name));
   }
   return *table;
@@ -159,6 +177,15 @@ Table& Database::openTable(std::string_view name) {
 
 Table& Database::openTable(const CatalogueEntry& entry) {
   return tableAt(static_cast<std::uint32_t>(entry.id) & kPageOfId, entry.name);
+}
+
+void Database::updateRow(Table& table, RowId id, std::span<const FieldChange> changes) {
+  if (options_.readOnly || !lockFile_) {
+    throw RuntimeError(error::kReadOnly, "'" + file_.path() + "' was opened for reading only: table '" +
+                                             table.name() + "' is not updatable.");
+  }
+  platform::Sleeper& sleeper = options_.sleeper != nullptr ? *options_.sleeper : systemSleeper_;
+  updaters_.try_emplace(&table, table, *lockFile_, sleeper).first->second.update(id, changes);
 }
 
 std::vector<QueryRow> Database::queryRows(const CatalogueEntry& query) {

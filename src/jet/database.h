@@ -7,11 +7,13 @@
 // The Database owns its tables; they, their cursors and rows must not outlive it. Names match
 // without regard to the case of Latin letters. Errors: 53 no such file, 75 no access, 3343 not a
 // Jet file or of a kind not read here (pages encrypted the way of Access 2007 and later), 3031
-// wrong or missing password, 3049 damage, 3011 no such table.
+// wrong or missing password, 3049 damage or left in the middle of a write, 3011 no such table, and
+// those of joining the file's users (jet/lock_file.h).
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,7 +21,9 @@
 
 #include "jet/bytes.h"
 #include "jet/file_header.h"
+#include "jet/lock_file.h"
 #include "jet/page_file.h"
+#include "jet/row_update.h"
 #include "jet/table.h"
 #include "jet/text.h"
 
@@ -61,7 +65,8 @@ class Database {
   struct Options {
     bool readOnly = true;
     bool exclusive = false;
-    std::string password;
+    std::string password = {};
+    platform::Sleeper* sleeper = nullptr;  // for waiting on others' locks; null: the system's
   };
 
   [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
@@ -70,7 +75,9 @@ class Database {
     return open(path, Options());
   }
 
-  Database(RandomAccessFile file, const FileHeader& header, const Options& options);
+  // `lockFile` is null where the file is read without joining its users.
+  Database(RandomAccessFile file, const FileHeader& header, const Options& options,
+           std::unique_ptr<LockFile> lockFile = nullptr);
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
   ~Database();
@@ -90,6 +97,10 @@ class Database {
   [[nodiscard]] Table& openTable(std::string_view name);
   [[nodiscard]] Table& openTable(const CatalogueEntry& entry);
 
+  // Changes fields of a row of one of this file's tables; jet/row_update.h says how and with which
+  // errors.
+  void updateRow(Table& table, RowId id, std::span<const FieldChange> changes);
+
   // The clauses of a stored query, by attribute and then by order.
   [[nodiscard]] std::vector<QueryRow> queryRows(const CatalogueEntry& query);
 
@@ -100,11 +111,15 @@ class Database {
 
   FileHeader header_;
   Options options_;
+  platform::SystemSleeper systemSleeper_;
+  std::unique_ptr<LockFile> lockFile_;
   PageFile file_;
   TextDecoder text_;
   std::vector<CatalogueEntry> catalogue_;
   std::unordered_map<std::string, std::size_t> byName_;  // folded; position in catalogue_
   std::unordered_map<std::uint32_t, std::unique_ptr<Table>> tables_;  // by definition page
+  std::unordered_map<const Table*, RowUpdater> updaters_;
+  std::vector<PageLock> openTables_;  // told to the file's other users
   std::unordered_map<std::int32_t, std::vector<QueryRow>> queries_;   // by object id
   bool queriesRead_ = false;
 };

@@ -12,7 +12,6 @@
 namespace jet {
 namespace {
 
-constexpr int kFieldNotUpdatable = 3164;
 constexpr std::size_t kMostLevels = 16;
 constexpr std::size_t kRowPointer = 4;
 // In front of each part: whether it is Null, so that Nulls sort to the front.
@@ -152,7 +151,7 @@ class KeyChange {
   }
 
   [[noreturn]] void refuse(const std::string& why) const {
-    throw RuntimeError(kFieldNotUpdatable,
+    throw RuntimeError(error::kNotUpdatable,
                        "A field of table '" + definition_.name + "' cannot be updated: its index " +
                            std::to_string(&index_ - definition_.realIndexes.data()) + " " + why +
                            " (row " + std::to_string(id_.row) + " of page " +

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/files.h"
-#include "platform/runtime_error.h"
+#include "jet/errors.h"
 
 namespace jet {
 namespace {
@@ -43,7 +43,7 @@ ByteRange userLock(int slot) { return {kUserLocks + static_cast<std::uint64_t>(s
 
 ByteRange pageRange(std::uint64_t region, std::uint32_t page, int slot, std::uint64_t length) {
   if (page > kMaxPage) {
-    throw RuntimeError(3343, "Page " + std::to_string(page) + " lies beyond any database file.");
+    throw RuntimeError(error::kUnrecognized, "Page " + std::to_string(page) + " lies beyond any database file.");
   }
   return {region + page * kBytesPerPage + static_cast<std::uint64_t>(slot), length};
 }
@@ -98,7 +98,7 @@ std::unique_ptr<LockFile> LockFile::join(const std::string& databasePath, OpenFo
   } catch (const RuntimeError& failure) {
     if (failure.number() >= 3000) throw;  // refused by other users, not by the system
     if (purpose == OpenFor::Reading) return nullptr;
-    throw RuntimeError(failure.number() == error::kPathAccess ? 3051 : 3050,
+    throw RuntimeError(failure.number() == error::kPathAccess ? error::kNoPermission : error::kCannotLock,
                        "Cannot open '" + databasePath + "' for writing: " + failure.what());
   }
 }
@@ -143,15 +143,15 @@ void LockFile::refuse(Sharing sharing) const {
   const bool heldAlone = holder && holder->first <= kAllUsers.first &&
                          (holder->length == 0 || holder->length >= kAllUsers.length);
   if (heldAlone) {
-    throw RuntimeError(3356, "The database '" + databasePath_ + "' is already opened exclusively by " +
+    throw RuntimeError(error::kHeldAlone, "The database '" + databasePath_ + "' is already opened exclusively by " +
                                  userOf(1) + ".");
   }
   if (sharing == Sharing::Exclusive) {
     const int slot = holder ? static_cast<int>(holder->first - kUserLocks) : 1;
-    throw RuntimeError(3045, "Could not use '" + databasePath_ + "'; file already in use by " +
+    throw RuntimeError(error::kFileInUse, "Could not use '" + databasePath_ + "'; file already in use by " +
                                  userOf(slot) + ".");
   }
-  throw RuntimeError(3239, "Too many users have '" + databasePath_ + "' open.");
+  throw RuntimeError(error::kTooManyUsers, "Too many users have '" + databasePath_ + "' open.");
 }
 
 void LockFile::writeEntry(int slot) {
@@ -184,17 +184,17 @@ PageLock LockFile::lockPage(std::uint32_t page) {
   const auto holder = file_.lockedByOther(range);
   const std::uint64_t first = kWriteLocks + page * kBytesPerPage;
   if (holder && holder->first > first && holder->first <= first + kMaxUsers) {
-    throw RuntimeError(3260,
+    throw RuntimeError(error::kLockedByUser,
                        what + " by " + userOf(static_cast<int>(holder->first - first)) + ".");
   }
-  throw RuntimeError(3218, what + ".");
+  throw RuntimeError(error::kLocked, what + ".");
 }
 
 PageLock LockFile::lockTableForReading(std::uint32_t definitionPage) {
   if (slot_ == 0) return {};
   const ByteRange range = pageRange(kTableReadLocks, definitionPage, slot_, 1);
   if (file_.tryLock(range)) return {file_, range};
-  throw RuntimeError(3211, "Could not open the table defined on page " +
+  throw RuntimeError(error::kTableLocked, "Could not open the table defined on page " +
                                std::to_string(definitionPage) + " of '" + databasePath_ +
                                "'; another user has it alone.");
 }

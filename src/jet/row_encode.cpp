@@ -11,7 +11,6 @@
 namespace jet {
 namespace {
 
-constexpr int kFieldNotUpdatable = 3164;
 constexpr std::size_t kJump = 256;  // what each entry of a Jet 3 jump table adds
 constexpr std::byte kNoJump{0xff};  // one that the row's length asks for and no offset needs
 
@@ -37,7 +36,7 @@ float toSingle(const Variant& value) {
 }
 
 [[noreturn]] void notUpdatable(const Column& column) {
-  throw RuntimeError(kFieldNotUpdatable, "Field '" + column.name +
+  throw RuntimeError(error::kNotUpdatable, "Field '" + column.name +
                                              "' cannot be updated: only fields of fixed size and "
                                              "Yes/No fields are written here.");
 }

@@ -16,10 +16,6 @@
 namespace jet {
 namespace {
 
-constexpr int kDuplicateKey = 3022;
-constexpr int kLocked = 3218;
-constexpr int kLockedBy = 3260;
-
 constexpr int kAttempts = 200;
 constexpr std::chrono::milliseconds kRetryDelay{10};
 
@@ -28,7 +24,7 @@ constexpr std::size_t kPagesTried = 8;  // pages with room that are looked at be
 constexpr std::size_t kRowPointerSize = 4;
 
 bool isLockConflict(const RuntimeError& failure) {
-  return failure.number() == kLocked || failure.number() == kLockedBy;
+  return failure.number() == error::kLocked || failure.number() == error::kLockedByUser;
 }
 
 // What happens to one index.
@@ -41,7 +37,7 @@ void checkUnique(PageEdits& edits, const TableDefinition& definition, const Inde
                  RowId id) {
   if (!work.index->unique || work.change.nullAfter || work.change.keyAfter.empty()) return;
   if (!IndexEdit(edits, definition, *work.index).hasOther(work.change.keyAfter, id)) return;
-  throw RuntimeError(kDuplicateKey, "The change to table '" + definition.name +
+  throw RuntimeError(error::kDuplicateKey, "The change to table '" + definition.name +
                                         "' would create duplicate values in a unique index.");
 }
 
@@ -63,11 +59,6 @@ std::vector<IndexWork> indexWork(PageFile& file, const TableDefinition& definiti
 }  // namespace
 
 void RowUpdater::update(RowId id, std::span<const FieldChange> changes) {
-  if (table_.file().readOnly()) {
-    throw RuntimeError(error::kReadOnly, "'" + table_.file().path() +
-                                             "' was opened for reading only: table '" +
-                                             table_.name() + "' is not updatable.");
-  }
   for (int tries = 1;; ++tries) {
     try {
       attempt(id, changes);
