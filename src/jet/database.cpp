@@ -181,7 +181,8 @@ Table& Database::openTable(const CatalogueEntry& entry) {
 
 void Database::updateRow(Table& table, RowId id, std::span<const FieldChange> changes) {
   if (options_.readOnly || !lockFile_) {
-    throw RuntimeError(error::kReadOnly, "'" + file_.path() + "' was opened for reading only: table '" +
+    throw RuntimeError(error::kReadOnly, "'" + file_.path() +
+                                             "' was opened for reading only: table '" +
                                              table.name() + "' is not updatable.");
   }
   platform::Sleeper& sleeper = options_.sleeper != nullptr ? *options_.sleeper : systemSleeper_;

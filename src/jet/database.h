@@ -120,7 +120,7 @@ class Database {
   std::unordered_map<std::uint32_t, std::unique_ptr<Table>> tables_;  // by definition page
   std::unordered_map<const Table*, RowUpdater> updaters_;
   std::vector<PageLock> openTables_;  // told to the file's other users
-  std::unordered_map<std::int32_t, std::vector<QueryRow>> queries_;   // by object id
+  std::unordered_map<std::int32_t, std::vector<QueryRow>> queries_;  // by object id
   bool queriesRead_ = false;
 };
 

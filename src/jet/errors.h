@@ -23,7 +23,7 @@ constexpr int kTableLocked = 3211;     // another user has the table alone
 constexpr int kLocked = 3218;          // by a user not known
 constexpr int kTooManyUsers = 3239;
 constexpr int kLockedByUser = 3260;
-constexpr int kUnrecognized = 3343;    // no Jet file, or a kind that is not read here
-constexpr int kHeldAlone = 3356;       // another user has the file alone
+constexpr int kUnrecognized = 3343;  // no Jet file, or a kind that is not read here
+constexpr int kHeldAlone = 3356;     // another user has the file alone
 
 }  // namespace jet::error

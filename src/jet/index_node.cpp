@@ -29,7 +29,7 @@ IndexNode::IndexNode(const PageFile& file, const Page& page, std::uint32_t table
   level = loadU8(page.bytes, format.indexMask - 1);
   for (std::size_t i = 0; i < read.size(); ++i) insert(i, read.entryBytes(i));
   prefix_ = format.indexPrefixSize == 1 ? loadU8(page.bytes, format.indexPrefixLength)
-                                            : loadU16(page.bytes, format.indexPrefixLength);
+                                        : loadU16(page.bytes, format.indexPrefixLength);
 }
 
 Bytes IndexNode::entry(std::size_t n) const {
@@ -102,8 +102,8 @@ std::size_t IndexNode::commonPrefix() const {
   std::size_t limit = first.size();
   for (std::size_t i = 0; i < size(); ++i) limit = std::min(limit, entry(i).size() - trailer());
   limit = std::min(limit, std::size_t{255});  // Jet 3 keeps it in a byte
-  const auto differ = std::mismatch(first.begin(), first.begin() + static_cast<std::ptrdiff_t>(limit),
-                                    last.begin());
+  const auto differ = std::mismatch(
+      first.begin(), first.begin() + static_cast<std::ptrdiff_t>(limit), last.begin());
   return static_cast<std::size_t>(differ.first - first.begin());
 }
 
@@ -134,7 +134,8 @@ bool IndexNode::store(const Format& format, Page& page) const {
   std::size_t end = 0;
   for (std::size_t i = 0; i < size(); ++i) {
     const Bytes stored = entry(i).subspan(i == 0 ? 0 : prefix);
-    std::ranges::copy(stored, bytes.begin() + static_cast<std::ptrdiff_t>(format.indexEntries + end));
+    std::ranges::copy(stored,
+                      bytes.begin() + static_cast<std::ptrdiff_t>(format.indexEntries + end));
     end += stored.size();
     mask[end / 8] |= static_cast<std::byte>(1U << end % 8);
   }

@@ -7,8 +7,8 @@
 #include <span>
 #include <string_view>
 
-#include "platform/files.h"
 #include "jet/errors.h"
+#include "platform/files.h"
 
 namespace jet {
 namespace {
@@ -43,7 +43,8 @@ ByteRange userLock(int slot) { return {kUserLocks + static_cast<std::uint64_t>(s
 
 ByteRange pageRange(std::uint64_t region, std::uint32_t page, int slot, std::uint64_t length) {
   if (page > kMaxPage) {
-    throw RuntimeError(error::kUnrecognized, "Page " + std::to_string(page) + " lies beyond any database file.");
+    throw RuntimeError(error::kUnrecognized,
+                       "Page " + std::to_string(page) + " lies beyond any database file.");
   }
   return {region + page * kBytesPerPage + static_cast<std::uint64_t>(slot), length};
 }
@@ -98,8 +99,9 @@ std::unique_ptr<LockFile> LockFile::join(const std::string& databasePath, OpenFo
   } catch (const RuntimeError& failure) {
     if (failure.number() >= 3000) throw;  // refused by other users, not by the system
     if (purpose == OpenFor::Reading) return nullptr;
-    throw RuntimeError(failure.number() == error::kPathAccess ? error::kNoPermission : error::kCannotLock,
-                       "Cannot open '" + databasePath + "' for writing: " + failure.what());
+    throw RuntimeError(
+        failure.number() == error::kPathAccess ? error::kNoPermission : error::kCannotLock,
+        "Cannot open '" + databasePath + "' for writing: " + failure.what());
   }
 }
 
@@ -143,13 +145,14 @@ void LockFile::refuse(Sharing sharing) const {
   const bool heldAlone = holder && holder->first <= kAllUsers.first &&
                          (holder->length == 0 || holder->length >= kAllUsers.length);
   if (heldAlone) {
-    throw RuntimeError(error::kHeldAlone, "The database '" + databasePath_ + "' is already opened exclusively by " +
-                                 userOf(1) + ".");
+    throw RuntimeError(
+        error::kHeldAlone,
+        "The database '" + databasePath_ + "' is already opened exclusively by " + userOf(1) + ".");
   }
   if (sharing == Sharing::Exclusive) {
     const int slot = holder ? static_cast<int>(holder->first - kUserLocks) : 1;
-    throw RuntimeError(error::kFileInUse, "Could not use '" + databasePath_ + "'; file already in use by " +
-                                 userOf(slot) + ".");
+    throw RuntimeError(error::kFileInUse, "Could not use '" + databasePath_ +
+                                              "'; file already in use by " + userOf(slot) + ".");
   }
   throw RuntimeError(error::kTooManyUsers, "Too many users have '" + databasePath_ + "' open.");
 }
@@ -195,8 +198,8 @@ PageLock LockFile::lockTableForReading(std::uint32_t definitionPage) {
   const ByteRange range = pageRange(kTableReadLocks, definitionPage, slot_, 1);
   if (file_.tryLock(range)) return {file_, range};
   throw RuntimeError(error::kTableLocked, "Could not open the table defined on page " +
-                               std::to_string(definitionPage) + " of '" + databasePath_ +
-                               "'; another user has it alone.");
+                                              std::to_string(definitionPage) + " of '" +
+                                              databasePath_ + "'; another user has it alone.");
 }
 
 }  // namespace jet

@@ -66,8 +66,9 @@ class PageLock {
 class LockFile {
  public:
   // Null where OpenFor::Reading cannot join and does without.
-  [[nodiscard]] static std::unique_ptr<LockFile> join(const std::string& databasePath, OpenFor purpose,
-                                                      Sharing sharing, platform::Sleeper& sleeper);
+  [[nodiscard]] static std::unique_ptr<LockFile> join(const std::string& databasePath,
+                                                      OpenFor purpose, Sharing sharing,
+                                                      platform::Sleeper& sleeper);
 
   LockFile(const LockFile&) = delete;
   LockFile& operator=(const LockFile&) = delete;

@@ -33,12 +33,12 @@ void PageEdits::schedule(std::uint32_t number) {
   std::size_t first = 0;
   std::size_t last = now.size();
   if (!entry.scheduled.empty()) {
-    first = static_cast<std::size_t>(
-        std::ranges::mismatch(now, entry.scheduled).in1 - now.begin());
+    first = static_cast<std::size_t>(std::ranges::mismatch(now, entry.scheduled).in1 - now.begin());
     if (first == now.size()) return;
     while (now[last - 1] == entry.scheduled[last - 1]) --last;
   }
-  writes_.push_back({number, first,
+  writes_.push_back({number,
+                     first,
                      {now.begin() + static_cast<std::ptrdiff_t>(first),
                       now.begin() + static_cast<std::ptrdiff_t>(last)}});
   entry.scheduled = now;

@@ -37,8 +37,8 @@ float toSingle(const Variant& value) {
 
 [[noreturn]] void notUpdatable(const Column& column) {
   throw RuntimeError(error::kNotUpdatable, "Field '" + column.name +
-                                             "' cannot be updated: only fields of fixed size and "
-                                             "Yes/No fields are written here.");
+                                               "' cannot be updated: only fields of fixed size and "
+                                               "Yes/No fields are written here.");
 }
 
 template <typename T>

@@ -32,7 +32,8 @@ using StoredField = std::optional<std::vector<std::byte>>;
 class RowEncoder {
  public:
   // `page` is where the row is from, for messages.
-  RowEncoder(const PageFile& file, std::uint32_t page, const TableDefinition& definition, Bytes row);
+  RowEncoder(const PageFile& file, std::uint32_t page, const TableDefinition& definition,
+             Bytes row);
 
   // The field as the row has it.
   [[nodiscard]] StoredField get(const Column& column) const;
@@ -55,8 +56,8 @@ class RowEncoder {
   [[nodiscard]] const Format& format() const { return file_->format(); }
   [[nodiscard]] Frame parse() const;
   [[nodiscard]] bool parseVariablePart(Frame& frame) const;
-  [[nodiscard]] std::size_t variableOffset(const Frame& frame, std::size_t entry,
-                                           std::size_t count, std::size_t jumps) const;
+  [[nodiscard]] std::size_t variableOffset(const Frame& frame, std::size_t entry, std::size_t count,
+                                           std::size_t jumps) const;
   void makeRoomFor(const Column& column);
   [[nodiscard]] std::vector<std::byte> assemble(const Frame& frame, Bytes fixed, Bytes variable,
                                                 Bytes mask) const;

@@ -37,8 +37,9 @@ void checkUnique(PageEdits& edits, const TableDefinition& definition, const Inde
                  RowId id) {
   if (!work.index->unique || work.change.nullAfter || work.change.keyAfter.empty()) return;
   if (!IndexEdit(edits, definition, *work.index).hasOther(work.change.keyAfter, id)) return;
-  throw RuntimeError(error::kDuplicateKey, "The change to table '" + definition.name +
-                                        "' would create duplicate values in a unique index.");
+  throw RuntimeError(error::kDuplicateKey,
+                     "The change to table '" + definition.name +
+                         "' would create duplicate values in a unique index.");
 }
 
 std::vector<IndexWork> indexWork(PageFile& file, const TableDefinition& definition, RowId id,
@@ -157,7 +158,8 @@ RowId RowUpdater::placeElsewhere(PageEdits& edits, RowId id, const Place& place,
   std::vector<std::uint32_t> candidates;
   if (lastTarget_ != 0) candidates.push_back(lastTarget_);
   const std::vector<std::uint32_t> roomy = readUsageMap(edits.file(), definition.freePages);
-  for (auto page = roomy.rbegin(); page != roomy.rend() && candidates.size() < kPagesTried; ++page) {
+  for (auto page = roomy.rbegin(); page != roomy.rend() && candidates.size() < kPagesTried;
+       ++page) {
     candidates.push_back(*page);
   }
   for (const std::uint32_t number : candidates) {

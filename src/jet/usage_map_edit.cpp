@@ -165,9 +165,7 @@ Page& allocatePage(PageEdits& edits) {
   return edits.create(map.nextFree());
 }
 
-void giveAway(PageEdits& edits, std::uint32_t page) {
-  MapEdit(edits, kFreePages).set(page, false);
-}
+void giveAway(PageEdits& edits, std::uint32_t page) { MapEdit(edits, kFreePages).set(page, false); }
 
 void setUsageBit(PageEdits& edits, RowId map, std::uint32_t page, bool value) {
   MapEdit(edits, map).set(page, value);
