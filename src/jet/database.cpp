@@ -197,7 +197,9 @@ std::vector<QueryRow> Database::queryRows(const CatalogueEntry& query) {
 
 // All at once: a file has few, and they are asked for one after the other.
 void Database::readQueries() {
-  Table& clauses = openTable("MSysQueries");
+  const CatalogueEntry* entry = find("MSysQueries");
+  if (entry == nullptr) file_.damaged(kCataloguePage, "there are queries but no MSysQueries");
+  Table& clauses = openTable(*entry);
   SystemRow fields(clauses);
   auto scan = clauses.scan();
   while (scan.next()) {

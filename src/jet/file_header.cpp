@@ -20,9 +20,20 @@ constexpr std::string_view kMagic = std::string_view("\0\1\0\0", 4);
 constexpr std::string_view kJetName = std::string_view("Standard Jet DB\0", 16);
 constexpr std::string_view kAccdbName = std::string_view("Standard ACE DB\0", 16);
 
-[[noreturn]] void unrecognized(const std::string& path, const char* why) {
+[[noreturn]] void unrecognized(const std::string& path, const std::string& why) {
   throw RuntimeError(error::kUnrecognized,
                      "Unrecognized database format '" + path + "': " + why + ".");
+}
+
+// 0 is found where the engine took it for granted.
+int knownCodePage(int number, const std::string& path) {
+  constexpr int kWestern = 1252;
+  if (number == 0) return kWestern;
+  try {
+    return CodePage(number).number();
+  } catch (const RuntimeError&) {
+    unrecognized(path, "its text is in the unknown code page " + std::to_string(number));
+  }
 }
 
 // The creation date masks the password of Jet 4 once more: its whole days as 32 bits, repeated.
@@ -93,8 +104,7 @@ FileHeader readFileHeader(const RandomAccessFile& file) {
   }
   if (header.version == Version::Jet3) {
     header.sortOrder = loadU16(bytes, kHeaderJet3SortOrder);
-    const int codePage = loadU16(bytes, kHeaderCodePage);
-    if (codePage != 0) header.codePage = codePage;
+    header.codePage = knownCodePage(loadU16(bytes, kHeaderCodePage), file.path());
   } else {
     header.sortOrder = loadU32(bytes, kHeaderJet4SortOrder);
     header.created = loadLittle<double>(bytes, kHeaderCreated);
