@@ -12,6 +12,8 @@ bool isWordPart(char c) {
          static_cast<unsigned char>(c) >= 0x80;
 }
 
+bool isQuote(char c) { return c == '\'' || c == '"' || c == '`'; }
+
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 constexpr std::string_view kOperatorCharacters = "+-*/%&|^~!=<>";
@@ -58,9 +60,26 @@ Token SqlLexer::quoted(TokenKind closed, char quote) {
   return token(TokenKind::OpenString, text_.size() - at_);
 }
 
-// Digits with letters behind them are a name, unless they are an exponent or a fraction.
+Token SqlLexer::variable() {
+  SqlLexer behind(text_);
+  behind.at_ = at_ + 1;
+  const bool nameFollows =
+      behind.at_ < text_.size() && (isWordPart(text_[behind.at_]) || isQuote(text_[behind.at_]));
+  if (!nameFollows) return token(TokenKind::Other, 1);
+  const Token name = behind.next();
+  return token(name.kind == TokenKind::OpenString ? name.kind : TokenKind::Variable,
+               name.text.size() + 1);
+}
+
+// Digits with letters behind them are a name, unless they are an exponent, a fraction or 0x.
 Token SqlLexer::wordOrNumber() {
   std::size_t end = at_;
+  if (text_.substr(at_).starts_with("0x")) {
+    end = std::min(text_.find_first_not_of("0123456789abcdefABCDEF", at_ + 2), text_.size());
+    const bool whole = end > at_ + 2 && (end == text_.size() || !isWordPart(text_[end]));
+    if (whole) return token(TokenKind::Number, end - at_);
+    end = at_;
+  }
   const auto skipDigits = [&] {
     while (end < text_.size() && isDigit(text_[end])) ++end;
   };
@@ -97,6 +116,8 @@ Token SqlLexer::next() {
       return quoted(TokenKind::String, c);
     case '`':
       return quoted(TokenKind::Word, c);
+    case '@':
+      return variable();
     case '(':
       return token(TokenKind::Open, 1);
     case ')':

@@ -17,6 +17,7 @@ enum class TokenKind {
   OpenString,  // up to the end of the text
   Number,
   Word,      // a keyword or a name; `quoted` ones too
+  Variable,  // @name, @'name'
   Operator,  // + - * / % & | ^ ~ ! = < > and their pairs
   Open,      // (
   Close,     // )
@@ -41,6 +42,7 @@ class SqlLexer {
   void skipBlanksAndComments();
   [[nodiscard]] Token token(TokenKind kind, std::size_t length);
   [[nodiscard]] Token quoted(TokenKind closed, char quote);
+  [[nodiscard]] Token variable();
   [[nodiscard]] Token wordOrNumber();
 
   std::string_view text_;

@@ -79,19 +79,19 @@ class Checker {
     advance();
     expectWord("into");
     readTable();
-    const std::vector<std::string_view> columns = readColumns();
+    columns_ = readColumns();
     expectWord("values");
     expect(TokenKind::Open);
     std::size_t values = 0;
     for (bool more = true; more; ++values) {
-      value_ = values < columns.size() ? columns[values] : std::string_view("no column");
+      value_ = values < columns_.size() ? columns_[values] : std::string_view("no column");
       checkExpression();
       more = word_.kind == TokenKind::Comma;
       if (more) advance();
     }
     expect(TokenKind::Close);
-    if (values != columns.size()) {
-      throw Refusal{std::to_string(values) + " values for " + std::to_string(columns.size()) +
+    if (values != columns_.size()) {
+      throw Refusal{std::to_string(values) + " values for " + std::to_string(columns_.size()) +
                     " columns"};
     }
     value_ = {};
@@ -158,6 +158,7 @@ class Checker {
         while (word_.kind == TokenKind::String) advance();
         return;
       case TokenKind::Number:
+      case TokenKind::Variable:
         return advance();
       case TokenKind::Word:
         if (!isOneOf(word_.text, kConstants) && !isColumn(word_.text)) refuseHere();
@@ -171,8 +172,11 @@ class Checker {
     }
   }
 
+  // The columns that an INSERT names, and what may be one where none are named.
   [[nodiscard]] bool isColumn(std::string_view word) const {
-    return word.starts_with(table_->columns);
+    if (columns_.empty()) return word.starts_with(table_->columns);
+    return std::any_of(columns_.begin(), columns_.end(),
+                       [&](std::string_view column) { return sameWord(word, column); });
   }
 
   void expectWord(std::string_view word) {
@@ -216,6 +220,7 @@ class Checker {
   Token word_;
   TokenKind before_ = TokenKind::End;
   const ServerTable* table_ = nullptr;
+  std::vector<std::string_view> columns_;
   std::string_view value_;  // column of the value that is being read
   int depth_ = 0;
 };
