@@ -1,6 +1,5 @@
 #include "ui/qt/application.h"
 
-#include <QLibraryInfo>
 #include <QLocale>
 #include <QTimer>
 #include <cstdio>
@@ -28,11 +27,6 @@ Application::Application(std::string programName)
   application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
   QGuiApplication::setApplicationDisplayName("Quenbrook");
   QGuiApplication::setQuitOnLastWindowClosed(false);
-  // The buttons of message boxes and menus in Korean, where Qt's translations are installed.
-  if (translator_.load(QLocale(), "qtbase", "_",
-                       QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-    QCoreApplication::installTranslator(&translator_);
-  }
 }
 
 Application::~Application() = default;
@@ -55,7 +49,7 @@ void Application::windowClosed() {
 }
 
 void Application::run() {
-  QCoreApplication::exec();
+  if (!fault_) QCoreApplication::exec();
   while (QGuiApplication::overrideCursor() != nullptr) QGuiApplication::restoreOverrideCursor();
   if (fault_) std::rethrow_exception(std::exchange(fault_, nullptr));
 }

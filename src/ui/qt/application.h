@@ -9,7 +9,6 @@
 #pragma once
 
 #include <QApplication>
-#include <QTranslator>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -40,7 +39,6 @@ class Application {
   int argumentCount_ = 1;
   char* arguments_[2];
   std::unique_ptr<QApplication> application_;
-  QTranslator translator_;
   std::function<bool()> anyLoaded_ = [] { return false; };
   std::exception_ptr fault_;
 };

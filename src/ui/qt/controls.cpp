@@ -9,6 +9,12 @@ Button::Button(QWidget* parent, const char* name, const char* caption)
   setObjectName(name);
 }
 
+// Room beside the caption, and a height that a finger hits.
+QSize Button::sizeHint() const {
+  const int letter = fontMetrics().height();
+  return QPushButton::sizeHint() + QSize(letter, letter / 3);
+}
+
 void Button::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     click();

@@ -17,6 +17,8 @@ class Button : public QPushButton {
  public:
   Button(QWidget* parent, const char* name, const char* caption);
 
+  [[nodiscard]] QSize sizeHint() const override;
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 };

@@ -32,7 +32,7 @@ void MessageBox::show(const platform::Message& message) noexcept {
   box.setText(lines(message.prompt));
   box.setWindowTitle(message.title.empty() ? QGuiApplication::applicationDisplayName()
                                            : QString::fromStdString(message.title));
-  box.setStandardButtons(QMessageBox::Ok);
+  box.addButton("확인", QMessageBox::AcceptRole);
   box.exec();
 }
 
