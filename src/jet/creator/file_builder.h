@@ -32,7 +32,7 @@ class FileBuilder {
  public:
   struct Options {
     DateTime created = {37622};     // of the objects; 2003-01-01
-    std::string password;           // at most 20 characters
+    std::string password = {};      // at most 20 characters
     std::uint32_t encodingKey = 0;  // other than 0: pages are encoded
     bool indexTails = false;        // index trees as those that grew by appending
   };

@@ -1,0 +1,31 @@
+// What a sample shop is to be like.
+//
+//   Options options = parseOptions(arguments);   // without the program's name
+//
+// Errors: 5 with a description that says which argument and why.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace makeshop {
+
+struct Options {
+  std::string folder;
+  int days = 21;              // 1 to 3660
+  int salesPerDay = 30;       // 0 to 5000, on the average
+  std::int32_t firstDay = 0;  // serial of a day; parseOptions gives 2013-08-01 where none is told
+  std::uint64_t seed = 1;
+  bool indexes = true;  // on the sale id of items and on the days
+  bool plain = false;   // texts without apostrophes, backslashes and foreign characters
+  bool help = false;
+  bool version = false;
+};
+
+[[nodiscard]] Options parseOptions(const std::vector<std::string>& arguments);
+
+// Text of --help.
+[[nodiscard]] const char* usage();
+
+}  // namespace makeshop

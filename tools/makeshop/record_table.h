@@ -1,0 +1,81 @@
+// A table of a sample database as a table in the code: each column with the value that a record
+// gives it.
+//
+//   const std::vector<Field<Menu>> kFields = {
+//       {number("sm1_id"), [](const Menu& m) -> Variant { return m.id; }}, …
+//   RecordTable<Menu> menus(builder, "Set_Menu1", kFields, {primaryKey("sm1_id")});
+//   menus.add(menu);
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "jet/creator/file_builder.h"
+#include "jet/variant.h"
+
+namespace makeshop {
+
+template <typename Record>
+struct Field {
+  jet::NewColumn column;
+  jet::Variant (*value)(const Record& record);
+};
+
+template <typename Record>
+class RecordTable {
+ public:
+  RecordTable(jet::FileBuilder& builder, const std::string& name,
+              const std::vector<Field<Record>>& fields, const std::vector<jet::NewIndex>& indexes)
+      : fields_(fields), table_(builder.addTable(name, columns(fields), indexes)) {}
+
+  // `lateColumns`: the columns at the end that did not exist yet when the row was written.
+  void add(const Record& record, std::size_t lateColumns = 0) {
+    std::vector<jet::Variant> values;
+    values.reserve(fields_.size());
+    for (std::size_t i = 0; i + lateColumns < fields_.size(); ++i)
+      values.push_back(fields_[i].value(record));
+    table_.add(std::move(values));
+  }
+
+ private:
+  static std::vector<jet::NewColumn> columns(const std::vector<Field<Record>>& fields) {
+    std::vector<jet::NewColumn> columns;
+    for (const auto& field : fields) columns.push_back(field.column);
+    return columns;
+  }
+
+  const std::vector<Field<Record>>& fields_;  // lives as long as the program
+  jet::TableBuilder& table_;
+};
+
+// Columns and indexes in short.
+inline jet::NewColumn column(const char* name, jet::ColumnType type) {
+  return {.name = name, .type = type};
+}
+inline jet::NewColumn number(const char* name) { return column(name, jet::ColumnType::Long); }
+inline jet::NewColumn smallNumber(const char* name) {
+  return column(name, jet::ColumnType::Integer);
+}
+inline jet::NewColumn money(const char* name) { return column(name, jet::ColumnType::Currency); }
+inline jet::NewColumn yesNo(const char* name) { return column(name, jet::ColumnType::YesNo); }
+inline jet::NewColumn date(const char* name) { return column(name, jet::ColumnType::DateTime); }
+inline jet::NewColumn text(const char* name, std::uint16_t size) {
+  return {.name = name, .type = jet::ColumnType::Text, .size = size, .compressed = true};
+}
+inline jet::NewColumn memo(const char* name) {
+  return {.name = name, .type = jet::ColumnType::Memo, .compressed = true};
+}
+inline jet::NewIndex primaryKey(const char* column) {
+  return {.name = "PrimaryKey", .columns = {column}, .primary = true};
+}
+inline jet::NewIndex indexOn(const char* column) { return {.name = column, .columns = {column}}; }
+
+// Values in short: no text is Null.
+inline jet::Variant orNull(const std::string& text) {
+  return text.empty() ? jet::Variant() : jet::Variant(text);
+}
+inline jet::Currency won(std::int64_t amount) { return {amount * 10000}; }
+
+}  // namespace makeshop
