@@ -1,0 +1,156 @@
+#include "jet/row_update.h"
+
+#include <fstream>
+#include <functional>
+
+#include "jet/errors.h"
+#include "sales_file.h"
+
+namespace jet {
+namespace {
+
+const auto kEvery = [](std::int64_t) { return true; };
+const auto kYes = [](std::int64_t) { return Variant(true); };
+
+std::size_t forwardedRows(const SalesFile& file) {
+  const auto database = Database::open(file.path());
+  std::size_t count = 0;
+  for (auto scan = database->openTable("Selling").scan(); scan.next();) {
+    if (scan.row().page()->number != scan.row().id().page) ++count;
+  }
+  return count;
+}
+
+struct MarkCase {
+  const char* name;
+  SalesOptions options;
+  std::vector<NewIndex> indexes = {};
+  std::size_t forwardsAtLeast = 0;
+};
+
+class MarkTest : public testing::TestWithParam<MarkCase> {};
+
+// The faults looked for: a neighbour's bytes moved or overwritten, a row lost or doubled on its way
+// to another page, an index entry lost, left behind or out of order, a page split that drops some.
+TEST_P(MarkTest, OnlyTheMarksChange) {
+  SalesFile file(GetParam().options, GetParam().indexes);
+  file.mark("c_upload", kEvery, kYes);
+  file.expectWhole();
+  file.mark("cc_upload", kEvery, [](std::int64_t id) { return Variant(id % 4 == 1); });
+  file.mark(
+      "amount", [](std::int64_t id) { return id % 3 != 0; },
+      [](std::int64_t id) { return Variant(Currency{-id}); });
+  file.expectWhole();
+  file.mark(
+      "c_upload", [](std::int64_t id) { return id % 5 != 0; },
+      [](std::int64_t) { return Variant(false); });
+  file.expectWhole();
+  file.expectNoEntryTooMany();
+  file.expectExportUnchanged();
+  EXPECT_GE(forwardedRows(file), GetParam().forwardsAtLeast);
+}
+
+const NewIndex kByMark = {.name = "byMark", .columns = {"c_upload"}};
+const NewIndex kByDayAndMark = {.name = "byDayAndMark", .columns = {"rdate", "-c_upload"}};
+const NewIndex kByNameAndMark = {.name = "byNameAndMark", .columns = {"name", "c_upload"}};
+const NewIndex kByMarkAndName = {.name = "byMarkAndName", .columns = {"c_upload", "name"}};
+const NewIndex kByAmount = {.name = "byAmount", .columns = {"-amount"}, .ignoreNulls = true};
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, MarkTest,
+    testing::Values(
+        MarkCase{"InPlace", {}},
+        MarkCase{"Encoded", {.rows = 200, .shortRows = 60, .file = {.encodingKey = 0x1234abcd}}},
+        MarkCase{"ShortRowsWithRoom", {.rows = 20, .shortRows = 10}},
+        MarkCase{"ShortRowsOnFullPages", {.rows = 1000, .shortRows = 500}, {}, 10},
+        MarkCase{"ForwardedBefore", {.rows = 400, .shortRows = 200, .forwarded = true}, {}, 80},
+        MarkCase{"IndexOnTheMark", {.rows = 1400, .longNotes = false}, {kByMark}},
+        MarkCase{"IndexWithTails",
+                 {.rows = 1400, .longNotes = false, .file = {.indexTails = true}},
+                 {kByMark, kByAmount}},
+        MarkCase{"CompoundIndexes",
+                 {.rows = 1500, .shortRows = 300, .longNotes = false},
+                 {kByDayAndMark, kByMark, kByAmount}},
+        MarkCase{"IndexesWithTexts", {.rows = 250}, {kByNameAndMark, kByMarkAndName}}),
+    [](const auto& tried) { return tried.param.name; });
+
+struct RefusalCase {
+  const char* name;
+  const char* column;
+  Variant value;
+  int error;
+};
+
+class RefusalTest : public testing::TestWithParam<RefusalCase> {};
+
+TEST_P(RefusalTest, LeavesTheFileAsItWas) {
+  const SalesFile file({.rows = 50}, {{.name = "unique", .columns = {"price"}, .unique = true}});
+  const std::string before = support::readFile(file.path());
+  {
+    const auto database = file.open();
+    Table& table = database->openTable("Selling");
+    auto scan = table.scan();
+    ASSERT_TRUE(scan.next());
+    const std::vector<FieldChange> changes = {
+        {table.definition().findColumn("c_upload").value(), Variant(true)},
+        {table.definition().findColumn(GetParam().column).value(), GetParam().value}};
+    try {
+      database->updateRow(table, scan.row().id(), changes);
+      ADD_FAILURE() << "was not refused";
+    } catch (const RuntimeError& refusal) {
+      EXPECT_EQ(refusal.number(), GetParam().error) << refusal.what();
+    }
+  }
+  EXPECT_TRUE(support::readFile(file.path()) == before) << "the file was changed";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fields, RefusalTest,
+    testing::Values(RefusalCase{"Text", "name", Variant("x"), error::kNotUpdatable},
+                    RefusalCase{"Memo", "memo", Variant("x"), error::kNotUpdatable},
+                    RefusalCase{"DuplicateKey", "price", Variant(Currency{12345}),
+                                error::kDuplicateKey},
+                    RefusalCase{"TooLarge", "no", Variant(std::int32_t{40000}), error::kOverflow},
+                    RefusalCase{"NoNumber", "amount", Variant("zwei"), error::kTypeMismatch}),
+    [](const auto& tried) { return tried.param.name; });
+
+TEST(RowUpdateTest, UniqueKeysCanBeChangedToFreeOnes) {
+  SalesFile file({.rows = 900, .longNotes = false},
+                 {{.name = "unique", .columns = {"price"}, .unique = true}});
+  file.mark("price", kEvery, [](std::int64_t id) { return Variant(Currency{-1000 * id - 7}); });
+  file.expectWhole();
+  file.expectNoEntryTooMany();
+}
+
+// The engine's inline maps reach 512 pages; the file must be able to grow past them.
+TEST(RowUpdateTest, RowsMoveToPagesThatTheInlineMapsDoNotReach) {
+  SalesFile file({.rows = 13000, .shortRows = 6000});
+  ASSERT_GT(std::filesystem::file_size(file.path()), 400U * 4096);
+  file.mark(
+      "note", [](std::int64_t) { return false; }, kYes);
+  file.mark(
+      "amount", [](std::int64_t id) { return id % 2 == 0; },
+      [](std::int64_t id) { return Variant(Currency{id}); });
+  file.expectWhole();
+  file.expectExportUnchanged();
+  EXPECT_GT(std::filesystem::file_size(file.path()), 520U * 4096);
+}
+
+TEST(RowUpdateTest, ADeletedRowIsNotFound) {
+  const SalesFile file({.rows = 3});
+  const auto database = file.open();
+  Table& table = database->openTable("Selling");
+  auto scan = table.scan();
+  ASSERT_TRUE(scan.next());
+  const RowId gone{scan.row().id().page, 77};
+  const std::vector<FieldChange> changes = {{7, Variant(true)}};
+  try {
+    database->updateRow(table, gone, changes);
+    ADD_FAILURE();
+  } catch (const RuntimeError& refusal) {
+    EXPECT_EQ(refusal.number(), error::kRowDeleted);
+  }
+}
+
+}  // namespace
+}  // namespace jet
