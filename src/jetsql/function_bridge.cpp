@@ -29,7 +29,14 @@ struct Binding {
 
 Variant evaluate(const Binding& binding, Arguments arguments) {
   if (binding.function == nullptr) return arguments[0];
-  return call(*binding.function, arguments, binding.state.environment);
+  const Function& function = *binding.function;
+  const auto width = static_cast<std::size_t>(function.maxArguments);
+  if (arguments.size() <= width) return call(function, arguments, binding.state.environment);
+  // a + b + c in one call.
+  Variant result = arguments[0];
+  for (const Variant& operand : arguments.subspan(1))
+    result = call(function, std::array{result, operand}, binding.state.environment);
+  return result;
 }
 
 void run(const Binding& binding, sqlite3_context* context, std::size_t count,

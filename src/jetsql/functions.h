@@ -7,6 +7,7 @@
 // In SQLite a function is jet_<lower-case name>, an operator jet_op_<name>; the first argument is
 // the signature: the letter of the result's type, then one letter per argument (value_types.h),
 // so Left("abc", 2) is jet_left('xxl', 'abc', 2). The result is converted to the result letter.
+// An operator takes further operands from the left: a + b + c is jet_op_add('llll', a, b, c).
 // Besides: jet_convert('lx', '12') converts only.
 //
 // A Null argument gives Null except where the function is about Null (IsNull, Nz, IIf, ...). IIf,

@@ -77,6 +77,14 @@ void convertScaled(std::span<Sql> operands, const Kinds& kinds) {
   }
 }
 
+// All operators group from the left, so a left operand of the same operator goes on.
+std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& right) {
+  std::vector<Sql> operands = left.parts;
+  if (left.chain != chain) operands = {left};
+  operands.push_back(right);
+  return operands;
+}
+
 }  // namespace
 
 std::string quotedName(std::string_view name) {
@@ -176,11 +184,24 @@ std::string callText(std::string_view name, VariantType result, std::span<const 
   return "jet_" + lowerCase(name) + "('" + signature + "'" + values + ")";
 }
 
-Sql operatorCall(std::string_view name, std::initializer_list<Sql> operands) {
-  std::vector<VariantType> types;
-  for (const Sql& operand : operands) types.push_back(operand.type);
-  const VariantType result = findOperator(name)->resultType(types);
-  return {callText("op_" + std::string(name), result, {operands.begin(), operands.size()}), result};
+Sql unaryCall(std::string_view name, const Sql& operand) {
+  const VariantType result = findOperator(name)->resultType(std::array{operand.type});
+  return {callText("op_" + std::string(name), result, std::array{operand}), result};
+}
+
+Sql binaryCall(std::string_view name, const Sql& left, const Sql& right) {
+  const VariantType result = findOperator(name)->resultType(std::array{left.type, right.type});
+  std::vector<Sql> operands = operandsOf(name, left, right);
+  std::string text = callText("op_" + std::string(name), result, operands);
+  return {std::move(text), result, false, name, std::move(operands)};
+}
+
+Sql truthChain(std::string_view keyword, const Sql& left, const Sql& right) {
+  std::vector<Sql> operands = operandsOf(keyword, left, right);
+  std::vector<std::string> texts;
+  for (const Sql& operand : operands) texts.push_back(operand.text);
+  return {"(" + joined(texts, keyword) + ")", VariantType::YesNo, true, keyword,
+          std::move(operands)};
 }
 
 void makeComparable(std::span<Sql> operands, int mismatch) {

@@ -7,7 +7,6 @@
 // A comparison in SQLite is 1 or 0, a Yes/No field in Jet -1 or 0: `truth` tells the two apart.
 #pragma once
 
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,6 +21,10 @@ struct Sql {
   std::string text;
   jet::VariantType type = jet::VariantType::Null;
   bool truth = false;  // a Yes/No as SQLite computes it: 1 or 0
+  // Of a + b + c: the operator and its operands. Chains are written flat, since SQLite's parser
+  // takes only so much nesting.
+  std::string_view chain{};
+  std::vector<Sql> parts{};
 };
 
 [[nodiscard]] std::string quotedName(std::string_view name);  // "a""b"
@@ -45,7 +48,11 @@ struct Sql {
 // jet_<name>('sig', arguments); the name may begin with op_.
 [[nodiscard]] std::string callText(std::string_view name, jet::VariantType result,
                                    std::span<const Sql> arguments);
-[[nodiscard]] Sql operatorCall(std::string_view name, std::initializer_list<Sql> operands);
+[[nodiscard]] Sql unaryCall(std::string_view name, const Sql& operand);
+[[nodiscard]] Sql binaryCall(std::string_view name, const Sql& left, const Sql& right);
+
+// Operands of And or Or as SQLite has them.
+[[nodiscard]] Sql truthChain(std::string_view keyword, const Sql& left, const Sql& right);
 
 // Converts all of them so that SQLite's own comparison is Jet's. `mismatch` is the number of the
 // error for a text beside a number or a date.

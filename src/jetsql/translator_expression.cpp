@@ -203,9 +203,9 @@ std::optional<Sql> Translator::aliasedValue(const Expression& expression, Place&
 
 Sql Translator::unary(const Expression& expression, Place& place) {
   const Sql operand = this->expression(*expression.arguments.front(), place);
-  if (expression.operation == Operator::Negate) return operatorCall("neg", {operand});
+  if (expression.operation == Operator::Negate) return unaryCall("neg", operand);
   if (isTruth(operand)) return truth("NOT " + operand.text);
-  return operatorCall("not", {operand});
+  return unaryCall("not", operand);
 }
 
 Sql Translator::binary(const Expression& expression, Place& place) {
@@ -214,17 +214,17 @@ Sql Translator::binary(const Expression& expression, Place& place) {
   if (isComparison(expression.operation))
     return comparison(expression.operation, left, right, place.mismatch);
   if (expression.operation <= Operator::Imp) return logical(expression.operation, left, right);
-  return operatorCall(operatorName(expression.operation), {left, right});
+  return binaryCall(operatorName(expression.operation), left, right);
 }
 
 // Whole numbers are combined bit by bit, which a function does; truth values natively, so that the
 // conditions within reach the tables.
 Sql Translator::logical(Operator operation, const Sql& left, const Sql& right) const {
   if (isTruth(left) && isTruth(right)) {
-    if (operation == Operator::And) return truth(left.text + " AND " + right.text);
-    if (operation == Operator::Or) return truth(left.text + " OR " + right.text);
+    if (operation == Operator::And) return truthChain(" AND ", left, right);
+    if (operation == Operator::Or) return truthChain(" OR ", left, right);
   }
-  return operatorCall(operatorName(operation), {left, right});
+  return binaryCall(operatorName(operation), left, right);
 }
 
 Sql Translator::between(const Expression& expression, Place& place) {

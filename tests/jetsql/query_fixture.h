@@ -1,0 +1,67 @@
+// Jet SQL run over tables in memory, without a Jet file:
+//
+//   EXPECT_EQ(run("SELECT id FROM Sales WHERE price > 10"), "1|2|3");
+//   EXPECT_EQ(run("SELECT id FROM Nowhere"), "error 3078");
+//
+// The tables are a small shop: Sales with its Items, the Menu, and Odd, whose fields are named by
+// keywords.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jetsql/call_state.h"
+#include "jetsql/schema.h"
+#include "jetsql/translation.h"
+
+namespace jetsql {
+
+class QueryFixture : public testing::Test, public SchemaSource {
+ protected:
+  QueryFixture();
+
+  // Fields as "name:letter"; the letters are those of value_types.h.
+  void addTable(const std::string& name, std::vector<std::string> fields,
+                const std::vector<std::vector<jet::Variant>>& rows);
+  void addQuery(const std::string& name, const std::string& text);
+  void refuseQuery(const std::string& name, int number);
+
+  // Values joined by commas, rows by |, Null as -, or "error N".
+  std::string run(const std::string& text);
+  // The result's fields as "name:letter", or "error N".
+  std::string fields(const std::string& text);
+  void addIndex(const std::string& table, const std::string& field);
+  // How often the query reads the table from end to end rather than by an index.
+  int scans(const std::string& text, const std::string& table);
+
+  SchemaObject find(std::string_view name) override;
+  std::vector<jet::Variant> values(const Translation& query) override;
+
+ private:
+  struct CloseDatabase {
+    void operator()(sqlite3* database) const { sqlite3_close(database); }
+  };
+  struct FinishStatement {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+  using Statement = std::unique_ptr<sqlite3_stmt, FinishStatement>;
+
+  Statement prepare(const std::string& sql, const std::vector<jet::Variant>& parameters = {});
+  bool step(const Statement& statement);
+  jet::Variant field(const Translation& query, const Translation::Column& column,
+                     const Statement& row);
+  std::vector<std::vector<jet::Variant>> rows(const Translation& query);
+
+  CallState state_;
+  std::unique_ptr<sqlite3, CloseDatabase> database_;
+  std::deque<SchemaTable> tables_;
+  std::deque<SavedQuery> queries_;
+};
+
+}  // namespace jetsql
