@@ -87,6 +87,23 @@ std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& 
 
 }  // namespace
 
+std::string_view comparisonSymbol(Operator operation) {
+  switch (operation) {
+    case Operator::Equal:
+      return " = ";
+    case Operator::NotEqual:
+      return " <> ";
+    case Operator::Less:
+      return " < ";
+    case Operator::LessOrEqual:
+      return " <= ";
+    case Operator::Greater:
+      return " > ";
+    default:
+      return " >= ";
+  }
+}
+
 std::string quotedName(std::string_view name) {
   std::string text = "\"";
   for (const char c : name) text += c == '"' ? std::string("\"\"") : std::string(1, c);

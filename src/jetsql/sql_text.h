@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "jet/variant.h"
+#include "jetsql/ast.h"
 #include "jetsql/functions.h"
 
 namespace jetsql {
@@ -26,6 +27,9 @@ struct Sql {
   std::string_view chain{};
   std::vector<Sql> parts{};
 };
+
+// " = ", " <= ", ... of a comparison.
+[[nodiscard]] std::string_view comparisonSymbol(Operator operation);
 
 [[nodiscard]] std::string quotedName(std::string_view name);  // "a""b"
 [[nodiscard]] std::string quotedText(std::string_view text);  // 'it''s'

@@ -220,8 +220,8 @@ SavedQuery rebuildQuery(const std::string& name, std::span<const jet::QueryRow> 
     return refused(error::kNoStatement, "is of an unknown kind, " + std::to_string(kind) + ".");
   if (kind != kSelectKind && kind != kCrosstabKind && kind != kUnionKind)
     return refused(error::kInvalidOperation,
-                   "is a " + std::string(kKindNames[static_cast<std::size_t>(kind)]) +
-                       " query and gives no rows that can be read.");
+                   "gives no rows that can be read: it is of the kind '" +
+                       std::string(kKindNames[static_cast<std::size_t>(kind)]) + "'.");
   if (rebuilder.first(kOtherFile) != nullptr)
     return refused(error::kInvalidOperation, "reads another database by an IN clause.");
   std::string text;

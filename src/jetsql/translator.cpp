@@ -62,9 +62,9 @@ Translation Translator::translate(const Query& query, std::vector<jet::Variant> 
   for (const std::string& parameter : query.parameters) unknown_.insert(lowerCase(parameter));
   Translation result;
   if (query.selects.size() == 1 && !query.crosstab) {
-    result = rowsOf(plan(query.selects.front(), nullptr));
+    result = rowsOf(plan(query.selects.front(), {}));
   } else {
-    const NestedQuery whole = nested(query, nullptr, true);
+    const NestedQuery whole = nested(query, {.keepOrder = true});
     result.sql = whole.sql;
     for (const SchemaColumn& column : whole.columns)
       result.columns.push_back({column.name, column.type, std::nullopt, result.computedCount++});
@@ -109,18 +109,20 @@ Translation Translator::rowsOf(const SelectPlan& plan) {
   return result;
 }
 
-NestedQuery Translator::nested(const Query& query, Scope* outer, bool keepOrder) {
+NestedQuery Translator::nested(const Query& query, const Use& use) {
   for (const std::string& parameter : query.parameters) unknown_.insert(lowerCase(parameter));
-  if (query.crosstab) return crosstab(query, outer);
-  if (query.selects.size() > 1) return unionOf(query, outer, keepOrder);
-  const SelectPlan only = plan(query.selects.front(), outer);
-  return {render(only, valuesOf(only), keepOrder), columnsOf(only)};
+  if (query.crosstab) return crosstab(query, use);
+  if (query.selects.size() > 1) return unionOf(query, use);
+  const SelectPlan only = plan(query.selects.front(), use);
+  return {render(only, valuesOf(only), use.keepOrder), columnsOf(only)};
 }
 
-NestedQuery Translator::unionOf(const Query& query, Scope* outer, bool keepOrder) {
+NestedQuery Translator::unionOf(const Query& query, const Use& use) {
   std::vector<SelectPlan> plans;
   for (const Select& select : query.selects) {
-    plans.push_back(plan(select, outer));
+    Use part = use;
+    if (!plans.empty()) part.demands = renamed(use.demands, query.selects.front(), select);
+    plans.push_back(plan(select, part));
     if (plans.back().outputs.size() != plans.front().outputs.size())
       throw RuntimeError(error::kUnionWidth,
                          "The number of columns in the selected tables or queries of a union "
@@ -142,7 +144,7 @@ NestedQuery Translator::unionOf(const Query& query, Scope* outer, bool keepOrder
     if (i > 0) result.sql += query.keepsAll[i - 1] ? " UNION ALL " : " UNION ";
     result.sql += part;
   }
-  if (!query.orderBy.empty() && keepOrder) result.sql += unionOrder(query, result);
+  if (!query.orderBy.empty() && use.keepOrder) result.sql += unionOrder(query, result);
   return result;
 }
 
@@ -168,7 +170,7 @@ std::string Translator::unionOrder(const Query& query, const NestedQuery& result
   return terms.empty() ? "" : " ORDER BY " + joined(terms, ", ");
 }
 
-NestedQuery Translator::savedQuery(const SavedQuery& query, bool keepOrder) {
+NestedQuery Translator::savedQuery(const SavedQuery& query, const Use& use) {
   if (query.refusal != 0) throw RuntimeError(query.refusal, query.reason);
   const std::string folded = lowerCase(query.name);
   if (std::find(expanding_.begin(), expanding_.end(), folded) != expanding_.end())
@@ -178,7 +180,7 @@ NestedQuery Translator::savedQuery(const SavedQuery& query, bool keepOrder) {
   expanding_.push_back(folded);
   // Its literals belong to another text than the one whose literals are lifted.
   const bool around = std::exchange(inlineLiterals_, true);
-  NestedQuery result = nested(*parseQuery(query.text), nullptr, keepOrder);
+  NestedQuery result = nested(*parseQuery(query.text), use);
   inlineLiterals_ = around;
   expanding_.pop_back();
   return result;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "jetsql/ast.h"
+#include "jetsql/demand.h"
 #include "jetsql/error_numbers.h"
 #include "jetsql/schema.h"
 #include "jetsql/sql_text.h"
@@ -74,6 +75,13 @@ struct NestedQuery {
   std::vector<SchemaColumn> columns;
 };
 
+// What is asked of a query by whatever it stands in.
+struct Use {
+  Scope* outer = nullptr;  // of a subquery in an expression
+  bool keepOrder = false;  // its ORDER BY lasts
+  std::vector<Demand> demands{};
+};
+
 class Translator {
  public:
   explicit Translator(SchemaSource& schema) : schema_(schema) {}
@@ -91,15 +99,17 @@ class Translator {
   };
 
   // translator.cpp
-  NestedQuery nested(const Query& query, Scope* outer, bool keepOrder);
-  NestedQuery unionOf(const Query& query, Scope* outer, bool keepOrder);
+  NestedQuery nested(const Query& query, const Use& use);
+  NestedQuery unionOf(const Query& query, const Use& use);
   std::string unionOrder(const Query& query, const NestedQuery& result);
-  NestedQuery savedQuery(const SavedQuery& query, bool keepOrder);
+  NestedQuery savedQuery(const SavedQuery& query, const Use& use);
   Translation rowsOf(const SelectPlan& plan);
   void failWhereUnknown() const;
 
   // translator_select.cpp
-  SelectPlan plan(const Select& select, Scope* outer);
+  SelectPlan plan(const Select& select, const Use& use);
+  std::vector<Demand> demandsOf(const Select& select, const Use& use);
+  void applyDemands(SelectPlan& plan, const Use& use) const;
   void planOutputs(SelectPlan& plan, Place& place);
   void addStar(SelectPlan& plan, const std::string& table);
   void nameOutputs(SelectPlan& plan) const;
@@ -110,16 +120,16 @@ class Translator {
   std::vector<std::string> orderTerms(const SelectPlan& plan) const;
 
   // translator_from.cpp
-  void planFrom(SelectPlan& plan);
-  Fragment fragment(const TableReference& table, Scope& scope, bool keepOrder);
-  Fragment source(const TableReference& table, Scope& scope, bool keepOrder);
-  Fragment join(const TableReference& table, Scope& scope);
+  void planFrom(SelectPlan& plan, const std::vector<Demand>& demands);
+  Fragment fragment(const TableReference& table, Scope& scope, const Use& use);
+  Fragment source(const TableReference& table, Scope& scope, const Use& use);
+  Fragment join(const TableReference& table, Scope& scope, const Use& use);
   Fragment innerJoin(Fragment left, Fragment right, const std::string& on) const;
   void derive(Fragment& part, Scope& scope);
   std::string nextAlias() { return "t" + std::to_string(aliases_++); }
 
   // translator_crosstab.cpp
-  NestedQuery crosstab(const Query& query, Scope* outer);
+  NestedQuery crosstab(const Query& query, const Use& use);
   std::vector<jet::Variant> headings(const Crosstab& crosstab, const SelectPlan& plan,
                                      const Sql& pivot);
   Output cell(const Crosstab& crosstab, Place place, const Sql& pivot, const jet::Variant& heading);

@@ -18,13 +18,13 @@ std::string headingName(const jet::Variant& heading) {
 
 }  // namespace
 
-NestedQuery Translator::crosstab(const Query& query, Scope* outer) {
+NestedQuery Translator::crosstab(const Query& query, const Use& use) {
   const Crosstab& crosstab = *query.crosstab;
   const bool around = std::exchange(inlineLiterals_, true);
   if (query.selects.front().groupBy.empty() || !containsAggregate(*crosstab.value))
     throw RuntimeError(error::kTransformSyntax,
                        "Syntax error in TRANSFORM statement: it needs an aggregate and GROUP BY.");
-  SelectPlan rows = plan(query.selects.front(), outer);
+  SelectPlan rows = plan(query.selects.front(), {use.outer, use.keepOrder, {}});
   Place plain{.scope = &rows.scope,
               .aliases = &query.selects.front(),
               .aggregateError = error::kAggregateInGroupBy};

@@ -47,23 +47,6 @@ std::string_view operatorName(Operator operation) {
   }
 }
 
-std::string_view comparisonSymbol(Operator operation) {
-  switch (operation) {
-    case Operator::Equal:
-      return " = ";
-    case Operator::NotEqual:
-      return " <> ";
-    case Operator::Less:
-      return " < ";
-    case Operator::LessOrEqual:
-      return " <= ";
-    case Operator::Greater:
-      return " > ";
-    default:
-      return " >= ";
-  }
-}
-
 bool isComparison(Operator operation) {
   return operation >= Operator::Equal && operation <= Operator::GreaterOrEqual;
 }
@@ -147,7 +130,7 @@ Sql Translator::ungrouped(const Expression& expression, Place& place) {
     case Kind::Scalar:
       return scalar(expression, place);
     case Kind::Exists:
-      return truth("EXISTS (" + nested(*expression.query, place.scope, false).sql + ")");
+      return truth("EXISTS (" + nested(*expression.query, {.outer = place.scope}).sql + ")");
     case Kind::Quantified:
       return quantified(expression, place);
     case Kind::Star:
@@ -277,7 +260,7 @@ Sql Translator::scalar(const Expression& expression, Place& place) {
 }
 
 NestedQuery Translator::oneColumn(const Query& query, Scope* outer) {
-  NestedQuery result = nested(query, outer, true);
+  NestedQuery result = nested(query, {.outer = outer, .keepOrder = true});
   if (result.columns.size() != 1)
     throw RuntimeError(error::kSubqueryFields,
                        "You have written a subquery that can return more than one field without "

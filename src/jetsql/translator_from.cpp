@@ -32,30 +32,37 @@ void append(std::vector<std::string>& to, std::vector<std::string>& from) {
 
 }  // namespace
 
-void Translator::planFrom(SelectPlan& plan) {
+void Translator::planFrom(SelectPlan& plan, const std::vector<Demand>& demands) {
   const Select& select = *plan.select;
   if (select.from.empty()) return;
   // The order of a query's rows lasts through a SELECT that does nothing to change it.
   const bool keepOrder = select.from.size() == 1 && !plan.grouped && select.orderBy.empty();
-  Fragment whole = fragment(select.from.front(), plan.scope, keepOrder);
+  const Use use{nullptr, keepOrder, demands};
+  Fragment whole = fragment(select.from.front(), plan.scope, use);
   for (std::size_t i = 1; i < select.from.size(); ++i)
-    whole = innerJoin(std::move(whole), fragment(select.from[i], plan.scope, false), "");
+    whole = innerJoin(std::move(whole), fragment(select.from[i], plan.scope, use), "");
   plan.from = whole.sql;
   append(plan.conditions, whole.conditions);
 }
 
 Translator::Fragment Translator::fragment(const TableReference& table, Scope& scope,
-                                          bool keepOrder) {
-  return table.kind == TableReference::Kind::Join ? join(table, scope)
-                                                  : source(table, scope, keepOrder);
+                                          const Use& use) {
+  return table.kind == TableReference::Kind::Join ? join(table, scope, use)
+                                                  : source(table, scope, use);
 }
 
-Translator::Fragment Translator::source(const TableReference& table, Scope& scope, bool keepOrder) {
+// Of the demands those on this source; an unqualified name may be a field of any.
+Translator::Fragment Translator::source(const TableReference& table, Scope& scope, const Use& use) {
+  const std::string& known = table.alias.empty() ? table.name : table.alias;
+  Use own{nullptr, use.keepOrder, {}};
+  for (const Demand& demand : use.demands)
+    if (demand.path.size() == 1 || equalText(demand.path[demand.path.size() - 2], known))
+      own.demands.push_back(demand);
   const std::string alias = nextAlias();
   ScopeSource source;
   std::string sql;
   if (table.kind == TableReference::Kind::Subquery) {
-    const NestedQuery query = nested(*table.query, nullptr, keepOrder);
+    const NestedQuery query = nested(*table.query, own);
     source = querySource(query, alias);
     sql = "(" + query.sql + ")";
   } else {
@@ -67,12 +74,12 @@ Translator::Fragment Translator::source(const TableReference& table, Scope& scop
       source = tableSource(*object.table, alias);
       sql = quotedName(object.table->sqliteName);
     } else {
-      const NestedQuery query = savedQuery(*object.query, keepOrder);
+      const NestedQuery query = savedQuery(*object.query, own);
       source = querySource(query, alias);
       sql = "(" + query.sql + ")";
     }
   }
-  source.name = table.alias.empty() ? table.name : table.alias;
+  source.name = known;
   for (const ScopeSource& other : scope.sources)
     if (!source.name.empty() && equalText(other.name, source.name))
       throw RuntimeError(error::kNameTwiceInFrom,
@@ -84,9 +91,10 @@ Translator::Fragment Translator::source(const TableReference& table, Scope& scop
 }
 
 // An outer join keeps the rows of one side, called left here whichever it was in the text.
-Translator::Fragment Translator::join(const TableReference& table, Scope& scope) {
-  Fragment left = fragment(*table.left, scope, false);
-  Fragment right = fragment(*table.right, scope, false);
+Translator::Fragment Translator::join(const TableReference& table, Scope& scope, const Use& use) {
+  const Use unordered{nullptr, false, use.demands};
+  Fragment left = fragment(*table.left, scope, unordered);
+  Fragment right = fragment(*table.right, scope, unordered);
   Place place{.scope = &scope,
               .aggregateError = error::kAggregateInJoin,
               .mismatch = error::kJoinTypeMismatch};

@@ -37,17 +37,20 @@ std::string columnList(std::string_view prefix, std::size_t count) {
 
 }  // namespace
 
-SelectPlan Translator::plan(const Select& select, Scope* outer) {
+SelectPlan Translator::plan(const Select& select, const Use& use) {
   SelectPlan result;
   result.select = &select;
-  result.scope.outer = outer;
+  result.scope.outer = use.outer;
   result.grouped = isGrouped(select);
-  planFrom(result);
-  for (ScopeSource& source : result.scope.sources) source.used = false;
+  planFrom(result, demandsOf(select, use));
   Place place{.scope = &result.scope, .aliases = &select};
   if (select.from.empty() && select.where)
     throw RuntimeError(error::kNoInputTable,
                        "Query input must contain at least one table or query.");
+  if (select.where) {
+    Place where{.scope = &result.scope};
+    result.conditions.push_back(truthOf(expression(*select.where, where)));
+  }
   for (const ExpressionPtr& group : select.groupBy) {
     Place plain{.scope = &result.scope, .aggregateError = error::kAggregateInGroupBy};
     result.groups.push_back(expression(*group, plain));
@@ -59,10 +62,7 @@ SelectPlan Translator::plan(const Select& select, Scope* outer) {
   for (ScopeSource& source : result.scope.sources) source.used = false;
   planOutputs(result, place);
   planDistinctRow(result);
-  if (select.where) {
-    Place where{.scope = &result.scope};
-    result.conditions.push_back(truthOf(expression(*select.where, where)));
-  }
+  applyDemands(result, use);
   if (select.having) {
     if (!result.grouped)
       throw RuntimeError(error::kHavingWithoutGroups, "HAVING clause (" + select.having->source +
@@ -71,6 +71,31 @@ SelectPlan Translator::plan(const Select& select, Scope* outer) {
   }
   planOrder(result, place);
   return result;
+}
+
+// What the FROM may be asked for: what was asked of the select, and what its own WHERE asks.
+std::vector<Demand> Translator::demandsOf(const Select& select, const Use& use) {
+  std::vector<Demand> demands = handedOn(select, use.demands);
+  Scope none;
+  Place place{.scope = &none};
+  for (const DemandShape& shape : demandShapes(select.where.get())) {
+    Demand demand{shape.column->path, shape.kind, shape.operation, {}};
+    for (const Expression* value : shape.values) demand.values.push_back(expression(*value, place));
+    demands.push_back(std::move(demand));
+  }
+  return demands;
+}
+
+// SQLite takes a condition into a subquery by itself; into a grouped one only behind the grouping,
+// unless it is put before it here.
+void Translator::applyDemands(SelectPlan& plan, const Use& use) const {
+  if (!plan.grouped || plan.select->top) return;
+  for (const Demand& demand : use.demands)
+    for (const Output& output : plan.outputs)
+      if (equalText(output.name, demand.path.back()) &&
+          std::any_of(plan.groups.begin(), plan.groups.end(),
+                      [&](const Sql& group) { return group.text == output.value.text; }))
+        plan.conditions.push_back(demandText(demand, output.value));
 }
 
 void Translator::planOutputs(SelectPlan& plan, Place& place) {

