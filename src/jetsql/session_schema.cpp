@@ -59,9 +59,9 @@ SchemaObject SessionSchema::find(std::string_view name) {
 SchemaObject SessionSchema::load(const jet::CatalogueEntry& entry) {
   switch (entry.type) {
     case jet::ObjectType::Table:
-      return addTable(database_->openTable(entry), entry.name);
+      return addTable(*database_, database_->openTable(entry), entry.name);
     case jet::ObjectType::LinkedTable:
-      return addTable(linkedTable(entry), entry.name);
+      return addLinkedTable(entry);
     case jet::ObjectType::LinkedOdbcTable:
       return addExternal(entry);
     case jet::ObjectType::Query: {
@@ -74,8 +74,9 @@ SchemaObject SessionSchema::load(const jet::CatalogueEntry& entry) {
   }
 }
 
-SchemaObject SessionSchema::addTable(jet::Table& table, const std::string& name) {
-  auto added = std::make_unique<JetTable>(table, name, nextName(), state_);
+SchemaObject SessionSchema::addTable(jet::Database& database, jet::Table& table,
+                                     const std::string& name) {
+  auto added = std::make_unique<JetTable>(database, table, name, nextName(), state_);
   added->registerIn(connection_.get());
   const SchemaTable* schema = &added->schema();
   tables_[schema] = std::move(added);
@@ -94,12 +95,13 @@ SchemaObject SessionSchema::addExternal(const jet::CatalogueEntry& entry) {
   return {&externals_.back()->schema(), nullptr};
 }
 
-jet::Table& SessionSchema::linkedTable(const jet::CatalogueEntry& entry) {
+SchemaObject SessionSchema::addLinkedTable(const jet::CatalogueEntry& entry) {
   requireJetFile(entry);
   const std::filesystem::path path = resolveLinkedFile(file_, entry.database);
   auto& database = linked_[path];
   if (database == nullptr) database = openFile(path, options_, passwordOf(entry.connect));
-  return database->openTable(entry.foreignName.empty() ? entry.name : entry.foreignName);
+  const std::string& name = entry.foreignName.empty() ? entry.name : entry.foreignName;
+  return addTable(*database, database->openTable(name), entry.name);
 }
 
 JetTable* SessionSchema::jetTable(const SchemaTable* table) const {

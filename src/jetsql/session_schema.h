@@ -42,9 +42,10 @@ class SessionSchema : public SchemaSource {
 
  private:
   [[nodiscard]] SchemaObject load(const jet::CatalogueEntry& entry);
-  [[nodiscard]] SchemaObject addTable(jet::Table& table, const std::string& name);
+  [[nodiscard]] SchemaObject addTable(jet::Database& database, jet::Table& table,
+                                      const std::string& name);
+  [[nodiscard]] SchemaObject addLinkedTable(const jet::CatalogueEntry& entry);
   [[nodiscard]] SchemaObject addExternal(const jet::CatalogueEntry& entry);
-  [[nodiscard]] jet::Table& linkedTable(const jet::CatalogueEntry& entry);
   [[nodiscard]] std::string nextName() { return "t" + std::to_string(++names_); }
   [[noreturn]] void fail();
 

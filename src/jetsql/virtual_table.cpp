@@ -216,8 +216,9 @@ void Cursor::setColumn(sqlite3_context* context, int number) {
 
 }  // namespace
 
-JetTable::JetTable(jet::Table& table, std::string name, std::string sqliteName, CallState& state)
-    : table_(table), state_(state), uses_(table.definition().columns.size()) {
+JetTable::JetTable(jet::Database& database, jet::Table& table, std::string name,
+                   std::string sqliteName, CallState& state)
+    : database_(database), table_(table), state_(state), uses_(table.definition().columns.size()) {
   schema_.name = std::move(name);
   schema_.sqliteName = std::move(sqliteName);
   for (const jet::Column& column : table.definition().columns)
@@ -241,9 +242,13 @@ std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
   return use.index;
 }
 
-void JetTable::write(jet::RowId, const std::map<std::size_t, Variant>& changes) {
-  for (const auto& change : changes) uses_[change.first].index = nullptr;
-  throw RuntimeError(3027, "Cannot update. Database or object is read-only.");
+void JetTable::write(jet::RowId row, const std::map<std::size_t, Variant>& changes) {
+  std::vector<jet::FieldChange> fields;
+  for (const auto& [column, value] : changes) {
+    uses_[column].index = nullptr;
+    fields.push_back({column, value});
+  }
+  database_.updateRow(table_, row, fields);
 }
 
 }  // namespace jetsql

@@ -6,7 +6,7 @@
 // enough; otherwise by a scan. SQLite compares every row again, so each way may give rows too many
 // but none too few.
 //
-//   JetTable menu(database.openTable("Set_Menu1"), "t3", state);
+//   JetTable menu(database, database.openTable("Set_Menu1"), "Set_Menu1", "t3", state);
 //   menu.registerIn(connection);      // SELECT c0 FROM t3 WHERE c1 = ?
 #pragma once
 
@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "jet/database.h"
 #include "jet/table.h"
 #include "jetsql/call_state.h"
 #include "jetsql/memory_index.h"
@@ -29,8 +30,10 @@ namespace jetsql {
 
 class JetTable {
  public:
-  // The table and the state outlive this; this outlives the connection it is registered in.
-  JetTable(jet::Table& table, std::string name, std::string sqliteName, CallState& state);
+  // The database, its table and the state outlive this; this outlives the connection it is
+  // registered in.
+  JetTable(jet::Database& database, jet::Table& table, std::string name, std::string sqliteName,
+           CallState& state);
   JetTable(const JetTable&) = delete;
   JetTable& operator=(const JetTable&) = delete;
 
@@ -60,6 +63,7 @@ class JetTable {
     std::shared_ptr<const MemoryIndex> index;
   };
 
+  jet::Database& database_;
   jet::Table& table_;
   SchemaTable schema_;
   CallState& state_;
