@@ -31,9 +31,9 @@ struct KeyBound {
 
 // In the sense of the values, whatever the index's direction: lower is the smaller value.
 struct KeyRange {
-  std::vector<Variant> equal;     // values of the leading key columns
-  std::optional<KeyBound> lower;  // of the column behind them
-  std::optional<KeyBound> upper;
+  std::vector<Variant> equal = {};     // values of the leading key columns
+  std::optional<KeyBound> lower = {};  // of the column behind them
+  std::optional<KeyBound> upper = {};
 };
 
 class IndexCursor {

@@ -1,0 +1,382 @@
+// Files of the creator, read back: every type, every shape of a row, every way a file can be
+// opened.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+
+#include "jet/creator/file_builder.h"
+#include "jet/data_page.h"
+#include "jet/database.h"
+#include "jet/errors.h"
+#include "jet/rc4.h"
+#include "support/child_process.h"
+
+namespace jet {
+namespace {
+
+class ReadingTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::string path(const std::string& name = "made.mdb") const {
+    return (folder_.path() / name).string();
+  }
+
+  template <typename Build>
+  std::unique_ptr<Database> made(Build build, const FileBuilder::Options& options = {}) {
+    const std::string name = std::to_string(++files_) + ".mdb";
+    FileBuilder builder(path(name), options);
+    build(builder);
+    builder.finish();
+    return Database::open(path(name), {.password = options.password});
+  }
+
+  // Number of the error that opening gives; 0 for none.
+  static int openError(const std::string& path, const std::string& password = "") {
+    try {
+      (void)Database::open(path, {.password = password});
+    } catch (const RuntimeError& e) {
+      return e.number();
+    }
+    return 0;
+  }
+
+  support::TemporaryFolder folder_;
+  int files_ = 0;
+};
+
+void expectSame(const Variant& got, const Variant& want) {
+  ASSERT_EQ(got.type(), want.type());
+  if (!want.isNull()) {
+    EXPECT_EQ(toText(got), toText(want));
+  }
+}
+
+// The ways around a Variant give what the Variant holds.
+void expectTypedSame(const Row& row, std::size_t column, const Variant& value) {
+  std::string scratch;
+  std::vector<std::byte> bytes;
+  switch (value.type()) {
+    case VariantType::Null:
+      EXPECT_TRUE(row.isNull(column));
+      break;
+    case VariantType::Text:
+      EXPECT_EQ(row.text(column, scratch), *value.as<std::string>());
+      break;
+    case VariantType::Binary:
+      EXPECT_TRUE(std::ranges::equal(row.binary(column, bytes), value.as<Binary>()->bytes));
+      break;
+    case VariantType::Currency:
+      EXPECT_EQ(row.wholeNumber(column), value.as<Currency>()->units);
+      break;
+    case VariantType::Single:
+    case VariantType::Double:
+    case VariantType::DateTime:
+      EXPECT_EQ(row.realNumber(column), toDouble(value));
+      break;
+    case VariantType::Numeric:
+      break;
+    default:
+      EXPECT_EQ(row.wholeNumber(column), toLong(value));
+  }
+}
+
+Binary bytesOf(std::size_t size) {
+  Binary binary;
+  for (std::size_t i = 0; i < size; ++i) binary.bytes.push_back(static_cast<std::byte>(i * 7));
+  return binary;
+}
+
+std::string repeated(const std::string& text, int times) {
+  std::string out;
+  for (int i = 0; i < times; ++i) out += text;
+  return out;
+}
+
+Numeric numeric(std::uint64_t magnitude, std::uint8_t scale, bool negative = false) {
+  return {.negative = negative, .scale = scale, .magnitude = magnitude};
+}
+
+TEST_F(ReadingTest, EveryTypeComesBack) {
+  using T = ColumnType;
+  const struct {
+    const char* name;
+    NewColumn column;
+    std::vector<Variant> values;
+  } cases[] = {
+      {"Yes/No", {.type = T::YesNo}, {true, false, true}},
+      {"byte", {.type = T::Byte}, {std::uint8_t{0}, std::uint8_t{255}, Variant()}},
+      {"16 bits", {.type = T::Integer}, {std::int16_t{-32768}, std::int16_t{32767}, Variant()}},
+      {"32 bits", {.type = T::Long}, {INT32_MIN, Variant(), INT32_MAX}},
+      {"Currency", {.type = T::Currency}, {Currency{INT64_MIN}, Currency{-1}, Currency{INT64_MAX}}},
+      {"single", {.type = T::Single}, {-1.5F, 3.4e38F, Variant()}},
+      {"double", {.type = T::Double}, {-0.1, 1.7e308, 5e-324}},
+      {"date", {.type = T::DateTime}, {DateTime{-1.25}, DateTime{41507.64635}, Variant()}},
+      {"text", {.type = T::Text}, {"", "홀 1번 'ä' 😀", repeated("가", 255)}},
+      {"compressed",
+       {.type = T::Text, .compressed = true},
+       {"Latin ÿ", "Latin 한글 Latin", "각", ""}},
+      {"binary", {.type = T::Binary}, {bytesOf(0), bytesOf(1), bytesOf(255)}},
+      {"GUID", {.type = T::Guid}, {"{00112233-4455-6677-8899-AABBCCDDEEFF}", Variant()}},
+      {"Numeric",
+       {.type = T::Numeric, .precision = 20, .scale = 4},
+       {numeric(123456789012345, 4), numeric(5, 4, true), Variant()}},
+  };
+  auto database = made([&](FileBuilder& builder) {
+    for (const auto& c : cases) {
+      NewColumn column = c.column;
+      column.name = "field";
+      auto& table = builder.addTable(repeated("T", static_cast<int>(&c - cases) + 1), {column});
+      for (const Variant& value : c.values) table.add({value});
+    }
+  });
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Table& table = database->openTable(repeated("t", static_cast<int>(&c - cases) + 1));
+    auto scan = table.scan();
+    for (const Variant& value : c.values) {
+      ASSERT_TRUE(scan.next());
+      expectSame(scan.row().value(0), value);
+      expectTypedSame(scan.row(), 0, value);
+    }
+    EXPECT_FALSE(scan.next());
+  }
+}
+
+// Inline, on one page, along a chain; and around the sizes at which one form passes to the next.
+TEST_F(ReadingTest, LongValuesOfEverySize) {
+  std::vector<std::size_t> sizes = {0, 1, 11, 12, 1023, 1024, 1025, 30000, 200001};
+  for (std::size_t size = 4060; size <= 4100; ++size) sizes.push_back(size);
+  for (std::size_t size = 8140; size <= 8160; ++size) sizes.push_back(size);
+  auto database = made([&](FileBuilder& builder) {
+    auto& table = builder.addTable("Notes", {{.name = "memo", .type = ColumnType::Memo},
+                                             {.name = "ole", .type = ColumnType::Ole}});
+    for (const std::size_t size : sizes) {
+      table.add({std::string(size / 2, 'm'), bytesOf(size)});
+      table.add({repeated("긴", static_cast<int>(size / 2)), Variant()});
+    }
+  });
+  auto scan = database->openTable("Notes").scan();
+  for (const std::size_t size : sizes) {
+    SCOPED_TRACE(size);
+    ASSERT_TRUE(scan.next());
+    expectTypedSame(scan.row(), 0, std::string(size / 2, 'm'));
+    expectTypedSame(scan.row(), 1, bytesOf(size));
+    ASSERT_TRUE(scan.next());
+    expectSame(scan.row().value(0), repeated("긴", static_cast<int>(size / 2)));
+    EXPECT_TRUE(scan.row().isNull(1));
+  }
+  EXPECT_FALSE(scan.next());
+}
+
+TEST_F(ReadingTest, ColumnsAddedLaterAreNullAndNo) {
+  auto database = made([](FileBuilder& builder) {
+    builder
+        .addTable("Selling", {{.name = "id"},
+                              {.name = "gone", .type = ColumnType::Text, .deleted = true},
+                              {.name = "name", .type = ColumnType::Text},
+                              {.name = "mark", .type = ColumnType::YesNo},
+                              {.name = "price", .type = ColumnType::Currency},
+                              {.name = "note", .type = ColumnType::Memo}})
+        .add({std::int32_t{1}, "old", "짧은"});
+  });
+  Table& table = database->openTable("Selling");
+  auto scan = table.scan();
+  ASSERT_TRUE(scan.next());
+  EXPECT_EQ(table.definition().columns.size(), 5U);
+  EXPECT_FALSE(table.definition().findColumn("gone"));
+  expectSame(scan.row().value(1), "짧은");
+  expectSame(scan.row().value(2), false);
+  EXPECT_TRUE(scan.row().isNull(3));
+  EXPECT_TRUE(scan.row().isNull(4));
+}
+
+// More pages than an inline usage map counts, with rows deleted and rows that outgrew their pages.
+TEST_F(ReadingTest, ScansManyPagesOnceEach) {
+  constexpr int kRows = 6000;
+  std::map<RowId, int> present;
+  std::vector<RowId> deleted;
+  auto database = made([&](FileBuilder& builder) {
+    auto& table =
+        builder.addTable("Big", {{.name = "id"}, {.name = "text", .type = ColumnType::Text}});
+    for (int i = 0; i < kRows; ++i) {
+      const RowForm form = i % 7 == 3   ? RowForm::Deleted
+                           : i % 5 == 2 ? RowForm::Forwarded
+                                        : RowForm::Plain;
+      const RowId id = table.add({std::int32_t{i}, repeated("가", 200)}, form);
+      if (form == RowForm::Deleted) {
+        deleted.push_back(id);
+      } else {
+        present[id] = i;
+      }
+    }
+  });
+  Table& table = database->openTable("Big");
+  std::map<RowId, int> found;
+  for (auto scan = table.scan(); scan.next();) {
+    found[scan.row().id()] = static_cast<int>(scan.row().wholeNumber(0));
+  }
+  EXPECT_EQ(found, present);
+  for (const auto& [id, number] : present) {
+    EXPECT_EQ(table.read(RowId::fromNumber(id.number())).wholeNumber(0), number);
+  }
+  for (const RowId id : deleted) {
+    Row row;
+    EXPECT_FALSE(table.tryRead(id, row));
+  }
+  try {
+    (void)table.read(deleted.front());
+    FAIL() << "a deleted row was read";
+  } catch (const RuntimeError& e) {
+    EXPECT_EQ(e.number(), error::kRowDeleted);
+  }
+}
+
+TEST_F(ReadingTest, DefinitionsOverSeveralPages) {
+  std::vector<NewColumn> columns;
+  std::vector<Variant> values;
+  for (int i = 0; i < 255; ++i) {
+    const auto type = i % 3 == 0   ? ColumnType::Text
+                      : i % 3 == 1 ? ColumnType::Long
+                                   : ColumnType::YesNo;
+    columns.push_back(
+        {.name = "a column of a rather long name " + std::to_string(i), .type = type});
+    values.emplace_back(i % 3 == 0   ? Variant("t" + std::to_string(i))
+                        : i % 3 == 1 ? Variant(std::int32_t{i})
+                                     : Variant(i % 2 == 0));
+  }
+  auto database = made([&](FileBuilder& builder) {
+    builder.addTable("Wide", columns, {{.name = "first", .columns = {columns[1].name}}})
+        .add(values);
+  });
+  Table& table = database->openTable("wide");
+  auto scan = table.scan();
+  ASSERT_TRUE(scan.next());
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    EXPECT_EQ(table.definition().columns[i].name, columns[i].name);
+    expectSame(scan.row().value(i), values[i]);
+  }
+  EXPECT_EQ(table.definition().indexes.at(0).name, "first");
+  EXPECT_EQ(table.definition().realIndexes.at(0).columns.at(0).column, 1U);
+}
+
+TEST_F(ReadingTest, PasswordsAndEncodedPages) {
+  const struct {
+    const char* name;
+    std::string password;
+    std::uint32_t key;
+  } cases[] = {
+      {"plain", "", 0}, {"password", "비밀Pw1", 0}, {"encoded", "", 0x1234abcd}, {"both", "x", 7}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    auto database = made(
+        [](FileBuilder& builder) {
+          builder.addTable("T", {{.name = "id"}}).add({std::int32_t{5}});
+        },
+        {.password = c.password, .encodingKey = c.key});
+    auto scan = database->openTable("T").scan();
+    ASSERT_TRUE(scan.next());
+    EXPECT_EQ(scan.row().wholeNumber(0), 5);
+    if (c.password.empty()) continue;
+    EXPECT_EQ(openError(database->file().path(), ""), error::kBadPassword);
+    EXPECT_EQ(openError(database->file().path(), c.password + "!"), error::kBadPassword);
+    EXPECT_EQ(openError(database->file().path(), c.password), 0);
+  }
+}
+
+TEST_F(ReadingTest, TellsWhatIsNoJetFile) {
+  made([](FileBuilder& builder) { builder.addTable("T", {{.name = "id"}}); });
+  const std::string whole = support::readFile(path("1.mdb"));
+  const auto accdb = [&](char version, std::uint32_t key) {
+    std::string text = whole;
+    text.replace(kHeaderMagic, 15, "Standard ACE DB");
+    text[kHeaderVersion] = version;
+    const MutableBytes bytes = std::as_writable_bytes(std::span(text));
+    const MutableBytes masked =
+        bytes.subspan(kHeaderMaskStart, formatOf(Version::Jet4).headerMaskSize);
+    applyRc4(kHeaderMaskKey, 0, masked);
+    storeLittle(bytes, kHeaderKey, key);
+    applyRc4(kHeaderMaskKey, 0, masked);
+    return text;
+  };
+  const struct {
+    const char* name;
+    std::string bytes;
+    int number;
+  } cases[] = {
+      {"empty", "", error::kUnrecognized},
+      {"a text", repeated("Standard Jet DB ", 1000), error::kUnrecognized},
+      {"a header's half", whole.substr(0, 128), error::kUnrecognized},
+      {"the header page alone", whole.substr(0, 4096), error::kDamaged},
+      {"half a page at the end", whole.substr(0, whole.size() - 2048), 0},
+      {"Access 2007", accdb(2, 0), 0},
+      {"Access 2019", accdb(5, 0), 0},
+      {"Access 2007, encrypted", accdb(2, 0x1234), error::kUnrecognized},
+      {"a version to come", accdb(99, 0), error::kUnrecognized},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::ofstream(path(), std::ios::binary) << c.bytes;
+    if (c.number != 0) {
+      EXPECT_EQ(openError(path()), c.number);
+    } else if (openError(path()) != 0) {
+      // The last page may be one that opening needs; then the file must say so.
+      EXPECT_EQ(openError(path()), error::kDamaged);
+      EXPECT_LT(c.bytes.size(), whole.size());
+    }
+  }
+  EXPECT_EQ(openError(path("nothing")), error::kFileNotFound);
+  EXPECT_EQ(openError(folder_.path().string()), error::kPathAccess);
+}
+
+TEST_F(ReadingTest, CatalogueNamesTablesLinksAndQueries) {
+  auto database = made([](FileBuilder& builder) {
+    builder.addTable("Selling", {{.name = "id"}});
+    builder.addLink("Menu", "C:\\pos\\menu.mdb", "Set_Menu1");
+    builder.addOdbcLink("Server", "ODBC;DSN=head", "dbo.T");
+    builder.addQuery(
+        "qryDay",
+        {.tables = {{"Selling"}}, .columns = {{"id", "a"}, {"id+1", "b"}}, .where = "id>3"});
+  });
+  const CatalogueEntry* link = database->find("MENU");
+  ASSERT_NE(link, nullptr);
+  EXPECT_EQ(link->type, ObjectType::LinkedTable);
+  EXPECT_EQ(link->database, "C:\\pos\\menu.mdb");
+  EXPECT_EQ(link->foreignName, "Set_Menu1");
+  ASSERT_NE(database->find("server"), nullptr);
+  EXPECT_EQ(database->find("server")->type, ObjectType::LinkedOdbcTable);
+  EXPECT_NE(database->find("server")->connect.find("DSN=head"), std::string::npos);
+  EXPECT_TRUE(database->find("MSysObjects")->system);
+  EXPECT_FALSE(database->find("selling")->system);
+  for (const char* name : {"qryDay", "Menu", "missing"}) {
+    EXPECT_THROW((void)database->openTable(name), RuntimeError) << name;
+  }
+  std::string clauses;
+  for (const QueryRow& row : database->queryRows(*database->find("QRYDAY"))) {
+    if (!row.expression.isNull())
+      clauses += std::to_string(row.attribute) + toText(row.expression) + ";";
+  }
+  EXPECT_EQ(clauses, "6id;6id+1;8id>3;");
+}
+
+// What another program writes is seen by a fresh read, while a row already read stays as it was.
+TEST_F(ReadingTest, FreshReadsPassTheCacheBy) {
+  auto database = made(
+      [](FileBuilder& builder) { builder.addTable("T", {{.name = "id"}}).add({std::int32_t{5}}); });
+  Table& table = database->openTable("T");
+  auto scan = table.scan();
+  ASSERT_TRUE(scan.next());
+  const Row before = scan.row();
+  const auto offset = static_cast<std::size_t>(before.raw(0).data() - before.page()->bytes.data());
+  auto other = RandomAccessFile::open(database->file().path(), RandomAccessFile::Mode::ReadWrite);
+  const std::byte six{6};
+  other.writeAt(std::uint64_t{before.page()->number} * 4096 + offset, {&six, 1});
+
+  EXPECT_EQ(table.read(before.id()).wholeNumber(0), 5);
+  EXPECT_EQ(table.read(before.id(), Table::Freshness::Fresh).wholeNumber(0), 6);
+  EXPECT_EQ(table.read(before.id()).wholeNumber(0), 6);
+  EXPECT_EQ(before.wholeNumber(0), 5);
+}
+
+}  // namespace
+}  // namespace jet
