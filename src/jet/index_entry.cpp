@@ -26,8 +26,8 @@ std::vector<std::byte> encodePart(const Column& column, bool ascending, const St
   } else if (!field) {
     part = {kNull};
   } else {
-    part.push_back(kValue);
-    part.insert(part.end(), field->rbegin(), field->rend());
+    part.assign(1 + field->size(), kValue);
+    std::reverse_copy(field->begin(), field->end(), part.begin() + 1);
     const bool negative = (part[1] & std::byte{0x80}) != std::byte{0};
     const bool real = column.type == ColumnType::Single || column.type == ColumnType::Double ||
                       column.type == ColumnType::DateTime;
