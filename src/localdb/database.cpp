@@ -79,7 +79,7 @@ DBEngine::DBEngine(const platform::Clock& clock, jetsql::ExternalSource* externa
 std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& path, bool exclusive,
                                                  bool readOnly,
                                                  std::optional<std::string> connect) {
-  const Key key(canonicalName(path), exclusive, readOnly, connect.value_or(""));
+  const Key key(nameOf(path), exclusive, readOnly, connect.value_or(""));
   const auto known = sessions_.find(key);
   if (known != sessions_.end()) return std::make_shared<Database>(known->second);
   const jetsql::SessionOptions options{.readOnly = readOnly,
@@ -91,7 +91,16 @@ std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& pa
   return std::make_shared<Database>(std::move(session));
 }
 
+// Asking the system for a path's canonical form costs more than everything else about opening a
+// file that is open already.
+const std::string& DBEngine::nameOf(const std::filesystem::path& path) {
+  std::string& name = names_[path.string()];
+  if (name.empty()) name = canonicalName(path);
+  return name;
+}
+
 void DBEngine::closeIdle() {
+  names_.clear();
   std::erase_if(sessions_, [](const auto& entry) { return entry.second.use_count() == 1; });
 }
 

@@ -63,9 +63,12 @@ class DBEngine {
   // Path, exclusive, read-only, connect.
   using Key = std::tuple<std::string, bool, bool, std::string>;
 
+  [[nodiscard]] const std::string& nameOf(const std::filesystem::path& path);
+
   const platform::Clock& clock_;
   jetsql::ExternalSource* external_;
   std::map<Key, std::shared_ptr<jetsql::Session>> sessions_;
+  std::map<std::string, std::string> names_;  // canonical, by path as given
 };
 
 }  // namespace localdb
