@@ -25,7 +25,8 @@ struct SchemaTable {
   std::string name;        // as the catalogue writes it
   std::string sqliteName;  // without quotes
   std::vector<SchemaColumn> columns;
-  bool updatable = true;  // false for tables linked to another system, whose rows have no lasting id
+  bool updatable =
+      true;  // false for tables linked to another system, whose rows have no lasting id
 };
 
 struct SavedQuery {
