@@ -24,6 +24,12 @@ HeadOffice::HeadOffice() {
 
 HeadOffice::~HeadOffice() { run({QUENBROOK_CENTRAL, "down", folder()}); }
 
+std::string HeadOffice::load() {
+  std::string output;
+  run({QUENBROOK_CENTRAL, "load", folder()}, &output);
+  return output;
+}
+
 std::string HeadOffice::sql(const std::string& statement) {
   std::string output;
   if (run({QUENBROOK_CENTRAL, "sql", folder(), statement}, &output) != 0) {

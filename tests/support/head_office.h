@@ -32,6 +32,10 @@ class HeadOffice {
   // As the administrator; the rows, tab-separated, their names first.
   std::string sql(const std::string& statement);
 
+  // Loads the compressed statement files that wait in folder()/ftp/MU; what it says, refused
+  // statements among it.
+  std::string load();
+
  private:
   TemporaryFolder root_;
   std::map<std::string, std::string> settings_;

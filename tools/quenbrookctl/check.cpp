@@ -1,29 +1,59 @@
-#include <cstdio>
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 
 #include "command.h"
 #include "platform/files.h"
 #include "statement_check.h"
 
-// One statement a line: a text with a line break in it is a statement broken in two, for the
-// server as well.
+namespace {
+
+// Whether a line begins a statement; one that does not may be the rest of a text with line breaks.
+bool beginsStatement(std::string_view line) {
+  constexpr std::string_view kOpenings[] = {"insert into ", "delete from "};
+  return std::any_of(std::begin(kOpenings), std::end(kOpenings), [&](std::string_view opening) {
+    const std::string_view start = line.substr(0, opening.size());
+    return std::equal(opening.begin(), opening.end(), start.begin(), start.end(),
+                      [](char small, char c) {
+                        return small == (c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c);
+                      });
+  });
+}
+
+// Up to the next line that begins a statement.
+std::string_view linesOfStatement(std::string_view content) {
+  std::size_t end = content.find('\n');
+  while (end != std::string_view::npos && !beginsStatement(content.substr(end + 1))) {
+    end = content.find('\n', end + 1);
+  }
+  return content.substr(0, end == std::string_view::npos ? end : end + 1);
+}
+
+}  // namespace
+
 int runCheck(const CommandLine& line) {
   if (line.arguments.size() != 1) throw UsageError("check takes one statement file");
   const std::string& path = line.arguments[0];
   const std::string content = platform::readFile(path);
-  std::size_t number = 0;
+  std::size_t statements = 0;
   std::size_t refused = 0;
-  for (std::size_t at = 0; at < content.size();) {
-    const std::size_t end = std::min(content.find('\n', at), content.size());
-    std::string_view statement(content.data() + at, end - at);
-    if (statement.ends_with('\r')) statement.remove_suffix(1);
-    at = end + 1;
-    ++number;
-    if (const auto reason = checkStatement(statement)) {
-      std::cout << path << ':' << number << ": " << *reason << '\n';
+  std::size_t lineNumber = 1;
+  for (std::size_t at = 0; at < content.size(); ++statements) {
+    const std::string_view rest = std::string_view(content).substr(at);
+    std::string_view statement = rest.substr(0, rest.find('\n') + 1);
+    // Whole in its line, or broken, or a text in it goes on in the lines behind.
+    auto reason = checkStatement(statement);
+    if (reason) {
+      statement = linesOfStatement(rest);
+      reason = checkStatement(statement);
+    }
+    if (reason) {
+      std::cout << path << ':' << lineNumber << ": " << *reason << '\n';
       ++refused;
     }
+    lineNumber += static_cast<std::size_t>(std::count(statement.begin(), statement.end(), '\n'));
+    at += statement.size();
   }
-  std::cout << number << " statements, " << refused << " that the server would refuse\n";
+  std::cout << statements << " statements, " << refused << " that the server would refuse\n";
   return refused == 0 ? 0 : 1;
 }

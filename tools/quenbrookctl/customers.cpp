@@ -55,6 +55,9 @@ int runCustomers(const CommandLine& line) {
   NoWindow window;
   extract::Workspace work({start.values, databases, window, clock, ticks});
   work.statementPath = job::workingPath(start.values, clock.now());
+  if (platform::fileExists(work.statementPath)) {
+    throw RuntimeError(error::kFileExists, "File already exists: " + work.statementPath);
+  }
   platform::createEmptyFile(work.statementPath);
   extract::고객자료수집(work);
   work.closeAll();

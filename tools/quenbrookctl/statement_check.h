@@ -12,5 +12,5 @@
 #include <string_view>
 
 // What the server would refuse it for, in UTF-8; nothing for a statement that it takes. The bytes
-// are of code page 949, without the line's end.
+// are of code page 949; a text may hold line breaks.
 [[nodiscard]] std::optional<std::string> checkStatement(std::string_view statement);
