@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "jet/errors.h"
 #include "jet/index_key.h"
@@ -20,21 +21,20 @@ constexpr std::byte kValue{0x7f};
 
 // The part of a key that a stored field makes, ascending; every byte is turned over for descending.
 std::vector<std::byte> encodePart(const Column& column, bool ascending, const StoredField& field) {
-  std::vector<std::byte> part;
+  std::vector<std::byte> part(1, kValue);
   if (column.type == ColumnType::YesNo) {
-    part = {kValue, field ? std::byte{0x00} : std::byte{0xff}};  // Yes, being -1, comes first
-  } else if (!field) {
-    part = {kNull};
+    part.push_back(field ? std::byte{0x00} : std::byte{0xff});  // Yes, being -1, comes first
+  } else if (!field || field->empty()) {
+    part.front() = kNull;
   } else {
-    part.assign(1 + field->size(), kValue);
-    std::reverse_copy(field->begin(), field->end(), part.begin() + 1);
-    const bool negative = (part[1] & std::byte{0x80}) != std::byte{0};
+    const bool negative = (field->back() & std::byte{0x80}) != std::byte{0};
     const bool real = column.type == ColumnType::Single || column.type == ColumnType::Double ||
                       column.type == ColumnType::DateTime;
-    if (real && negative) {
-      for (std::size_t i = 1; i < part.size(); ++i) part[i] = ~part[i];
-    } else if (column.type != ColumnType::Byte) {
-      part[1] ^= std::byte{0x80};
+    const std::byte turned = real && negative ? std::byte{0xff} : std::byte{0x00};
+    std::byte sign{0x80};  // of the highest byte, unless the type has none
+    if (column.type == ColumnType::Byte || turned != std::byte{0}) sign = std::byte{0};
+    for (auto byte = field->rbegin(); byte != field->rend(); ++byte) {
+      part.push_back(*byte ^ turned ^ std::exchange(sign, std::byte{0}));
     }
   }
   if (!ascending) {
