@@ -1,0 +1,211 @@
+#include "jet/lock_file.h"
+
+#include <fstream>
+#include <functional>
+
+#include "jet/errors.h"
+#include "platform/file_lock.h"
+#include "sales_file.h"
+
+namespace jet {
+namespace {
+
+// Does something instead of waiting, once.
+class Meanwhile : public platform::Sleeper {
+ public:
+  explicit Meanwhile(std::function<void()> act = {}) : act_(std::move(act)) {}
+  void sleep(std::chrono::milliseconds time) override {
+    slept_ += time;
+    if (act_) std::exchange(act_, {})();
+  }
+  [[nodiscard]] std::chrono::milliseconds slept() const { return slept_; }
+
+ private:
+  std::function<void()> act_;
+  std::chrono::milliseconds slept_{0};
+};
+
+int errorOf(const std::function<void()>& act) {
+  try {
+    act();
+    return 0;
+  } catch (const RuntimeError& failure) {
+    return failure.number();
+  }
+}
+
+class LockFileTest : public testing::Test {
+ protected:
+  std::unique_ptr<LockFile> join(Sharing sharing = Sharing::Shared,
+                                 OpenFor purpose = OpenFor::Writing) {
+    return LockFile::join(path_, purpose, sharing, noWait_);
+  }
+  [[nodiscard]] bool lockFileExists() const { return std::filesystem::exists(lockPath_); }
+
+  support::TemporaryFolder folder_;
+  std::string path_ = (folder_.path() / "data.mdb").string();
+  std::string lockPath_ = (folder_.path() / "data.ldb").string();
+  Meanwhile noWait_;
+};
+
+TEST_F(LockFileTest, EachUserHasASlotAndAnEntryAndTheLastOneTakesTheFileAway) {
+  auto first = join();
+  auto second = join();
+  EXPECT_EQ(first->slot(), 1);
+  EXPECT_EQ(second->slot(), 2);
+  EXPECT_TRUE(first->isSlotTaken(2));
+  EXPECT_FALSE(first->isSlotTaken(3));
+  const std::string entries = support::readFile(lockPath_);
+  ASSERT_EQ(entries.size(), 128U);
+  EXPECT_EQ(entries.substr(0, 64), entries.substr(64));
+  EXPECT_EQ(std::string(entries.c_str()), platform::machineName().substr(0, 31));
+  EXPECT_EQ(std::string(entries.c_str() + 32), "Admin");
+  first.reset();
+  EXPECT_TRUE(lockFileExists());
+  EXPECT_EQ(join()->slot(), 1);
+  second.reset();
+  EXPECT_FALSE(lockFileExists());
+}
+
+// The bytes are part of the protocol: another program looks at them.
+TEST_F(LockFileTest, LocksLieWhereTheEngineExpectsThem) {
+  const auto user = join();
+  platform::LockableFile other(lockPath_);
+  const auto page = user->lockPage(0x53);
+  const auto table = user->lockTableForReading(0x18);
+  const auto locked = [&](std::uint64_t byte) { return other.lockedByOther({byte, 1}).has_value(); };
+  EXPECT_TRUE(locked(0x10000001));
+  EXPECT_FALSE(locked(0x10000002));
+  EXPECT_TRUE(locked(0x2000a601) && locked(0x2000a701));
+  EXPECT_FALSE(locked(0x2000a600) || locked(0x2000a702));
+  EXPECT_TRUE(locked(0x40003001));
+  EXPECT_FALSE(locked(0x40003000) || locked(0x40003002));
+}
+
+TEST_F(LockFileTest, AStaleFileIsTakenOverAndAnotherSpellingIsFound) {
+  const std::string shouted = (folder_.path() / "DATA.LDB").string();
+  std::ofstream(shouted) << std::string(128, 'x');
+  auto user = join();
+  EXPECT_EQ(user->slot(), 1);
+  EXPECT_FALSE(lockFileExists());
+  EXPECT_EQ(support::readFile(shouted).substr(64), std::string(64, 'x'));
+  user.reset();
+  EXPECT_FALSE(std::filesystem::exists(shouted));
+  EXPECT_EQ(lockFilePath((folder_.path() / "shop.ACCDB").string()),
+            (folder_.path() / "shop.laccdb").string());
+}
+
+TEST_F(LockFileTest, AloneMeansAlone) {
+  auto one = join();
+  EXPECT_EQ(errorOf([&] { (void)join(Sharing::Exclusive); }), error::kFileInUse);
+  one.reset();
+  const auto alone = join(Sharing::Exclusive);
+  EXPECT_EQ(alone->slot(), 0);
+  EXPECT_EQ(errorOf([&] { (void)join(); }), error::kHeldAlone);
+  EXPECT_EQ(errorOf([&] { (void)join(Sharing::Shared, OpenFor::Reading); }), error::kHeldAlone);
+}
+
+TEST_F(LockFileTest, WhoComesWhileTheLastOneLeavesGetsAFileOfItsOwn) {
+  // The leaver has all user locks and is about to delete the file.
+  auto leaver = std::make_unique<platform::LockableFile>(lockPath_);
+  ASSERT_TRUE(leaver->tryLock({0x10000001, 255}));
+  Meanwhile leaves([&] {
+    leaver->removeName();
+    leaver.reset();
+  });
+  const auto user = LockFile::join(path_, OpenFor::Writing, Sharing::Shared, leaves);
+  EXPECT_EQ(user->slot(), 1);
+  EXPECT_EQ(join()->slot(), 2);  // meets the same file
+  EXPECT_TRUE(lockFileExists());
+}
+
+TEST_F(LockFileTest, WhereItCannotBeMadeReadingGoesOnAndWritingDoesNot) {
+  std::filesystem::create_directory(lockPath_);
+  EXPECT_EQ(join(Sharing::Shared, OpenFor::Reading), nullptr);
+  const int refusal = errorOf([&] { (void)join(); });
+  EXPECT_TRUE(refusal == error::kCannotLock || refusal == error::kNoPermission) << refusal;
+}
+
+TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {
+  SalesFile file({.rows = 20});
+  Meanwhile noWait;
+  const auto other = LockFile::join(file.path(), OpenFor::Writing, Sharing::Shared, noWait);
+  std::optional<PageLock> held;
+  Meanwhile letsGo([&] { held.reset(); });
+  const auto database = file.open(&letsGo);
+  Table& table = database->openTable("Selling");
+  auto scan = table.scan();
+  ASSERT_TRUE(scan.next());
+  const RowId id = scan.row().id();
+  const auto mark = [&] {
+    const std::vector<FieldChange> changes = {{7, Variant(true)}};
+    database->updateRow(table, id, changes);
+  };
+  const std::string before = support::readFile(file.path());
+  held = other->lockPage(id.page);
+  mark();
+  EXPECT_GT(letsGo.slept().count(), 0);
+  EXPECT_FALSE(support::readFile(file.path()) == before);
+
+  const auto changed = support::readFile(file.path());
+  held = other->lockPage(id.page);
+  const std::vector<FieldChange> back = {{7, Variant(false)}};
+  EXPECT_EQ(errorOf([&] { database->updateRow(table, id, back); }), error::kLockedByUser);
+  EXPECT_LE(letsGo.slept().count(), 5000);
+  EXPECT_TRUE(support::readFile(file.path()) == changed);
+}
+
+// What another program wrote between our reading and our marking must not be undone.
+TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
+  SalesFile file({.rows = 5});
+  const auto ours = file.open();
+  Table& table = ours->openTable("Selling");
+  auto scan = table.scan();
+  ASSERT_TRUE(scan.next());
+  const RowId id = scan.row().id();
+  const auto theirs = file.open();
+  const std::vector<FieldChange> theirChange = {{4, Variant(std::int32_t{77})}, {3, Variant(false)}};
+  theirs->updateRow(theirs->openTable("Selling"), id, theirChange);
+  const std::vector<FieldChange> ourChange = {{7, Variant(true)}};
+  ours->updateRow(table, id, ourChange);
+  const Row row = table.read(id, Table::Freshness::Fresh);
+  EXPECT_EQ(row.wholeNumber(4), 77);
+  EXPECT_EQ(row.wholeNumber(3), 0);
+  EXPECT_EQ(row.wholeNumber(7), -1);
+}
+
+struct CommitCase {
+  const char* name;
+  int pair;
+  std::string bytes;
+  bool ownerIsIn;
+  int error;
+};
+
+class CommitBytesTest : public testing::TestWithParam<CommitCase> {};
+
+TEST_P(CommitBytesTest, AWriteLeftInTheMiddleIsNoticed) {
+  const SalesFile file({.rows = 3});
+  Meanwhile noWait;
+  std::vector<std::unique_ptr<LockFile>> users;
+  while (GetParam().ownerIsIn && users.size() < 2) {
+    users.push_back(LockFile::join(file.path(), OpenFor::Writing, Sharing::Shared, noWait));
+  }
+  {
+    std::fstream header(file.path(), std::ios::in | std::ios::out | std::ios::binary);
+    header.seekp(0x600 + 2 * GetParam().pair);
+    header << GetParam().bytes;
+  }
+  EXPECT_EQ(errorOf([&] { (void)Database::open(file.path()); }), GetParam().error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pairs, CommitBytesTest,
+    testing::Values(CommitCase{"OfAUserWhoIsGone", 2, "\x01\x01", false, error::kDamaged},
+                    CommitCase{"OfAUserWhoIsIn", 2, "\x01\x01", true, 0},
+                    CommitCase{"OfOneWhoHadItAlone", 0, "\x01\x01", false, error::kDamaged},
+                    CommitCase{"Neutral", 5, std::string(2, '\0'), false, 0}),
+    [](const auto& tried) { return tried.param.name; });
+
+}  // namespace
+}  // namespace jet
