@@ -101,6 +101,7 @@ void SystemProcesses::startHidden(const std::string& program,
   auto words = arguments;
   words.insert(words.begin(), program);
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (auto& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
 
