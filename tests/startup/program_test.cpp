@@ -1,0 +1,79 @@
+// The program itself, copied into a shop's folder as an installation is.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/code_page.h"
+#include "platform/files.h"
+#include "support/child_process.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class ProgramTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    fs::copy_file(QUENBROOK_PROGRAM, path("quenbrook"));
+    fs::create_directory(path("AutoLoadData"));
+  }
+  [[nodiscard]] std::string path(const std::string& name) const {
+    return platform::joinPath(folder_.path().string(), name);
+  }
+  void file(const std::string& name, const std::string& utf8) {
+    platform::replaceFile(path(name), CodePage(949).fromUtf8(utf8));
+  }
+  int run(const std::string& argument) {
+    return support::run({path("quenbrook"), argument}, &output);
+  }
+  // The one file whose name ends so.
+  [[nodiscard]] std::string text(const std::string& folder, const std::string& ending) const {
+    for (const auto& entry : platform::listFolder(path(folder))) {
+      if (!entry.name.ends_with(ending)) continue;
+      return CodePage(949).toUtf8(platform::readFile(path(folder + entry.name)));
+    }
+    return "none";
+  }
+
+  std::string output;
+
+ private:
+  support::TemporaryFolder folder_;
+};
+
+TEST_F(ProgramTest, WithoutConfigurationARunTimeErrorEndsIt) {
+  EXPECT_EQ(run("T2013/08/21"), 2);
+  EXPECT_TRUE(output.starts_with("런타임 오류 '13':")) << output;
+  EXPECT_EQ(output.find("지정된 위치"), std::string::npos);
+}
+
+TEST_F(ProgramTest, WithoutTheSalesDatabaseAMessageEndsIt) {
+  file("config.ini", "[경로]\r\nDB=/no/홀\r\n");
+  EXPECT_EQ(run("T2013/08/21"), 2);
+  EXPECT_EQ(output, "데이터베이스 오류: 지정된 위치(/no/홀," +
+                        path("").substr(0, path("").size() - 1) +
+                        ")에 데이터베이스가 없습니다. 프로그램을 종료합니다.\n");
+  EXPECT_EQ(text("", ".log"), "none");
+}
+
+TEST_F(ProgramTest, DaysThatAreNoneEndIt) {
+  file("config.ini", "");
+  file("data.mdb", "");
+  EXPECT_EQ(run("T2013/13/45"), 2);
+  EXPECT_TRUE(output.starts_with("런타임 오류 '13':")) << output;
+}
+
+TEST_F(ProgramTest, AShopWhoseFilesAreDamagedStillGetsItsDeletes) {
+  file("config.ini", "[경영자]\r\nGroup=A01\r\n상호=한옥\r\n");
+  for (const auto* name : {"data.mdb", "config.mdb", "outgo.mdb"}) file(name, "scribbled over");
+  EXPECT_EQ(run("T2013/08/21"), 1);
+  EXPECT_NE(output.find("전송오류... Trans\n"), std::string::npos) << output;
+  EXPECT_TRUE(text("AutoLoadData/", "_한옥.txt")
+                  .starts_with("Delete FROM SellingTB  Where SL_GROUP = 'A01'   And SL_SANGHO = "
+                               "'한옥'   And SL_RDATE >= '2013-08-21'"));
+  EXPECT_TRUE(text("", "D.log").starts_with("File Create..\r\nSelling Start "));
+  EXPECT_NE(text("", "config.ini").find("LastDate=2013/08/21"), std::string::npos);
+}
+
+}  // namespace
