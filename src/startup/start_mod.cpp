@@ -2,6 +2,7 @@
 
 #include "jet/variant.h"
 #include "platform/files.h"
+#include "platform/runtime_error.h"
 #include "startup/command_line.h"
 #include "startup/profile_reader.h"
 
@@ -16,11 +17,15 @@ constexpr const char* kPaths = "경로";
 constexpr const char* kFourReturns = "\r\r\r\r";
 constexpr const char* kProgramEnds = "프로그램을 종료합니다.";
 
-// The style argument of a message box is a number; a text is converted.
+// The style argument of a message box is a number; a text is converted. The error of a text that is
+// none does not quote it.
 platform::Icon boxStyle(const std::string& style) {
-  constexpr int kCriticalStyle = 16;
-  return jet::toLong(jet::Variant(style)) == kCriticalStyle ? platform::Icon::kCritical
-                                                            : platform::Icon::kNone;
+  constexpr double kCriticalStyle = 16;
+  double number = 0;
+  if (!jet::parseNumber(style, number)) {
+    throw RuntimeError(error::kTypeMismatch, "형식이 일치하지 않습니다.");
+  }
+  return number == kCriticalStyle ? platform::Icon::kCritical : platform::Icon::kNone;
 }
 
 // Prompt and style of this box stand in each other's place, and shops know the run-time error that
