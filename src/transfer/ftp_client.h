@@ -5,7 +5,6 @@
 // not ask why. The reason is the client's to report.
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 namespace transfer {
@@ -21,7 +20,7 @@ class FtpClient {
   virtual void Disconnect() = 0;
 
   // Sends the local file to the absolute remote path, replacing what stands there.
-  virtual bool PutFile(const std::filesystem::path& local, const std::string& remote) = 0;
+  virtual bool PutFile(const std::string& local, const std::string& remote) = 0;
 
   virtual bool RenameFile(const std::string& oldRemote, const std::string& newRemote) = 0;
 };

@@ -2,16 +2,14 @@
 
 #include <algorithm>
 #include <exception>
-#include <system_error>
 #include <utility>
 
+#include "platform/files.h"
 #include "platform/runtime_error.h"
 #include "transfer/upload_file_name.h"
 
 namespace transfer {
 namespace {
-
-namespace fs = std::filesystem;
 
 // The account of every shop at the central server.
 constexpr const char* kUser = "kornvat";
@@ -22,12 +20,12 @@ constexpr int kAttempts = 5;
 constexpr std::uint32_t kCompressLimit = 30000;  // milliseconds for the chosen file
 constexpr int kDebugLevel = 4;
 
-constexpr std::string_view kCompressed = ".gz";
+constexpr const char* kCompressed = ".gz";
 
 bool isCompressed(std::string_view name) { return name.ends_with(kCompressed); }
 
 std::string withoutCompressed(const std::string& name) {
-  return name.substr(0, name.size() - kCompressed.size());
+  return name.substr(0, name.size() - std::string_view(kCompressed).size());
 }
 
 std::string lowerCase(std::string_view text) {
@@ -54,15 +52,6 @@ bool withinAttempts(const Attempt& attempt) {
     if (attempt()) return true;
   }
   return false;
-}
-
-fs::path named(const fs::path& folder, const std::string& name) {
-  return folder / fs::path(std::u8string(name.begin(), name.end()));
-}
-
-std::string nameOf(const fs::path& path) {
-  const std::u8string name = path.filename().u8string();
-  return {name.begin(), name.end()};
 }
 
 }  // namespace
@@ -107,7 +96,8 @@ bool UploadData::readSwitches(std::string_view commandLine, TransferResult& resu
     // "/t" sets a test flag that nothing reads.
     if (word == "-debug") outside_.setMessageLevel(kDebugLevel);
     if (word == "/c") {
-      result.complete = LmFtp->PutFile(place_.programFolder / "Pellmorn.exe", "/MU/Test.g");
+      result.complete =
+          LmFtp->PutFile(platform::joinPath(place_.programFolder, "Pellmorn.exe"), "/MU/Test.g");
       return true;
     }
   }
@@ -116,12 +106,7 @@ bool UploadData::readSwitches(std::string_view commandLine, TransferResult& resu
 
 void UploadData::compressLeftovers() {
   outside_.status("이전 업로드 데이타 압축..");
-  std::error_code failure;
-  fs::create_directory(place_.uploadFolder, failure);
-  if (failure) {
-    throw RuntimeError(error::kPathAccess, "The upload folder '" + place_.uploadFolder.string() +
-                                               "' cannot be made: " + failure.message());
-  }
+  if (!platform::folderExists(place_.uploadFolder)) platform::createFolder(place_.uploadFolder);
   for (const std::string& name : listing(true)) {
     if (lowerCase(name).ends_with(".txt") && IsUploadFileName(name)) startGzip(name);
   }
@@ -147,22 +132,20 @@ std::string UploadData::newestStatement() const {
 }
 
 bool UploadData::hasContent(const std::string& chosen) const {
-  if (chosen.empty()) return false;
-  const fs::path file = named(place_.uploadFolder, chosen);
-  std::error_code failure;
-  const auto size = fs::file_size(file, failure);
-  if (failure) return false;
-  if (size == 0) fs::remove(file, failure);
-  return size != 0;
+  const std::string file = path(chosen);
+  if (chosen.empty() || !platform::fileExists(file)) return false;
+  if (platform::fileLength(file) > 0) return true;
+  outside_.deleteFile(file);
+  return false;
 }
 
 bool UploadData::compressChosen(const std::string& chosen) {
-  const fs::path compressed = named(place_.uploadFolder, chosen + std::string(kCompressed));
-  if (fs::exists(compressed)) return true;
+  const std::string compressed = path(chosen) + kCompressed;
+  if (platform::fileExists(compressed)) return true;
   const std::uint32_t start = outside_.tickCount();
   startGzip(chosen);
   waitForGzip();
-  while (!fs::exists(compressed)) {
+  while (!platform::fileExists(compressed)) {
     // Unsigned, so that a counter that wraps in between still gives the time that has passed.
     if (outside_.tickCount() - start > kCompressLimit) return false;
   }
@@ -170,7 +153,7 @@ bool UploadData::compressChosen(const std::string& chosen) {
 }
 
 void UploadData::startGzip(const std::string& name) {
-  outside_.startHidden(place_.programFolder / "gzip.exe", named(place_.uploadFolder, name));
+  outside_.startHidden(platform::joinPath(place_.programFolder, "gzip.exe"), path(name));
 }
 
 void UploadData::waitForGzip() {
@@ -178,16 +161,16 @@ void UploadData::waitForGzip() {
   }
 }
 
-bool UploadData::UploadFile(const fs::path& folder, const std::string& name) {
+bool UploadData::UploadFile(const std::string& folder, const std::string& name) {
   try {
-    sendWhole(named(folder, name + std::string(kCompressed)), name);
+    sendWhole(platform::joinPath(folder, name + kCompressed), name);
     return true;
   } catch (const std::exception&) {
     return false;
   }
 }
 
-void UploadData::sendWhole(const fs::path& file, const std::string& name) {
+void UploadData::sendWhole(const std::string& file, const std::string& name) {
   const std::string temporary = kRemoteFolder + temporaryRemoteName(name, outside_.tickCount());
   if (!withinAttempts([&] { return LmFtp->PutFile(file, temporary); })) {
     outside_.status("서버로 업로드에 실패했습니다.");
@@ -198,9 +181,12 @@ void UploadData::sendWhole(const fs::path& file, const std::string& name) {
     return;
   }
   const bool gone = withinAttempts([&] {
-    std::error_code failure;
-    fs::remove(file, failure);
-    return !fs::exists(file);
+    try {
+      outside_.deleteFile(file);
+    } catch (const RuntimeError&) {
+      // Whether it is gone is what counts.
+    }
+    return !platform::fileExists(file);
   });
   if (!gone) outside_.status("원본 파일의 삭제에 실패했습니다.");
 }
@@ -215,17 +201,14 @@ bool UploadData::nothingWaits() const {
 
 std::vector<std::string> UploadData::listing(bool filesOnly) const {
   std::vector<std::string> names;
-  std::error_code failure;
-  for (fs::directory_iterator entry(place_.uploadFolder, failure), end; !failure && entry != end;
-       entry.increment(failure)) {
-    if (filesOnly && entry->is_directory()) continue;
-    names.push_back(nameOf(entry->path()));
-  }
-  if (failure) {
-    throw RuntimeError(error::kPathAccess, "The upload folder '" + place_.uploadFolder.string() +
-                                               "' cannot be read: " + failure.message());
+  for (platform::FolderEntry& entry : platform::listFolder(place_.uploadFolder)) {
+    if (!filesOnly || !entry.isFolder) names.push_back(std::move(entry.name));
   }
   return names;
+}
+
+std::string UploadData::path(const std::string& name) const {
+  return platform::joinPath(place_.uploadFolder, name);
 }
 
 }  // namespace transfer

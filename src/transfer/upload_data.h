@@ -10,7 +10,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -21,10 +20,10 @@
 
 namespace transfer {
 
-// Where things are. Names in the upload folder are UTF-8.
+// Where things are. Paths are UTF-8.
 struct TransferPlace {
-  std::filesystem::path programFolder;  // gzip.exe and Pellmorn.exe
-  std::filesystem::path uploadFolder;   // AutoLoadData
+  std::string programFolder;  // gzip.exe and Pellmorn.exe
+  std::string uploadFolder;   // AutoLoadData
   std::string host;
   int port = 21;
 };
@@ -34,8 +33,9 @@ struct TransferOutside {
   std::function<std::unique_ptr<FtpClient>()> newFtpClient;
   // Sets the caption of sspRem and appends the same line to the job log.
   std::function<void(const std::string& text)> status;
-  std::function<void(const std::filesystem::path& program, const std::filesystem::path& file)>
+  std::function<void(const std::string& program, const std::string& file)>
       startHidden;  // returns at once; a program that cannot be started is reported, not thrown
+  std::function<void(const std::string& file)> deleteFile;  // errors as platform::deleteFile
   std::function<std::int32_t(const std::string& name)> IsProcessExist;
   std::function<std::uint32_t()> tickCount;  // milliseconds, wrapping
   std::function<bool()> useQuietUpload;      // key UseQuietUpload
@@ -63,7 +63,7 @@ class UploadData {
 
   // Sends folder/name.gz. True in every case that it completes, reported failures included; false
   // when something unforeseen stopped it.
-  bool UploadFile(const std::filesystem::path& folder, const std::string& name);
+  bool UploadFile(const std::string& folder, const std::string& name);
 
   // The session of the running or last run; may be replaced.
   std::unique_ptr<FtpClient> LmFtp;
@@ -80,7 +80,8 @@ class UploadData {
   void waitForGzip();
   [[nodiscard]] bool nothingWaits() const;
   [[nodiscard]] std::vector<std::string> listing(bool filesOnly) const;
-  void sendWhole(const std::filesystem::path& file, const std::string& name);
+  [[nodiscard]] std::string path(const std::string& name) const;
+  void sendWhole(const std::string& file, const std::string& name);
 
   TransferPlace place_;
   TransferOutside outside_;

@@ -4,8 +4,8 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
-#include <system_error>
 #include <utility>
 
 #include "platform/runtime_error.h"
@@ -100,21 +100,20 @@ bool ZukFtpClient::Connect(const std::string& host, int port, const std::string&
 
 void ZukFtpClient::Disconnect() { session_.reset(); }
 
-bool ZukFtpClient::PutFile(const std::filesystem::path& local, const std::string& remote) {
+bool ZukFtpClient::PutFile(const std::string& local, const std::string& remote) {
   if (!session_) return fail("PutFile", error::kObjectNotSet, "no session");
-  std::error_code failure;
-  const auto size = std::filesystem::file_size(local, failure);
-  std::ifstream file(local, std::ios::binary);
-  if (failure || !file) {
-    return fail("PutFile", error::kFileNotFound, "cannot read '" + local.string() + "'");
-  }
+  const std::u8string name(local.begin(), local.end());
+  std::ifstream file(std::filesystem::path(name), std::ios::binary | std::ios::ate);
+  if (!file) return fail("PutFile", error::kFileNotFound, "cannot read '" + local + "'");
+  const curl_off_t size = file.tellg();
+  file.seekg(0);
   session_->begin(session_->url(remote), limits_);
   CURL* curl = session_->handle.get();
   curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
   curl_easy_setopt(curl, CURLOPT_READFUNCTION, readFile);
   curl_easy_setopt(curl, CURLOPT_READDATA, &file);
   // With the size told, an upload that ends early is an error and no shorter file.
-  curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
+  curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, size);
   return finish("PutFile", curl_easy_perform(curl));
 }
 

@@ -36,7 +36,7 @@ class ZukFtpClient final : public FtpClient {
   bool Connect(const std::string& host, int port, const std::string& user,
                const std::string& password, const std::string& remoteFolder) override;
   void Disconnect() override;
-  bool PutFile(const std::filesystem::path& local, const std::string& remote) override;
+  bool PutFile(const std::string& local, const std::string& remote) override;
   bool RenameFile(const std::string& oldRemote, const std::string& newRemote) override;
 
  private:

@@ -25,6 +25,7 @@ struct World {
   std::vector<std::string> statuses;
   int putFailures = 0;
   int renameFailures = 0;
+  int deleteFailures = 0;
   bool gzipWorks = true;
   bool quiet = false;
   int level = 0;
@@ -41,8 +42,8 @@ class FakeFtp final : public FtpClient {
     return false;  // the pipeline must not look at it
   }
   void Disconnect() override { world_.calls.emplace_back("disconnect"); }
-  bool PutFile(const fs::path& local, const std::string& remote) override {
-    world_.calls.push_back("put " + local.filename().string() + " " + remote);
+  bool PutFile(const std::string& local, const std::string& remote) override {
+    world_.calls.push_back("put " + fs::path(local).filename().string() + " " + remote);
     return world_.putFailures-- <= 0;
   }
   bool RenameFile(const std::string& from, const std::string& to) override {
@@ -82,9 +83,13 @@ class UploadDataTest : public ::testing::Test {
     TransferOutside outside;
     outside.newFtpClient = [this] { return std::make_unique<FakeFtp>(world_); };
     outside.status = [this](const std::string& text) { world_.statuses.push_back(text); };
-    outside.startHidden = [this](const fs::path&, const fs::path& file) {
-      world_.calls.push_back("gzip " + file.filename().string());
-      if (world_.gzipWorks) fs::rename(file, file.string() + ".gz");
+    outside.startHidden = [this](const std::string&, const std::string& file) {
+      world_.calls.push_back("gzip " + fs::path(file).filename().string());
+      if (world_.gzipWorks) fs::rename(file, file + ".gz");
+    };
+    outside.deleteFile = [this](const std::string& file) {
+      world_.calls.push_back("delete " + fs::path(file).filename().string());
+      if (world_.deleteFailures-- <= 0) fs::remove(file);
     };
     outside.IsProcessExist = [this](const std::string& name) {
       world_.calls.push_back("wait " + name);
@@ -161,7 +166,7 @@ TEST_F(UploadDataTest, UpperCaseGzIsNotCollected) {
                   "put 20130821_153000.X.GZ.gz /MU/20130821_153000_-2147483648.g",
                   "rename /MU/20130821_153000_-2147483648.g "
                   "/MU/20130821_153000_-2147483648.gz",
-                  "disconnect"));
+                  "delete 20130821_153000.X.GZ.gz", "disconnect"));
 }
 
 TEST_F(UploadDataTest, EmptyStatementIsDeletedAndNothingIsSent) {
@@ -189,23 +194,27 @@ struct FailureCase {
   const char* name;
   int putFailures;
   int renameFailures;
+  int deleteFailures;
   const char* lastStatus;
   bool sent;
   std::size_t puts;
   std::size_t renames;
+  std::size_t deletes;
 };
 
 TEST_F(UploadDataTest, FiveAttemptsThenTheMessageAndTheFileStays) {
   const FailureCase cases[] = {
-      {"fourth retry works", 4, 4, "업로드할 내용이 없습니다.. ", true, 5, 5},
-      {"upload refused", 5, 0, "서버로 업로드에 실패했습니다.", false, 5, 0},
-      {"rename refused", 0, 5, "서버 파일의 이름 변경에 실패했습니다.", false, 1, 5},
+      {"fifth attempt works", 4, 4, 4, "업로드할 내용이 없습니다.. ", true, 5, 5, 5},
+      {"upload refused", 5, 0, 0, "서버로 업로드에 실패했습니다.", false, 5, 0, 0},
+      {"rename refused", 0, 5, 0, "서버 파일의 이름 변경에 실패했습니다.", false, 1, 5, 0},
+      {"delete refused", 0, 0, 5, "원본 파일의 삭제에 실패했습니다.", false, 1, 1, 5},
   };
   for (const FailureCase& expected : cases) {
     SCOPED_TRACE(expected.name);
     world_ = {};
     world_.putFailures = expected.putFailures;
     world_.renameFailures = expected.renameFailures;
+    world_.deleteFailures = expected.deleteFailures;
     leave("20130821_153000.txt.gz");
     const TransferResult result = run();
     EXPECT_EQ(result.complete, expected.sent);
@@ -218,6 +227,7 @@ TEST_F(UploadDataTest, FiveAttemptsThenTheMessageAndTheFileStays) {
     };
     EXPECT_EQ(count("put"), expected.puts);
     EXPECT_EQ(count("rename"), expected.renames);
+    EXPECT_EQ(count("delete"), expected.deletes);
   }
 }
 

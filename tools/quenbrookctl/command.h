@@ -21,6 +21,7 @@ struct Command {
   std::string_view arguments;  // as the help shows them
   std::string_view help;
   int (*run)(const CommandLine& line);
+  std::string_view details = {};  // what the help of this command alone says besides
 };
 
 // Thrown for arguments that do not fit; main shows the help and exits 2.
@@ -30,3 +31,5 @@ struct UsageError : std::runtime_error {
 
 int runCheck(const CommandLine& line);
 int runCustomers(const CommandLine& line);
+int runTransfer(const CommandLine& line);
+extern const std::string_view kTransferDetails;

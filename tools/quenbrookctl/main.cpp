@@ -7,17 +7,22 @@
 
 namespace {
 
-constexpr Command kCommands[] = {
+const Command kCommands[] = {
     {"customers", "", "write the customer list into a statement file of its own", runCustomers},
     {"check", "FILE", "list the statements of a file that the server would refuse", runCheck},
+    {"transfer", "[-debug] [/t] [/c]", "compress finished statement files and send them",
+     runTransfer, kTransferDetails},
 };
 
 constexpr int kUsageStatus = 2;
 
-void showHelp(std::ostream& out) {
+// Of one command, or of all where no name is given.
+void showHelp(std::ostream& out, std::string_view name = {}) {
   out << "usage: quenbrookctl [--home DIR] COMMAND [ARGUMENTS]\n\n";
   for (const Command& command : kCommands) {
+    if (!name.empty() && command.name != name) continue;
     out << "  " << command.name << ' ' << command.arguments << "\n      " << command.help << '\n';
+    if (!name.empty()) out << command.details;
   }
   out << "\n  --home DIR   work on DIR instead of the program's folder\n"
          "  --help       this text\n"
@@ -29,7 +34,7 @@ int run(std::vector<std::string> arguments) {
   std::string name;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& word = arguments[i];
-    if (word == "--help") return showHelp(std::cout), 0;
+    if (word == "--help") return showHelp(std::cout, name), 0;
     if (word == "--version") return std::cout << "quenbrookctl " QUENBROOK_VERSION "\n", 0;
     if (word == "--home") {
       if (++i == arguments.size()) throw UsageError("--home needs a folder");

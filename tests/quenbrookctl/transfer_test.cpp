@@ -1,0 +1,150 @@
+// `quenbrookctl transfer` as a shop runs it, against a real FTP server.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <list>
+#include <string>
+#include <vector>
+
+#include "support/child_process.h"
+#include "support/ftp_server.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class Shop {
+ public:
+  explicit Shop(const support::FtpServer& server) { serve(server); }
+
+  void serve(const support::FtpServer& server) {
+    std::ofstream(home() / "config.ini") << "[\xbf\xac\xb0\xe1]\r\nServerHost=" << server.address()
+                                         << "\r\nFtpPort=" << server.port() << "\r\n";
+  }
+
+  void leave(const std::string& name, const std::string& content) {
+    fs::create_directory(waiting());
+    std::ofstream(waiting() / name, std::ios::binary) << content;
+  }
+
+  std::vector<std::string> command() const {
+    return {QUENBROOKCTL, "transfer", "--home", home().string()};
+  }
+
+  int transfer() {
+    output_.clear();
+    return support::run(command(), &output_);
+  }
+
+  std::vector<std::string> left() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(waiting())) {
+      names.push_back(entry.path().filename().string());
+    }
+    return names;
+  }
+
+  const fs::path& home() const { return folder_.path(); }
+  fs::path waiting() const { return home() / "AutoLoadData"; }
+  const std::string& output() const { return output_; }
+
+ private:
+  support::TemporaryFolder folder_;
+  std::string output_;
+};
+
+std::string unpacked(const fs::path& file) {
+  std::string content;
+  EXPECT_EQ(support::run({"gzip", "-dc", file.string()}, &content), 0);
+  return content;
+}
+
+TEST(TransferTest, JobAndTransferBringTheStatementsWhole) {
+  const support::FtpServer server;
+  Shop shop(server);
+  const std::string home = (shop.home() / "till").string();
+  ASSERT_EQ(support::run({MAKESHOP, home, "--days", "2", "--sales-per-day", "5"}), 0);
+  fs::copy(QUENBROOK, home);
+  ASSERT_EQ(support::run({home + "/quenbrook", "T2013/08/01-2013/08/02"}), 0);
+  fs::rename(fs::path(home) / "AutoLoadData", shop.waiting());
+  ASSERT_EQ(shop.left().size(), 1U);
+  const std::string statements = support::readFile(shop.waiting() / shop.left().front());
+
+  EXPECT_EQ(shop.transfer(), 0) << shop.output();
+  EXPECT_THAT(shop.left(), IsEmpty());
+  ASSERT_EQ(server.files().size(), 1U);
+  EXPECT_THAT(server.files().front(), EndsWith(".gz"));
+  EXPECT_EQ(unpacked(server.remoteFolder() / server.files().front()), statements);
+
+  EXPECT_EQ(shop.transfer(), 0);
+  EXPECT_THAT(shop.output(), HasSubstr("업로드할 내용이 없습니다.. "));
+}
+
+TEST(TransferTest, WhatAServerRefusesIsSentByTheNextRun) {
+  struct Case {
+    const char* name;
+    support::FtpOptions options;
+    bool down;
+    bool readOnly;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"down", {}, true, false, "서버로 업로드에 실패했습니다."},
+      {"wrong password", {.password = "other"}, false, false, "서버로 업로드에 실패했습니다."},
+      {"read-only folder", {}, false, true, "서버로 업로드에 실패했습니다."},
+      {"no renaming", {.arguments = {"-G"}}, false, false, "서버 파일의 이름 변경에 실패했습니다."},
+  };
+  const support::FtpServer good;
+  for (const Case& refused : cases) {
+    SCOPED_TRACE(refused.name);
+    support::FtpServer server(refused.options);
+    if (refused.readOnly) {
+      ASSERT_EQ(support::run({"chmod", "555", server.remoteFolder().string()}), 0);
+    }
+    if (refused.down) server.stop();
+    Shop shop(server);
+    shop.leave("20130821_153000_Hanok.txt", "Delete FROM SellingTB;\r\n");
+    EXPECT_EQ(shop.transfer(), 1);
+    EXPECT_THAT(shop.output(), HasSubstr(refused.message));
+    EXPECT_THAT(shop.left(), testing::ElementsAre("20130821_153000_Hanok.txt.gz"));
+    EXPECT_THAT(server.files(), testing::Each(EndsWith(".g")));
+    shop.serve(good);
+    EXPECT_EQ(shop.transfer(), 0) << shop.output();
+    EXPECT_THAT(shop.left(), IsEmpty());
+  }
+  EXPECT_EQ(good.files().size(), std::size(cases));
+}
+
+TEST(TransferTest, TwoHundredShopsAtOnce) {
+  constexpr int kShops = 200;
+  constexpr int kWave = 20;
+  const support::FtpServer server;
+  std::list<Shop> shops;
+  for (int i = 0; i < kShops; ++i) {
+    // Stamps of their own, as shops' clocks give them; the tick count tells equal ones apart.
+    std::string stamp = std::to_string(153000 + i);
+    shops.emplace_back(server).leave("20130821_" + stamp + "_Shop.txt",
+                                     std::string(20000, 'a') + std::to_string(i));
+  }
+  for (auto shop = shops.begin(); shop != shops.end();) {
+    std::list<support::ChildProcess> running;
+    for (int i = 0; i < kWave && shop != shops.end(); ++i, ++shop) {
+      running.emplace_back(shop->command(), shop->home() / "output");
+    }
+    for (support::ChildProcess& transfer : running) EXPECT_EQ(transfer.wait(), 0);
+  }
+  const std::vector<std::string> files = server.files();
+  ASSERT_EQ(files.size(), static_cast<std::size_t>(kShops));
+  for (int i = 0; i < kShops; ++i) {
+    EXPECT_EQ(unpacked(server.remoteFolder() / files[static_cast<std::size_t>(i)]),
+              std::string(20000, 'a') + std::to_string(i));
+  }
+  for (const Shop& shop : shops) EXPECT_THAT(shop.left(), IsEmpty());
+}
+
+}  // namespace
