@@ -25,7 +25,6 @@ Application::Application(std::string programName)
   qInstallMessageHandler(endOnFatal);
   QLocale::setDefault(QLocale(QLocale::Korean, QLocale::SouthKorea));
   application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
-  QGuiApplication::setApplicationDisplayName("Quenbrook");
   QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 

@@ -107,6 +107,7 @@ void LoginWindow::layOut() {
   whole->addLayout(content);
 
   setTabs({fields_[0], fields_[1], fields_[2], cmdLogin_, cmdCancel_, cmdChange_});
+  fields_[0]->setFocus();
 }
 
 void LoginWindow::bind(로그인& form) {

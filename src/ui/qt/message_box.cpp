@@ -6,6 +6,8 @@
 namespace ui::qt {
 namespace {
 
+constexpr const char* kDefaultTitle = "Quenbrook";
+
 QMessageBox::Icon iconOf(platform::Icon icon) {
   switch (icon) {
     case platform::Icon::kCritical:
@@ -30,8 +32,7 @@ void MessageBox::show(const platform::Message& message) noexcept {
   box.setTextFormat(Qt::PlainText);
   box.setIcon(iconOf(message.icon));
   box.setText(lines(message.prompt));
-  box.setWindowTitle(message.title.empty() ? QGuiApplication::applicationDisplayName()
-                                           : QString::fromStdString(message.title));
+  box.setWindowTitle(QString::fromStdString(message.title.empty() ? kDefaultTitle : message.title));
   box.addButton("확인", QMessageBox::AcceptRole);
   box.exec();
 }

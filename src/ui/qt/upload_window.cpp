@@ -208,7 +208,15 @@ void UploadWindow::setFrom(const std::string& text) {
 
 void UploadWindow::setTo(const std::string& text) { sspTo_->setText(QString::fromStdString(text)); }
 
-void UploadWindow::setCalendarVisible(bool visible) { fCalendar_->setVisible(visible); }
+// The keys go where the eye goes: into the calendar, and from it to the start button.
+void UploadWindow::setCalendarVisible(bool visible) {
+  fCalendar_->setVisible(visible);
+  if (visible) {
+    monthView1_->setFocus();
+  } else {
+    cmdStart_->setFocus();
+  }
+}
 
 void UploadWindow::setCalendarDay(jet::DateTime day) { monthView1_->setSelectedDate(toDate(day)); }
 

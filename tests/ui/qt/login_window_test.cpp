@@ -181,7 +181,7 @@ TEST_F(LoginWindowTest, ASecondInstanceEndsAtOnceUnlessTheFirstOneDied) {
 
   const support::TemporaryFolder elsewhere;
   {
-    support::ChildProcess holder({"flock", elsewhere.path(), "sleep", "600"},
+    support::ChildProcess holder({"flock", "--no-fork", elsewhere.path(), "sleep", "600"},
                                  folder.path() / "log");
     while (platform::InstanceLock(elsewhere.path()).alone() && holder.running()) {
     }
