@@ -145,6 +145,7 @@ void SessionSchema::fail() {
   if (text.find("integer overflow") != std::string::npos)
     throw RuntimeError(::error::kOverflow, "Overflow.");
   if (text.find("too large") != std::string::npos || text.find("too many") != std::string::npos ||
+      text.find("parser stack overflow") != std::string::npos ||
       text.find("at most") != std::string::npos)
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex: " + text + ".");
   throw RuntimeError(kReserved, "The query could not be run: " + text + ".");
