@@ -4,6 +4,7 @@
 // Lifetimes: references that find returns stay good as long as the source.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,6 +37,13 @@ struct SavedQuery {
   std::string reason;  // the refusal's description
 };
 
+// An expression over the columns of one table, SQL in which the table is k: k.c3 || k.c4.
+struct ComputedKey {
+  std::string expression;
+  std::vector<std::size_t> columns;  // that it reads
+  bool isText = false;               // compared without regard to case
+};
+
 // At most one of the two is set; none when there is no such name.
 struct SchemaObject {
   const SchemaTable* table = nullptr;
@@ -55,6 +63,13 @@ class SchemaSource {
   // Runs a query of one computed column and gives its values in order: the headings of a crosstab
   // that does not list them.
   [[nodiscard]] virtual std::vector<jet::Variant> values(const Translation& query) = 0;
+
+  // The SQLite name of a table (key, row) of the expression's values and the rowids that have them,
+  // by which a comparison with a constant finds its rows; nothing: they are to be scanned.
+  [[nodiscard]] virtual std::optional<std::string> keyTable(const SchemaTable&,
+                                                            const ComputedKey&) {
+    return std::nullopt;
+  }
 };
 
 }  // namespace jetsql

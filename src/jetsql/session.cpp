@@ -74,6 +74,7 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
 std::unique_ptr<RecordSet> Session::Implementation::run(const PreparedQuery& query,
                                                         const std::vector<jet::Variant>& literals,
                                                         const std::shared_ptr<Session>& session) {
+  schema.refreshKeys();
   sqlite3_stmt* statement = query.statement.get();
   const ResetOnExit reset(statement);
   for (std::size_t i = 0; i < literals.size(); ++i)

@@ -119,6 +119,13 @@ std::vector<jet::Variant> SessionSchema::values(const Translation& query) {
   return values;
 }
 
+std::optional<std::string> SessionSchema::keyTable(const SchemaTable& table,
+                                                   const ComputedKey& key) {
+  const JetTable* jetTable = this->jetTable(&table);
+  if (jetTable == nullptr) return std::nullopt;
+  return keys_.find(connection_.get(), *jetTable, key);
+}
+
 StatementHandle SessionSchema::prepare(const std::string& sql) {
   state_.failure = nullptr;
   sqlite3_stmt* prepared = nullptr;

@@ -5,12 +5,14 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "jet/database.h"
 #include "jetsql/call_state.h"
+#include "jetsql/computed_keys.h"
 #include "jetsql/external_source.h"
 #include "jetsql/external_table.h"
 #include "jetsql/query_layout.h"
@@ -29,6 +31,11 @@ class SessionSchema : public SchemaSource {
 
   [[nodiscard]] SchemaObject find(std::string_view name) override;
   [[nodiscard]] std::vector<jet::Variant> values(const Translation& query) override;
+  [[nodiscard]] std::optional<std::string> keyTable(const SchemaTable& table,
+                                                    const ComputedKey& key) override;
+
+  // Before a query is run: what this program has changed since the last one.
+  void refreshKeys() { keys_.refresh(connection_.get()); }
 
   // Of a translation's source; nullptr for a table of another system, which has no rows to keep.
   [[nodiscard]] JetTable* jetTable(const SchemaTable* table) const;
@@ -58,6 +65,7 @@ class SessionSchema : public SchemaSource {
   std::vector<std::unique_ptr<ExternalTable>> externals_;
   NameMap<std::unique_ptr<SavedQuery>> queries_;
   NameMap<SchemaObject> found_;
+  ComputedKeys keys_;
   int names_ = 0;
   ConnectionHandle connection_;  // behind the tables, so that it goes before them
 };

@@ -110,6 +110,9 @@ class Translator {
   SelectPlan plan(const Select& select, const Use& use);
   std::vector<Demand> demandsOf(const Select& select, const Use& use);
   void applyDemands(SelectPlan& plan, const Use& use) const;
+  void seekByKeys(SelectPlan& plan, const Use& use);
+  std::optional<std::string> keyCondition(SelectPlan& plan, const Demand& demand,
+                                          const Expression& expression);
   void planOutputs(SelectPlan& plan, Place& place);
   void addStar(SelectPlan& plan, const std::string& table);
   void nameOutputs(SelectPlan& plan) const;

@@ -63,6 +63,7 @@ SelectPlan Translator::plan(const Select& select, const Use& use) {
   planOutputs(result, place);
   planDistinctRow(result);
   applyDemands(result, use);
+  seekByKeys(result, use);
   if (select.having) {
     if (!result.grouped)
       throw RuntimeError(error::kHavingWithoutGroups, "HAVING clause (" + select.having->source +

@@ -246,6 +246,7 @@ void JetTable::write(jet::RowId row, const std::map<std::size_t, Variant>& chang
   std::vector<jet::FieldChange> fields;
   for (const auto& [column, value] : changes) {
     uses_[column].index = nullptr;
+    ++uses_[column].changes;
     fields.push_back({column, value});
   }
   database_.updateRow(table_, row, fields);

@@ -49,6 +49,9 @@ class JetTable {
   // Rows that the table may have, for estimates; at least 1.
   [[nodiscard]] double estimatedRows() const;
 
+  // How often write() has changed the column.
+  [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
+
   // Called once per lookup by the column: its index, from the third lookup on and as long as
   // memory allows, else nullptr (the caller scans).
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
@@ -60,6 +63,7 @@ class JetTable {
  private:
   struct ColumnUse {
     int lookups = 0;
+    std::size_t changes = 0;
     std::shared_ptr<const MemoryIndex> index;
   };
 

@@ -136,6 +136,16 @@ std::vector<jet::Variant> QueryFixture::values(const Translation& query) {
   return result;
 }
 
+std::optional<std::string> QueryFixture::keyTable(const SchemaTable& table,
+                                                  const ComputedKey& key) {
+  const std::string name = "keys" + std::to_string(keys_.size());
+  step(prepare("CREATE TABLE " + name + (key.isText ? " (key COLLATE JET, row)" : " (key, row)")));
+  step(prepare("INSERT INTO " + name + " SELECT " + key.expression + ", k.rowid FROM \"" +
+               table.sqliteName + "\" AS k"));
+  keys_.push_back(key);
+  return name;
+}
+
 std::string QueryFixture::run(const std::string& text) {
   std::string result;
   try {

@@ -12,6 +12,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,9 @@ class QueryFixture : public testing::Test, public SchemaSource {
 
   SchemaObject find(std::string_view name) override;
   std::vector<jet::Variant> values(const Translation& query) override;
+  std::optional<std::string> keyTable(const SchemaTable& table, const ComputedKey& key) override;
+
+  std::vector<ComputedKey> keys_;  // that were asked for
 
  private:
   struct CloseDatabase {

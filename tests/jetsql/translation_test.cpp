@@ -255,6 +255,26 @@ TEST_F(TranslationTest, ConditionsReachTheTables) {
   EXPECT_EQ(scans("SELECT * FROM byDay WHERE kind = 1", "Sales"), 1);
 }
 
+// A day put together from parts is computed once for all rows, then looked up.
+TEST_F(TranslationTest, ComputedColumnsAreFoundByTheirKeys) {
+  addQuery("tags", "SELECT id, price, Left(note, 1) & '.' AS tag FROM Sales WHERE price > 0");
+  addQuery("sums", "SELECT Year(day) AS y, Sum(price) AS s FROM Sales GROUP BY Year(day)");
+  addQuery("outside",
+           "SELECT Items.id, Sales.id & 'x' AS tag FROM Items LEFT JOIN Sales ON "
+           "Items.s_id = Sales.id");
+  expectAll({
+      {"condition after condition", "SELECT id FROM tags WHERE tag = 'K.' AND price < 20", "1"},
+      {"grouped", "SELECT s FROM sums WHERE y = 2013", "55.75"},
+      {"the missing side of a join has no row to be found",
+       "SELECT id FROM outside WHERE tag = 'x'", "14"},
+      {"not equal", "SELECT id FROM tags WHERE tag <> 'k.' ORDER BY id", "2|3|4"},
+  });
+  ASSERT_EQ(keys_.size(), 2U);
+  EXPECT_TRUE(keys_[0].isText);
+  EXPECT_EQ(keys_[0].columns, std::vector<std::size_t>{4});
+  EXPECT_FALSE(keys_[1].isText);
+}
+
 TEST_F(TranslationTest, DynasetsAndShapes) {
   const Translation join = translate(
       "SELECT Items.*, Menu.name as MenuName, qty * 2 FROM Items Left Join Menu ON Items.menu = "
