@@ -18,6 +18,8 @@ class CodePage {
  public:
   // `number` as Windows counts them: 949 Korean, 1252 Western, 65001 UTF-8.
   explicit CodePage(int number);
+  CodePage(const CodePage&) = delete;
+  CodePage& operator=(const CodePage&) = delete;
   CodePage(CodePage&&) noexcept;
   CodePage& operator=(CodePage&&) noexcept;
   ~CodePage();
