@@ -1,0 +1,90 @@
+// The ways to a table's rows - scan, the file's index, an index in memory - give the same rows.
+#include <random>
+
+#include "jetsql/session_fixture.h"
+
+namespace jetsql {
+namespace {
+
+class TableAccessTest : public SessionFixture {
+ protected:
+  std::string pick(const std::vector<std::string>& from) { return from[random_() % from.size()]; }
+  std::string number(int from, int to) {
+    const int quarters = std::uniform_int_distribution<int>(from * 4, to * 4)(random_);
+    return toText(jet::Variant(random_() % 2 == 0 ? quarters / 4 : quarters / 4.0));
+  }
+
+  // A comparison of a field with a value of its kind, or beside it, or far outside.
+  std::string condition() {
+    const std::string field =
+        pick({"id", "sale", "menu", "price", "day", "done", "name", "ratio", "exact"});
+    if (field == "name")
+      return field + pick({" = ", " >= "}) + "'" + pick({"메뉴", "MENU", "menu"}) +
+             std::to_string(random_() % 22) + "'";
+    if (field == "done") return field + " = " + pick({"True", "False", "2"});
+    const std::string comparison = pick({" = ", " = ", " < ", " <= ", " > ", " >= "});
+    if (field == "day")
+      return field + comparison + "#2013-0" + std::to_string(1 + random_() % 3) + "-1" +
+             std::to_string(random_() % 10) + pick({"", " 12:00:00"}) + "#";
+    if (random_() % 20 == 0) return field + comparison + pick({"3000000000", "-1E+18", "0.3"});
+    return field + comparison + number(-70, 400);
+  }
+
+  std::mt19937 random_{20130821};
+};
+
+TEST_F(TableAccessTest, EveryWayGivesTheSameRows) {
+  const auto session = open();
+  int found = 0;
+  for (int i = 0; i < 300; ++i) {
+    std::string where = " WHERE " + condition();
+    for (int more = static_cast<int>(random_() % 3); more > 0; --more)
+      where += pick({" AND ", " AND ", " OR "}) + condition();
+    where += " ORDER BY id";
+    // A session's first lookups by a column scan; one that goes on builds indexes in memory.
+    const std::string scanned = rows(*open(), "SELECT id FROM Plain" + where);
+    EXPECT_EQ(rows(*session, "SELECT id FROM Items" + where), scanned) << where;
+    EXPECT_EQ(rows(*session, "SELECT id FROM Plain" + where), scanned) << where;
+    found += scanned.empty() ? 0 : 1;
+  }
+  EXPECT_GT(found, 150);
+}
+
+TEST_F(TableAccessTest, JoinsGiveTheSameRows) {
+  const std::string outer =
+      " AS i LEFT JOIN Menu ON i.menu = Menu.menu WHERE i.sale BETWEEN 10 AND 12 ORDER BY i.id";
+  const std::string expected = "20,-|21,김밥|22,라면|23,찌개|24,-|25,-";
+  for (const char* table : {"Items", "Plain"}) {
+    EXPECT_EQ(rows("SELECT i.id, Menu.title FROM " + std::string(table) + outer), expected);
+    // The inner table is looked up once per outer row, soon by an index in memory.
+    EXPECT_EQ(rows("SELECT Count(*) FROM Items AS a INNER JOIN " + std::string(table) +
+                   " AS b ON a.exact = b.exact"),
+              "591");
+    EXPECT_EQ(rows("SELECT Count(*) FROM Items AS a INNER JOIN " + std::string(table) +
+                   " AS b ON a.name = b.name AND a.id < b.id"),
+              rows("SELECT Count(*) FROM Items AS a, Items AS b WHERE a.name & '' = b.name & '' "
+                   "AND a.id < b.id AND a.name Is Not Null AND b.name Is Not Null"));
+  }
+}
+
+TEST_F(TableAccessTest, RowsOfOneKeyComeInTheOrderOfTheFile) {
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(rows("SELECT id FROM Plain WHERE price = -12"),
+              "57|107|157|207|257|307|357|407|457|507|557")
+        << i;
+  }
+}
+
+TEST_F(TableAccessTest, AnIndexInMemoryFollowsUpdates) {
+  const auto session = openWritable();
+  const std::string query = "SELECT id FROM Plain WHERE sale = 5";
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(rows(*session, query), "10|11");
+  const auto set = session->openRecordSet("SELECT * FROM Plain WHERE id = 400");
+  set->edit();
+  set->setField("Sale", 5);
+  set->update();
+  EXPECT_EQ(rows(*session, query), "10|11|400");
+}
+
+}  // namespace
+}  // namespace jetsql
