@@ -83,21 +83,24 @@ Numeric fromText(const std::string& text) {
   std::size_t i = first;
   Numeric number;
   if (text[i] == '-' || text[i] == '+') number.negative = text[i++] == '-';
-  int digits = 0;
+  bool any = false;
+  int digits = 0;  // significant ones
   bool behindPoint = false;
-  for (; i < text.size() && digits <= kMaxDigits; ++i) {
+  for (; i < text.size() && digits <= kMaxDigits && number.scale <= kMaxDigits; ++i) {
     if (text[i] == '.' && !behindPoint) {
       behindPoint = true;
     } else if (text[i] >= '0' && text[i] <= '9') {
       number.magnitude = number.magnitude * 10 + static_cast<unsigned>(text[i] - '0');
       number.scale = static_cast<std::uint8_t>(number.scale + (behindPoint ? 1 : 0));
-      ++digits;
+      any = true;
+      digits += number.magnitude != 0 ? 1 : 0;
     } else {
       break;
     }
   }
   const bool plain = text.find_first_not_of(' ', i) == std::string::npos;
-  if (!plain || digits == 0 || digits > kMaxDigits) return fromReal(toDouble(jet::Variant(text)));
+  if (!plain || !any || digits > kMaxDigits || number.scale > kMaxDigits)
+    return fromReal(toDouble(jet::Variant(text)));
   return fitted(number);
 }
 

@@ -109,7 +109,7 @@ class SessionFixture : public testing::Test {
                                     {.name = "byDay", .columns = {"day"}, .ignoreNulls = true},
                                     {.name = "byDone", .columns = {"done"}},
                                     {.name = "byRatio", .columns = {"ratio"}},
-                                    {.name = "byName", .columns = {"menu", "name"}}});
+                                    {.name = "byMenu", .columns = {"menu", "-ratio"}}});
     auto& plain = builder.addTable("Plain", columns);
     for (std::int32_t id = 1; id <= kItems; ++id) {
       items.add(item(id));

@@ -69,8 +69,8 @@ TEST_F(TableAccessTest, JoinsGiveTheSameRows) {
 
 TEST_F(TableAccessTest, RowsOfOneKeyComeInTheOrderOfTheFile) {
   for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(rows("SELECT id FROM Plain WHERE price = -12"),
-              "57|107|157|207|257|307|357|407|457|507|557")
+    EXPECT_EQ(rows("SELECT id FROM Plain WHERE price = -1.25"),
+              "7|57|107|157|207|257|307|357|407|457|507|557")
         << i;
   }
 }
