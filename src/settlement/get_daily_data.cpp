@@ -78,7 +78,7 @@ class Computation {
   void openDatabase(std::string_view file);
   [[nodiscard]] Rows open(std::string_view source, std::int32_t type = localdb::kOpenDynaset);
   void sumRows(const std::string& query, SourceList sources);
-  std::int32_t sumAndCountRows(const std::string& query, SourceList sources);
+  void sumRows(localdb::RecordSet& rows, SourceList sources);
   void takeFirstRow(const std::string& query, SourceList sources);
 
   const Sources& sources_;
@@ -114,23 +114,20 @@ Computation::Rows Computation::open(std::string_view source, std::int32_t type) 
   return rows;
 }
 
-std::int32_t Computation::sumAndCountRows(const std::string& query, SourceList sources) {
-  const Rows rows = open(query);
-  const std::int32_t count = rows->recordCount();
-  if (count == 0) return 0;
+void Computation::sumRows(localdb::RecordSet& rows, SourceList sources) {
+  if (rows.recordCount() == 0) return;
   std::vector<std::size_t> places;
-  for (const Source& source : sources) places.push_back(rows->fieldIndex(source.field));
-  for (rows->moveFirst(); !rows->atEnd(); rows->moveNext()) {
+  for (const Source& source : sources) places.push_back(rows.fieldIndex(source.field));
+  for (rows.moveFirst(); !rows.atEnd(); rows.moveNext()) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
       std::int32_t& figure = figures_[sources.begin()[i].figure];
-      figure = checkedAdd(figure, NzLong(rows->field(places[i])));
+      figure = checkedAdd(figure, NzLong(rows.field(places[i])));
     }
   }
-  return count;
 }
 
 void Computation::sumRows(const std::string& query, SourceList sources) {
-  static_cast<void>(sumAndCountRows(query, sources));
+  sumRows(*open(query), sources);
 }
 
 void Computation::takeFirstRow(const std::string& query, SourceList sources) {
@@ -235,9 +232,10 @@ void Computation::readSales() {
                {{"prices", Figure::외상종료액}});
 
   begin(15, "Selling");
-  figures_[Figure::주문건수] =
-      sumAndCountRows("SELECT * FROM selling " + dateFilter_,
-                      {{"price_change", Figure::매가변경}, {"price_trim", Figure::절상절하}});
+  if (const Rows sales = open("SELECT * FROM selling " + dateFilter_)) {
+    figures_[Figure::주문건수] = sales->recordCount();  // reached even when a sum overflows
+    sumRows(*sales, {{"price_change", Figure::매가변경}, {"price_trim", Figure::절상절하}});
+  }
 
   begin(16, "Selling_Item");
   figures_[Figure::서비스건수] =
