@@ -9,24 +9,15 @@
 #include <memory>
 #include <string>
 
-#include "job/job_driver.h"
-#include "job/job_steps.h"
-#include "localdb/local_databases.h"
-#include "log/network_probe.h"
 #include "platform/central_server.h"
-#include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/instance_lock.h"
-#include "platform/memory.h"
 #include "platform/message_display.h"
-#include "platform/network.h"
 #include "platform/process.h"
 #include "platform/runtime_error.h"
+#include "program.h"
 #include "server/central_database.h"
 #include "server/odbc_provider.h"
-#include "server/odbc_source.h"
 #include "startup/command_line.h"
-#include "startup/profile_reader.h"
 #include "startup/start_mod.h"
 #include "ui/frm_quenbrook.h"
 #include "ui/qt/application.h"
@@ -38,54 +29,6 @@ namespace {
 constexpr int kAllPassed = 0;
 constexpr int kTrapEntered = 1;
 constexpr int kStartUpEnded = 2;
-
-// Everything that lives as long as the program, whichever window it opens.
-struct Program {
-  explicit Program(platform::MessageDisplay& display) : messages(display) {}
-
-  platform::MessageDisplay& messages;
-  std::string folder = platform::programFolder();
-  platform::InstanceLock instance{folder};
-  platform::SystemClock clock;
-  platform::SystemTickCounter ticks;
-  platform::SystemMemory memory;
-  platform::SystemNetwork network;
-  lib_Setting::ProfileReader settings;
-  lib_Message2::MessageLog log{folder, clock, memory, messages};
-  joblog::JobLog jobLog{folder, clock};
-};
-
-// The job and what it works on.
-class Job {
- public:
-  Job(Program& program, const platform::StartValues& start)
-      : engine_(program.clock, external_.get()),
-        databases_(engine_, [&](const std::string& line) { program.log.MsgDebug(line, ""); }),
-        settlement_{program.folder,
-                    databases_,
-                    program.settings,
-                    program.clock,
-                    program.jobLog,
-                    [&](const std::string& line) { program.log.MsgDebug(line, ""); },
-                    [&] { return centralAnswers(program); }},
-        driver_({start, databases_, program.settings, program.clock, program.ticks, program.jobLog,
-                 program.log, [this] { databases_.closeIdle(); }},
-                job::jobSteps(settlement_)) {}
-
-  [[nodiscard]] job::Driver& driver() { return driver_; }
-
- private:
-  static bool centralAnswers(Program& program) {
-    const auto server = platform::centralServer(program.settings);
-    return lib_Network::PING(program.network, program.log, server.host);
-  }
-
-  std::unique_ptr<jetsql::ExternalSource> external_ = server::makeOdbcSource();
-  localdb::DBEngine engine_;
-  localdb::LocalDatabases databases_;
-  lib_결산::Sources settlement_;
-  job::JobDriver driver_;
-};
 
 int runUnattended(Program& program, const platform::StartValues& start) {
   Job job(program, start);
@@ -117,7 +60,7 @@ void showRuntimeError(platform::MessageDisplay& messages, int number, const std:
 // `application` is there on the way to the windows, and missing on the way to the unattended job.
 int run(const std::string& commandLine, platform::MessageDisplay& messages,
         ui::qt::Application* application) {
-  Program program(messages);
+  Program program(messages, platform::programFolder());
   try {
     const auto start = StartMod::Main(
         commandLine, {program.folder, program.settings, program.log, program.messages});

@@ -76,4 +76,20 @@ TEST_F(ProgramTest, AShopWhoseFilesAreDamagedStillGetsItsDeletes) {
   EXPECT_NE(text("", "config.ini").find("LastDate=2013/08/21"), std::string::npos);
 }
 
+TEST_F(ProgramTest, AnUnattendedStartLoadsNoPluginAndTheWindowsSayWhatTheyMiss) {
+  file("config.ini", "");
+  for (const auto* name : {"data.mdb", "config.mdb", "outgo.mdb"}) file(name, "");
+  const std::string program = path("quenbrook");
+  support::run({"env", "-u", "DISPLAY", "LD_DEBUG=files", program, "T2013/08/21"}, &output);
+  EXPECT_NE(output.find("libQt6Widgets"), std::string::npos);  // the loader did report
+  EXPECT_EQ(output.find("/plugins/"), std::string::npos);
+  EXPECT_NE(output.find("File Create..\n"), std::string::npos);
+
+  EXPECT_EQ(support::run(
+                {"env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM=xcb", program},
+                &output),
+            2);
+  EXPECT_NE(output.find("could not connect to display"), std::string::npos) << output;
+}
+
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "ui/progress_percentage.h"
 #include "ui/qt/message_box.h"
+#include "ui/qt/open_door.h"
 #include "ui/qt/window_fixture.h"
 
 namespace ui::qt {
@@ -14,21 +15,6 @@ namespace {
 constexpr const char* kNoDay = "일자를 선택하시지 않았습니다. 일자를 선택하시기 바랍니다...";
 constexpr const char* kBackwards =
     "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..";
-
-// Lets everybody in.
-struct OpenDoor : server::Provider {
-  struct Connection : server::Connection {
-    void setConnectionString(const std::string&) override {}
-    void open() override {}
-    [[nodiscard]] std::size_t errorCount() const override { return 0; }
-    server::RecordSet openRecordSet(const std::string&) override {
-      return {{"EMP_PSWD"}, {{jet::Variant()}}};
-    }
-  };
-  std::unique_ptr<server::Connection> createConnection() override {
-    return std::make_unique<Connection>();
-  }
-};
 
 struct WithOpenDoor {
   OpenDoor door;

@@ -1,0 +1,61 @@
+// What the program is made of, put together: the surroundings that live as long as it does, and the
+// job with what it works on.
+//
+//   Program program(messages, platform::programFolder());
+//   Job job(program, start);
+//   FrmQuenbrook form(start, program.clock, messages, job.driver(), view);
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "jetsql/external_source.h"
+#include "job/job_driver.h"
+#include "job/job_steps.h"
+#include "localdb/local_databases.h"
+#include "log/job_log.h"
+#include "log/message_log.h"
+#include "platform/clock.h"
+#include "platform/instance_lock.h"
+#include "platform/memory.h"
+#include "platform/message_display.h"
+#include "platform/network.h"
+#include "platform/start_values.h"
+#include "startup/profile_reader.h"
+
+// Everything that lives as long as the program, whichever window it opens.
+struct Program {
+  Program(platform::MessageDisplay& display, std::string programFolder)
+      : messages(display), folder(std::move(programFolder)) {}
+
+  platform::MessageDisplay& messages;
+  std::string folder;
+  platform::InstanceLock instance{folder};
+  platform::SystemClock clock;
+  platform::SystemTickCounter ticks;
+  platform::SystemMemory memory;
+  platform::SystemNetwork network;
+  lib_Setting::ProfileReader settings;
+  lib_Message2::MessageLog log{folder, clock, memory, messages};
+  joblog::JobLog jobLog{folder, clock};
+};
+
+// Keeps references to both.
+class Job {
+ public:
+  Job(Program& program, const platform::StartValues& start);
+  Job(const Job&) = delete;
+  Job& operator=(const Job&) = delete;
+
+  [[nodiscard]] job::Driver& driver() { return driver_; }
+
+ private:
+  static bool centralAnswers(Program& program);
+
+  std::unique_ptr<jetsql::ExternalSource> external_;
+  localdb::DBEngine engine_;
+  localdb::LocalDatabases databases_;
+  lib_결산::Sources settlement_;
+  job::JobDriver driver_;
+};
