@@ -36,6 +36,7 @@ constexpr int kWhereSyntax = 3145;
 constexpr int kInvalidOperation = 3219;
 constexpr int kSubqueryFields = 3306;
 constexpr int kUnionWidth = 3307;
+constexpr int kSubqueryRows = 3354;
 constexpr int kQueryTooComplex = 3360;
 constexpr int kJoinTypeMismatch = 3615;
 constexpr int kTypeMismatch = 3464;

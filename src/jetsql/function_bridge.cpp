@@ -61,6 +61,17 @@ void callback(sqlite3_context* context, int count, sqlite3_value** values) {
       [&](const char* text) { sqlite3_result_error(context, text, -1); });
 }
 
+void fail(sqlite3_context* context, int, sqlite3_value** values) {
+  auto& state = *static_cast<CallState*>(sqlite3_user_data(context));
+  guarded(
+      state,
+      [&] {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[1]));
+        throw RuntimeError(sqlite3_value_int(values[0]), text == nullptr ? "" : text);
+      },
+      [&](const char* text) { sqlite3_result_error(context, text, -1); });
+}
+
 void destroyBinding(void* binding) { std::unique_ptr<Binding>(static_cast<Binding*>(binding)); }
 
 void add(sqlite3* database, CallState& state, const std::string& name, const Function* function) {
@@ -88,6 +99,8 @@ void registerFunctions(sqlite3* database, CallState& state) {
   for (const Function& function : allOperators())
     add(database, state, "jet_op_" + std::string(function.name), &function);
   add(database, state, "jet_convert", nullptr);
+  sqlite3_create_function_v2(database, "jet_fail", 2, SQLITE_UTF8, &state, fail, nullptr, nullptr,
+                             nullptr);
   registerAggregates(database, state);
   registerCollation(database);
 }

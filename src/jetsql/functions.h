@@ -8,7 +8,7 @@
 // the signature: the letter of the result's type, then one letter per argument (value_types.h),
 // so Left("abc", 2) is jet_left('xxl', 'abc', 2). The result is converted to the result letter.
 // An operator takes further operands from the left: a + b + c is jet_op_add('llll', a, b, c).
-// Besides: jet_convert('lx', '12') converts only.
+// Besides: jet_convert('lx', '12') converts only, jet_fail(3354, 'text') raises that error.
 //
 // A Null argument gives Null except where the function is about Null (IsNull, Nz, IIf, ...). IIf,
 // Nz, Switch and Choose stand here for their types; as functions they have all arguments computed,

@@ -258,11 +258,9 @@ TableReference Parser::tablePrimary() {
   } else {
     table.name = name(error::kFromSyntax);
   }
-  if (tokens_.acceptWord("AS")) {
+  const bool announced = tokens_.acceptWord("AS");
+  if (announced || (tokens_.atName() && !isClauseWord(tokens_.peek())))
     table.alias = name(error::kFromSyntax);
-  } else if (tokens_.atName() && !isClauseWord(tokens_.peek())) {
-    table.alias = name(error::kFromSyntax);
-  }
   --depth_;
   return table;
 }

@@ -63,6 +63,14 @@ Sql comparison(Operator operation, const Sql& left, const Sql& right, int mismat
   return truth(collated(operands[0]) + std::string(comparisonSymbol(operation)) + operands[1].text);
 }
 
+// An aggregate over all rows.
+bool givesOneRow(const Query& query) {
+  if (query.selects.size() != 1 || query.crosstab) return false;
+  const Select& select = query.selects.front();
+  const auto& item = select.items.front().expression;
+  return select.groupBy.empty() && item && containsAggregate(*item);
+}
+
 }  // namespace
 
 std::optional<FoundColumn> findColumn(Scope& scope, const std::vector<std::string>& path) {
@@ -256,7 +264,13 @@ Sql Translator::quantified(const Expression& expression, Place& place) {
 
 Sql Translator::scalar(const Expression& expression, Place& place) {
   const NestedQuery query = oneColumn(*expression.query, place.scope);
-  return {"(" + query.sql + ")", query.columns.front().type};
+  const jet::VariantType type = query.columns.front().type;
+  if (givesOneRow(*expression.query)) return {"(" + query.sql + ")", type};
+  // SQLite would take the first row of several.
+  return {"(SELECT CASE WHEN COUNT(*) > 1 THEN jet_fail(" + std::to_string(error::kSubqueryRows) +
+              ", 'At most one record can be returned by this subquery.') ELSE MAX(c0) END FROM (" +
+              query.sql + "))",
+          type};
 }
 
 NestedQuery Translator::oneColumn(const Query& query, Scope* outer) {

@@ -206,12 +206,12 @@ std::string Translator::render(const SelectPlan& plan, const std::vector<std::st
   const Select& select = *plan.select;
   const bool distinct = select.duplicates == Select::Duplicates::Distinct;
   const std::vector<std::string> terms = orderTerms(plan);
-  const bool ranked = select.top && (!terms.empty() || select.topIsPercent);
+  const bool ranks = select.top && (!terms.empty() || select.topIsPercent);
   std::vector<std::string> columns;
   for (std::size_t i = 0; i < projection.size(); ++i)
     columns.push_back(projection[i] + " AS c" + std::to_string(i));
   if (columns.empty()) columns.emplace_back("NULL AS c0");
-  if (ranked && !distinct)
+  if (ranks && !distinct)
     for (std::size_t i = 0; i < plan.order.size(); ++i)
       columns.push_back(valueOf(plan.order[i].first) + " AS o" + std::to_string(i));
 
@@ -220,13 +220,21 @@ std::string Translator::render(const SelectPlan& plan, const std::vector<std::st
   std::string sql = std::string(distinct ? "SELECT DISTINCT " : "SELECT ") + joined(columns, ", ") +
                     clause("FROM", plan.from) + clause("WHERE", joined(plan.conditions, " AND ")) +
                     clause("GROUP BY", joined(groups, ", ")) + clause("HAVING", plan.having);
-  if (!ranked) {
+  if (!ranks) {
     if (keepOrder || select.top) sql += clause("ORDER BY", joined(terms, ", "));
     if (select.top) sql += " LIMIT " + std::to_string(*select.top);
     return sql;
   }
-  // Rows that tie with the last one wanted are kept, which LIMIT would cut off.
-  std::vector<std::string> ranks;
+  return ranked(plan, sql, projection.size());
+}
+
+// TOP with an order or a percentage: rows that tie with the last one wanted are kept, which LIMIT
+// would cut off.
+std::string Translator::ranked(const SelectPlan& plan, const std::string& sql,
+                               std::size_t columns) const {
+  const Select& select = *plan.select;
+  const bool distinct = select.duplicates == Select::Duplicates::Distinct;
+  std::vector<std::string> by;
   for (std::size_t i = 0; i < plan.order.size(); ++i) {
     std::string column = "o" + std::to_string(i);
     if (distinct) {
@@ -236,12 +244,12 @@ std::string Translator::render(const SelectPlan& plan, const std::vector<std::st
           });
       column = "c" + std::to_string(output - plan.outputs.begin());
     }
-    ranks.push_back(collated({column, plan.order[i].first.type}) +
-                    (plan.order[i].second ? " DESC" : ""));
+    by.push_back(collated({column, plan.order[i].first.type}) +
+                 (plan.order[i].second ? " DESC" : ""));
   }
-  const std::string names = columnList("c", std::max<std::size_t>(projection.size(), 1));
+  const std::string names = columnList("c", std::max<std::size_t>(columns, 1));
   const std::string rank =
-      ranks.empty() ? "row_number() OVER ()" : "rank() OVER (ORDER BY " + joined(ranks, ", ") + ")";
+      by.empty() ? "row_number() OVER ()" : "rank() OVER (ORDER BY " + joined(by, ", ") + ")";
   const std::string most = select.topIsPercent
                                ? "(n * " + std::to_string(*select.top) + " + 99) / 100"
                                : std::to_string(*select.top);

@@ -66,6 +66,8 @@ TEST_F(TranslationErrorTest, Numbers) {
       {3093, "SELECT DISTINCT id FROM Sales ORDER BY price"},
       {3091, "SELECT id FROM Sales HAVING id > 1"},
       {3067, "SELECT id WHERE id = 1"},
+      {3354, "SELECT (SELECT TOP 1 price FROM Sales ORDER BY price DESC)"},
+      {3354, "SELECT id FROM Sales WHERE id = (SELECT s_id FROM Items WHERE s_id = Sales.id)"},
       {3307, "SELECT id FROM Sales UNION SELECT id, day FROM Sales"},
       {3306, "SELECT id FROM Sales WHERE id In (SELECT * FROM Menu)"},
   };

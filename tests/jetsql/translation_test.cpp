@@ -64,6 +64,9 @@ TEST_F(TranslationTest, Conditions) {
        "SELECT id, (SELECT Sum(qty) FROM Items WHERE s_id = Sales.id) AS n FROM Sales "
        "WHERE Exists (SELECT * FROM Items WHERE Items.s_id = Sales.id)",
        "1,3|3,3"},
+      {"subquery of one row",
+       "SELECT id FROM Sales WHERE (SELECT discount FROM Items WHERE Items.id = Sales.id + 10) > 0",
+       "2"},
       {"In (SELECT)", "SELECT name FROM Menu WHERE menu Not In (SELECT menu FROM Items)", "떡"},
       {"amounts in numbers", "SELECT id FROM Sales WHERE price In (SELECT kind * 20 FROM Sales)",
        "2|3"},
