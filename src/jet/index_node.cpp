@@ -27,7 +27,13 @@ IndexNode::IndexNode(const PageFile& file, const Page& page, std::uint32_t table
   next = read.next();
   tail = read.tail();
   level = loadU8(page.bytes, format.indexMask - 1);
-  for (std::size_t i = 0; i < read.size(); ++i) insert(i, read.entryBytes(i));
+  bytes_.reserve(2 * format.pageSize);
+  ends_.reserve(read.size() + 1);
+  for (std::size_t i = 0; i < read.size(); ++i) {
+    const std::vector<std::byte> entry = read.entryBytes(i);
+    bytes_.insert(bytes_.end(), entry.begin(), entry.end());
+    ends_.push_back(bytes_.size());
+  }
   prefix_ = format.indexPrefixSize == 1 ? loadU8(page.bytes, format.indexPrefixLength)
                                         : loadU16(page.bytes, format.indexPrefixLength);
 }

@@ -73,7 +73,9 @@ TEST_F(LockFileTest, LocksLieWhereTheEngineExpectsThem) {
   platform::LockableFile other(lockPath_);
   const auto page = user->lockPage(0x53);
   const auto table = user->lockTableForReading(0x18);
-  const auto locked = [&](std::uint64_t byte) { return other.lockedByOther({byte, 1}).has_value(); };
+  const auto locked = [&](std::uint64_t byte) {
+    return other.lockedByOther({byte, 1}).has_value();
+  };
   EXPECT_TRUE(locked(0x10000001));
   EXPECT_FALSE(locked(0x10000002));
   EXPECT_TRUE(locked(0x2000a601) && locked(0x2000a701));
@@ -164,7 +166,8 @@ TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
   ASSERT_TRUE(scan.next());
   const RowId id = scan.row().id();
   const auto theirs = file.open();
-  const std::vector<FieldChange> theirChange = {{4, Variant(std::int32_t{77})}, {3, Variant(false)}};
+  const std::vector<FieldChange> theirChange = {{4, Variant(std::int32_t{77})},
+                                                {3, Variant(false)}};
   theirs->updateRow(theirs->openTable("Selling"), id, theirChange);
   const std::vector<FieldChange> ourChange = {{7, Variant(true)}};
   ours->updateRow(table, id, ourChange);

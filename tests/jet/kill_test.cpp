@@ -1,0 +1,80 @@
+// Marking is cut short at random moments, some hundreds of times; each time every row must be
+// whole, found by every index, and readable by another program. The child is let run for a random
+// count of looks at its file, so nothing waits for a clock; how many looks a whole run takes is
+// counted first. The seed is fixed, the moments are the machine's.
+#include <csignal>
+#include <fstream>
+#include <random>
+
+#include "sales_file.h"
+
+namespace jet {
+namespace {
+
+struct KillCase {
+  const char* name;
+  SalesOptions options;
+  std::vector<NewIndex> indexes = {};
+  std::string change;  // to give a whole run; Yes/No: turned over
+  int kills;
+};
+
+class KillTest : public testing::TestWithParam<KillCase> {
+ protected:
+  // Gives how often the file was looked at before the child ended or was killed.
+  int runMarker(const SalesFile& file, int looks) {
+    const std::string log = (folder_.path() / "marker.log").string();
+    support::ChildProcess child(
+        {QUENBROOK_MARKER, file.path(), "Selling", "1", GetParam().change, "cc_upload"}, log);
+    while (support::readFile(log).empty() && child.running()) continue;
+    int looked = 0;
+    std::ifstream marked(file.path(), std::ios::binary);
+    while (looked < looks && child.running()) {
+      marked.seekg(0);
+      (void)marked.get();
+      ++looked;
+    }
+    child.kill(SIGKILL);
+    killed_ += child.wait() == 128 + SIGKILL ? 1 : 0;
+    return looked;
+  }
+
+  support::TemporaryFolder folder_;
+  int killed_ = 0;
+};
+
+TEST_P(KillTest, LeavesEveryRowWhole) {
+  SalesFile file(GetParam().options, GetParam().indexes);
+  file.forget(GetParam().change.substr(0, GetParam().change.find('=')));
+  file.forget("cc_upload");
+  const std::string whole = support::readFile(file.path());
+  const int most = runMarker(file, 1 << 30);
+  ASSERT_GT(most, 0);
+  EXPECT_EQ(killed_, 0);
+  EXPECT_FALSE(support::readFile(file.path()) == whole);
+
+  std::mt19937 random(20130821);
+  for (int kill = 0; kill < GetParam().kills; ++kill) {
+    std::ofstream(file.path(), std::ios::binary | std::ios::trunc) << whole;
+    runMarker(file, std::uniform_int_distribution<int>(0, most)(random));
+    file.expectWhole();
+    if (kill % 20 == 0) file.expectExportUnchanged();
+    if (HasFatalFailure() || HasNonfatalFailure()) FAIL() << "kill " << kill;
+  }
+  EXPECT_GT(killed_, GetParam().kills / 4) << "most children were done before they were killed";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Markings, KillTest,
+    testing::Values(KillCase{"InPlace", {.rows = 100}, {}, "c_upload", 150},
+                    KillCase{"RowsThatMove", {.rows = 120, .shortRows = 60}, {}, "amount=5", 120},
+                    KillCase{"Indexes",
+                             {.rows = 250, .longNotes = false},
+                             {{.name = "byMark", .columns = {"c_upload"}},
+                              {.name = "byPrice", .columns = {"-price", "cc_upload"}}},
+                             "c_upload",
+                             30}),
+    [](const auto& tried) { return tried.param.name; });
+
+}  // namespace
+}  // namespace jet
