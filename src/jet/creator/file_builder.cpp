@@ -23,15 +23,15 @@ std::vector<std::byte> mapsPage(const std::vector<std::byte>& freePages) {
   storeLittle(page, 1, kPageMark);
   storeLittle(page, kPageOwner, kUsedPagesMapPage);
   std::size_t end = kPageSize;
-  std::uint16_t rows = 0;
+  std::size_t offsets = format.dataRowOffsets;
   for (const auto* row : {&freePages, &empty}) {
     end -= row->size();
     std::copy(row->begin(), row->end(), page.begin() + static_cast<std::ptrdiff_t>(end));
-    storeLittle(page, format.dataRowOffsets + 2 * rows++, static_cast<std::uint16_t>(end));
+    storeLittle(page, offsets, static_cast<std::uint16_t>(end));
+    offsets += 2;
   }
-  storeLittle(page, format.dataRowCount, rows);
-  storeLittle(page, kPageFreeSpace,
-              static_cast<std::uint16_t>(end - format.dataRowOffsets - 2 * rows));
+  storeLittle(page, format.dataRowCount, std::uint16_t{2});
+  storeLittle(page, kPageFreeSpace, static_cast<std::uint16_t>(end - offsets));
   return page;
 }
 

@@ -41,7 +41,7 @@ std::vector<std::byte> headerPage(std::uint32_t encodingKey, const std::string& 
   storeLittle(page, kHeaderMapPointers, rowPointer(kUsedPagesMapPage, 0));
   storeLittle(page, kHeaderMapPointers + 4, rowPointer(kUsedPagesMapPage, 1));
   for (std::uint32_t i = 0; i < 4; ++i)
-    storeLittle(page, kHeaderSystemPages + 4 * i, kCataloguePage + i);
+    storeLittle(page, kHeaderSystemPages + std::size_t{4} * i, kCataloguePage + i);
   storeLittle(page, kHeaderCodePage, kCodePage);
   storeLittle(page, kHeaderKey, encodingKey);
   putPassword(page, password);
