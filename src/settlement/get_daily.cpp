@@ -66,7 +66,8 @@ bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, jet:
   if (std::fabs(days) > kMostDays) {
     throw RuntimeError(error::kOverflow, "Overflow: a settlement of more than 32767 days.");
   }
-  for (double i = 0; i < days; ++i) {
+  const int count = static_cast<int>(days);
+  for (int i = 0; i < count; ++i) {
     const jet::DateTime day{LastDate.serial + i};
     show("Daily Data Load -- GetDailyData Call 연결 Start " + jet::dateText(day));
     DailySettlement settlement;
