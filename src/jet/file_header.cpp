@@ -55,7 +55,8 @@ std::vector<std::byte> readPassword(Bytes header, const Format& format, double c
   // It ends at the first zero character; what follows may be left over from an earlier one.
   std::size_t length = 0;
   const auto isZero = [&](std::size_t at) {
-    return std::all_of(password.begin() + at, password.begin() + at + unit,
+    const Bytes character = Bytes(password).subspan(at, unit);
+    return std::all_of(character.begin(), character.end(),
                        [](std::byte b) { return b == std::byte{0}; });
   };
   while (length < password.size() && !isZero(length)) length += unit;

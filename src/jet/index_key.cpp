@@ -199,13 +199,11 @@ OrdinalRange equalTo(ColumnType column, const KeyType& type, const Variant& valu
 void appendKey(ColumnType column, const KeyType& type, Ordinal key, bool ascending,
                std::vector<std::byte>& out) {
   auto bits = static_cast<std::uint64_t>(key);
-  if (column == ColumnType::YesNo) {
-    bits = key != 0 ? 0x00 : 0xff;  // Yes, being -1, comes first
-  } else if (column != ColumnType::Byte) {
-    bits ^= std::uint64_t{1} << (8 * type.size - 1);
-  }
+  if (column == ColumnType::YesNo) bits = key != 0 ? 0x00 : 0xff;  // Yes, being -1, comes first
+  const bool isSigned = column != ColumnType::YesNo && column != ColumnType::Byte;
   for (std::size_t i = type.size; i-- != 0;) {
-    const auto byte = static_cast<std::byte>(bits >> 8 * i);
+    auto byte = static_cast<std::byte>(bits >> 8 * i);
+    if (isSigned && i + 1 == type.size) byte ^= std::byte{0x80};
     out.push_back(ascending ? byte : ~byte);
   }
 }

@@ -124,7 +124,7 @@ class DefinitionReader {
     }
   }
 
-  Column toColumn(Bytes bytes) const {
+  [[nodiscard]] Column toColumn(Bytes bytes) const {
     const std::uint8_t type = loadU8(bytes, 0);
     if (!isKnown(type)) damaged("a column is of the unknown type " + std::to_string(type));
     Column column;
@@ -181,7 +181,7 @@ class DefinitionReader {
     }
   }
 
-  std::size_t columnNumbered(std::uint16_t number) const {
+  [[nodiscard]] std::size_t columnNumbered(std::uint16_t number) const {
     const auto& columns = definition_.columns;
     const auto found = std::find_if(columns.begin(), columns.end(),
                                     [&](const Column& c) { return c.number == number; });

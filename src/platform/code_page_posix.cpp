@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 
 #include <iconv.h>
 
@@ -41,7 +42,8 @@ class CodePage::Converter {
       : handle_(::iconv_open(to.c_str(), from.c_str())),
         replacement_(replacement),
         skipLength_(skipLength) {
-    if (handle_ == kNone) {
+    // How iconv_open says that it has no such converter.
+    if (reinterpret_cast<std::intptr_t>(handle_) == -1) {
       throw RuntimeError(error::kInvalidCall,
                          "The system cannot convert text from " + from + " to " + to + ".");
     }
@@ -72,8 +74,6 @@ class CodePage::Converter {
     out.append(buffer.data(), buffer.size() - room);
     return text.size() - left;
   }
-
-  inline static const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
 
   iconv_t handle_;
   std::string_view replacement_;
