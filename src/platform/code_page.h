@@ -22,8 +22,6 @@ class CodePage {
   CodePage& operator=(const CodePage&) = delete;
   CodePage(CodePage&&) noexcept;
   CodePage& operator=(CodePage&&) noexcept;
-  CodePage(const CodePage&) = delete;
-  CodePage& operator=(const CodePage&) = delete;
   ~CodePage();
 
   [[nodiscard]] int number() const { return number_; }
