@@ -148,7 +148,7 @@ const std::vector<Field<MenuGroup>>& groupFields() {
 
 // The key and, unless the shop is to have none, an index on a day or on the sale.
 std::vector<jet::NewIndex> indexes(const Options& options, const char* key,
-                                   std::vector<const char*> others) {
+                                   const std::vector<const char*>& others) {
   std::vector<jet::NewIndex> list = {primaryKey(key)};
   if (!options.indexes) return list;
   for (const char* other : others) list.push_back(indexOn(other));

@@ -42,6 +42,7 @@ class RecordTable {
  private:
   static std::vector<jet::NewColumn> columns(const std::vector<Field<Record>>& fields) {
     std::vector<jet::NewColumn> columns;
+    columns.reserve(fields.size());
     for (const auto& field : fields) columns.push_back(field.column);
     return columns;
   }
@@ -76,6 +77,6 @@ inline jet::NewIndex indexOn(const char* column) { return {.name = column, .colu
 inline jet::Variant orNull(const std::string& text) {
   return text.empty() ? jet::Variant() : jet::Variant(text);
 }
-inline jet::Currency won(std::int64_t amount) { return {amount * 10000}; }
+inline jet::Currency won(std::int32_t amount) { return {std::int64_t{amount} * 10000}; }
 
 }  // namespace makeshop

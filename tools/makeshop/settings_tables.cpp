@@ -42,9 +42,10 @@ void addStaff(jet::FileBuilder& builder, const Options& options) {
       {number("si2_id"), date("rDate"), smallNumber("num_employee"), smallNumber("num_table")},
       {primaryKey("si2_id")});
   const double first = options.firstDay;
+  const int half = options.days / 2;
   table.add({big(1), DateTime{first - 300}, small(4), small(18)});
   table.add({big(2), DateTime{first - 1}, small(6), small(24)});
-  table.add({big(3), DateTime{first + options.days / 2}, small(7), small(24)});
+  table.add({big(3), DateTime{first + half}, small(7), small(24)});
 }
 
 }  // namespace
