@@ -53,7 +53,9 @@ std::size_t maskSize(std::size_t columns) { return (columns + 7) / 8; }
 }  // namespace
 
 StoredField encodeField(const Column& column, const Variant& value) {
-  if (!column.fixed || column.autonumber) notUpdatable(column);
+  // Other flags of automatic numbers stand on ordinary columns too in the engine's own files.
+  const bool counts = column.type == ColumnType::Long && (column.flags & kColumnAutonumber) != 0;
+  if (!column.fixed || counts) notUpdatable(column);
   if (column.type == ColumnType::YesNo) {
     if (value.isNull() || !toBool(value)) return std::nullopt;
     return std::vector<std::byte>();
@@ -101,15 +103,17 @@ RowEncoder::Frame RowEncoder::parse() const {
     return !column.fixed && column.number < frame.columns;
   });
   // Only in a table that had no variable columns yet does a row go without that part.
-  if (definition_->varColumns != 0 && !parseVariablePart(frame) && variableColumns) {
+  if (definition_->varColumns != 0 && !parseVariablePart(frame, variableColumns) &&
+      variableColumns) {
     file_->damaged(page_, "the variable fields of a row do not fit it");
   }
   return frame;
 }
 
 // Backwards from the null mask: how many variable fields there are, (Jet 3) the jump table, where
-// each one starts, where the last one ends. That end is where this table begins: told by it.
-bool RowEncoder::parseVariablePart(Frame& frame) const {
+// each one starts, where the last one ends. That is where this table begins, by which one that is
+// not `certain` to be there is told; later engines leave a few bytes between them at times.
+bool RowEncoder::parseVariablePart(Frame& frame, bool certain) const {
   const std::size_t width = format().rowNumberSize;
   const std::size_t jumps = format().version == Version::Jet3 ? (row_.size() - 1) / kJump : 0;
   if (frame.mask < 2 * width + jumps) return false;
@@ -122,7 +126,8 @@ bool RowEncoder::parseVariablePart(Frame& frame) const {
     offsets.push_back(variableOffset(frame, entry, count, jumps));
   }
   if (offsets.front() < width || !std::ranges::is_sorted(offsets)) return false;
-  if (offsets.back() + table != frame.mask) return false;
+  const std::size_t end = offsets.back() + table;
+  if (certain ? end > frame.mask : end != frame.mask) return false;
   frame.hasVariablePart = true;
   frame.fixedEnd = offsets.front();
   frame.offsets = std::move(offsets);

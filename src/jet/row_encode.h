@@ -55,7 +55,7 @@ class RowEncoder {
 
   [[nodiscard]] const Format& format() const { return file_->format(); }
   [[nodiscard]] Frame parse() const;
-  [[nodiscard]] bool parseVariablePart(Frame& frame) const;
+  [[nodiscard]] bool parseVariablePart(Frame& frame, bool certain) const;
   [[nodiscard]] std::size_t variableOffset(const Frame& frame, std::size_t entry, std::size_t count,
                                            std::size_t jumps) const;
   void makeRoomFor(const Column& column);

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <random>
 
-#include "sales_file.h"
+#include "jet/sales_file.h"
 
 namespace jet {
 namespace {

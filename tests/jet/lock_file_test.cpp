@@ -4,8 +4,8 @@
 #include <functional>
 
 #include "jet/errors.h"
+#include "jet/sales_file.h"
 #include "platform/file_lock.h"
-#include "sales_file.h"
 
 namespace jet {
 namespace {

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "jet/errors.h"
-#include "sales_file.h"
+#include "jet/sales_file.h"
 
 namespace jet {
 namespace {
