@@ -1,4 +1,15 @@
 // The numbers by which the engine reports what is wrong with a query.
+//
+// Where the engine has several for a case or none that is known, these hold:
+//   3219  any statement or saved query that gives no rows: action, data definition, pass-through,
+//         SELECT ... INTO, and a query that reads another file by an IN clause
+//   3061  parameters, declared or not, and every name that is no field: all of them are counted,
+//         once each
+//   3078  a text that begins like no statement is taken for the name of a table
+//   3075  faults of expressions: a missing operator, a text or date without end, a date that does
+//         not exist, a wrong number of arguments
+//   3464  text beside a number or a date; 3615 the same in the ON of a join
+//   3360  nested deeper, or expanded to more, than can be run
 #pragma once
 
 namespace jetsql::error {

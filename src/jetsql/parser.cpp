@@ -11,6 +11,8 @@
 namespace jetsql {
 namespace {
 
+constexpr int kMostJoins = 60;  // SQLite joins up to 64 tables; the engine 32
+
 constexpr std::string_view kQueryWords[] = {"SELECT", "TRANSFORM", "PARAMETERS", "TABLE"};
 
 constexpr std::string_view kActionWords[] = {"INSERT", "UPDATE",  "DELETE", "CREATE",   "ALTER",
@@ -217,8 +219,8 @@ std::vector<TableReference> Parser::from() {
 
 TableReference Parser::joinedTable() {
   TableReference left = tablePrimary();
-  for (int joins = 0; tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"}); ++joins) {
-    if (joins == 60) tokens_.fail(error::kQueryTooComplex);
+  while (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"})) {
+    if (++joins_ > kMostJoins) tokens_.fail(error::kQueryTooComplex);
     TableReference join;
     join.kind = TableReference::Kind::Join;
     if (tokens_.acceptWord("LEFT")) {
@@ -231,7 +233,7 @@ TableReference Parser::joinedTable() {
     if (join.joinType != TableReference::JoinType::Inner) tokens_.acceptWord("OUTER");
     tokens_.expectWord("JOIN", error::kJoinSyntax);
     join.left = std::make_unique<TableReference>(std::move(left));
-    // a INNER JOIN b INNER JOIN c ON ... ON ... is nested to the right.
+    // a INNER JOIN b INNER JOIN c ON ... ON ... is not the engine's language: it wants parentheses.
     join.right = std::make_unique<TableReference>(tablePrimary());
     if (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"})) tokens_.fail(error::kJoinSyntax);
     tokens_.expectWord("ON", error::kJoinSyntax);

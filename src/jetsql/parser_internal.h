@@ -60,6 +60,7 @@ class Parser {
   int depth_ = 0;          // parentheses, calls and subqueries open here
   int deepest_ = 0;        // tree of the query being read, in levels
   int subqueryDepth_ = 0;  // tree of the subquery read last
+  int joins_ = 0;
   bool literalsShapeIt_ = false;
 };
 

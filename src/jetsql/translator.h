@@ -57,17 +57,19 @@ class Translator {
   void nameOutputs(SelectPlan& plan) const;
   void planOrder(SelectPlan& plan, Place& place);
   void planDistinctRow(SelectPlan& plan) const;
-  std::string render(const SelectPlan& plan, const std::vector<std::string>& projection,
-                     bool keepOrder) const;
-  std::vector<std::string> orderTerms(const SelectPlan& plan) const;
-  std::string ranked(const SelectPlan& plan, const std::string& sql, std::size_t columns) const;
+  [[nodiscard]] std::string render(const SelectPlan& plan,
+                                   const std::vector<std::string>& projection,
+                                   bool keepOrder) const;
+  [[nodiscard]] std::vector<std::string> orderTerms(const SelectPlan& plan) const;
+  [[nodiscard]] std::string ranked(const SelectPlan& plan, const std::string& sql,
+                                   std::size_t columns) const;
 
   // translator_from.cpp
   void planFrom(SelectPlan& plan, const std::vector<Demand>& demands);
   Fragment fragment(const TableReference& table, Scope& scope, const Use& use);
   Fragment source(const TableReference& table, Scope& scope, const Use& use);
   Fragment join(const TableReference& table, Scope& scope, const Use& use);
-  Fragment innerJoin(Fragment left, Fragment right, const std::string& on) const;
+  [[nodiscard]] Fragment innerJoin(Fragment left, Fragment right, const std::string& on) const;
   void derive(Fragment& part, Scope& scope);
   std::string nextAlias() { return "t" + std::to_string(aliases_++); }
 
@@ -84,14 +86,14 @@ class Translator {
   std::optional<Sql> aliasedValue(const Expression& expression, Place& place);
   Sql unary(const Expression& expression, Place& place);
   Sql binary(const Expression& expression, Place& place);
-  Sql logical(Operator operation, const Sql& left, const Sql& right) const;
+  [[nodiscard]] Sql logical(Operator operation, const Sql& left, const Sql& right) const;
   Sql between(const Expression& expression, Place& place);
   Sql inList(const Expression& expression, Place& place);
   Sql inQuery(const Expression& expression, Place& place);
   Sql quantified(const Expression& expression, Place& place);
   Sql scalar(const Expression& expression, Place& place);
   NestedQuery oneColumn(const Query& query, Scope* outer);
-  Sql literal(const Expression& expression) const;
+  [[nodiscard]] Sql literal(const Expression& expression) const;
 
   // translator_call.cpp
   Sql call(const Expression& expression, Place& place);

@@ -65,6 +65,7 @@ bool containsAggregate(const Expression& expression) {
 
 std::vector<Sql> Translator::arguments(const Expression& expression, Place& place) {
   std::vector<Sql> result;
+  result.reserve(expression.arguments.size());
   for (const ExpressionPtr& argument : expression.arguments)
     result.push_back(this->expression(*argument, place));
   return result;
@@ -83,6 +84,7 @@ Sql Translator::call(const Expression& expression, Place& place) {
   if (isOneOf(kChoices, name)) return choice(expression, place);
   const std::vector<Sql> values = arguments(expression, place);
   std::vector<VariantType> types;
+  types.reserve(values.size());
   for (const Sql& value : values) types.push_back(value.type);
   const VariantType type = function->resultType(types);
   return {callText(name, type, values), type};

@@ -105,7 +105,7 @@ Sql Translator::expression(const Expression& expression, Place& place) {
       expression.kind != Expression::Kind::Scalar) {
     Place plain = place;
     plain.groups = nullptr;
-    const Sql whole = ungrouped(expression, plain);
+    Sql whole = ungrouped(expression, plain);
     for (const Sql& group : *place.groups)
       if (group.text == whole.text) return whole;
   }
