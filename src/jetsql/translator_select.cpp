@@ -29,6 +29,13 @@ std::string clause(std::string_view keyword, std::string_view text) {
   return text.empty() ? std::string() : " " + std::string(keyword) + " " + std::string(text);
 }
 
+// SQLite would take a whole number behind GROUP BY or ORDER BY for the place of a column.
+std::string sortKey(const Sql& sql) {
+  if (sql.text.find_first_not_of("-0123456789") == std::string::npos)
+    return "CAST(" + sql.text + " AS INTEGER)";
+  return collated(sql);
+}
+
 std::string columnList(std::string_view prefix, std::size_t count) {
   std::vector<std::string> names;
   for (std::size_t i = 0; i < count; ++i) names.push_back(std::string(prefix) + std::to_string(i));
@@ -197,7 +204,7 @@ void Translator::planDistinctRow(SelectPlan& plan) const {
 std::vector<std::string> Translator::orderTerms(const SelectPlan& plan) const {
   std::vector<std::string> terms;
   for (const auto& [sql, descending] : plan.order)
-    terms.push_back(collated(sql) + (descending ? " DESC" : ""));
+    terms.push_back(sortKey(sql) + (descending ? " DESC" : ""));
   return terms;
 }
 
@@ -216,7 +223,7 @@ std::string Translator::render(const SelectPlan& plan, const std::vector<std::st
       columns.push_back(valueOf(plan.order[i].first) + " AS o" + std::to_string(i));
 
   std::vector<std::string> groups = plan.identities;
-  for (const Sql& group : plan.groups) groups.push_back(collated(group));
+  for (const Sql& group : plan.groups) groups.push_back(sortKey(group));
   std::string sql = std::string(distinct ? "SELECT DISTINCT " : "SELECT ") + joined(columns, ", ") +
                     clause("FROM", plan.from) + clause("WHERE", joined(plan.conditions, " AND ")) +
                     clause("GROUP BY", joined(groups, ", ")) + clause("HAVING", plan.having);

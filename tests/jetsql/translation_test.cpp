@@ -182,6 +182,7 @@ TEST_F(TranslationTest, Groups) {
       {"text groups ignore case", "SELECT Count(*) FROM Sales GROUP BY note HAVING note = 'kim'",
        "2"},
       {"expression of aggregates", "SELECT Sum(price) / Count(price) * 2 FROM Sales", "27.875"},
+      {"of a constant", "SELECT 2, Sum(id) FROM Sales GROUP BY 2 ORDER BY True", "2,15"},
       {"having", "SELECT kind FROM Sales GROUP BY kind HAVING Count(*) > 1 And kind > 0", "1"},
       {"first and last", "SELECT First(id), Last(id) FROM Sales GROUP BY day ORDER BY day",
        "1,2|3,4|5,5"},
