@@ -23,6 +23,7 @@ class ExternalTable {
                 std::string name, std::string sqliteName, CallState& state);
   ExternalTable(const ExternalTable&) = delete;
   ExternalTable& operator=(const ExternalTable&) = delete;
+  ~ExternalTable() = default;
 
   void registerIn(sqlite3* connection);
   void choosePlan(sqlite3_index_info& info) const;

@@ -31,6 +31,7 @@ class TextArgument {
   explicit TextArgument(const jet::Variant& value);
   TextArgument(const TextArgument&) = delete;
   TextArgument& operator=(const TextArgument&) = delete;
+  ~TextArgument() = default;
   [[nodiscard]] std::string_view view() const { return view_; }
 
  private:

@@ -36,6 +36,7 @@ class JetTable {
            CallState& state);
   JetTable(const JetTable&) = delete;
   JetTable& operator=(const JetTable&) = delete;
+  ~JetTable() = default;
 
   void registerIn(sqlite3* connection);
 
