@@ -78,7 +78,7 @@ DBEngine::DBEngine(const platform::Clock& clock, jetsql::ExternalSource* externa
 
 std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& path, bool exclusive,
                                                  bool readOnly,
-                                                 std::optional<std::string> connect) {
+                                                 const std::optional<std::string>& connect) {
   const Key key(nameOf(path), exclusive, readOnly, connect.value_or(""));
   const auto known = sessions_.find(key);
   if (known != sessions_.end()) return std::make_shared<Database>(known->second);

@@ -52,9 +52,9 @@ class DBEngine {
   DBEngine(const platform::Clock& clock, jetsql::ExternalSource* external);
 
   // `connect` may carry a password: ";pwd=secret".
-  [[nodiscard]] std::shared_ptr<Database> openDatabase(const std::filesystem::path& path,
-                                                       bool exclusive, bool readOnly,
-                                                       std::optional<std::string> connect = {});
+  [[nodiscard]] std::shared_ptr<Database> openDatabase(
+      const std::filesystem::path& path, bool exclusive, bool readOnly,
+      const std::optional<std::string>& connect = {});
 
   // Lets go of every file of which no database or record set is alive.
   void closeIdle();
