@@ -131,6 +131,7 @@ NestedQuery Translator::unionOf(const Query& query, const Use& use) {
   NestedQuery result{{}, columnsOf(plans.front())};
   for (std::size_t column = 0; column < result.columns.size(); ++column) {
     std::vector<Sql> values;
+    values.reserve(plans.size());
     for (const SelectPlan& part : plans) values.push_back(part.outputs[column].value);
     result.columns[column].type = makeAlike(values);
     for (std::size_t i = 0; i < plans.size(); ++i) plans[i].outputs[column].value = values[i];
@@ -140,7 +141,7 @@ NestedQuery Translator::unionOf(const Query& query, const Use& use) {
     for (const Output& output : plans[i].outputs) values.push_back(collated(output.value));
     std::string part = render(plans[i], values, true);
     if (plans[i].select->top || !plans[i].order.empty())
-      part = "SELECT " + numberedColumns(values.size()) + " FROM (" + part + ")";
+      part.insert(0, "SELECT " + numberedColumns(values.size()) + " FROM (").append(")");
     if (i > 0) result.sql += query.keepsAll[i - 1] ? " UNION ALL " : " UNION ";
     result.sql += part;
   }
