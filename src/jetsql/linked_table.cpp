@@ -24,7 +24,7 @@ std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile
   if (std::filesystem::is_regular_file(database, problem)) return database;
   const std::filesystem::path folder = linkingFile.parent_path();
   const std::string_view name = fileNameOf(database);
-  const std::filesystem::path beside = folder / name;
+  std::filesystem::path beside = folder / name;
   if (std::filesystem::is_regular_file(beside, problem)) return beside;
   for (const auto& entry :
        std::filesystem::directory_iterator(folder.empty() ? "." : folder, problem))
