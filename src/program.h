@@ -47,6 +47,7 @@ class Job {
   Job(Program& program, const platform::StartValues& start);
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
+  ~Job() = default;
 
   [[nodiscard]] job::Driver& driver() { return driver_; }
 

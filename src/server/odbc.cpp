@@ -48,7 +48,7 @@ std::vector<std::string> Handle::diagnostics() const {
   return texts;
 }
 
-std::vector<std::string> Handle::check(SQLRETURN result) const {
+std::vector<std::string> Handle::checkedRemarks(SQLRETURN result) const {
   if (result == SQL_SUCCESS || result == SQL_NO_DATA) return {};
   auto texts = diagnostics();
   if (result == SQL_SUCCESS_WITH_INFO) return texts;
@@ -67,9 +67,9 @@ void Connection::connect(const std::string& text) {
   handle_.check(
       SQLSetConnectAttrW(handle_.get(), SQL_ATTR_LOGIN_TIMEOUT, number(kLoginSeconds), 0));
   auto wide = toWide(text);
-  remarks_ = handle_.check(SQLDriverConnectW(handle_.get(), nullptr, wide.data(),
-                                             static_cast<SQLSMALLINT>(wide.size()), nullptr, 0,
-                                             nullptr, SQL_DRIVER_NOPROMPT));
+  remarks_ = handle_.checkedRemarks(SQLDriverConnectW(handle_.get(), nullptr, wide.data(),
+                                                      static_cast<SQLSMALLINT>(wide.size()),
+                                                      nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT));
   connected_ = true;
 }
 
@@ -89,7 +89,7 @@ std::string Connection::quoted(const std::string& name) const {
 Query::Query(std::shared_ptr<Connection> connection, const std::string& text)
     : connection_(std::move(connection)), handle_(SQL_HANDLE_STMT, connection_->handle_.get()) {
   auto wide = toWide(text);
-  remarks_ = handle_.check(
+  remarks_ = handle_.checkedRemarks(
       SQLExecDirectW(handle_.get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
   describe();
 }

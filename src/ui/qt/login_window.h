@@ -18,7 +18,7 @@
 
 namespace ui::qt {
 
-class LoginWindow : public Window, public LoginView {
+class LoginWindow final : public Window, public LoginView {
  public:
   explicit LoginWindow(Application& application);
 

@@ -21,7 +21,7 @@
 
 namespace ui::qt {
 
-class UploadWindow : public Window, public UploadView {
+class UploadWindow final : public Window, public UploadView {
  public:
   explicit UploadWindow(Application& application);
 
