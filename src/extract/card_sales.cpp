@@ -77,7 +77,8 @@ std::int16_t rateOf(Workspace& work, std::string_view kind) {
   // The kind is not escaped: one with an apostrophe makes the query fail, so that it has no rate.
   const localdb::RecordSet& rates = work.open(
       work.cardRates, "SELECT * From Credit_code Where Card_Kind = '" + std::string(kind) + "'");
-  const std::int16_t rate = rates.recordCount() > 0 ? jet::toInteger(rates.field("Rate")) : 0;
+  std::int16_t rate = 0;
+  if (rates.recordCount() > 0) rate = jet::toInteger(rates.field("Rate"));
   Workspace::close(work.cardRates);
   return rate;
 }

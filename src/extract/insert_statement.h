@@ -38,7 +38,8 @@ enum class Written : std::uint8_t {
 
 constexpr int kFromField = -1;
 
-struct Column {
+// In the order of reading: what a few bytes of padding cost nobody notices.
+struct Column {  // NOLINT(clang-analyzer-optin.performance.Padding)
   std::string_view name;
   Written written;
   std::string_view field = {};

@@ -29,6 +29,7 @@ class PageEdits {
   PageEdits(PageFile& file, LockFile& locks) : file_(file), locks_(locks) {}
   PageEdits(const PageEdits&) = delete;
   PageEdits& operator=(const PageEdits&) = delete;
+  ~PageEdits() = default;
 
   [[nodiscard]] PageFile& file() { return file_; }
   [[nodiscard]] const Format& format() const { return file_.format(); }

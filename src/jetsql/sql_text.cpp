@@ -216,6 +216,7 @@ Sql binaryCall(std::string_view name, const Sql& left, const Sql& right) {
 Sql truthChain(std::string_view keyword, const Sql& left, const Sql& right) {
   std::vector<Sql> operands = operandsOf(keyword, left, right);
   std::vector<std::string> texts;
+  texts.reserve(operands.size());
   for (const Sql& operand : operands) texts.push_back(operand.text);
   return {"(" + joined(texts, keyword) + ")", VariantType::YesNo, true, keyword,
           std::move(operands)};
