@@ -5,6 +5,30 @@
 #include "platform/letter_case.h"
 
 namespace jet {
+
+std::size_t fixedSize(ColumnType type) {
+  switch (type) {
+    case ColumnType::Byte:
+      return 1;
+    case ColumnType::Integer:
+      return 2;
+    case ColumnType::Long:
+    case ColumnType::Single:
+    case ColumnType::Complex:
+      return 4;
+    case ColumnType::Currency:
+    case ColumnType::Double:
+    case ColumnType::DateTime:
+    case ColumnType::BigInt:
+      return 8;
+    case ColumnType::Guid:
+      return 16;
+    case ColumnType::Numeric:
+      return 17;
+    default:
+      return 0;
+  }
+}
 std::string foldName(std::string_view name) {
   const bool ascii =
       std::all_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x80; });

@@ -40,6 +40,10 @@ enum class ColumnType : std::uint8_t {
   ExtendedDateTime = 20,  // Access 2019 and later; read as its bytes
 };
 
+// Bytes of a value of the type; 0 where the length is the column's own, and for Yes/No, which lives
+// in the null mask.
+[[nodiscard]] std::size_t fixedSize(ColumnType type);
+
 struct Column {
   std::string name;
   ColumnType type = ColumnType::Long;

@@ -12,31 +12,6 @@ namespace {
 // 255 columns and 32 indexes with names of 64 characters fill far fewer pages.
 constexpr std::size_t kMostDefinitionPages = 256;
 
-// Bytes of a column's type; 0 where the type leaves it open.
-std::size_t fixedSize(ColumnType type) {
-  switch (type) {
-    case ColumnType::Byte:
-      return 1;
-    case ColumnType::Integer:
-      return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-    case ColumnType::Complex:
-      return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::DateTime:
-    case ColumnType::BigInt:
-      return 8;
-    case ColumnType::Guid:
-      return 16;
-    case ColumnType::Numeric:
-      return 17;
-    default:
-      return 0;
-  }
-}
-
 bool isKnown(std::uint8_t type) { return (type >= 1 && type <= 12) || (type >= 15 && type <= 20); }
 
 // Goes through the definition's parts in their order; every step is checked against its end.

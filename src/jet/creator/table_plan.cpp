@@ -15,27 +15,13 @@ std::uint16_t storedLength(const NewColumn& column) {
   const std::uint16_t size = column.size == 0 ? kLongestShort : column.size;
   switch (column.type) {
     case ColumnType::YesNo:
-    case ColumnType::Byte:
       return 1;
-    case ColumnType::Integer:
-      return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-      return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::DateTime:
-      return 8;
-    case ColumnType::Guid:
-      return 16;
-    case ColumnType::Numeric:
-      return 17;
     case ColumnType::Text:
       return static_cast<std::uint16_t>(size * 2);
     case ColumnType::Binary:
       return size;
     default:
-      return 0;  // memo, OLE
+      return static_cast<std::uint16_t>(fixedSize(column.type));  // memo, OLE: 0
   }
 }
 

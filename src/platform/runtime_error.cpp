@@ -1,1 +1,0 @@
-#include "platform/runtime_error.h"
