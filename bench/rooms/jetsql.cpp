@@ -1,0 +1,135 @@
+// One query after the other, and the marking of rows through a record set.
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "jet/database.h"
+#include "jetsql/session.h"
+#include "platform/clock.h"
+#include "platform/random_access_file.h"
+#include "rooms/rooms.h"
+
+namespace bench {
+
+namespace {
+
+constexpr std::int32_t kFirstSale = 1001;
+constexpr std::int32_t kSales = 5000;  // the shop has some more
+
+// As the extractor of the items asks.
+std::string itemsQuery(std::int32_t sale, const std::string& nameField = "MenuName") {
+  return "SELECT Selling_Item.*, Set_Menu1.name as " + nameField +
+         "  FROM Selling_Item Left Join Set_Menu1 ON Selling_Item.sm1_id = Set_Menu1.sm1_id "
+         " WHERE s_id = " +
+         std::to_string(sale);
+}
+
+std::int32_t saleOf(std::int64_t number) {
+  return kFirstSale + static_cast<std::int32_t>(number % kSales);
+}
+
+void queryPrepared(benchmark::State& state, const std::string& path) {
+  const platform::SystemClock clock;
+  const auto session = jetsql::Session::open(path, {}, clock);
+  std::int64_t number = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(session->openRecordSet(itemsQuery(saleOf(number++))));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void queryNew(benchmark::State& state, const std::string& path) {
+  const platform::SystemClock clock;
+  const auto session = jetsql::Session::open(path, {}, clock);
+  std::int64_t number = 0;
+  for (auto _ : state) {
+    const std::string name = "MenuName" + std::to_string(number);
+    benchmark::DoNotOptimize(session->openRecordSet(itemsQuery(saleOf(number++), name)));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+std::shared_ptr<jetsql::Session> openForMarking(const SampleShop& shop,
+                                                const platform::Clock& clock) {
+  jetsql::SessionOptions options;
+  options.readOnly = false;
+  return jetsql::Session::open(shop.freshCopy(), options, clock);
+}
+
+// Every mark changes its row: the round after one that sets the marks takes them back.
+void mark(jetsql::RecordSet& rows, bool value) {
+  rows.edit();
+  rows.setField("c_upload", value);
+  rows.setField("cc_upload", false);
+  rows.update();
+}
+
+void markInOneRecordSet(benchmark::State& state, const SampleShop& shop) {
+  const platform::SystemClock clock;
+  const auto session = openForMarking(shop, clock);
+  const auto rows = session->openRecordSet("SELECT * FROM Selling ORDER BY rDate, s_ID");
+  bool value = true;
+  for (auto _ : state) {
+    mark(*rows, value);
+    rows->moveNext();
+    if (!rows->atEnd()) continue;
+    rows->moveFirst();
+    value = !value;
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void markWithAQueryEach(benchmark::State& state, const SampleShop& shop) {
+  const platform::SystemClock clock;
+  const auto session = openForMarking(shop, clock);
+  std::int64_t number = 0;
+  for (auto _ : state) {
+    const auto rows = session->openRecordSet("SELECT * FROM Selling WHERE s_ID = " +
+                                             std::to_string(saleOf(number)));
+    mark(*rows, number / kSales % 2 == 0);
+    ++number;
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+// What no marking can do without but the lock: its page read, a byte of it written.
+void markBare(benchmark::State& state, const SampleShop& shop) {
+  const std::string path = shop.freshCopy();
+  std::vector<std::uint32_t> pages;
+  {
+    const auto file = jet::Database::open(path);
+    for (auto rows = file->openTable("Selling").scan(); rows.next();) {
+      pages.push_back(rows.row().id().page);
+    }
+  }
+  auto file = RandomAccessFile::open(path, RandomAccessFile::Mode::ReadWrite);
+  std::array<std::byte, 4096> page{};
+  std::size_t number = 0;
+  for (auto _ : state) {
+    const std::uint64_t offset = std::uint64_t{pages[number++ % pages.size()]} * page.size();
+    benchmark::DoNotOptimize(file.readAt(offset, page));
+    file.writeAt(offset + page.size() - 1, std::span(page).last(1));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+}  // namespace
+
+void addJetsql(const SampleShop& shop) {
+  benchmark::RegisterBenchmark("items of a sale/prepared once", queryPrepared, shop.dataFile());
+  benchmark::RegisterBenchmark("items of a sale/a text never seen", queryNew, shop.dataFile());
+
+  const auto add = [&](const char* name, void (*way)(benchmark::State&, const SampleShop&)) {
+    benchmark::RegisterBenchmark(name, [&shop, way](benchmark::State& state) { way(state, shop); });
+  };
+  add("marking/in one record set", markInOneRecordSet);
+  add("marking/a query for each row", markWithAQueryEach);
+  add("marking/bare read and write", markBare);
+}
+
+}  // namespace bench

@@ -1,0 +1,25 @@
+// The table that bench/pieces prints, at the end of the run and in the order in which the
+// benchmarks were added, whatever order they ran in: of each its median rate, and for the
+// plain ways of a piece how many times as long as the first one they take.
+#pragma once
+
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+namespace bench {
+
+class Report : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context& context) override;
+  void ReportRuns(const std::vector<Run>& runs) override;
+  void Finalize() override;
+
+  [[nodiscard]] bool failed() const { return failed_; }
+
+ private:
+  std::vector<Run> medians_;
+  bool failed_ = false;
+};
+
+}  // namespace bench

@@ -1,0 +1,15 @@
+// The pieces of each room, as benchmarks. A benchmark is named "piece/way": the first way of a
+// piece is ours, those behind it are plainer ways to the same end (or, where the name says so, the
+// bare work that no way can do without), and the report compares them with the first.
+#pragma once
+
+#include "rooms/sample_shop.h"
+
+namespace bench {
+
+void addPlatform();                       // texts into code page 949
+void addJet(const SampleShop& shop);      // page walk, row decode, text decode
+void addJetsql(const SampleShop& shop);   // one query after the other, marking of rows
+void addExtract(const SampleShop& shop);  // SqlText, statement building
+
+}  // namespace bench
