@@ -13,6 +13,8 @@
 namespace jetsql {
 namespace {
 
+using jet::VariantType;
+
 constexpr std::size_t kMaxEqual = 10;  // columns that a Jet index can have
 constexpr std::size_t kMaxTarget = 255;
 
@@ -73,13 +75,17 @@ void addRange(Candidate& candidate, const sqlite3_index_info& info,
 }
 
 // Guesses, good enough to prefer an index to a scan and more conditions to fewer: an equality
-// leaves the square root of the rows, a bound a quarter.
-double rowsLeft(double rows, const Candidate& candidate) {
-  if (candidate.plan.equal > 0) rows = std::sqrt(rows);
+// leaves the square root of the rows, half of them where it is on a Yes/No, a bound a quarter.
+double rowsLeft(double rows, const Candidate& candidate, VariantType firstKey) {
+  if (candidate.plan.equal > 0) rows = firstKey == VariantType::YesNo ? rows / 2 : std::sqrt(rows);
   for (int i = 1; i < candidate.plan.equal; ++i) rows /= 4;
   if (candidate.plan.lower) rows /= 4;
   if (candidate.plan.upper) rows /= 4;
   return std::max(rows, 1.0);
+}
+
+VariantType typeOf(const JetTable& table, std::size_t column) {
+  return table.schema().columns[column].type;
 }
 
 std::optional<Candidate> byRowId(const sqlite3_index_info& info) {
@@ -108,7 +114,9 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
   }
   if (candidate.constraints.empty()) return {};
   candidate.unique = index.unique && candidate.plan.equal == index.columns.size();
-  candidate.rows = candidate.unique ? 1 : rowsLeft(table.estimatedRows(), candidate);
+  candidate.rows = candidate.unique ? 1
+                                    : rowsLeft(table.estimatedRows(), candidate,
+                                               typeOf(table, index.columns.front().column));
   constexpr double kSeek = 4;
   constexpr double kRowByIndex = 1.5;  // its page lies anywhere
   candidate.cost = kSeek + kRowByIndex * candidate.rows;
@@ -117,6 +125,8 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
 
 std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column,
                                        const sqlite3_index_info& info) {
+  const VariantType type = typeOf(table, column);
+  if (type == VariantType::YesNo) return {};  // half of the rows in another order: no gain
   const auto constraints = constraintsOn(info, static_cast<int>(column));
   Candidate candidate;
   candidate.plan.access = Access::MemoryIndex;
@@ -124,15 +134,29 @@ std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column
   if (constraints.equal >= 0) {
     candidate.constraints.push_back(constraints.equal);
     candidate.plan.equal = 1;
-  } else if (hasOrderedKeys(table.schema().columns[column].type)) {
+  } else if (hasOrderedKeys(type)) {
     addRange(candidate, info, constraints);
   }
   if (candidate.constraints.empty()) return {};
-  candidate.rows = rowsLeft(table.estimatedRows(), candidate);
+  candidate.rows = rowsLeft(table.estimatedRows(), candidate, type);
   constexpr double kSeek = 16;  // a share of building it; an index of the file is preferred
   constexpr double kRowByIndex = 1.6;
   candidate.cost = kSeek + kRowByIndex * candidate.rows;
   return candidate;
+}
+
+// A table of few rows, such as the inner one of a join, is looked up in memory even where the file
+// has an index: that is a fraction of the work, and its few pages stay in memory as they are
+// anyway.
+void keepSmallInMemory(const JetTable& table, TablePlan& plan) {
+  constexpr double kFewRows = 1000;
+  if (plan.access != Access::FileIndex || plan.equal != 1 || plan.lower || plan.upper) return;
+  if (table.estimatedRows() > kFewRows) return;
+  const std::size_t column =
+      table.table().definition().realIndexes[plan.target].columns.front().column;
+  if (column > kMaxTarget) return;
+  plan.access = Access::MemoryIndex;
+  plan.target = static_cast<std::uint16_t>(column);
 }
 
 }  // namespace
@@ -167,6 +191,8 @@ void choosePlan(const JetTable& table, sqlite3_index_info& info) {
     consider(byFileIndex(table, i, info));
   for (std::size_t i = 0; i < std::min(definition.columns.size(), kMaxTarget + 1); ++i)
     consider(byMemoryIndex(table, i, info));
+
+  keepSmallInMemory(table, best.plan);
 
   for (std::size_t i = 0; i < best.constraints.size(); ++i)
     info.aConstraintUsage[best.constraints[i]].argvIndex = static_cast<int>(i) + 1;

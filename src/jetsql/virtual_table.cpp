@@ -17,7 +17,7 @@ namespace {
 using jet::Variant;
 using jet::VariantType;
 
-constexpr int kLookupsBeforeIndex = 2;  // scans until an index is worth its building
+constexpr int kLookupsBeforeIndex = 1;  // scans until an index is worth its building
 constexpr std::size_t kMostIndexedRows = std::size_t{1} << 21U;  // 32 MiB in one index
 
 // What a bound or an equality asks of a key column, as a Jet value. Nothing where SQLite's value is

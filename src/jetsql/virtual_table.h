@@ -53,7 +53,7 @@ class JetTable {
   // How often write() has changed the column.
   [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
 
-  // Called once per lookup by the column: its index, from the third lookup on and as long as
+  // Called once per lookup by the column: its index, from the second lookup on and as long as
   // memory allows, else nullptr (the caller scans).
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
 
