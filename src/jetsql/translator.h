@@ -50,8 +50,7 @@ class Translator {
   std::vector<Demand> demandsOf(const Select& select, const Use& use);
   void applyDemands(SelectPlan& plan, const Use& use) const;
   void seekByKeys(SelectPlan& plan, const Use& use);
-  std::optional<std::string> keyCondition(SelectPlan& plan, const Demand& demand,
-                                          const Expression& expression);
+  void seekByKey(SelectPlan& plan, const Demand& demand, const Expression& expression);
   void planOutputs(SelectPlan& plan, Place& place);
   void addStar(SelectPlan& plan, const std::string& table);
   void nameOutputs(SelectPlan& plan) const;

@@ -150,7 +150,9 @@ Sql Translator::ungrouped(const Expression& expression, Place& place) {
 
 Sql Translator::literal(const Expression& expression) const {
   if (expression.literalOrdinal < 0 || inlineLiterals_) return constant(expression.value);
-  return {"?" + std::to_string(expression.literalOrdinal + 1), expression.value.type()};
+  return {.text = "?" + std::to_string(expression.literalOrdinal + 1),
+          .type = expression.value.type(),
+          .literal = !expression.value.isNull()};
 }
 
 // A field; else an alias of the select list; else Yes or No; else a parameter without a value.

@@ -1,5 +1,6 @@
 // Conditions on computed columns of a saved query, such as a day put together from parts of a text:
-// the rows are found by a table of the expression's values, where the schema keeps one.
+// the rows are found by a table of the expression's values, where the schema keeps one, and the
+// columns take their values from there.
 #include <algorithm>
 #include <array>
 
@@ -63,27 +64,25 @@ void Translator::seekByKeys(SelectPlan& plan, const Use& use) {
       if (expression == nullptr || expression->kind == Kind::Name ||
           !equalText(names[i], demand.path.back()))
         continue;
-      if (auto condition = keyCondition(plan, demand, *expression))
-        plan.conditions.push_back(std::move(*condition));
+      seekByKey(plan, demand, *expression);
     }
   }
 }
 
-std::optional<std::string> Translator::keyCondition(SelectPlan& plan, const Demand& demand,
-                                                    const Expression& expression) {
+void Translator::seekByKey(SelectPlan& plan, const Demand& demand, const Expression& expression) {
   Reads reads;
-  if (!collect(expression, plan.scope, reads) || !reads.source) return std::nullopt;
+  if (!collect(expression, plan.scope, reads) || !reads.source) return;
   const ScopeSource& source = plan.scope.sources[*reads.source];
-  if (source.table == nullptr) return std::nullopt;
+  if (source.table == nullptr) return;
 
   Place here{.scope = &plan.scope};
   const Sql value = this->expression(expression, here);
   if (plan.grouped && std::none_of(plan.groups.begin(), plan.groups.end(),
                                    [&](const Sql& group) { return group.text == value.text; }))
-    return std::nullopt;
+    return;
   std::array<Sql, 2> operands{Sql{"key", value.type}, demand.values.front()};
   makeComparable(operands, error::kTypeMismatch);
-  if (operands[0].text != "key") return std::nullopt;
+  if (operands[0].text != "key") return;
 
   Scope alone;
   alone.sources.push_back(source);
@@ -94,8 +93,17 @@ std::optional<std::string> Translator::keyCondition(SelectPlan& plan, const Dema
   const ComputedKey key{valueOf(this->expression(expression, there)), reads.columns,
                         value.type == jet::VariantType::Text};
   const auto table = schema_.keyTable(*source.table, key);
-  if (!table) return std::nullopt;
-  return source.rowid + " IN (SELECT row FROM " + *table + " WHERE key = " + operands[1].text + ")";
+  if (!table) return;
+  const std::string keys = nextAlias();
+  // SQLite keeps the order of a CROSS JOIN: from the keys to their rows.
+  plan.from = *table + " AS " + keys + " CROSS JOIN " + plan.from;
+  plan.conditions.push_back(keys + ".key = " + operands[1].text);
+  plan.conditions.push_back(source.rowid + " = " + keys + ".row");
+  if (plan.grouped) return;
+  for (Output& output : plan.outputs)
+    if (output.value.text == value.text) output.value = {keys + ".key", value.type};
+  for (auto& term : plan.order)
+    if (term.first.text == value.text) term.first = {keys + ".key", value.type};
 }
 
 }  // namespace jetsql

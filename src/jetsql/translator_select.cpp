@@ -70,7 +70,6 @@ SelectPlan Translator::plan(const Select& select, const Use& use) {
   planOutputs(result, place);
   planDistinctRow(result);
   applyDemands(result, use);
-  seekByKeys(result, use);
   if (select.having) {
     if (!result.grouped)
       throw RuntimeError(error::kHavingWithoutGroups, "HAVING clause (" + select.having->source +
@@ -78,6 +77,7 @@ SelectPlan Translator::plan(const Select& select, const Use& use) {
     result.having = truthOf(expression(*select.having, place));
   }
   planOrder(result, place);
+  seekByKeys(result, use);
   return result;
 }
 
