@@ -11,22 +11,25 @@ namespace platform {
 
 namespace {
 
+// Made once: making it maps a file.
+locale_t utf8Locale() {
+  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale;
+}
+
 // The calling thread works in UTF-8 for as long as this lives, whatever the user's locale.
-class Utf8Locale {
+class InUtf8 {
  public:
-  Utf8Locale() : locale_(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {
-    if (locale_ != nullptr) before_ = uselocale(locale_);
+  InUtf8() {
+    if (utf8Locale() != nullptr) before_ = uselocale(utf8Locale());
   }
-  ~Utf8Locale() {
-    if (locale_ == nullptr) return;
-    uselocale(before_);
-    freelocale(locale_);
+  ~InUtf8() {
+    if (utf8Locale() != nullptr) uselocale(before_);
   }
-  Utf8Locale(const Utf8Locale&) = delete;
-  Utf8Locale& operator=(const Utf8Locale&) = delete;
+  InUtf8(const InUtf8&) = delete;
+  InUtf8& operator=(const InUtf8&) = delete;
 
  private:
-  locale_t locale_;
   locale_t before_ = nullptr;
 };
 
@@ -48,7 +51,7 @@ std::string firstLowered(std::string_view text, std::size_t& taken) {
 }  // namespace
 
 std::string lowerCase(std::string_view text) {
-  const Utf8Locale locale;
+  const InUtf8 locale;
   std::string lower;
   while (!text.empty()) {
     std::size_t taken = 0;
