@@ -25,6 +25,8 @@ class Aggregate {
   Aggregate& operator=(const Aggregate&) = delete;
   virtual ~Aggregate() = default;
   virtual void step(const Variant& value) = 0;
+  // Whole numbers make up most of what is counted and summed.
+  virtual void stepWhole(std::int32_t value) { step(value); }
   [[nodiscard]] virtual Variant result() const = 0;
 };
 
@@ -39,6 +41,10 @@ class Sum : public Aggregate {
     } else {
       addReal(toDouble(value));
     }
+  }
+  void stepWhole(std::int32_t value) override {
+    ++count_;
+    addReal(value);
   }
   [[nodiscard]] Variant result() const override {
     if (count_ == 0) return {};
@@ -120,6 +126,14 @@ const unsigned char* signature(sqlite3_value* value) {
   return text;
 }
 
+// An Integer or a Long that lies in its range.
+bool isWhole(sqlite3_value* value, VariantType type) {
+  if (sqlite3_value_type(value) != SQLITE_INTEGER) return false;
+  const std::int64_t whole = sqlite3_value_int64(value);
+  return (type == VariantType::Long && whole == static_cast<std::int32_t>(whole)) ||
+         (type == VariantType::Integer && whole == static_cast<std::int16_t>(whole));
+}
+
 // What one group has gathered, and the type of its result.
 struct Group {
   std::unique_ptr<Aggregate> aggregate;
@@ -145,8 +159,11 @@ void stepCallback(sqlite3_context* context, int count, sqlite3_value** values) {
                                                       typeOfLetter(static_cast<char>(letters[0]))})
                             .release();
         }
-        slot->group->aggregate->step(
-            decode(values[1], typeOfLetter(static_cast<char>(letters[1]))));
+        const VariantType type = typeOfLetter(static_cast<char>(letters[1]));
+        if (isWhole(values[1], type))
+          slot->group->aggregate->stepWhole(sqlite3_value_int(values[1]));
+        else
+          slot->group->aggregate->step(decode(values[1], type));
       },
       [&](const char* text) { sqlite3_result_error(context, text, -1); });
 }

@@ -23,6 +23,7 @@ int compareCallback(void*, int leftSize, const void* left, int rightSize, const 
 }  // namespace
 
 int compareText(std::string_view left, std::string_view right) {
+  if (left == right) return 0;
   // What is the same byte for byte needs no decoding; a difference inside a character steps back
   // to the character's first byte.
   const std::size_t shorter = std::min(left.size(), right.size());

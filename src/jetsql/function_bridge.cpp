@@ -39,19 +39,42 @@ Variant evaluate(const Binding& binding, Arguments arguments) {
   return result;
 }
 
+std::string_view signatureOf(sqlite3_value* value, std::size_t count) {
+  const auto* letters = static_cast<const char*>(sqlite3_value_blob(value));
+  if (letters == nullptr || static_cast<std::size_t>(sqlite3_value_bytes(value)) != count + 1)
+    throw RuntimeError(error::kInvalidCall, "Invalid procedure call: signature.");
+  return {letters, count + 1};
+}
+
+// Sums and differences of amounts are by far the most calls. False where it takes the long way.
+bool runOfAmounts(const Binding& binding, sqlite3_context* context, std::string_view letters,
+                  sqlite3_value** values) {
+  std::int64_t result = 0;
+  if (letters != "ccc" || binding.function == nullptr || binding.function->ofAmounts == nullptr ||
+      sqlite3_value_type(values[1]) != SQLITE_INTEGER ||
+      sqlite3_value_type(values[2]) != SQLITE_INTEGER ||
+      binding.function->ofAmounts(sqlite3_value_int64(values[1]), sqlite3_value_int64(values[2]),
+                                  &result))
+    return false;
+  sqlite3_result_int64(context, result);
+  return true;
+}
+
 void run(const Binding& binding, sqlite3_context* context, std::size_t count,
          sqlite3_value** values) {
-  const auto* letters = reinterpret_cast<const char*>(sqlite3_value_text(values[0]));
-  if (letters == nullptr || std::char_traits<char>::length(letters) != count + 1)
-    throw RuntimeError(error::kInvalidCall, "Invalid procedure call: signature.");
-  constexpr std::size_t kFew = 4;
-  std::array<Variant, kFew> few;
-  std::vector<Variant> many(count > kFew ? count : 0);
-  const std::span<Variant> arguments =
-      count > kFew ? std::span<Variant>(many) : std::span<Variant>(few).first(count);
-  for (std::size_t i = 0; i < count; ++i)
-    arguments[i] = decode(values[i + 1], typeOfLetter(letters[i + 1]));
-  setResult(context, convert(evaluate(binding, arguments), typeOfLetter(letters[0])));
+  const std::string_view letters = signatureOf(values[0], count);
+  if (runOfAmounts(binding, context, letters, values)) return;
+  const auto argument = [&](std::size_t i) {
+    return i < count ? decode(values[i + 1], typeOfLetter(letters[i + 1])) : Variant();
+  };
+  const auto finish = [&](Arguments arguments) {
+    setResult(context, convert(evaluate(binding, arguments), typeOfLetter(letters[0])));
+  };
+  const std::array<Variant, 4> few{argument(0), argument(1), argument(2), argument(3)};
+  if (count <= few.size()) return finish(Arguments(few).first(count));
+  std::vector<Variant> many(few.begin(), few.end());
+  for (std::size_t i = few.size(); i < count; ++i) many.push_back(argument(i));
+  finish(many);
 }
 
 void callback(sqlite3_context* context, int count, sqlite3_value** values) {

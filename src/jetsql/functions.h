@@ -20,6 +20,7 @@
 // 94 Null where none may be.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -41,6 +42,8 @@ struct Function {
   jet::Variant (*implementation)(Arguments arguments, const Environment& environment);
   bool acceptsNull = false;   // false: a Null argument makes the result Null by itself
   bool deterministic = true;  // false: asks the clock
+  // The same of two amounts in ten-thousandths, which give an amount; true where it overflows.
+  bool (*ofAmounts)(std::int64_t left, std::int64_t right, std::int64_t* result) = nullptr;
 };
 
 [[nodiscard]] jet::Variant call(const Function& function, Arguments arguments,

@@ -52,6 +52,14 @@ std::int64_t checkedUnits(jet::Uint128 magnitude, bool negative) {
   return negative ? -units : units;
 }
 
+bool addAmounts(std::int64_t left, std::int64_t right, std::int64_t* sum) {
+  return __builtin_add_overflow(left, right, sum);
+}
+
+bool subtractAmounts(std::int64_t left, std::int64_t right, std::int64_t* difference) {
+  return __builtin_sub_overflow(left, right, difference);
+}
+
 Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
   const std::int64_t a = toCurrency(left).units;
   const std::int64_t b = toCurrency(right).units;
@@ -67,8 +75,8 @@ Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Vari
     const auto rest = static_cast<std::int64_t>(product % kCurrencyScale);
     const bool up = rest * 2 > kCurrencyScale || (rest * 2 == kCurrencyScale && whole % 2 != 0);
     units = checkedUnits(whole + (up ? 1 : 0), (a < 0) != (b < 0));
-  } else if (operation == Arithmetic::Add ? __builtin_add_overflow(a, b, &units)
-                                          : __builtin_sub_overflow(a, b, &units)) {
+  } else if (operation == Arithmetic::Add ? addAmounts(a, b, &units)
+                                          : subtractAmounts(a, b, &units)) {
     throwOverflow();
   }
   return Currency{units};
@@ -212,8 +220,9 @@ constexpr auto kDouble = fixedType<VariantType::Double>;
 constexpr auto kLong = fixedType<VariantType::Long>;
 
 constexpr Function kTable[] = {
-    {"add", 2, 2, arithmetic<Arithmetic::Add>, compute<Arithmetic::Add>},
-    {"sub", 2, 2, arithmetic<Arithmetic::Subtract>, compute<Arithmetic::Subtract>},
+    {"add", 2, 2, arithmetic<Arithmetic::Add>, compute<Arithmetic::Add>, false, true, addAmounts},
+    {"sub", 2, 2, arithmetic<Arithmetic::Subtract>, compute<Arithmetic::Subtract>, false, true,
+     subtractAmounts},
     {"mul", 2, 2, arithmetic<Arithmetic::Multiply>, compute<Arithmetic::Multiply>},
     {"div", 2, 2, kDouble, divide},
     {"intdiv", 2, 2, kLong, divideWhole},

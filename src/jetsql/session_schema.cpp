@@ -27,9 +27,11 @@ std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
 
 ConnectionHandle openConnection(CallState& state) {
   sqlite3* opened = nullptr;
-  const int status =
-      sqlite3_open_v2(":memory:", &opened,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY, nullptr);
+  // A session is used by one thread at a time and needs no lock of SQLite's.
+  const int status = sqlite3_open_v2(
+      ":memory:", &opened,
+      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX,
+      nullptr);
   ConnectionHandle connection(opened);
   if (status != SQLITE_OK) throw RuntimeError(kReserved, "SQLite could not be started.");
   registerFunctions(connection.get(), state);

@@ -1,5 +1,6 @@
 #include "jetsql/sql_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -85,6 +86,21 @@ std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& 
   return operands;
 }
 
+// a & b & c in SQLite's own words, where a literal among them keeps the whole from being Null: Null
+// stands for no text. Empty where the operator has to be called.
+std::string concatenation(std::span<const Sql> operands) {
+  constexpr std::size_t kMostOperands = 100;  // SQLite takes only so deep an expression
+  const auto isLiteral = [](const Sql& operand) { return operand.literal; };
+  if (operands.size() > kMostOperands || std::none_of(operands.begin(), operands.end(), isLiteral))
+    return {};
+  std::vector<std::string> parts;
+  for (const Sql& operand : operands) {
+    const std::string text = convertTo(operand, VariantType::Text).text;
+    parts.push_back(operand.literal ? text : "ifnull(" + text + ", '')");
+  }
+  return "(" + joined(parts, " || ") + ")";
+}
+
 }  // namespace
 
 std::string_view comparisonSymbol(Operator operation) {
@@ -128,7 +144,7 @@ std::string joined(std::span<const std::string> parts, std::string_view separato
 }
 
 Sql constant(const jet::Variant& value) {
-  Sql sql{.text = "NULL", .type = value.type()};
+  Sql sql{.text = "NULL", .type = value.type(), .literal = !value.isNull()};
   switch (value.type()) {
     case VariantType::Null:
       break;
@@ -184,10 +200,12 @@ std::string collated(const Sql& sql) {
 Sql convertTo(const Sql& sql, VariantType type) {
   if (sql.type == type) return sql;
   if (sql.type == VariantType::Null || type == VariantType::Null) return {sql.text, type};
-  // Whole numbers of more bits, and floats from whole numbers, need no call.
+  // Whole numbers of more bits, and amounts from whole numbers, need no call.
   if (isWholeNumber(sql.type) && isWholeNumber(type) && sql.type < type &&
       type != VariantType::Byte)
     return {valueOf(sql), type};
+  if (isWholeNumber(sql.type) && type == VariantType::Currency)
+    return {"(" + valueOf(sql) + " * 10000)", type};  // 32 bits cannot overflow
   return {callText("convert", type, std::array{sql}), type};
 }
 
@@ -209,7 +227,8 @@ Sql unaryCall(std::string_view name, const Sql& operand) {
 Sql binaryCall(std::string_view name, const Sql& left, const Sql& right) {
   const VariantType result = findOperator(name)->resultType(std::array{left.type, right.type});
   std::vector<Sql> operands = operandsOf(name, left, right);
-  std::string text = callText("op_" + std::string(name), result, operands);
+  std::string text = name == "concat" ? concatenation(operands) : std::string();
+  if (text.empty()) text = callText("op_" + std::string(name), result, operands);
   return {std::move(text), result, false, name, std::move(operands)};
 }
 

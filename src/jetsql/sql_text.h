@@ -26,6 +26,7 @@ struct Sql {
   // takes only so much nesting.
   std::string_view chain{};
   std::vector<Sql> parts{};
+  bool literal = false;  // a constant, and not Null
 };
 
 // " = ", " <= ", ... of a comparison.

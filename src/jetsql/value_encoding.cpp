@@ -118,6 +118,8 @@ jet::Numeric decodeNumeric(const void* bytes, std::size_t size) {
   return value;
 }
 
+// A text is asked for as its bytes: asked for as a text, SQLite would first copy it to put a zero
+// behind it.
 EncodedValue encodedValue(sqlite3_value* value) {
   using Kind = EncodedValue::Kind;
   switch (sqlite3_value_type(value)) {
@@ -126,7 +128,7 @@ EncodedValue encodedValue(sqlite3_value* value) {
     case SQLITE_FLOAT:
       return {Kind::Real, 0, sqlite3_value_double(value), {}};
     case SQLITE_TEXT: {
-      const void* text = sqlite3_value_text(value);
+      const void* text = sqlite3_value_blob(value);
       return {Kind::Text, 0, 0, bytesOf(text, sqlite3_value_bytes(value))};
     }
     case SQLITE_BLOB: {
@@ -146,7 +148,7 @@ EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
     case SQLITE_FLOAT:
       return {Kind::Real, 0, sqlite3_column_double(statement, column), {}};
     case SQLITE_TEXT: {
-      const void* text = sqlite3_column_text(statement, column);
+      const void* text = sqlite3_column_blob(statement, column);
       return {Kind::Text, 0, 0, bytesOf(text, sqlite3_column_bytes(statement, column))};
     }
     case SQLITE_BLOB: {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "jetsql/decimal.h"
 #include "platform/runtime_error.h"
@@ -16,6 +17,14 @@ using jet::VariantType;
 namespace {
 
 constexpr std::string_view kLetters = "nybilsdctmxo";  // in the order of VariantType
+
+// The types by their letters, from a on; Null for a letter that is none.
+constexpr auto kTypes = [] {
+  std::array<VariantType, 26> types{};
+  for (std::size_t i = 0; i < kLetters.size(); ++i)
+    types[static_cast<std::size_t>(kLetters[i] - 'a')] = static_cast<VariantType>(i);
+  return types;
+}();
 
 // How numbers widen: the larger of two ranks holds both, with exceptions where a float meets
 // something of more digits than it has.
@@ -76,8 +85,8 @@ jet::Binary toBinary(const Variant& value) {
 char letterOf(VariantType type) { return kLetters[static_cast<std::size_t>(type)]; }
 
 VariantType typeOfLetter(char letter) {
-  const std::size_t at = kLetters.find(letter);
-  return at == std::string_view::npos ? VariantType::Null : static_cast<VariantType>(at);
+  const std::size_t at = static_cast<unsigned char>(letter) - std::size_t{'a'};
+  return at < kTypes.size() ? kTypes[at] : VariantType::Null;
 }
 
 bool isWholeNumber(VariantType type) {
@@ -143,6 +152,11 @@ Variant convert(const Variant& value, VariantType type) {
       return toBinary(value);
   }
   return {};
+}
+
+Variant convert(Variant&& value, VariantType type) {
+  if (value.isNull() || value.type() == type) return std::move(value);
+  return convert(std::as_const(value), type);
 }
 
 }  // namespace jetsql

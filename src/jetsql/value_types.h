@@ -34,5 +34,6 @@ enum class Arithmetic { Add, Subtract, Multiply };
 
 // Null stays Null; to Null gives Null. Whole numbers round halves to even.
 [[nodiscard]] jet::Variant convert(const jet::Variant& value, jet::VariantType type);
+[[nodiscard]] jet::Variant convert(jet::Variant&& value, jet::VariantType type);
 
 }  // namespace jetsql
