@@ -122,18 +122,17 @@ jet::Numeric decodeNumeric(const void* bytes, std::size_t size) {
 // behind it.
 EncodedValue encodedValue(sqlite3_value* value) {
   using Kind = EncodedValue::Kind;
-  switch (sqlite3_value_type(value)) {
+  const int type = sqlite3_value_type(value);
+  switch (type) {
     case SQLITE_INTEGER:
       return {Kind::Whole, sqlite3_value_int64(value), 0, {}};
     case SQLITE_FLOAT:
       return {Kind::Real, 0, sqlite3_value_double(value), {}};
-    case SQLITE_TEXT: {
-      const void* text = sqlite3_value_blob(value);
-      return {Kind::Text, 0, 0, bytesOf(text, sqlite3_value_bytes(value))};
-    }
+    case SQLITE_TEXT:
     case SQLITE_BLOB: {
-      const void* blob = sqlite3_value_blob(value);
-      return {Kind::Blob, 0, 0, bytesOf(blob, sqlite3_value_bytes(value))};
+      const void* bytes = sqlite3_value_blob(value);
+      return {type == SQLITE_TEXT ? Kind::Text : Kind::Blob, 0, 0,
+              bytesOf(bytes, sqlite3_value_bytes(value))};
     }
     default:
       return {};
@@ -142,18 +141,17 @@ EncodedValue encodedValue(sqlite3_value* value) {
 
 EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
   using Kind = EncodedValue::Kind;
-  switch (sqlite3_column_type(statement, column)) {
+  const int type = sqlite3_column_type(statement, column);
+  switch (type) {
     case SQLITE_INTEGER:
       return {Kind::Whole, sqlite3_column_int64(statement, column), 0, {}};
     case SQLITE_FLOAT:
       return {Kind::Real, 0, sqlite3_column_double(statement, column), {}};
-    case SQLITE_TEXT: {
-      const void* text = sqlite3_column_blob(statement, column);
-      return {Kind::Text, 0, 0, bytesOf(text, sqlite3_column_bytes(statement, column))};
-    }
+    case SQLITE_TEXT:
     case SQLITE_BLOB: {
-      const void* blob = sqlite3_column_blob(statement, column);
-      return {Kind::Blob, 0, 0, bytesOf(blob, sqlite3_column_bytes(statement, column))};
+      const void* bytes = sqlite3_column_blob(statement, column);
+      return {type == SQLITE_TEXT ? Kind::Text : Kind::Blob, 0, 0,
+              bytesOf(bytes, sqlite3_column_bytes(statement, column))};
     }
     default:
       return {};
