@@ -55,6 +55,7 @@ struct SelectPlan {
   std::string from;
   std::vector<std::string> conditions;
   std::vector<Sql> groups;
+  std::vector<std::string> fixed;       // of the groups: those that a condition allows one value
   std::vector<std::string> identities;  // of DISTINCTROW: one row for each set of these
   std::string having;
   std::vector<std::pair<Sql, bool>> order;  // descending

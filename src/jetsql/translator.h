@@ -59,6 +59,7 @@ class Translator {
   [[nodiscard]] std::string render(const SelectPlan& plan,
                                    const std::vector<std::string>& projection,
                                    bool keepOrder) const;
+  [[nodiscard]] std::vector<std::string> groupTerms(const SelectPlan& plan) const;
   [[nodiscard]] std::vector<std::string> orderTerms(const SelectPlan& plan) const;
   [[nodiscard]] std::string ranked(const SelectPlan& plan, const std::string& sql,
                                    std::size_t columns) const;

@@ -3,6 +3,7 @@
 
 #include "jetsql/collation.h"
 #include "jetsql/translator.h"
+#include "jetsql/value_types.h"
 #include "platform/runtime_error.h"
 
 namespace jetsql {
@@ -34,6 +35,12 @@ std::string sortKey(const Sql& sql) {
   if (sql.text.find_first_not_of("-0123456789") == std::string::npos)
     return "CAST(" + sql.text + " AS INTEGER)";
   return collated(sql);
+}
+
+// Types of which values that compare equal are the same, whatever they are compared with.
+bool hasOneFormEach(jet::VariantType type) {
+  return isWholeNumber(type) || type == jet::VariantType::Single ||
+         type == jet::VariantType::Double || type == jet::VariantType::DateTime;
 }
 
 std::string columnList(std::string_view prefix, std::size_t count) {
@@ -102,8 +109,12 @@ void Translator::applyDemands(SelectPlan& plan, const Use& use) const {
     for (const Output& output : plan.outputs)
       if (equalText(output.name, demand.path.back()) &&
           std::any_of(plan.groups.begin(), plan.groups.end(),
-                      [&](const Sql& group) { return group.text == output.value.text; }))
+                      [&](const Sql& group) { return group.text == output.value.text; })) {
         plan.conditions.push_back(demandText(demand, output.value));
+        if (demand.kind == Expression::Kind::Binary && demand.operation == Operator::Equal &&
+            hasOneFormEach(output.value.type))
+          plan.fixed.push_back(output.value.text);
+      }
 }
 
 void Translator::planOutputs(SelectPlan& plan, Place& place) {
@@ -208,6 +219,17 @@ std::vector<std::string> Translator::orderTerms(const SelectPlan& plan) const {
   return terms;
 }
 
+// A group that has one value need not be sorted by, as long as another remains: without any, there
+// would be a row where there is none.
+std::vector<std::string> Translator::groupTerms(const SelectPlan& plan) const {
+  std::vector<std::string> terms = plan.identities;
+  for (const Sql& group : plan.groups)
+    if (std::find(plan.fixed.begin(), plan.fixed.end(), group.text) == plan.fixed.end())
+      terms.push_back(sortKey(group));
+  if (terms.empty() && !plan.groups.empty()) terms.push_back(sortKey(plan.groups.front()));
+  return terms;
+}
+
 std::string Translator::render(const SelectPlan& plan, const std::vector<std::string>& projection,
                                bool keepOrder) const {
   const Select& select = *plan.select;
@@ -222,8 +244,7 @@ std::string Translator::render(const SelectPlan& plan, const std::vector<std::st
     for (std::size_t i = 0; i < plan.order.size(); ++i)
       columns.push_back(valueOf(plan.order[i].first) + " AS o" + std::to_string(i));
 
-  std::vector<std::string> groups = plan.identities;
-  for (const Sql& group : plan.groups) groups.push_back(sortKey(group));
+  const std::vector<std::string> groups = groupTerms(plan);
   std::string sql = std::string(distinct ? "SELECT DISTINCT " : "SELECT ") + joined(columns, ", ") +
                     clause("FROM", plan.from) + clause("WHERE", joined(plan.conditions, " AND ")) +
                     clause("GROUP BY", joined(groups, ", ")) + clause("HAVING", plan.having);

@@ -31,6 +31,7 @@ TEST_F(TranslationTest, Expressions) {
       {"Null", "SELECT Null + 1, Null & 'a', Null = Null, Not Null, False And Null", "-,a,-,-,0"},
       {"exact amounts", "SELECT price * 3, price + 0.5, price / 2 FROM Sales WHERE id = 4",
        "15.75,5.75,2.625"},
+      {"too large amounts", "SELECT CCur('922337203685477') + CCur('1')", "error 6"},
       {"days", "SELECT #8/2/2013# - #2013-07-31#, #8/31/2013# + 1, #8/2/2013 6:00:00 PM#",
        "2,2013-09-01,2013-08-02 18:00:00"},
       {"exponents and points", "SELECT 1.5E3, .5, 2e-1, 3000000000", "1500,0.5,0.2,3000000000"},
@@ -257,6 +258,12 @@ TEST_F(TranslationTest, ConditionsReachTheTables) {
     EXPECT_EQ(scans(std::string("SELECT * FROM ") + query + " WHERE day = #8/2/2013#", "Sales"), 0)
         << query;
   EXPECT_EQ(scans("SELECT * FROM byDay WHERE kind = 1", "Sales"), 1);
+  // Where a condition leaves one group, it leaves none on a day without rows.
+  expectAll({
+      {"one group", "SELECT t FROM overDay WHERE day = #8/1/2013#", "30.5"},
+      {"no group", "SELECT * FROM overDay WHERE day = #8/9/2013#", ""},
+      {"groups of a day", "SELECT kind, s FROM byDay WHERE day = #8/2/2013#", "1,20|3,5.25"},
+  });
 }
 
 // A day put together from parts is computed once for all rows, then looked up.
@@ -266,14 +273,17 @@ TEST_F(TranslationTest, ComputedColumnsAreFoundByTheirKeys) {
   addQuery("outside",
            "SELECT Items.id, Sales.id & 'x' AS tag FROM Items LEFT JOIN Sales ON "
            "Items.s_id = Sales.id");
+  addQuery("list",
+           "SELECT DISTINCT Left(note, 1) & '.' AS tag FROM Sales ORDER BY Left(note, 1) & '.'");
   expectAll({
       {"condition after condition", "SELECT id FROM tags WHERE tag = 'K.' AND price < 20", "1"},
       {"grouped", "SELECT s FROM sums WHERE y = 2013", "55.75"},
       {"the missing side of a join has no row to be found",
        "SELECT id FROM outside WHERE tag = 'x'", "14"},
       {"not equal", "SELECT id FROM tags WHERE tag <> 'k.' ORDER BY id", "2|3|4"},
+      {"shown once, ordered", "SELECT tag FROM list WHERE tag = 'k.'", "K."},
   });
-  ASSERT_EQ(keys_.size(), 2U);
+  ASSERT_EQ(keys_.size(), 3U);
   EXPECT_TRUE(keys_[0].isText);
   EXPECT_EQ(keys_[0].columns, std::vector<std::size_t>{4});
   EXPECT_FALSE(keys_[1].isText);
