@@ -35,8 +35,9 @@ class CodePage {
 
  private:
   class Converter;
+  class Encoder;
 
   int number_;
   std::unique_ptr<Converter> decoder_;
-  std::unique_ptr<Converter> encoder_;
+  std::unique_ptr<Encoder> encoder_;
 };

@@ -8,6 +8,7 @@
 
 #include <iconv.h>
 
+#include "platform/ascii.h"
 #include "platform/runtime_error.h"
 
 namespace {
@@ -17,8 +18,6 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 std::string systemName(int number) {
   return number == 65001 ? std::string("UTF-8") : "CP" + std::to_string(number);
 }
-
-bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 
 // Bytes of the UTF-8 character that `text` begins with, going by its first byte.
 std::size_t characterLength(std::string_view text) {
@@ -30,9 +29,30 @@ std::size_t characterLength(std::string_view text) {
 
 std::size_t oneByte(std::string_view) { return 1; }
 
+// Number of the character of two or three bytes that `text` begins with, and its length; length 0
+// for any other and for what is no UTF-8.
+struct Character {
+  std::size_t number = 0;
+  std::size_t length = 0;
+};
+
+Character shortCharacter(std::string_view text) {
+  const auto byte = [&](std::size_t i) { return std::size_t{static_cast<unsigned char>(text[i])}; };
+  const auto follows = [&](std::size_t i) { return (byte(i) & 0xC0) == 0x80; };
+  const std::size_t lead = byte(0);
+  if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && follows(1)) {
+    return {(lead & 0x1F) << 6 | (byte(1) & 0x3F), 2};
+  }
+  if (lead >= 0xE0 && lead < 0xF0 && text.size() > 2 && follows(1) && follows(2)) {
+    const std::size_t number = (lead & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
+    if (number >= 0x800) return {number, 3};
+  }
+  return {};
+}
+
 }  // namespace
 
-// One direction. The system's converter is asked for what is not ASCII only.
+// One direction of the system's converter.
 class CodePage::Converter {
  public:
   using SkipLength = std::size_t (*)(std::string_view);
@@ -80,6 +100,73 @@ class CodePage::Converter {
   SkipLength skipLength_;
 };
 
+// What the system's converter made of each character that was met, so that it is asked only once:
+// a call of it costs more than the rest of a statement's conversion. Good for code pages in which a
+// character's bytes do not depend on those before it, as in all that Windows counts as its own.
+class CodePage::Encoder {
+ public:
+  explicit Encoder(const std::string& to) : converter_(to, "UTF-8", "?", characterLength) {}
+
+  void append(std::string_view text, std::string& out) {
+    while (!text.empty()) {
+      const std::size_t ascii = platform::asciiPrefix(text);
+      out.append(text.data(), ascii);
+      text.remove_prefix(ascii);
+      text.remove_prefix(appendOthers(text, out));
+    }
+  }
+
+ private:
+  // The bytes of one character, and how many; 0 where it has not been met yet.
+  struct Encoded {
+    std::array<char, 3> bytes{};
+    std::uint8_t length = 0;
+  };
+  static constexpr std::size_t kBlock = 256;  // characters
+  using Block = std::array<Encoded, kBlock>;
+
+  // Takes the characters beyond ASCII that `text` begins with and gives their bytes.
+  std::size_t appendOthers(std::string_view text, std::string& out) {
+    std::size_t taken = 0;
+    while (taken < text.size() && static_cast<unsigned char>(text[taken]) >= 0x80) {
+      const std::string_view rest = text.substr(taken);
+      const Character character = shortCharacter(rest);
+      if (character.length == 0) {
+        const std::size_t length = characterLength(rest);
+        converter_.append(rest.substr(0, length), out);
+        taken += length;
+        continue;
+      }
+      taken += character.length;
+      const Encoded& known = encoded(character, rest);
+      if (known.length != 0) {
+        out.append(known.bytes.data(), known.length);
+      } else {
+        converter_.append(rest.substr(0, character.length), out);
+      }
+    }
+    return taken;
+  }
+
+  const Encoded& encoded(const Character& character, std::string_view text) {
+    std::unique_ptr<Block>& block = blocks_[character.number / kBlock];
+    if (!block) block = std::make_unique<Block>();
+    Encoded& place = (*block)[character.number % kBlock];
+    if (place.length == 0) {
+      std::string bytes;
+      converter_.append(text.substr(0, character.length), bytes);
+      if (bytes.size() <= place.bytes.size()) {
+        std::copy(bytes.begin(), bytes.end(), place.bytes.begin());
+        place.length = static_cast<std::uint8_t>(bytes.size());
+      }
+    }
+    return place;
+  }
+
+  Converter converter_;
+  std::array<std::unique_ptr<Block>, 0x10000 / kBlock> blocks_;
+};
+
 CodePage::CodePage(int number)
     : number_(number),
       decoder_(std::make_unique<Converter>("UTF-8", systemName(number), kReplacement, oneByte)) {}
@@ -89,21 +176,14 @@ CodePage& CodePage::operator=(CodePage&&) noexcept = default;
 CodePage::~CodePage() = default;
 
 void CodePage::appendUtf8(std::string_view text, std::string& out) {
-  const auto ascii = std::find_if_not(text.begin(), text.end(), isAscii) - text.begin();
-  out.append(text.data(), static_cast<std::size_t>(ascii));
-  text.remove_prefix(static_cast<std::size_t>(ascii));
+  const std::size_t ascii = platform::asciiPrefix(text);
+  out.append(text.data(), ascii);
+  text.remove_prefix(ascii);
   if (!text.empty()) decoder_->append(text, out);
 }
 
 void CodePage::appendFromUtf8(std::string_view text, std::string& out) {
-  const auto ascii = std::find_if_not(text.begin(), text.end(), isAscii) - text.begin();
-  out.append(text.data(), static_cast<std::size_t>(ascii));
-  text.remove_prefix(static_cast<std::size_t>(ascii));
-  if (text.empty()) return;
-  if (!encoder_) {
-    encoder_ = std::make_unique<Converter>(systemName(number_), "UTF-8", std::string_view("?"),
-                                           characterLength);
-  }
+  if (!encoder_) encoder_ = std::make_unique<Encoder>(systemName(number_));
   encoder_->append(text, out);
 }
 

@@ -15,9 +15,10 @@ constexpr int kKorean = 949;
 }  // namespace
 
 void appendLine(const std::string& path, std::string_view text) {
+  thread_local CodePage korean(kKorean);  // dearer to make than a line is to write
   std::string line;
   line.reserve(text.size() + 2);
-  CodePage(kKorean).appendFromUtf8(text, line);
+  korean.appendFromUtf8(text, line);
   appendToFile(path, line += "\r\n");
 }
 
