@@ -1,14 +1,15 @@
 #include "jet/text.h"
 
-#include <algorithm>
+#include "platform/ascii.h"
 
 namespace jet {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+constexpr std::string_view kCompressedMark = "\xFF\xFE";
 
-void appendCharacter(char32_t c, std::string& utf8) {
-  const auto put = [&](char32_t bits) { utf8.push_back(static_cast<char>(bits)); };
+char* putCharacter(char32_t c, char* to) {
+  const auto put = [&](char32_t bits) { *to++ = static_cast<char>(bits); };
   if (c < 0x80) {
     put(c);
   } else if (c < 0x800) {
@@ -24,20 +25,42 @@ void appendCharacter(char32_t c, std::string& utf8) {
     put(0x80 | (c >> 6 & 0x3F));
     put(0x80 | (c & 0x3F));
   }
+  return to;
 }
 
-// Joins surrogate pairs; a half without its other half becomes U+FFFD.
+// Puts up to `units` UTF-16 units behind a text as UTF-8, in room taken once for all of them. Joins
+// surrogate pairs; a half without its other half becomes U+FFFD.
 class Utf16Appender {
  public:
-  explicit Utf16Appender(std::string& utf8) : utf8_(utf8) {}
-  ~Utf16Appender() { flush(); }
+  Utf16Appender(std::string& utf8, std::size_t units) : utf8_(utf8) {
+    const std::size_t before = utf8.size();
+    utf8.resize(before + kMostBytes * units);
+    to_ = utf8.data() + before;
+  }
+  ~Utf16Appender() {
+    flush();
+    utf8_.resize(static_cast<std::size_t>(to_ - utf8_.data()));
+  }
   Utf16Appender(const Utf16Appender&) = delete;
   Utf16Appender& operator=(const Utf16Appender&) = delete;
 
   void put(char16_t unit) {
+    if (high_ == 0 && (unit < 0xD800 || unit >= 0xE000)) {
+      to_ = putCharacter(unit, to_);
+    } else {
+      putSurrogate(unit);
+    }
+  }
+
+ private:
+  static constexpr std::size_t kMostBytes = 3;  // a unit's; a pair has four
+
+  static bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
+  void putSurrogate(char16_t unit) {
     if (high_ != 0 && isLow(unit)) {
-      appendCharacter(0x10000 + ((char32_t{high_} - 0xD800) << 10) + (char32_t{unit} - 0xDC00),
-                      utf8_);
+      to_ = putCharacter(0x10000 + ((char32_t{high_} - 0xD800) << 10) + (char32_t{unit} - 0xDC00),
+                         to_);
       high_ = 0;
       return;
     }
@@ -45,24 +68,18 @@ class Utf16Appender {
     if (unit >= 0xD800 && unit < 0xDC00) {
       high_ = unit;
     } else {
-      appendCharacter(isLow(unit) ? kReplacement : char32_t{unit}, utf8_);
+      to_ = putCharacter(isLow(unit) ? kReplacement : char32_t{unit}, to_);
     }
   }
-
- private:
-  static bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
   void flush() {
-    if (high_ != 0) appendCharacter(kReplacement, utf8_);
+    if (high_ != 0) to_ = putCharacter(kReplacement, to_);
     high_ = 0;
   }
 
   std::string& utf8_;
+  char* to_;
   char16_t high_ = 0;
 };
-
-bool isAscii(Bytes bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](std::byte b) { return b < std::byte{0x80}; });
-}
 
 // Takes one character off the front of `utf8`, which is not empty.
 char32_t takeCharacter(std::string_view& utf8) {
@@ -103,14 +120,14 @@ std::vector<std::byte> toUtf16(std::string_view utf8) {
 }
 
 void appendUtf16(Bytes stored, std::string& utf8) {
-  Utf16Appender out(utf8);
+  Utf16Appender out(utf8, stored.size() / 2);
   for (std::size_t i = 0; i + 1 < stored.size(); i += 2) {
     out.put(static_cast<char16_t>(loadU16(stored, i)));
   }
 }
 
 void appendCompressed(Bytes stored, std::string& utf8) {
-  Utf16Appender out(utf8);
+  Utf16Appender out(utf8, stored.size());
   bool compressed = true;
   for (std::size_t i = 0; i < stored.size();) {
     const std::uint8_t low = loadU8(stored, i);
@@ -130,20 +147,31 @@ void appendCompressed(Bytes stored, std::string& utf8) {
 TextDecoder::TextDecoder(Version version, int codePage) : version_(version), codePage_(codePage) {}
 
 void TextDecoder::append(Bytes stored, std::string& utf8) {
-  if (version_ == Version::Jet3) {
+  if (const auto text = plainText(stored)) {
+    utf8 += *text;
+  } else if (version_ == Version::Jet3) {
     codePage_.appendUtf8(asText(stored), utf8);
-    return;
-  }
-  constexpr std::string_view kCompressedMark = "\xFF\xFE";
-  if (asText(stored).starts_with(kCompressedMark)) {
+  } else if (asText(stored).starts_with(kCompressedMark)) {
     appendCompressed(stored.subspan(kCompressedMark.size()), utf8);
   } else {
     appendUtf16(stored, utf8);
   }
 }
 
+// The stored bytes that are the text itself already.
+std::optional<std::string_view> TextDecoder::plainText(Bytes stored) const {
+  std::string_view text = asText(stored);
+  if (version_ == Version::Jet4) {
+    if (!text.starts_with(kCompressedMark)) return std::nullopt;
+    text.remove_prefix(kCompressedMark.size());
+    if (text.find('\0') != std::string_view::npos) return std::nullopt;
+  }
+  if (platform::asciiPrefix(text) != text.size()) return std::nullopt;
+  return text;
+}
+
 std::string_view TextDecoder::decode(Bytes stored, std::string& scratch) {
-  if (version_ == Version::Jet3 && isAscii(stored)) return asText(stored);
+  if (const auto text = plainText(stored)) return *text;
   scratch.clear();
   append(stored, scratch);
   return scratch;

@@ -7,6 +7,7 @@
 // Half a surrogate pair and bytes that are no text become U+FFFD; nothing here throws on bad bytes.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,12 +25,14 @@ class TextDecoder {
 
   void append(Bytes stored, std::string& utf8);
 
-  // The text itself where it is stored as plain ASCII (Jet 3), else decoded into `scratch`.
+  // The text itself where it is stored as plain ASCII, else decoded into `scratch`.
   [[nodiscard]] std::string_view decode(Bytes stored, std::string& scratch);
 
   [[nodiscard]] std::string decoded(Bytes stored);
 
  private:
+  [[nodiscard]] std::optional<std::string_view> plainText(Bytes stored) const;
+
   Version version_;
   CodePage codePage_;
 };
