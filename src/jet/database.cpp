@@ -179,14 +179,15 @@ Table& Database::openTable(const CatalogueEntry& entry) {
   return tableAt(static_cast<std::uint32_t>(entry.id) & kPageOfId, entry.name);
 }
 
-void Database::updateRow(Table& table, RowId id, std::span<const FieldChange> changes) {
+void Database::updateRows(Table& table, std::span<const RowId> ids,
+                          std::span<const FieldChange> changes) {
   if (options_.readOnly || !lockFile_) {
     throw RuntimeError(error::kReadOnly, "'" + file_.path() +
                                              "' was opened for reading only: table '" +
                                              table.name() + "' is not updatable.");
   }
   platform::Sleeper& sleeper = options_.sleeper != nullptr ? *options_.sleeper : systemSleeper_;
-  updaters_.try_emplace(&table, table, *lockFile_, sleeper).first->second.update(id, changes);
+  updaters_.try_emplace(&table, table, *lockFile_, sleeper).first->second.update(ids, changes);
 }
 
 std::vector<QueryRow> Database::queryRows(const CatalogueEntry& query) {

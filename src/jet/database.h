@@ -97,9 +97,12 @@ class Database {
   [[nodiscard]] Table& openTable(std::string_view name);
   [[nodiscard]] Table& openTable(const CatalogueEntry& entry);
 
-  // Changes fields of a row of one of this file's tables; jet/row_update.h says how and with which
-  // errors.
-  void updateRow(Table& table, RowId id, std::span<const FieldChange> changes);
+  // Makes the same change to rows of one of this file's tables; jet/row_update.h says how and with
+  // which errors.
+  void updateRows(Table& table, std::span<const RowId> ids, std::span<const FieldChange> changes);
+  void updateRow(Table& table, RowId id, std::span<const FieldChange> changes) {
+    updateRows(table, {&id, 1}, changes);
+  }
 
   // The clauses of a stored query, by attribute and then by order.
   [[nodiscard]] std::vector<QueryRow> queryRows(const CatalogueEntry& query);

@@ -27,6 +27,14 @@ bool isLockConflict(const RuntimeError& failure) {
   return failure.number() == error::kLocked || failure.number() == error::kLockedByUser;
 }
 
+void setFields(RowEncoder& row, const TableDefinition& definition,
+               std::span<const FieldChange> changes) {
+  for (const FieldChange& change : changes) {
+    const Column& column = definition.columns.at(change.column);
+    row.set(column, encodeField(column, change.value));
+  }
+}
+
 // What happens to one index.
 struct IndexWork {
   const RealIndex* index = nullptr;
@@ -59,16 +67,68 @@ std::vector<IndexWork> indexWork(PageFile& file, const TableDefinition& definiti
 
 }  // namespace
 
-void RowUpdater::update(RowId id, std::span<const FieldChange> changes) {
+template <typename Step>
+auto RowUpdater::untilUnlocked(Step step) {
   for (int tries = 1;; ++tries) {
     try {
-      attempt(id, changes);
-      return;
+      return step();
     } catch (const RuntimeError& failure) {
       if (!isLockConflict(failure) || tries == kAttempts) throw;
     }
     sleeper_.sleep(kRetryDelay);
   }
+}
+
+void RowUpdater::update(std::span<const RowId> ids, std::span<const FieldChange> changes) {
+  const bool alone = anyIndexed(changes);
+  while (!ids.empty()) {
+    const auto elsewhere =
+        std::ranges::find_if(ids, [&](RowId id) { return id.page != ids.front().page; });
+    const auto neighbours = ids.first(static_cast<std::size_t>(elsewhere - ids.begin()));
+    const bool done = !alone && neighbours.size() > 1 &&
+                      untilUnlocked([&] { return tryNeighbours(neighbours, changes); });
+    if (!done) {
+      for (const RowId id : neighbours) untilUnlocked([&] { attempt(id, changes); });
+    }
+    ids = ids.subspan(neighbours.size());
+  }
+}
+
+bool RowUpdater::anyIndexed(std::span<const FieldChange> changes) const {
+  const auto isChanged = [&](const IndexColumn& part) {
+    return std::ranges::any_of(
+        changes, [&](const FieldChange& change) { return change.column == part.column; });
+  };
+  return std::ranges::any_of(table_.definition().realIndexes, [&](const RealIndex& index) {
+    return std::ranges::any_of(index.columns, isChanged);
+  });
+}
+
+// False, and nothing changed, when one of the rows is not to be changed in its place. Which one,
+// and why, comes out when they go one by one.
+bool RowUpdater::tryNeighbours(std::span<const RowId> ids, std::span<const FieldChange> changes) {
+  PageFile& file = table_.file();
+  const TableDefinition& definition = table_.definition();
+  PageEdits edits(file, locks_);
+  Page& page = edits.edit(ids.front().page);
+  try {
+    checkDataPage(file, page, definition.page);
+    for (const RowId id : ids) {
+      if (id.row >= rowCount(file.format(), page)) return false;
+      const RowSlot slot = rowSlot(file, page, id.row);
+      if (slot.deleted || slot.forwarded) return false;
+      const auto place = MutableBytes(page.bytes).subspan(slot.start, slot.size());
+      RowEncoder row(file, page.number, definition, place);
+      setFields(row, definition, changes);
+      if (row.grown()) return false;
+      std::ranges::copy(row.bytes(), place.begin());
+    }
+  } catch (const RuntimeError&) {
+    return false;
+  }
+  edits.schedule(page.number);
+  edits.writeAll();
+  return true;
 }
 
 void RowUpdater::attempt(RowId id, std::span<const FieldChange> changes) {
@@ -78,10 +138,7 @@ void RowUpdater::attempt(RowId id, std::span<const FieldChange> changes) {
   const Place place = find(edits, id);
   const RowEncoder before(file, place.at.page, definition, place.bytes);
   RowEncoder after = before;
-  for (const FieldChange& change : changes) {
-    const Column& column = definition.columns.at(change.column);
-    after.set(column, encodeField(column, change.value));
-  }
+  setFields(after, definition, changes);
   if (after.bytes() == before.bytes()) return;
 
   const std::vector<IndexWork> works = indexWork(file, definition, id, before, after);

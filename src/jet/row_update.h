@@ -1,10 +1,15 @@
 // Changing fields of a row in a file that others have open.
 //
 //   RowUpdater updater(table, lockFile, sleeper);
-//   updater.update(id, {{cUpload, Variant(true)}, {ccUpload, Variant(false)}});
+//   updater.update(ids, {{cUpload, Variant(true)}, {ccUpload, Variant(false)}});
+//
+// The same change goes to each of the rows, in their order. Neighbours on one page that are changed
+// byte by byte in their places share one lock, one reading and one write; any other row goes by
+// itself. With an error the rows before the one that met it are changed, it and those behind it are
+// not.
 //
 // Fields of fixed size and Yes/No; only the bytes that differ are written, and a row that has the
-// values already is not written at all. Each update locks the pages that it touches, reads them
+// values already is not written at all. Each step locks the pages that it touches, reads them
 // again, works everything out, writes, and lets go of the locks before it returns: none is held
 // while the caller thinks. A page that another user has locked is tried again for two seconds.
 //
@@ -26,7 +31,7 @@
 //
 // Errors: 3167 the row is gone, 3022 a unique index has the new key already, 3164 a field that is
 // not written here, 3260 and 3218 locked by another user, 3027 file opened for reading, 3049
-// damage, 6 and 13 values that do not fit. With each of them, nothing has been changed.
+// damage, 6 and 13 values that do not fit. With each of them, nothing of that row has been changed.
 #pragma once
 
 #include <chrono>
@@ -55,7 +60,7 @@ class RowUpdater {
   RowUpdater(Table& table, LockFile& locks, platform::Sleeper& sleeper)
       : table_(table), locks_(locks), sleeper_(sleeper) {}
 
-  void update(RowId id, std::span<const FieldChange> changes);
+  void update(std::span<const RowId> ids, std::span<const FieldChange> changes);
 
  private:
   // The place where the row's bytes are: its own, or the one that it was forwarded to.
@@ -64,6 +69,11 @@ class RowUpdater {
     Bytes bytes;
   };
 
+  template <typename Step>
+  auto untilUnlocked(Step step);
+  [[nodiscard]] bool anyIndexed(std::span<const FieldChange> changes) const;
+  [[nodiscard]] bool tryNeighbours(std::span<const RowId> ids,
+                                   std::span<const FieldChange> changes);
   void attempt(RowId id, std::span<const FieldChange> changes);
   [[nodiscard]] Place find(PageEdits& edits, RowId id);
   void write(PageEdits& edits, RowId id, const Place& place, const RowEncoder& row);

@@ -53,7 +53,7 @@ void RecordSet::Implementation::moveNext() {
 }
 
 const jet::Row* RecordSet::Implementation::row(std::size_t source) {
-  const std::int64_t id = rowId(source);
+  const std::int64_t id = rowId(position_, source);
   if (id == kNoRow) return nullptr;
   SourceRow& current = current_[source];
   if (current.position != position_) {
@@ -80,7 +80,7 @@ void RecordSet::Implementation::edit() {
   needRow();
   needUpdatable();
   const std::size_t source = *layout_->updatable;
-  const jet::RowId id = jet::RowId::fromNumber(rowId(source));
+  const jet::RowId id = jet::RowId::fromNumber(rowId(position_, source));
   SourceRow& current = current_[source];
   current.position = SIZE_MAX;
   if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::Fresh))
@@ -95,10 +95,15 @@ void RecordSet::Implementation::setField(std::size_t index, const Variant& value
   needUpdatable();
   if (!editing_)
     throw RuntimeError(kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
+  addChange(index, value, changes_);
+}
+
+void RecordSet::Implementation::addChange(std::size_t index, const Variant& value,
+                                          Changes& changes) const {
   const Translation::Column& column = layout_->columns[index];
   if (!column.base)
     throw RuntimeError(kNotUpdatable, "Cannot update. Field '" + column.name + "' is computed.");
-  changes_[column.base->column] = convert(value, column.type);
+  changes[column.base->column] = convert(value, column.type);
 }
 
 void RecordSet::Implementation::update() {
@@ -106,12 +111,22 @@ void RecordSet::Implementation::update() {
   needUpdatable();
   if (!editing_)
     throw RuntimeError(kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
-  const std::size_t source = *layout_->updatable;
-  JetTable& table = *layout_->sources[source];
-  table.write(jet::RowId::fromNumber(rowId(source)), changes_);
-  current_[source].position = SIZE_MAX;
+  updateRows(position_, 1, changes_);
   changes_.clear();
   editing_ = false;
+}
+
+void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
+                                           const Changes& changes) {
+  needUpdatable();
+  if (first > count_ || count > count_ - first)
+    throw RuntimeError(kNoCurrentRecord, "No current record.");
+  const std::size_t source = *layout_->updatable;
+  std::vector<jet::RowId> ids;
+  for (std::size_t position = first; position < first + count; ++position)
+    ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
+  current_[source].position = SIZE_MAX;
+  layout_->sources[source]->write(ids, changes);
 }
 
 RecordSet::RecordSet(std::unique_ptr<Implementation> implementation)
@@ -156,6 +171,15 @@ void RecordSet::setField(std::string_view name, const Variant& value) {
   alive().setField(fieldIndex(name), value);
 }
 void RecordSet::update() { alive().update(); }
+
+void RecordSet::updateRows(std::size_t first, std::size_t count,
+                           std::span<const FieldValue> values) {
+  Implementation& rows = alive();
+  Implementation::Changes changes;
+  for (const FieldValue& field : values)
+    rows.addChange(fieldIndex(field.name), field.value, changes);
+  rows.updateRows(first, count, changes);
+}
 
 void RecordSet::close() { implementation_.reset(); }
 

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,11 @@ namespace jetsql {
 struct FieldDescription {
   std::string name;
   jet::VariantType type = jet::VariantType::Null;
+};
+
+struct FieldValue {
+  std::string_view name;
+  jet::Variant value;
 };
 
 class RecordSet {
@@ -55,6 +61,10 @@ class RecordSet {
   void edit();
   void setField(std::string_view name, const jet::Variant& value);
   void update();
+
+  // The fields `values` of `count` rows from number `first` (0 and on) in one go; the current row
+  // stays. With an error the rows before the one that met it are saved.
+  void updateRows(std::size_t first, std::size_t count, std::span<const FieldValue> values);
 
   void close();
 

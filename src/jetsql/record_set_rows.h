@@ -42,6 +42,11 @@ class RecordSet::Implementation {
   void setField(std::size_t index, const jet::Variant& value);
   void update();
 
+  using Changes = std::map<std::size_t, jet::Variant>;  // by column of the table
+  void updateRows(std::size_t first, std::size_t count, const Changes& changes);
+  // The change of a field, where it can be changed: error 3027 otherwise.
+  void addChange(std::size_t index, const jet::Variant& value, Changes& changes) const;
+
  private:
   struct SourceRow {
     jet::Row row;
@@ -50,8 +55,8 @@ class RecordSet::Implementation {
 
   void needRow() const;        // error 3021
   void needUpdatable() const;  // error 3027
-  [[nodiscard]] std::int64_t rowId(std::size_t source) const {
-    return rowIds_[position_ * layout_->sources.size() + source];
+  [[nodiscard]] std::int64_t rowId(std::size_t position, std::size_t source) const {
+    return rowIds_[position * layout_->sources.size() + source];
   }
   [[nodiscard]] const jet::Row* row(std::size_t source);  // nullptr: the empty side of a join
 
@@ -64,7 +69,7 @@ class RecordSet::Implementation {
   std::size_t position_ = 0;
   std::vector<SourceRow> current_;  // per source
   bool editing_ = false;
-  std::map<std::size_t, jet::Variant> changes_;  // by column of the table
+  Changes changes_;
 };
 
 }  // namespace jetsql

@@ -242,14 +242,15 @@ std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
   return use.index;
 }
 
-void JetTable::write(jet::RowId row, const std::map<std::size_t, Variant>& changes) {
+void JetTable::write(std::span<const jet::RowId> rows,
+                     const std::map<std::size_t, Variant>& changes) {
   std::vector<jet::FieldChange> fields;
   for (const auto& [column, value] : changes) {
     uses_[column].index = nullptr;
     ++uses_[column].changes;
     fields.push_back({column, value});
   }
-  database_.updateRow(table_, row, fields);
+  database_.updateRows(table_, rows, fields);
 }
 
 }  // namespace jetsql

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -57,9 +58,9 @@ class JetTable {
   // memory allows, else nullptr (the caller scans).
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
 
-  // Writes fields of one row, by column, into the file, and lets go of the indexes in memory that
-  // contain them. The engine's errors: 3027, 3167, 3218, 3260, ...
-  void write(jet::RowId row, const std::map<std::size_t, jet::Variant>& changes);
+  // Writes the same fields, by column, of each of the rows into the file, and lets go of the
+  // indexes in memory that contain them. The engine's errors: 3027, 3167, 3218, 3260, ...
+  void write(std::span<const jet::RowId> rows, const std::map<std::size_t, jet::Variant>& changes);
 
  private:
   struct ColumnUse {

@@ -31,17 +31,26 @@ class QueryRecordSet : public RecordSet {
   using RecordSet::field;
   [[nodiscard]] jet::Variant field(std::size_t index) const override { return rows_->field(index); }
   void edit() override {
-    if (readOnly_ && rows_->isUpdatable())
-      throw RuntimeError(kNotUpdatable, "Cannot update. Database or object is read-only.");
+    needWritable();
     rows_->edit();
   }
   void setField(std::string_view name, const jet::Variant& value) override {
     rows_->setField(name, value);
   }
   void update() override { rows_->update(); }
+  void updateRows(std::size_t first, std::size_t count,
+                  std::span<const FieldValue> values) override {
+    needWritable();
+    rows_->updateRows(first, count, values);
+  }
   void close() override { rows_->close(); }
 
  private:
+  void needWritable() const {
+    if (readOnly_ && rows_->isUpdatable())
+      throw RuntimeError(kNotUpdatable, "Cannot update. Database or object is read-only.");
+  }
+
   std::unique_ptr<jetsql::RecordSet> rows_;
   bool readOnly_;
 };

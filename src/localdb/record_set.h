@@ -12,12 +12,15 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <span>
 #include <string_view>
 
 #include "jet/variant.h"
+#include "jetsql/record_set.h"
 
 namespace localdb {
+
+using FieldValue = jetsql::FieldValue;  // name, value
 
 class RecordSet {
  public:
@@ -47,6 +50,12 @@ class RecordSet {
   virtual void edit() = 0;
   virtual void setField(std::string_view name, const jet::Variant& value) = 0;
   virtual void update() = 0;
+
+  // The fields `values` of `count` rows from number `first` (0 and on), saved as edit, setField and
+  // update would one row after the other, but rows that are neighbours in the file in one go. The
+  // current row stays. With an error the rows before the one that met it are saved.
+  virtual void updateRows(std::size_t first, std::size_t count,
+                          std::span<const FieldValue> values) = 0;
 
   // Lets go of everything; every other call then throws 91. The destructor does the same.
   virtual void close() = 0;

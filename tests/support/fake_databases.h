@@ -65,6 +65,12 @@ class FakeRecordSet : public localdb::RecordSet {
     for (const auto& [name, value] : changes_) answer_.rows[at_][name] = value;
     edited_ = false;
   }
+  void updateRows(std::size_t first, std::size_t count,
+                  std::span<const localdb::FieldValue> values) override {
+    for (std::size_t row = first; row < first + count; ++row) {
+      for (const auto& [name, value] : values) answer_.rows.at(row)[lower(name)] = value;
+    }
+  }
   void close() override {}
 
  private:
