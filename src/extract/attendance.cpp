@@ -49,11 +49,11 @@ void 직원출퇴근자료수집(Workspace& work) {
   work.openDatabase(work.around.start.dataPath, "직원출퇴근자료수집");
   InsertStatement insert(kInsert, work.shop);
   work.forEachRow(
-      work.attendance, attendanceQuery(work.days), [&](localdb::RecordSet& record, std::int32_t) {
+      work.attendance, attendanceQuery(work.days), {{"c_upload", true}},
+      [&](localdb::RecordSet& record, std::int32_t) {
         const std::array<jet::Variant, kOwnCount> own = {formatHourMinute(record.field("time_in"))};
         insert.build(record, own, work.statement);
         work.write(work.statement);
-        markRow(record, {{"c_upload", true}});
       });
 }
 

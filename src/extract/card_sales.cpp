@@ -100,11 +100,11 @@ void 카드매출(Workspace& work) {
                          jet::dateText(work.days.last)));
   work.openDatabase(work.around.start.configurationPath, "카드매출");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.cards, cardsQuery(work.days), [&](localdb::RecordSet& card, std::int32_t) {
-    insert.build(card, ownValues(work, card), work.statement);
-    work.write(work.statement);
-    markRow(card, {{"c_upload", true}});
-  });
+  work.forEachRow(work.cards, cardsQuery(work.days), {{"c_upload", true}},
+                  [&](localdb::RecordSet& card, std::int32_t) {
+                    insert.build(card, ownValues(work, card), work.statement);
+                    work.write(work.statement);
+                  });
 }
 
 }  // namespace extract

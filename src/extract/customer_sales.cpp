@@ -32,11 +32,10 @@ void 고객매출자료수집(Workspace& work) {
                          jet::dateText(work.days.last)));
   work.openDatabase(work.around.start.configurationPath, "고객매출자료수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.customerSales, customerSalesQuery(work.days),
+  work.forEachRow(work.customerSales, customerSalesQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& sum, std::int32_t) {
                     insert.build(sum, {}, work.statement);
                     work.write(work.statement);
-                    markRow(sum, {{"c_upload", true}});
                   });
 }
 

@@ -90,7 +90,7 @@ std::string deleteAll(const ShopLiterals& shop) {
 void 고객자료수집(Workspace& work) {
   work.openDatabase(work.around.start.configurationPath, "고객자료수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.customers, kQuery, [&](localdb::RecordSet& customer, std::int32_t i) {
+  work.forEachRow(work.customers, kQuery, {}, [&](localdb::RecordSet& customer, std::int32_t i) {
     // Not before the first row: an empty list leaves the server's list alone.
     if (i == 1) work.write(deleteAll(work.shop));
     insert.build(customer, {}, work.statement);

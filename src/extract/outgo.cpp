@@ -61,12 +61,12 @@ void 아웃고수집(Workspace& work) {
       rangeDelete(kDelete, work.shop, jet::dayText(work.days.first), jet::dayText(work.days.last)));
   work.openDatabase(work.around.start.outgoPath, "아웃고수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.outgo, outgoQuery(work.days), [&](localdb::RecordSet& outgo, std::int32_t) {
-    insert.build(outgo, {}, work.statement);
-    // Two lines in one write: a row is never deleted without being sent again.
-    work.write(rowDelete(outgo, work.shop) + "\r\n" + work.statement);
-    markRow(outgo, {{"c_upload", true}});
-  });
+  work.forEachRow(work.outgo, outgoQuery(work.days), {{"c_upload", true}},
+                  [&](localdb::RecordSet& outgo, std::int32_t) {
+                    insert.build(outgo, {}, work.statement);
+                    // Two lines in one write: a row is never deleted without being sent again.
+                    work.write(rowDelete(outgo, work.shop) + "\r\n" + work.statement);
+                  });
 }
 
 }  // namespace extract

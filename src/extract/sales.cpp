@@ -145,13 +145,13 @@ void 자료수집(Workspace& work) {
   InsertStatement insert(kInsert, work.shop);
   SaleItems items(work);
   ProgressCaption caption(work.around);
-  work.forEachRow(work.sales, salesQuery(work.days), [&](localdb::RecordSet& sale, std::int32_t i) {
-    caption.update(sale, i);
-    insert.build(sale, ownValues(sale), work.statement);
-    work.write(work.statement);
-    items.자료수집_Item(jet::toLong(sale.field("S_ID")));
-    markRow(sale, {{"c_upload", true}, {"cc_upload", false}});
-  });
+  work.forEachRow(work.sales, salesQuery(work.days), {{"c_upload", true}, {"cc_upload", false}},
+                  [&](localdb::RecordSet& sale, std::int32_t i) {
+                    caption.update(sale, i);
+                    insert.build(sale, ownValues(sale), work.statement);
+                    work.write(work.statement);
+                    items.자료수집_Item(jet::toLong(sale.field("S_ID")));
+                  });
 }
 
 }  // namespace extract

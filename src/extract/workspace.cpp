@@ -1,6 +1,11 @@
 #include "extract/workspace.h"
 
+#include <algorithm>
+#include <exception>
+#include <utility>
+
 #include "extract/conversions.h"
+#include "extract/statement_writer.h"
 #include "platform/files.h"
 #include "platform/runtime_error.h"
 
@@ -15,7 +20,11 @@ void Workspace::write(std::string_view text) {
   line_.clear();
   codePage_.appendFromUtf8(text, line_);
   line_ += "\r\n";
-  platform::appendToFile(statementPath, line_);
+  if (writer_) {
+    writer_->append(line_);
+  } else {
+    platform::appendToFile(statementPath, line_);
+  }
 }
 
 void Workspace::openDatabase(const std::string& path, std::string_view caller) {
@@ -31,16 +40,85 @@ localdb::RecordSet& Workspace::open(RecordSetHandle& handle, std::string_view qu
   return *handle;
 }
 
-void Workspace::forEachRow(RecordSetHandle& handle, std::string_view query,
+// One walk of forEachRow, from the statements of its rows to their marks. The statements go into
+// the file in the background. Marks follow some rows behind, so that nobody waits for the file and
+// neighbours in the table are marked together; they never overtake the statements.
+class Workspace::RowWalk {
+ public:
+  RowWalk(Workspace& work, localdb::RecordSet& rows, const Marks& marks)
+      : work_(work),
+        rows_(rows),
+        marks_(marks),
+        marking_(!marks.empty()),
+        writer_(work.statementPath) {
+    work_.writer_ = &writer_;
+  }
+  RowWalk(const RowWalk&) = delete;
+  RowWalk& operator=(const RowWalk&) = delete;
+  ~RowWalk() { work_.writer_ = nullptr; }
+
+  // The current row has written all its statements.
+  void rowDone() {
+    written_.push_back(writer_.handedOver());
+    if (written_.size() < kMostUnmarked) return;
+    writer_.waitFor(written_[kMostUnmarked / 2]);
+    markWritten();
+  }
+
+  // Everything is in the file and marked; what could not be is not tried again.
+  void finish() {
+    std::exception_ptr failure;
+    try {
+      writer_.waitFor(writer_.handedOver());
+    } catch (const std::exception&) {
+      failure = std::current_exception();
+    }
+    markWritten();
+    if (failure) std::rethrow_exception(failure);
+  }
+
+ private:
+  static constexpr std::size_t kMostUnmarked = 128;
+
+  // Marks the rows whose statements are all in the file.
+  void markWritten() {
+    const auto end = std::upper_bound(written_.begin(), written_.end(), writer_.appended());
+    const auto count = static_cast<std::size_t>(end - written_.begin());
+    if (std::exchange(marking_, false)) {
+      rows_.updateRows(marked_, count, marks_);
+      marking_ = true;
+    }
+    marked_ += count;
+    written_.erase(written_.begin(), end);
+  }
+
+  Workspace& work_;
+  localdb::RecordSet& rows_;
+  const Marks& marks_;
+  bool marking_;
+  std::size_t marked_ = 0;            // rows
+  std::vector<std::size_t> written_;  // statements up to and with each row behind those
+  StatementWriter writer_;
+};
+
+void Workspace::forEachRow(RecordSetHandle& handle, std::string_view query, const Marks& marks,
                            const EachRow& eachRow) {
   localdb::RecordSet& rows = open(handle, query);
   const std::int32_t count = rows.recordCount();
   if (count > 0) rows.moveFirst();
-  for (std::int32_t number = 1; number <= count; ++number) {
-    eachRow(rows, number);
-    rows.moveNext();
-    around.progress.yield();
+  RowWalk walk(*this, rows, marks);
+  try {
+    for (std::int32_t number = 1; number <= count; ++number) {
+      eachRow(rows, number);
+      walk.rowDone();
+      rows.moveNext();
+      around.progress.yield();
+    }
+  } catch (const std::exception&) {
+    walk.finish();  // what fails there happened before
+    throw;
   }
+  walk.finish();
   close(handle);
 }
 
@@ -56,13 +134,6 @@ void Workspace::closeAll() {
     close(*handle);
   }
   database.reset();
-}
-
-void markRow(localdb::RecordSet& row,
-             std::initializer_list<std::pair<std::string_view, bool>> fields) {
-  row.edit();
-  for (const auto& [name, value] : fields) row.setField(name, value);
-  row.update();
 }
 
 }  // namespace extract

@@ -14,11 +14,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
 
 #include "jet/date_time.h"
 #include "localdb/database_access.h"
@@ -51,6 +50,8 @@ struct ShopLiterals {
   std::string representative;
 };
 
+class StatementWriter;
+
 using RecordSetHandle = std::unique_ptr<localdb::RecordSet>;
 
 class Workspace {
@@ -59,6 +60,7 @@ class Workspace {
 
   // Appends one line (or lines with CR LF between them) to the statement file, in one write; the
   // file is open for no longer than that. In code page 949, '?' for a character that it lacks.
+  // While forEachRow runs, that happens in the background.
   void write(std::string_view statement);
 
   // Opens the local database that the following record sets are opened on. A failure shows when
@@ -68,10 +70,15 @@ class Workspace {
   // Opens a dynaset, positioned on its first row. Error 91 when it cannot be opened.
   localdb::RecordSet& open(RecordSetHandle& handle, std::string_view query);
 
-  // Opens the query, calls back once for every row (counted from 1) and closes the record set. The
-  // window may breathe after each row. After a failure the record set stays open in its handle.
+  // Opens the query, calls back once for every row (counted from 1), gives each row the values of
+  // `marks` once the statements that it wrote are in the file, and closes the record set. The
+  // window may breathe after each row. On return, also by way of a failure, every statement written
+  // is in the file, and the rows before the one that failed are marked. After a failure the record
+  // set stays open in its handle.
   using EachRow = std::function<void(localdb::RecordSet& row, std::int32_t number)>;
-  void forEachRow(RecordSetHandle& handle, std::string_view query, const EachRow& eachRow);
+  using Marks = std::vector<localdb::FieldValue>;
+  void forEachRow(RecordSetHandle& handle, std::string_view query, const Marks& marks,
+                  const EachRow& eachRow);
 
   // Closes what is open, and nothing more than that.
   static void close(RecordSetHandle& handle);
@@ -95,12 +102,11 @@ class Workspace {
   RecordSetHandle attendance;
 
  private:
+  class RowWalk;
+
   CodePage codePage_{949};
   std::string line_;
+  StatementWriter* writer_ = nullptr;  // while forEachRow runs
 };
-
-// Sets Yes/No fields of the current row and saves it: how a local row is marked as sent.
-void markRow(localdb::RecordSet& row,
-             std::initializer_list<std::pair<std::string_view, bool>> fields);
 
 }  // namespace extract

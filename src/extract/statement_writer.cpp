@@ -1,0 +1,77 @@
+#include "extract/statement_writer.h"
+
+#include <utility>
+
+#include "platform/files.h"
+
+namespace extract {
+
+namespace {
+
+constexpr std::size_t kMostWaiting = std::size_t{128} << 10;  // bytes
+
+}  // namespace
+
+StatementWriter::StatementWriter(std::string path)
+    : path_(std::move(path)), thread_([this] { run(); }) {}
+
+StatementWriter::~StatementWriter() {
+  {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+  }
+  wake_.notify_one();
+  thread_.join();
+}
+
+void StatementWriter::append(std::string_view bytes) {
+  std::unique_lock lock(mutex_);
+  progress_.wait(lock, [&] { return failure_ || waiting_.bytes.size() < kMostWaiting; });
+  if (failure_) std::rethrow_exception(failure_);
+  waiting_.bytes += bytes;
+  waiting_.ends.push_back(waiting_.bytes.size());
+  ++handedOver_;
+  if (std::exchange(idle_, false)) wake_.notify_one();
+}
+
+void StatementWriter::waitFor(std::size_t count) {
+  if (appended_ >= count) return;
+  std::unique_lock lock(mutex_);
+  progress_.wait(lock, [&] { return failure_ || appended_ >= count; });
+  if (appended_ < count) std::rethrow_exception(failure_);
+}
+
+void StatementWriter::run() {
+  Batch batch;
+  std::unique_lock lock(mutex_);
+  while (true) {
+    idle_ = waiting_.ends.empty();
+    wake_.wait(lock, [&] { return ended_ || !waiting_.ends.empty(); });
+    if (waiting_.ends.empty()) return;
+    batch.clear();
+    std::swap(batch, waiting_);
+    lock.unlock();
+    progress_.notify_one();
+    std::exception_ptr failure;
+    try {
+      appendAll(batch);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    lock.lock();
+    failure_ = failure;
+    progress_.notify_one();
+    if (failure_) return;
+  }
+}
+
+void StatementWriter::appendAll(const Batch& batch) {
+  std::size_t start = 0;
+  for (const std::size_t end : batch.ends) {
+    platform::appendToFile(path_, std::string_view(batch.bytes).substr(start, end - start));
+    ++appended_;
+    start = end;
+  }
+}
+
+}  // namespace extract
