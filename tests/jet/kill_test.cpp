@@ -17,7 +17,8 @@ struct KillCase {
   const char* name;
   SalesOptions options;
   std::vector<NewIndex> indexes = {};
-  std::string change;  // to give a whole run; Yes/No: turned over
+  std::string change;  // what a whole run does to each row
+  std::string rounds;  // how often
   int kills;
 };
 
@@ -26,8 +27,9 @@ class KillTest : public testing::TestWithParam<KillCase> {
   // Gives how often the file was looked at before the child ended or was killed.
   int runMarker(const SalesFile& file, int looks) {
     const std::string log = (folder_.path() / "marker.log").string();
-    support::ChildProcess child(
-        {QUENBROOK_MARKER, file.path(), "Selling", "1", GetParam().change, "cc_upload"}, log);
+    support::ChildProcess child({QUENBROOK_MARKER, file.path(), "Selling", GetParam().rounds,
+                                 GetParam().change, "cc_upload"},
+                                log);
     while (support::readFile(log).empty() && child.running()) continue;
     int looked = 0;
     std::ifstream marked(file.path(), std::ios::binary);
@@ -79,13 +81,15 @@ TEST_P(KillTest, LeavesEveryRowWhole) {
 
 INSTANTIATE_TEST_SUITE_P(
     Markings, KillTest,
-    testing::Values(KillCase{"InPlace", {.rows = 100}, {}, "c_upload", 150},
-                    KillCase{"RowsThatMove", {.rows = 120, .shortRows = 60}, {}, "amount=5", 120},
+    testing::Values(KillCase{"InPlace", {.rows = 100}, {}, "c_upload", "41", 150},
+                    KillCase{
+                        "RowsThatMove", {.rows = 120, .shortRows = 60}, {}, "amount=5", "1", 120},
                     KillCase{"Indexes",
                              {.rows = 250, .longNotes = false},
                              {{.name = "byMark", .columns = {"c_upload"}},
                               {.name = "byPrice", .columns = {"-price", "cc_upload"}}},
                              "c_upload",
+                             "1",
                              30}),
     [](const auto& tried) { return tried.param.name; });
 

@@ -3,7 +3,8 @@
 //
 //   marker FILE TABLE ROUNDS COLUMN[=VALUE] ...
 //
-// In each round every row's Yes/No COLUMNs without a VALUE are turned over; the others get VALUE.
+// All rows get VALUE, in one go a round; a COLUMN without it gets Yes in the first round, No in the
+// second, and so on.
 // A line on standard output says that the file is open.
 #include <cstdlib>
 #include <iostream>
@@ -22,20 +23,17 @@ void mark(const std::string& path, const std::string& tableName, int rounds,
   for (auto scan = table.scan(); scan.next();) ids.push_back(scan.row().id());
   std::cout << ids.size() << " rows" << std::endl;
   for (int round = 0; round < rounds; ++round) {
-    for (const jet::RowId id : ids) {
-      const jet::Row row = table.read(id);
-      std::vector<jet::FieldChange> changes;
-      for (const std::string& text : columns) {
-        const auto equals = text.find('=');
-        const std::size_t column = table.definition().findColumn(text.substr(0, equals)).value();
-        if (equals != std::string::npos) {
-          changes.push_back({column, jet::Variant(text.substr(equals + 1))});
-        } else {
-          changes.push_back({column, jet::Variant(row.wholeNumber(column) == 0)});
-        }
+    std::vector<jet::FieldChange> changes;
+    for (const std::string& text : columns) {
+      const auto equals = text.find('=');
+      const std::size_t column = table.definition().findColumn(text.substr(0, equals)).value();
+      if (equals != std::string::npos) {
+        changes.push_back({column, jet::Variant(text.substr(equals + 1))});
+      } else {
+        changes.push_back({column, jet::Variant(round % 2 == 0)});
       }
-      database->updateRow(table, id, changes);
     }
+    database->updateRows(table, ids, changes);
   }
 }
 

@@ -92,11 +92,14 @@ class SalesFile {
     for (auto scan = table.scan(); scan.next();) {
       if (pick(scan.row().wholeNumber(0))) ids.push_back(scan.row().id());
     }
-    for (const RowId id : ids) {
-      const Variant now = value(table.read(id).wholeNumber(0));
+    const auto number = [&](RowId id) { return table.read(id).wholeNumber(0); };
+    for (auto id = ids.begin(); id != ids.end();) {
+      const Variant now = value(number(*id));
+      const auto other = std::find_if(
+          id, ids.end(), [&](RowId next) { return shown(value(number(next))) != shown(now); });
       const std::vector<FieldChange> changes = {{position, now}};
-      database->updateRow(table, id, changes);
-      rows_.at(table.read(id).wholeNumber(0))[position] = shown(now);
+      database->updateRows(table, {id, other}, changes);
+      for (; id != other; ++id) rows_.at(number(*id))[position] = shown(now);
     }
   }
 
