@@ -56,8 +56,9 @@ Variant format(const Variant& value, Text text) {
 void appendSqlText(std::string& statement, const Variant& value) {
   if (value.isNull()) return;
   if (const auto* text = value.as<std::string>()) return appendEscaped(statement, *text);
+  if (value.type() == jet::VariantType::Binary) return appendEscaped(statement, jet::toText(value));
   try {
-    appendEscaped(statement, jet::toText(value));
+    jet::appendText(statement, value);  // no number, date or Yes/No has an apostrophe in it
   } catch (const RuntimeError&) {
     statement += "NULL";
   }
@@ -65,12 +66,8 @@ void appendSqlText(std::string& statement, const Variant& value) {
 
 void appendNzText(std::string& statement, const Variant& value) {
   if (value.isNull()) return;
-  if (const auto* text = value.as<std::string>()) {
-    statement += *text;
-    return;
-  }
   try {
-    statement += jet::toText(value);
+    jet::appendText(statement, value);
   } catch (const RuntimeError&) {
     return;  // the empty text
   }

@@ -1,6 +1,7 @@
 #include "extract/insert_statement.h"
 
 #include <cstdlib>
+#include <optional>
 #include <utility>
 
 #include "extract/conversions.h"
@@ -9,65 +10,70 @@ namespace extract {
 
 namespace {
 
-bool hasField(const Column& column) { return !column.field.empty(); }
+bool isQuoted(Written written) { return written != Written::Number && written != Written::Zero; }
 
-void appendQuoted(std::string& statement, std::string_view literal) {
-  statement += '\'';
-  statement += literal;
-  statement += '\'';
+std::string inQuotes(std::string_view literal) { return "'" + std::string(literal) + "'"; }
+
+// What every row has in the column; nothing where it depends on the row.
+std::optional<std::string> constant(Written written, const ShopLiterals& shop) {
+  switch (written) {
+    case Written::Zero:
+      return "0";
+    case Written::Group:
+      return inQuotes(shop.group);
+    case Written::TradeName:
+      return inQuotes(shop.tradeName);
+    case Written::Representative:
+      return inQuotes(shop.representative);
+    default:
+      return std::nullopt;
+  }
 }
 
-void appendText(std::string& statement, const jet::Variant& value,
-                void (*append)(std::string&, const jet::Variant&)) {
-  statement += '\'';
-  append(statement, value);
-  statement += '\'';
-}
-
-void appendAbsoluteFlag(std::string& statement, const jet::Variant& value) {
-  statement += '\'';
-  appendNumber(statement, std::llabs(NzLong(value)));
-  statement += '\'';
-}
-
-void appendValue(std::string& statement, Written written, const jet::Variant& value,
-                 const ShopLiterals& shop) {
+// Without the quotes around it.
+void appendValue(std::string& statement, Written written, const jet::Variant& value) {
   switch (written) {
     case Written::Text:
-      return appendText(statement, value, appendSqlText);
+      return appendSqlText(statement, value);
     case Written::UnescapedText:
-      return appendText(statement, value, appendNzText);
+      return appendNzText(statement, value);
     case Written::Number:
       return appendNumber(statement, NzLong(value));
     case Written::Flag:
-      return appendQuoted(statement, NzLong(value) == -1 ? "1" : "0");
+      statement += NzLong(value) == -1 ? '1' : '0';
+      return;
     case Written::AbsoluteFlag:
-      return appendAbsoluteFlag(statement, value);
-    case Written::Zero:
-      return appendNumber(statement, 0);
-    case Written::Group:
-      return appendQuoted(statement, shop.group);
-    case Written::TradeName:
-      return appendQuoted(statement, shop.tradeName);
-    case Written::Representative:
-      return appendQuoted(statement, shop.representative);
+      return appendNumber(statement, std::llabs(NzLong(value)));
+    default:
+      return;  // constants are part of the pieces
   }
 }
 
 }  // namespace
 
-InsertStatement::InsertStatement(const InsertShape& shape, const ShopLiterals& shop)
-    : columns_(shape.columns), shop_(shop) {
-  opening_.append("Insert Into ").append(shape.table).append(" (");
-  for (const Column& column : columns_) opening_.append(column.name).append(", ");
-  opening_.resize(opening_.size() - 2);
-  opening_.append(shape.between);
+InsertStatement::InsertStatement(const InsertShape& shape, const ShopLiterals& shop) {
+  std::string text = "Insert Into " + std::string(shape.table) + " (";
+  for (const Column& column : shape.columns) text.append(column.name).append(", ");
+  text.resize(text.size() - 2);
+  text.append(shape.between);
+  for (const Column& column : shape.columns) {
+    if (&column != shape.columns.data()) text += ", ";
+    if (const auto always = constant(column.written, shop)) {
+      text += *always;
+      continue;
+    }
+    const std::string_view quote = isQuoted(column.written) ? "'" : "";
+    pieces_.push_back({text.append(quote), &column});
+    text = quote;
+  }
+  closing_ = text + ");";
 }
 
 void InsertStatement::findFields(const localdb::RecordSet& row) {
   std::vector<std::size_t> places;
-  for (const Column& column : columns_) {
-    places.push_back(hasField(column) ? row.fieldIndex(column.field) : 0);
+  for (const Piece& piece : pieces_) {
+    const bool hasField = piece.column->own == kFromField;
+    places.push_back(hasField ? row.fieldIndex(piece.column->field) : 0);
   }
   places_ = std::move(places);
 }
@@ -75,20 +81,17 @@ void InsertStatement::findFields(const localdb::RecordSet& row) {
 void InsertStatement::build(const localdb::RecordSet& row, std::span<const jet::Variant> own,
                             std::string& statement) {
   if (places_.empty()) findFields(row);
-  const jet::Variant none;
-  statement = opening_;
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    const Column& column = columns_[i];
-    if (i > 0) statement += ", ";
-    if (hasField(column)) {
-      appendValue(statement, column.written, row.field(places_[i]), shop_);
+  statement.clear();
+  for (std::size_t i = 0; i < pieces_.size(); ++i) {
+    const Column& column = *pieces_[i].column;
+    statement += pieces_[i].before;
+    if (column.own == kFromField) {
+      appendValue(statement, column.written, row.field(places_[i]));
     } else {
-      const bool isOwn = column.own != kFromField;
-      appendValue(statement, column.written,
-                  isOwn ? own[static_cast<std::size_t>(column.own)] : none, shop_);
+      appendValue(statement, column.written, own[static_cast<std::size_t>(column.own)]);
     }
   }
-  statement += ");";
+  statement += closing_;
 }
 
 std::string rangeDelete(const RangeDelete& shape, const ShopLiterals& shop,

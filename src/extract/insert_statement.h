@@ -86,12 +86,18 @@ class InsertStatement {
              std::string& statement);
 
  private:
+  // A value that differs from row to row, and what stands between it and the one before: the end of
+  // that one, constants, its own opening quote.
+  struct Piece {
+    std::string before;
+    const Column* column;
+  };
+
   void findFields(const localdb::RecordSet& row);
 
-  std::span<const Column> columns_;
-  const ShopLiterals& shop_;
-  std::string opening_;              // up to the first value
-  std::vector<std::size_t> places_;  // of each column's field
+  std::vector<Piece> pieces_;
+  std::string closing_;
+  std::vector<std::size_t> places_;  // of each piece's field
 };
 
 // The DELETE of a day range: "Delete FROM SellingTB  Where SL_GROUP = 'A01'   And ...".

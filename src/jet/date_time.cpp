@@ -1,5 +1,6 @@
 #include "jet/date_time.h"
 
+#include <array>
 #include <chrono>
 #include <cmath>
 
@@ -45,29 +46,30 @@ std::chrono::year_month_day calendar(std::int64_t day) {
   return std::chrono::sys_days{std::chrono::days{day - kUnixEpochSerial}};
 }
 
-void appendDigits(std::string& text, unsigned number, int width) {
-  char digits[4] = {'0', '0', '0', '0'};
-  for (int i = width - 1; i >= 0; --i, number /= 10)
-    digits[i] = static_cast<char>('0' + number % 10);
-  text.append(digits, static_cast<std::size_t>(width));
+constexpr std::size_t kDayLength = 10;  // yyyy-MM-dd
+constexpr std::size_t kTimeLength = 8;  // hh:nn:ss
+
+char* putDigits(char* to, unsigned number, int width) {
+  for (int i = width - 1; i >= 0; --i, number /= 10) to[i] = static_cast<char>('0' + number % 10);
+  return to + width;
 }
 
-void appendDay(std::string& text, std::int64_t day) {
+char* putDay(char* to, std::int64_t day) {
   const auto date = calendar(day);
-  appendDigits(text, static_cast<unsigned>(static_cast<int>(date.year())), 4);
-  text += '-';
-  appendDigits(text, static_cast<unsigned>(date.month()), 2);
-  text += '-';
-  appendDigits(text, static_cast<unsigned>(date.day()), 2);
+  to = putDigits(to, static_cast<unsigned>(static_cast<int>(date.year())), 4);
+  *to++ = '-';
+  to = putDigits(to, static_cast<unsigned>(date.month()), 2);
+  *to++ = '-';
+  return putDigits(to, static_cast<unsigned>(date.day()), 2);
 }
 
-void appendTime(std::string& text, int second) {
+char* putTime(char* to, int second) {
   const auto whole = static_cast<unsigned>(second);
-  appendDigits(text, whole / 3600, 2);
-  text += ':';
-  appendDigits(text, whole / 60 % 60, 2);
-  text += ':';
-  appendDigits(text, whole % 60, 2);
+  to = putDigits(to, whole / 3600, 2);
+  *to++ = ':';
+  to = putDigits(to, whole / 60 % 60, 2);
+  *to++ = ':';
+  return putDigits(to, whole % 60, 2);
 }
 
 }  // namespace
@@ -121,26 +123,30 @@ int weekday(DateTime value) {
 }
 
 std::string dateText(DateTime value) {
-  const DayAndSecond parts = split(value);
   std::string text;
-  appendDay(text, parts.day);
-  if (parts.second != 0) {
-    text += ' ';
-    appendTime(text, parts.second);
-  }
+  appendDateText(text, value);
   return text;
+}
+
+void appendDateText(std::string& text, DateTime value) {
+  const DayAndSecond parts = split(value);
+  std::array<char, kDayLength + 1 + kTimeLength> form;
+  char* end = putDay(form.data(), parts.day);
+  if (parts.second != 0) {
+    *end++ = ' ';
+    end = putTime(end, parts.second);
+  }
+  text.append(form.data(), end);
 }
 
 std::string dayText(DateTime value) {
-  std::string text;
-  appendDay(text, split(value).day);
-  return text;
+  std::array<char, kDayLength> form;
+  return {form.data(), putDay(form.data(), split(value).day)};
 }
 
 std::string timeText(DateTime value) {
-  std::string text;
-  appendTime(text, split(value).second);
-  return text;
+  std::array<char, kTimeLength> form;
+  return {form.data(), putTime(form.data(), split(value).second)};
 }
 
 }  // namespace jet

@@ -40,6 +40,7 @@ struct CivilTime {
 // "yyyy-MM-dd", followed by " hh:nn:ss" when the time is not midnight: the one text form of a date
 // wherever the form would be left to regional settings.
 [[nodiscard]] std::string dateText(DateTime value);
+void appendDateText(std::string& text, DateTime value);  // behind what is there
 
 // "yyyy-MM-dd" and "hh:nn:ss" (hours 00 to 23).
 [[nodiscard]] std::string dayText(DateTime value);

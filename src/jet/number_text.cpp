@@ -50,10 +50,10 @@ std::string formatReal(Real value) {
 
 }  // namespace
 
-std::string wholeText(std::int32_t value) {
+void appendWhole(std::string& text, std::int64_t value) {
   std::array<char, 24> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-  return {buffer.data(), end};
+  text.append(buffer.data(), end);
 }
 
 std::string realText(float value) { return formatReal(value); }
@@ -63,8 +63,10 @@ std::string realText(double value) { return formatReal(value); }
 std::string decimalText(bool negative, Uint128 magnitude, int scale) {
   std::array<char, 40> buffer;
   auto at = buffer.end();
-  for (; magnitude != 0; magnitude /= 10)
+  for (; magnitude > UINT64_MAX; magnitude /= 10)
     *--at = static_cast<char>('0' + static_cast<int>(magnitude % 10));
+  for (auto rest = static_cast<std::uint64_t>(magnitude); rest != 0; rest /= 10)
+    *--at = static_cast<char>('0' + static_cast<int>(rest % 10));
   std::string_view digits(at, static_cast<std::size_t>(buffer.end() - at));
   const int point = static_cast<int>(digits.size()) - scale;
   const std::size_t last = digits.find_last_not_of('0');

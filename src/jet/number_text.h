@@ -12,7 +12,7 @@
 
 namespace jet {
 
-[[nodiscard]] std::string wholeText(std::int32_t value);
+void appendWhole(std::string& text, std::int64_t value);
 [[nodiscard]] std::string realText(float value);
 [[nodiscard]] std::string realText(double value);
 

@@ -59,8 +59,9 @@ bool Row::isNull(std::size_t position) const {
   return c.type != ColumnType::YesNo && !bit(c);
 }
 
-Bytes Row::raw(std::size_t position) const {
-  const Column& c = column(position);
+Bytes Row::raw(std::size_t position) const { return raw(column(position)); }
+
+Bytes Row::raw(const Column& c) const {
   if (c.type == ColumnType::YesNo) return {};
   return c.fixed ? rawFixed(c) : rawVariable(c);
 }
@@ -111,31 +112,32 @@ std::size_t Row::variableOffset(std::size_t entry, std::size_t count, std::size_
 }
 
 template <typename T>
-T Row::number(std::size_t position) const {
-  const Bytes bytes = raw(position);
-  if (bytes.size() != sizeof(T)) damaged(column(position), "has the wrong size");
+T Row::number(const Column& c) const {
+  const Bytes bytes = raw(c);
+  if (bytes.size() != sizeof(T)) damaged(c, "has the wrong size");
   return loadLittle<T>(bytes, 0);
 }
 
 std::int64_t Row::wholeNumber(std::size_t position) const {
-  switch (column(position).type) {
+  const Column& c = column(position);
+  switch (c.type) {
     case ColumnType::YesNo:
-      return bit(column(position)) ? -1 : 0;
+      return bit(c) ? -1 : 0;
     case ColumnType::Byte:
-      return number<std::uint8_t>(position);
+      return number<std::uint8_t>(c);
     case ColumnType::Integer:
-      return number<std::int16_t>(position);
+      return number<std::int16_t>(c);
     case ColumnType::Currency:
     case ColumnType::BigInt:
-      return number<std::int64_t>(position);
+      return number<std::int64_t>(c);
     default:
-      return number<std::int32_t>(position);
+      return number<std::int32_t>(c);
   }
 }
 
 double Row::realNumber(std::size_t position) const {
-  if (column(position).type == ColumnType::Single) return number<float>(position);
-  return number<double>(position);
+  const Column& c = column(position);
+  return c.type == ColumnType::Single ? number<float>(c) : number<double>(c);
 }
 
 std::string_view Row::text(std::size_t position, std::string& scratch) const {
@@ -164,7 +166,7 @@ Bytes Row::binary(std::size_t position, std::vector<std::byte>& scratch) const {
 Numeric Row::numeric(std::size_t position) const {
   const Column& c = column(position);
   if (c.type == ColumnType::BigInt) {
-    const auto value = number<std::int64_t>(position);
+    const auto value = number<std::int64_t>(c);
     const auto bits = static_cast<std::uint64_t>(value);
     return {.negative = value < 0, .scale = 0, .magnitude = value < 0 ? 0 - bits : bits};
   }
@@ -176,39 +178,45 @@ Numeric Row::numeric(std::size_t position) const {
 }
 
 Variant Row::value(std::size_t position) const {
-  if (isNull(position)) return {};
-  switch (column(position).variantType()) {
-    case VariantType::YesNo:
-      return wholeNumber(position) != 0;
-    case VariantType::Byte:
-      return number<std::uint8_t>(position);
-    case VariantType::Integer:
-      return number<std::int16_t>(position);
-    case VariantType::Long:
-      return number<std::int32_t>(position);
-    case VariantType::Currency:
-      return Currency{wholeNumber(position)};
-    case VariantType::Single:
-      return number<float>(position);
-    case VariantType::Double:
-      return realNumber(position);
-    case VariantType::DateTime:
-      return DateTime{realNumber(position)};
-    case VariantType::Numeric:
+  const Column& c = column(position);
+  if (c.type == ColumnType::YesNo) return bit(c);
+  if (!bit(c)) return {};
+  switch (c.type) {
+    case ColumnType::Byte:
+      return number<std::uint8_t>(c);
+    case ColumnType::Integer:
+      return number<std::int16_t>(c);
+    case ColumnType::Long:
+    case ColumnType::Complex:
+      return number<std::int32_t>(c);
+    case ColumnType::Currency:
+      return Currency{number<std::int64_t>(c)};
+    case ColumnType::Single:
+      return number<float>(c);
+    case ColumnType::Double:
+      return number<double>(c);
+    case ColumnType::DateTime:
+      return DateTime{number<double>(c)};
+    case ColumnType::Numeric:
+    case ColumnType::BigInt:
       return numeric(position);
-    case VariantType::Text: {
-      std::string scratch;
-      const std::string_view found = text(position, scratch);
-      if (found.data() == scratch.data()) return scratch;
-      return std::string(found);
-    }
-    case VariantType::Null:
-    case VariantType::Binary:
+    case ColumnType::Text:
+    case ColumnType::Memo:
+    case ColumnType::Guid:
+      return textValue(position);
+    default:
       break;
   }
   std::vector<std::byte> scratch;
   const Bytes found = binary(position, scratch);
   return Binary{{found.begin(), found.end()}};
+}
+
+std::string Row::textValue(std::size_t position) const {
+  std::string scratch;
+  const std::string_view found = text(position, scratch);
+  if (found.data() == scratch.data()) return scratch;
+  return std::string(found);
 }
 
 void Row::damaged(const Column& c, std::string_view what) const {

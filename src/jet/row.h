@@ -71,13 +71,15 @@ class Row {
     return context_->definition.columns[column];
   }
   [[nodiscard]] bool bit(const Column& column) const;
+  [[nodiscard]] Bytes raw(const Column& column) const;
   [[nodiscard]] Bytes rawFixed(const Column& column) const;
   [[nodiscard]] Bytes rawVariable(const Column& column) const;
   [[nodiscard]] std::size_t jumpCount() const;
   [[nodiscard]] std::size_t variableOffset(std::size_t entry, std::size_t count,
                                            std::size_t jumps) const;
   template <typename T>
-  [[nodiscard]] T number(std::size_t column) const;
+  [[nodiscard]] T number(const Column& column) const;
+  [[nodiscard]] std::string textValue(std::size_t column) const;
   [[noreturn]] void damaged(const Column& column, std::string_view what) const;
   [[noreturn]] void rowDamaged(const std::string& what) const;
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "jet/number_text.h"
@@ -67,6 +68,16 @@ Whole fromReal(double value) {
   return static_cast<Whole>(rounded);
 }
 
+template <typename Whole>
+Whole fromCurrency(Currency value) {
+  const std::int64_t quotient = value.units / kCurrencyScale;
+  const std::int64_t rest = std::llabs(value.units % kCurrencyScale);
+  const bool away = rest * 2 > kCurrencyScale || (rest * 2 == kCurrencyScale && quotient % 2 != 0);
+  const std::int64_t rounded = quotient + (away ? (value.units < 0 ? -1 : 1) : 0);
+  if (!std::in_range<Whole>(rounded)) throwOverflow();
+  return static_cast<Whole>(rounded);
+}
+
 double numericValue(const Numeric& value) {
   const double magnitude =
       static_cast<double>(value.magnitude) / static_cast<double>(powerOfTen(value.scale));
@@ -90,10 +101,7 @@ bool equalsNoCase(std::string_view text, std::string_view lower) {
 
 template <typename Whole>
 Whole toWhole(const Variant& value) {
-  if (const auto* currency = value.as<Currency>()) {
-    return fromMagnitude<Whole>(currency->units < 0,
-                                divideHalfEven(magnitudeOf(currency->units), kCurrencyScale));
-  }
+  if (const auto* currency = value.as<Currency>()) return fromCurrency<Whole>(*currency);
   if (const auto* numeric = value.as<Numeric>()) {
     return fromMagnitude<Whole>(numeric->negative,
                                 divideHalfEven(numeric->magnitude, powerOfTen(numeric->scale)));
@@ -104,20 +112,26 @@ Whole toWhole(const Variant& value) {
 }  // namespace
 
 std::string toText(const Variant& value) {
-  return value.visit(Overloaded{
-      [](std::monostate) -> std::string { throwNull(); },
-      [](bool v) -> std::string { return v ? "True" : "False"; },
-      [](std::uint8_t v) { return wholeText(v); },
-      [](std::int16_t v) { return wholeText(v); },
-      [](std::int32_t v) { return wholeText(v); },
-      [](float v) { return realText(v); },
-      [](double v) { return realText(v); },
-      [](Currency v) { return decimalText(v.units < 0, magnitudeOf(v.units), 4); },
-      [](DateTime v) { return dateText(v); },
-      [](const Numeric& v) { return decimalText(v.negative, v.magnitude, v.scale); },
-      [](const std::string& v) { return v; },
-      [](const Binary& v) {
-        return std::string(reinterpret_cast<const char*>(v.bytes.data()), v.bytes.size());
+  std::string text;
+  appendText(text, value);
+  return text;
+}
+
+void appendText(std::string& text, const Variant& value) {
+  value.visit(Overloaded{
+      [](std::monostate) { throwNull(); },
+      [&](bool v) { text += v ? "True" : "False"; },
+      [&](std::uint8_t v) { appendWhole(text, v); },
+      [&](std::int16_t v) { appendWhole(text, v); },
+      [&](std::int32_t v) { appendWhole(text, v); },
+      [&](float v) { text += realText(v); },
+      [&](double v) { text += realText(v); },
+      [&](Currency v) { text += decimalText(v.units < 0, magnitudeOf(v.units), 4); },
+      [&](DateTime v) { appendDateText(text, v); },
+      [&](const Numeric& v) { text += decimalText(v.negative, v.magnitude, v.scale); },
+      [&](const std::string& v) { text += v; },
+      [&](const Binary& v) {
+        text.append(reinterpret_cast<const char*>(v.bytes.data()), v.bytes.size());
       },
   });
 }

@@ -98,6 +98,8 @@ class Variant {
 // with a full stop, dates as dateText, Yes/No as "True"/"False", binary as its bytes taken for
 // text. Null: error 94.
 [[nodiscard]] std::string toText(const Variant& value);
+// The same, put behind `text`; with an error `text` stays as it was.
+void appendText(std::string& text, const Variant& value);
 
 // A number from a number, a date, a Yes/No (-1 or 0) or a text that reads as a number.
 // Null: error 94; a text that is no number: 13.

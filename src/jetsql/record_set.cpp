@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "jetsql/record_set_rows.h"
@@ -65,6 +66,9 @@ const jet::Row* RecordSet::Implementation::row(std::size_t source) {
 }
 
 Variant RecordSet::Implementation::field(std::size_t index) {
+  if (index >= layout_->columns.size())
+    throw RuntimeError(kNoSuchField,
+                       "Item not found in this collection: " + std::to_string(index) + ".");
   needRow();
   const Translation::Column& column = layout_->columns[index];
   if (!column.base) return values_.get(position_, column.computed);
@@ -125,6 +129,7 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
   std::vector<jet::RowId> ids;
   for (std::size_t position = first; position < first + count; ++position)
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
+  std::ranges::sort(ids);  // as they stand in the file
   current_[source].position = SIZE_MAX;
   layout_->sources[source]->write(ids, changes);
 }
@@ -158,12 +163,7 @@ void RecordSet::moveFirst() { alive().moveTo(0); }
 void RecordSet::moveNext() { alive().moveNext(); }
 void RecordSet::moveLast() { alive().moveTo(alive().count() - 1); }
 
-Variant RecordSet::field(std::size_t index) const {
-  if (index >= fields().size())
-    throw RuntimeError(kNoSuchField,
-                       "Item not found in this collection: " + std::to_string(index) + ".");
-  return alive().field(index);
-}
+Variant RecordSet::field(std::size_t index) const { return alive().field(index); }
 
 bool RecordSet::isUpdatable() const { return alive().isUpdatable(); }
 void RecordSet::edit() { alive().edit(); }

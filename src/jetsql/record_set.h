@@ -62,8 +62,8 @@ class RecordSet {
   void setField(std::string_view name, const jet::Variant& value);
   void update();
 
-  // The fields `values` of `count` rows from number `first` (0 and on) in one go; the current row
-  // stays. With an error the rows before the one that met it are saved.
+  // The fields `values` of `count` rows from number `first` (0 and on) in one go, in the order of
+  // the file; the current row stays. With an error those before the one that met it are saved.
   void updateRows(std::size_t first, std::size_t count, std::span<const FieldValue> values);
 
   void close();

@@ -52,8 +52,8 @@ class RecordSet {
   virtual void update() = 0;
 
   // The fields `values` of `count` rows from number `first` (0 and on), saved as edit, setField and
-  // update would one row after the other, but rows that are neighbours in the file in one go. The
-  // current row stays. With an error the rows before the one that met it are saved.
+  // update would, but in the order of the file, and neighbours there in one go. The current row
+  // stays. With an error those before the one that met it are saved.
   virtual void updateRows(std::size_t first, std::size_t count,
                           std::span<const FieldValue> values) = 0;
 
