@@ -1,6 +1,7 @@
 #include "jet/index_key.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::byte kValueAscending{0x7f};
 constexpr std::byte kValueDescending{0x80};
+constexpr std::size_t kMostKeyBytes = 8;
 
 // A key column's values, mapped to whole numbers of the same order: for whole types the number
 // itself, for doubles their bits (negative ones turned over). So "the next value" is plus one.
@@ -195,17 +197,21 @@ OrdinalRange equalTo(ColumnType column, const KeyType& type, const Variant& valu
   return between(column, type, std::pair{comparand, true}, std::pair{comparand, true});
 }
 
-// The value's bytes as they stand in an entry, behind the byte that says that it is not Null.
+// The byte that says that the value is not Null, and its own bytes as they stand in an entry.
 void appendKey(ColumnType column, const KeyType& type, Ordinal key, bool ascending,
                std::vector<std::byte>& out) {
+  std::array<std::byte, 1 + kMostKeyBytes> bytes;
+  auto* at = bytes.data();
+  *at++ = ascending ? kValueAscending : kValueDescending;
   auto bits = static_cast<std::uint64_t>(key);
   if (column == ColumnType::YesNo) bits = key != 0 ? 0x00 : 0xff;  // Yes, being -1, comes first
   const bool isSigned = column != ColumnType::YesNo && column != ColumnType::Byte;
   for (std::size_t i = type.size; i-- != 0;) {
     auto byte = static_cast<std::byte>(bits >> 8 * i);
     if (isSigned && i + 1 == type.size) byte ^= std::byte{0x80};
-    out.push_back(ascending ? byte : ~byte);
+    *at++ = ascending ? byte : ~byte;
   }
+  out.insert(out.end(), bytes.data(), at);
 }
 
 class RangeEncoder {
@@ -246,9 +252,6 @@ class RangeEncoder {
   void append(ColumnType column, const KeyType& type, const OrdinalRange& range) {
     keys_.empty = keys_.empty || range.empty;
     if (keys_.empty || keys_.first != keys_.last) return;
-    const std::byte flag = ascending_ ? kValueAscending : kValueDescending;
-    keys_.first.push_back(flag);
-    keys_.last.push_back(flag);
     appendKey(column, type, ascending_ ? range.first : range.last, ascending_, keys_.first);
     appendKey(column, type, ascending_ ? range.last : range.first, ascending_, keys_.last);
   }
