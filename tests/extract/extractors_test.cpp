@@ -320,6 +320,42 @@ TEST_F(ExtractorsTest, CustomerSalesAndAttendanceKeepTheirOwnForms) {
   EXPECT_TRUE(databases.answers["From Employee_Item"].rows[1].contains("c_upload"));
 }
 
+// Whatever ends a walk: the file holds what was written before, and the rows whose statements are
+// all in it are marked, no others.
+TEST_F(ExtractorsTest, AWalkThatFailsHasMarkedTheRowsThatAreInTheFile) {
+  const std::string out = folder.path() / "out";
+  const std::string moved = folder.path() / "moved";
+  const struct {
+    int error;
+    std::function<void()> failing;  // between the two statements of row 500
+  } cases[] = {{94, [] { throw RuntimeError(error::kInvalidUseOfNull, ""); }},
+               {76, [&] { std::filesystem::rename(out, moved); }}};
+  for (const auto& tried : cases) {
+    std::filesystem::remove_all(out);
+    std::filesystem::create_directory(out);
+    work.statementPath = out + "/job.tx";
+    auto& rows = databases.answers["FROM rows"].rows;
+    rows.assign(1000, {});
+    work.openDatabase(start.dataPath, "");
+    EXPECT_EQ(tried.error, errorOf([&] {
+                work.forEachRow(work.sales, "SELECT * FROM rows", {{"sent", true}},
+                                [&](localdb::RecordSet&, std::int32_t number) {
+                                  work.write(std::to_string(2 * number - 1));
+                                  if (number == 500) tried.failing();
+                                  work.write(std::to_string(2 * number));
+                                });
+              }));
+    const auto written = linesOf((tried.error == 76 ? moved : out) + "/job.tx");
+    if (tried.error == 94) {
+      EXPECT_EQ(written.size(), 999U);
+    }
+    for (std::size_t i = 0; i < written.size(); ++i) EXPECT_EQ(written[i], std::to_string(i + 1));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      EXPECT_EQ(rows[i].contains("sent"), i < written.size() / 2) << i << " of " << written.size();
+    }
+  }
+}
+
 TEST_F(ExtractorsTest, CustomersReplaceTheServersWholeList) {
   auto& rows = databases.answers["FROM customer "].rows;
   rows = {{{"c_id", 1},
