@@ -1,11 +1,22 @@
 // From values to the text of a statement.
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "extract/conversions.h"
+#include "extract/insert_statement.h"
+#include "extract/statement_writer.h"
+#include "jet/database.h"
 #include "jet/date_time.h"
 #include "jet/variant.h"
+#include "localdb/database.h"
+#include "platform/clock.h"
+#include "platform/code_page.h"
+#include "platform/files.h"
 #include "rooms/rooms.h"
 
 namespace bench {
@@ -40,15 +51,182 @@ void addSqlText(const std::string& kind, const Variant& value) {
   benchmark::RegisterBenchmark((piece + "/a text of its own").c_str(), asTextOfItsOwn, value);
 }
 
+const extract::ShopLiterals kShop = {"A01", "한옥", "김대표"};
+
+// All fields of a table, in its order: what the extractors' own tables are but for the order and a
+// few fields.
+class Columns {
+ public:
+  Columns(const std::string& path, std::string_view table, bool amountsAreTexts)
+      : file_(jet::Database::open(path)) {
+    columns_ = {extract::group("SHOP_GROUP"), extract::tradeName("SHOP_SANGHO"),
+                extract::representative("SHOP_CHAIRMAN")};
+    for (const jet::Column& column : file_->openTable(table).definition().columns) {
+      columns_.push_back({column.name, form(column.variantType(), amountsAreTexts), column.name});
+    }
+  }
+
+  [[nodiscard]] const std::vector<extract::Column>& get() const { return columns_; }
+
+ private:
+  static extract::Written form(jet::VariantType type, bool amountsAreTexts) {
+    switch (type) {
+      case jet::VariantType::YesNo:
+        return extract::Written::Flag;
+      case jet::VariantType::Currency:
+        return amountsAreTexts ? extract::Written::Text : extract::Written::Number;
+      case jet::VariantType::Integer:
+      case jet::VariantType::Long:
+        return extract::Written::Number;
+      default:
+        return extract::Written::Text;
+    }
+  }
+
+  std::unique_ptr<jet::Database> file_;  // of the names
+  std::vector<extract::Column> columns_;
+};
+
+// Every row of a table, again and again.
+class Rows {
+ public:
+  Rows(const std::string& path, const std::string& table)
+      : engine_(clock_, nullptr),
+        database_(engine_.openDatabase(path, false, true)),
+        rows_(database_->openRecordset("SELECT * FROM " + table + " ORDER BY rDate, s_ID")) {}
+
+  [[nodiscard]] const localdb::RecordSet& row() const { return *rows_; }
+  void next() {
+    rows_->moveNext();
+    if (rows_->atEnd()) rows_->moveFirst();
+  }
+
+ private:
+  platform::SystemClock clock_;
+  localdb::DBEngine engine_;
+  std::shared_ptr<localdb::Database> database_;
+  std::unique_ptr<localdb::RecordSet> rows_;
+};
+
+// What is to be built of which rows.
+struct Kind {
+  std::string path;
+  std::string table;
+  bool amountsAreTexts;
+};
+
+void insertStatement(benchmark::State& state, const Kind& kind) {
+  const Columns columns(kind.path, kind.table, kind.amountsAreTexts);
+  Rows rows(kind.path, kind.table);
+  extract::InsertStatement insert({"SellingTB", columns.get(), " ) Values ("}, kShop);
+  std::string statement;
+  std::int64_t bytes = 0;
+  for (auto _ : state) {
+    insert.build(rows.row(), {}, statement);
+    bytes += std::ssize(statement);
+    rows.next();
+  }
+  state.SetBytesProcessed(bytes);
+  state.SetItemsProcessed(state.iterations());
+}
+
+std::string literal(const localdb::RecordSet& row, const extract::Column& column) {
+  switch (column.written) {
+    case extract::Written::Group:
+      return "'" + kShop.group + "'";
+    case extract::Written::TradeName:
+      return "'" + kShop.tradeName + "'";
+    case extract::Written::Representative:
+      return "'" + kShop.representative + "'";
+    case extract::Written::Flag:
+      return extract::NzBool(row.field(column.field)) ? "'1'" : "'0'";
+    case extract::Written::Number:
+      return std::to_string(extract::NzLong(row.field(column.field)));
+    default:
+      return "'" + extract::SqlText(row.field(column.field)) + "'";
+  }
+}
+
+// Each statement from nothing, each field by its name, each literal a text of its own.
+void fieldByField(benchmark::State& state, const Kind& kind) {
+  const Columns columns(kind.path, kind.table, kind.amountsAreTexts);
+  Rows rows(kind.path, kind.table);
+  std::int64_t bytes = 0;
+  for (auto _ : state) {
+    std::string names;
+    std::string values;
+    for (const extract::Column& column : columns.get()) {
+      if (!names.empty()) names += ", ", values += ", ";
+      names += column.name;
+      values += literal(rows.row(), column);
+    }
+    const std::string statement = "Insert Into SellingTB (" + names + " ) Values (" + values + ");";
+    bytes += std::ssize(statement);
+    rows.next();
+  }
+  state.SetBytesProcessed(bytes);
+  state.SetItemsProcessed(state.iterations());
+}
+
+// Builds the statements of items and gives each to `append` as a line in code page 949.
+template <typename Append>
+void writeItems(benchmark::State& state, const SampleShop& shop, Append append) {
+  const Columns columns(shop.dataFile(), "Selling_Item", true);
+  Rows rows(shop.dataFile(), "Selling_Item");
+  extract::InsertStatement insert({"Selling_ItemTB", columns.get(), " )  Values ("}, kShop);
+  CodePage korean(949);
+  std::string statement;
+  std::string line;
+  std::int64_t bytes = 0;
+  for (auto _ : state) {
+    insert.build(rows.row(), {}, statement);
+    line.clear();
+    korean.appendFromUtf8(statement, line);
+    line += "\r\n";
+    append(line);
+    bytes += std::ssize(line);
+    rows.next();
+  }
+  state.SetBytesProcessed(bytes);
+  state.SetItemsProcessed(state.iterations());
+}
+
+void writeInBackground(benchmark::State& state, const SampleShop& shop) {
+  extract::StatementWriter writer(shop.newFile());
+  writeItems(state, shop, [&](const std::string& line) { writer.append(line); });
+}
+
+void writeAndWait(benchmark::State& state, const SampleShop& shop) {
+  const std::string path = shop.newFile();
+  writeItems(state, shop, [&](const std::string& line) { platform::appendToFile(path, line); });
+}
+
+void addStatement(const std::string& what, const Kind& kind) {
+  const std::string piece = "statement of " + what;
+  benchmark::RegisterBenchmark((piece + "/InsertStatement").c_str(), insertStatement, kind);
+  benchmark::RegisterBenchmark((piece + "/field by field").c_str(), fieldByField, kind);
+}
+
 }  // namespace
 
-void addExtract(const SampleShop&) {
+void addExtract(const SampleShop& shop) {
   addSqlText("a text", "주방장 모둠전, 큰 접시");
   addSqlText("one with apostrophes", "D'Arcy O'Kim의 주방장 모둠전");
   addSqlText("a whole number", 189000);
   addSqlText("an amount", jet::Currency{1890000000});
   addSqlText("a fraction", 1.5);
   addSqlText("a date", jet::toDateTime({2013, 8, 2, 19, 5, 9}));
+  addStatement("a sale", {shop.dataFile(), "Selling", false});
+  addStatement("an item", {shop.dataFile(), "Selling_Item", true});
+
+  // By the clock on the wall: the writer works in a thread of its own.
+  const auto add = [&](const char* name, void (*way)(benchmark::State&, const SampleShop&)) {
+    benchmark::RegisterBenchmark(name, [&shop, way](benchmark::State& state) {
+      way(state, shop);
+    })->UseRealTime();
+  };
+  add("items into the file/in the background", writeInBackground);
+  add("items into the file/one append after the other", writeAndWait);
 }
 
 }  // namespace bench

@@ -32,12 +32,14 @@ void codePage(benchmark::State& state, std::string_view text) {
     benchmark::DoNotOptimize(out.data());
   }
   state.SetBytesProcessed(state.iterations() * std::ssize(text));
+  state.SetItemsProcessed(state.iterations());
 }
 
 void plainIconv(benchmark::State& state, std::string_view text) {
   PlainIconv converter("CP949", "UTF-8");
   for (auto _ : state) benchmark::DoNotOptimize(converter.convert(text));
   state.SetBytesProcessed(state.iterations() * std::ssize(text));
+  state.SetItemsProcessed(state.iterations());
 }
 
 }  // namespace

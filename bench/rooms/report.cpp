@@ -15,6 +15,8 @@ std::string pieceOf(const Run& run) {
   return run.run_name.function_name.substr(0, run.run_name.function_name.find('/'));
 }
 
+double itemsPerSecond(const Run& run) { return run.counters.at("items_per_second").value; }
+
 std::string rateOf(const Run& run) {
   std::string text;
   const auto add = [&](const char* counter, double unit, const char* format) {
@@ -52,8 +54,7 @@ void Report::Finalize() {
     if (leads) first = &run;
     std::printf("%-52s%s", run.run_name.function_name.c_str(), rateOf(run).c_str());
     if (!leads) {
-      std::printf("   takes %.2f times as long",
-                  run.GetAdjustedCPUTime() / first->GetAdjustedCPUTime());
+      std::printf("   takes %.2f times as long", itemsPerSecond(*first) / itemsPerSecond(run));
     }
     std::printf("\n");
   }

@@ -1,6 +1,7 @@
 // The table that bench/pieces prints, at the end of the run and in the order in which the
 // benchmarks were added, whatever order they ran in: of each its median rate, and for the
-// plain ways of a piece how many times as long as the first one they take.
+// plain ways of a piece how many times as long as the first one they take. Every benchmark counts
+// items.
 #pragma once
 
 #include <vector>

@@ -10,6 +10,6 @@ namespace bench {
 void addPlatform();                       // texts into code page 949
 void addJet(const SampleShop& shop);      // page walk, row decode, text decode
 void addJetsql(const SampleShop& shop);   // one query after the other, marking of rows
-void addExtract(const SampleShop& shop);  // SqlText, statement building
+void addExtract(const SampleShop& shop);  // SqlText, statement building, statements into the file
 
 }  // namespace bench

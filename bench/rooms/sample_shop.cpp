@@ -41,4 +41,10 @@ std::string SampleShop::freshCopy() const {
   return copy.string();
 }
 
+std::string SampleShop::newFile() const {
+  const fs::path file = folder_ / "new";
+  fs::remove(file);
+  return file.string();
+}
+
 }  // namespace bench

@@ -22,6 +22,9 @@ class SampleShop {
   // data.mdb as it was made, for who marks rows; takes the place of the last copy.
   [[nodiscard]] std::string freshCopy() const;
 
+  // A file for who writes one, not there yet; takes the place of the last one.
+  [[nodiscard]] std::string newFile() const;
+
  private:
   std::filesystem::path folder_;
   std::filesystem::path shop_;
