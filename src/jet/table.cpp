@@ -80,6 +80,12 @@ bool Table::tryRead(RowId id, Row& row, Freshness freshness) {
   return id.row < rowCount(file_.format(), *page) && rowAt(page, id.row, row, freshness);
 }
 
+bool Table::tryReadNext(RowId id, Row& row) {
+  const bool near = row.page() != nullptr && row.page()->number == id.page;
+  const PagePtr page = near ? row.page() : dataPage(id.page);
+  return id.row < rowCount(file_.format(), *page) && rowAt(page, id.row, row, Freshness::Cached);
+}
+
 Row Table::read(RowId id, Freshness freshness) {
   Row row;
   if (tryRead(id, row, freshness)) return row;

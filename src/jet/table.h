@@ -74,6 +74,10 @@ class Table {
   // The same into an existing Row; false instead of 3167.
   [[nodiscard]] bool tryRead(RowId id, Row& row, Freshness freshness = Freshness::Cached);
 
+  // The same as cached, for a walk over rows of which many follow on one page: the page is taken
+  // from `row` where that was read from it, as it was then.
+  [[nodiscard]] bool tryReadNext(RowId id, Row& row);
+
   // True when an index's first `columns` key columns are of kinds that seek can encode: Yes/No,
   // whole numbers, Currency, single, double, date.
   [[nodiscard]] bool canSeek(std::size_t realIndex, std::size_t columns = 1) const;

@@ -15,6 +15,18 @@ char32_t folded(char32_t character) {
   return lower == 0x3C2 ? 0x3C3 : lower;
 }
 
+// A byte within a character.
+bool isInside(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+// Begins with one of the characters from U+2000 to U+EFFF, Hangul among them: they have no case,
+// and their bytes are in the order of their code points.
+bool isCaseless(std::string_view text) {
+  if (text.size() < 3 || !isInside(text[1]) || !isInside(text[2])) return false;
+  const auto first = static_cast<unsigned char>(text[0]);
+  const bool isSurrogate = first == 0xED && static_cast<unsigned char>(text[1]) >= 0xA0;
+  return first >= 0xE2 && first <= 0xEE && !isSurrogate;
+}
+
 int compareCallback(void*, int leftSize, const void* left, int rightSize, const void* right) {
   return compareText({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
                      {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
@@ -32,8 +44,11 @@ int compareText(std::string_view left, std::string_view right) {
                     right.begin())
           .first -
       left.begin());
-  while (same > 0 && same < shorter && (static_cast<unsigned char>(left[same - 1]) & 0x80U) != 0)
-    --same;
+  if (same < shorter)
+    while (same > 0 && (isInside(left[same]) || isInside(right[same]))) --same;
+  const int order = left.substr(same, 3).compare(right.substr(same, 3));
+  if (order != 0 && isCaseless(left.substr(same)) && isCaseless(right.substr(same)))
+    return order < 0 ? -1 : 1;
   std::size_t l = same;
   std::size_t r = same;
   while (l < left.size() && r < right.size()) {

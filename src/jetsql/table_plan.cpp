@@ -179,7 +179,7 @@ TablePlan TablePlan::unpacked(int number) {
 }
 
 void choosePlan(const JetTable& table, sqlite3_index_info& info) {
-  constexpr double kScanStart = 10;
+  constexpr double kScanStart = 40;  // which pages there are is read anew each time
   const double rows = table.estimatedRows();
   Candidate best{{}, {}, kScanStart + rows, rows, false};
   const auto consider = [&best](const std::optional<Candidate>& candidate) {

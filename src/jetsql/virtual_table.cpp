@@ -89,7 +89,7 @@ class Cursor {
   }
 
   // False for a row that is gone, which an index may still name.
-  bool read(jet::RowId id) { return table_.table().tryRead(id, row_); }
+  bool read(jet::RowId id) { return table_.table().tryReadNext(id, row_); }
 
   // Ready for the first next(); false where nothing can be found.
   bool begin(const TablePlan& plan, std::span<sqlite3_value*> values) {
