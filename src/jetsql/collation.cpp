@@ -71,6 +71,11 @@ std::uint64_t hashText(std::string_view text) {
   return hash;
 }
 
+void appendFolded(std::string_view text, std::string& result) {
+  for (std::size_t position = 0; position < text.size();)
+    appendCharacter(result, folded(nextCharacter(text, position)));
+}
+
 void registerCollation(sqlite3* database) {
   sqlite3_create_collation_v2(database, "JET", SQLITE_UTF8, nullptr, compareCallback, nullptr);
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 struct sqlite3;
@@ -17,6 +18,9 @@ namespace jetsql {
 [[nodiscard]] bool equalText(std::string_view left, std::string_view right);
 
 [[nodiscard]] std::uint64_t hashText(std::string_view text);
+
+// Appends the text in a form whose bytes are in the order of the texts, if it is whole UTF-8.
+void appendFolded(std::string_view text, std::string& folded);
 
 // The collation's name in SQLite is JET.
 void registerCollation(sqlite3* database);

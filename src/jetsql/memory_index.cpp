@@ -83,6 +83,13 @@ bool hasOrderedKeys(VariantType type) {
          type == VariantType::DateTime;
 }
 
+std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column, VariantType type) {
+  if (isWholeKey(type)) return row.wholeNumber(column);
+  const double number = row.realNumber(column);
+  if (std::isnan(number)) return {};
+  return realKey(number);
+}
+
 MemoryIndex::MemoryIndex(jet::Table& table, std::size_t column) {
   // The definition's count is a hint; a wrong one must not cost much.
   constexpr std::uint32_t kMostReserved = 1U << 20U;

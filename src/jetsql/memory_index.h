@@ -48,6 +48,10 @@ class MemoryIndex {
 // True for types whose keys keep their order.
 [[nodiscard]] bool hasOrderedKeys(jet::VariantType type);
 
+// The key of a column that is not Null and of such a type; nothing for what SQLite takes for Null.
+[[nodiscard]] std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column,
+                                                     jet::VariantType type);
+
 // The key of a value, in SQLite's encoding, among keys of a column's type. Nothing where no row can
 // be equal to it.
 [[nodiscard]] std::optional<std::int64_t> keyOf(sqlite3_value* value, jet::VariantType type);

@@ -5,9 +5,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <optional>
+#include <span>
 #include <vector>
 
+#include "jetsql/row_order.h"
 #include "jetsql/virtual_table.h"
 
 namespace jetsql {
@@ -159,12 +162,31 @@ void keepSmallInMemory(const JetTable& table, TablePlan& plan) {
   plan.target = static_cast<std::uint16_t>(column);
 }
 
+// The rows of one key are few and lie together: they are put in order here, so that SQLite need
+// not.
+void orderHere(const JetTable& table, sqlite3_index_info& info, TablePlan& plan) {
+  const bool finds = plan.access == Access::FileIndex || plan.access == Access::MemoryIndex;
+  if (!finds || plan.equal == 0 || info.nOrderBy == 0) return;
+  std::vector<RowOrder::Term> terms;
+  for (const auto& term : std::span(info.aOrderBy, static_cast<std::size_t>(info.nOrderBy))) {
+    if (term.iColumn < 0) return;
+    const auto column = static_cast<std::size_t>(term.iColumn);
+    if (!RowOrder::canOrderBy(typeOf(table, column))) return;
+    terms.push_back({column, term.desc != 0});
+  }
+  info.idxStr = sqlite3_mprintf("%s", RowOrder::packed(terms).c_str());
+  if (info.idxStr == nullptr) throw std::bad_alloc();
+  info.needToFreeIdxStr = 1;
+  info.orderByConsumed = 1;
+  plan.ordered = true;
+}
+
 }  // namespace
 
 int TablePlan::packed() const {
   const auto bit = [](bool on, int place) { return on ? 1 << place : 0; };
   return static_cast<int>(access) | bit(lower, 2) | bit(lowerInclusive, 3) | bit(upper, 4) |
-         bit(upperInclusive, 5) | equal << 8 | target << 16;
+         bit(upperInclusive, 5) | bit(ordered, 6) | equal << 8 | target << 16;
 }
 
 TablePlan TablePlan::unpacked(int number) {
@@ -175,6 +197,7 @@ TablePlan TablePlan::unpacked(int number) {
           bit(3),
           bit(4),
           bit(5),
+          bit(6),
           static_cast<std::uint16_t>(number >> 16 & 0x7FFF)};
 }
 
@@ -193,6 +216,7 @@ void choosePlan(const JetTable& table, sqlite3_index_info& info) {
     consider(byMemoryIndex(table, i, info));
 
   keepSmallInMemory(table, best.plan);
+  orderHere(table, info, best.plan);
 
   for (std::size_t i = 0; i < best.constraints.size(); ++i)
     info.aConstraintUsage[best.constraints[i]].argvIndex = static_cast<int>(i) + 1;

@@ -21,6 +21,7 @@ struct TablePlan {
   bool lowerInclusive = false;
   bool upper = false;
   bool upperInclusive = false;
+  bool ordered = false;      // put in order by row_order.h; the terms come as the plan's text
   std::uint16_t target = 0;  // of FileIndex: the real index; of MemoryIndex: the column
 
   [[nodiscard]] int packed() const;

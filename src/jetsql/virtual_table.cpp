@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "jetsql/row_order.h"
 #include "jetsql/table_plan.h"
 #include "jetsql/value_encoding.h"
 #include "jetsql/virtual_module.h"
@@ -45,7 +46,7 @@ class Cursor {
   [[nodiscard]] bool atEnd() const { return atEnd_; }
   [[nodiscard]] std::int64_t rowid() const { return row().id().number(); }
 
-  void filter(int packedPlan, std::string_view, std::span<sqlite3_value*> values) {
+  void filter(int packedPlan, std::string_view order, std::span<sqlite3_value*> values) {
     const TablePlan plan = TablePlan::unpacked(packedPlan);
     access_ = plan.access;
     atEnd_ = true;
@@ -55,6 +56,7 @@ class Cursor {
     if (hasNull) return;  // nothing is equal to Null, or above or below it
     atEnd_ = !begin(plan, values);
     if (!atEnd_) next();
+    if (plan.ordered) putInOrder(order);
   }
 
   void next() {
@@ -84,6 +86,17 @@ class Cursor {
   void setColumn(sqlite3_context* context, int column);
 
  private:
+  // What the walk gives, gathered and walked again in another order.
+  void putInOrder(std::string_view terms) {
+    RowOrder order(table_.schema(), terms);
+    for (; !atEnd_; next()) order.add(row());
+    ordered_.clear();
+    for (const std::int64_t number : order.rows()) ordered_.push_back({0, number});
+    access_ = Access::MemoryIndex;
+    entries_ = ordered_;
+    next();
+  }
+
   [[nodiscard]] const jet::Row& row() const {
     return access_ == Access::Scan ? scan_->row() : row_;
   }
@@ -174,6 +187,7 @@ class Cursor {
   std::shared_ptr<const MemoryIndex> memoryIndex_;  // keeps what entries_ lies in
   std::span<const MemoryIndex::Entry> entries_;
   MemoryIndex::Entry single_{};
+  std::vector<MemoryIndex::Entry> ordered_;
   jet::RowId found_;
   jet::Row row_;
   std::string text_;

@@ -75,6 +75,19 @@ TEST_F(TableAccessTest, RowsOfOneKeyComeInTheOrderOfTheFile) {
   }
 }
 
+// The rows of one key are ordered by the table itself; by an expression SQLite has to order them.
+TEST_F(TableAccessTest, RowsOfOneKeyAreOrderedAsSqliteOrders) {
+  for (const char* field : {"id", "sale", "price", "day", "done", "name", "ratio", "exact"})
+    for (const char* way : {"", " DESC"})
+      for (const char* table : {"Items", "Plain"}) {
+        const std::string f = field;
+        const std::string query =
+            "SELECT id FROM " + std::string(table) + " WHERE menu = 3 ORDER BY ";
+        EXPECT_EQ(rows(query + "done, " + f + way),
+                  rows(query + "IIf(True, done, done), IIf(True, " + f + ", " + f + ")" + way));
+      }
+}
+
 TEST_F(TableAccessTest, AnIndexInMemoryFollowsUpdates) {
   const auto session = openWritable();
   const std::string query = "SELECT id FROM Plain WHERE sale = 5";
