@@ -1,4 +1,5 @@
 #include <array>
+#include <map>
 
 #include "extract/conversions.h"
 #include "extract/extractors.h"
@@ -64,10 +65,29 @@ jet::Variant netAmount(const jet::Variant& price, std::int16_t rate) {
   return jet::toDouble(price) * (1 - rate * 0.01);
 }
 
-OwnValues ownValues(Workspace& work, const localdb::RecordSet& card) {
+// The rates found so far. A kind without one is looked for at every payment, so that the message
+// log tells of each that failed.
+class Rates {
+ public:
+  explicit Rates(Workspace& work) : work_(work) {}
+
+  std::int16_t of(const std::string& kind) {
+    const auto known = found_.find(kind);
+    if (known != found_.end()) return known->second;
+    const std::int16_t rate = Rate_call(work_, kind);
+    if (rate != 0) found_[kind] = rate;
+    return rate;
+  }
+
+ private:
+  Workspace& work_;
+  std::map<std::string, std::int16_t> found_;
+};
+
+OwnValues ownValues(Workspace& work, Rates& rates, const localdb::RecordSet& card) {
   // The moment of the upload, not of the payment.
   const platform::LocalTime now = work.around.clock.now();
-  const std::int16_t rate = Rate_call(work, NzText(card.field("card_kind")));
+  const std::int16_t rate = rates.of(NzText(card.field("card_kind")));
   return {platform::formatTime(now, "%Y-%m-%d"), platform::formatTime(now, "%H:%M:%S"),
           jet::toText(rate), netAmount(card.field("price_cards"), rate)};
 }
@@ -100,9 +120,10 @@ void 카드매출(Workspace& work) {
                          jet::dateText(work.days.last)));
   work.openDatabase(work.around.start.configurationPath, "카드매출");
   InsertStatement insert(kInsert, work.shop);
+  Rates rates(work);
   work.forEachRow(work.cards, cardsQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& card, std::int32_t) {
-                    insert.build(card, ownValues(work, card), work.statement);
+                    insert.build(card, ownValues(work, rates, card), work.statement);
                     work.write(work.statement);
                   });
 }

@@ -109,6 +109,14 @@ Whole toWhole(const Variant& value) {
   return fromReal<Whole>(toDouble(value));
 }
 
+void appendCurrency(std::string& text, Currency value) {
+  if (value.units % kCurrencyScale == 0) {
+    appendWhole(text, value.units / kCurrencyScale);
+  } else {
+    text += decimalText(value.units < 0, magnitudeOf(value.units), 4);
+  }
+}
+
 }  // namespace
 
 std::string toText(const Variant& value) {
@@ -126,7 +134,7 @@ void appendText(std::string& text, const Variant& value) {
       [&](std::int32_t v) { appendWhole(text, v); },
       [&](float v) { text += realText(v); },
       [&](double v) { text += realText(v); },
-      [&](Currency v) { text += decimalText(v.units < 0, magnitudeOf(v.units), 4); },
+      [&](Currency v) { appendCurrency(text, v); },
       [&](DateTime v) { appendDateText(text, v); },
       [&](const Numeric& v) { text += decimalText(v.negative, v.magnitude, v.scale); },
       [&](const std::string& v) { text += v; },

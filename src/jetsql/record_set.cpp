@@ -53,16 +53,12 @@ void RecordSet::Implementation::moveNext() {
   moveTo(position_ + 1);
 }
 
-const jet::Row* RecordSet::Implementation::row(std::size_t source) {
+void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
   const std::int64_t id = rowId(position_, source);
-  if (id == kNoRow) return nullptr;
-  SourceRow& current = current_[source];
-  if (current.position != position_) {
-    current.position = SIZE_MAX;
-    current.row = layout_->sources[source]->table().read(jet::RowId::fromNumber(id));
-    current.position = position_;
-  }
-  return &current.row;
+  into.position = SIZE_MAX;
+  into.present = id != kNoRow;
+  if (into.present) into.row = layout_->sources[source]->table().read(jet::RowId::fromNumber(id));
+  into.position = position_;
 }
 
 Variant RecordSet::Implementation::field(std::size_t index) {
@@ -89,6 +85,7 @@ void RecordSet::Implementation::edit() {
   current.position = SIZE_MAX;
   if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::Fresh))
     throw RuntimeError(kRecordDeleted, "Record is deleted.");
+  current.present = true;
   current.position = position_;
   changes_.clear();
   editing_ = true;

@@ -51,6 +51,7 @@ class RecordSet::Implementation {
   struct SourceRow {
     jet::Row row;
     std::size_t position = SIZE_MAX;  // of the record set, that `row` was read for
+    bool present = false;             // no: the empty side of a join
   };
 
   void needRow() const;        // error 3021
@@ -58,7 +59,13 @@ class RecordSet::Implementation {
   [[nodiscard]] std::int64_t rowId(std::size_t position, std::size_t source) const {
     return rowIds_[position * layout_->sources.size() + source];
   }
-  [[nodiscard]] const jet::Row* row(std::size_t source);  // nullptr: the empty side of a join
+  // Nullptr: the empty side of a join.
+  [[nodiscard]] const jet::Row* row(std::size_t source) {
+    SourceRow& current = current_[source];
+    if (current.position != position_) load(source, current);
+    return current.present ? &current.row : nullptr;
+  }
+  void load(std::size_t source, SourceRow& into);
 
   std::shared_ptr<Session> session_;
   std::shared_ptr<const QueryLayout> layout_;

@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <utility>
 
 #include <iconv.h>
 
@@ -127,24 +129,28 @@ class CodePage::Encoder {
 
   // Takes the characters beyond ASCII that `text` begins with and gives their bytes.
   std::size_t appendOthers(std::string_view text, std::string& out) {
+    std::array<char, 256> bytes;  // together, as each by itself costs as much as its looking up
+    std::size_t filled = 0;
     std::size_t taken = 0;
     while (taken < text.size() && static_cast<unsigned char>(text[taken]) >= 0x80) {
       const std::string_view rest = text.substr(taken);
       const Character character = shortCharacter(rest);
-      if (character.length == 0) {
-        const std::size_t length = characterLength(rest);
+      const Encoded* known = character.length == 0 ? nullptr : &encoded(character, rest);
+      if (known == nullptr || known->length == 0) {
+        out.append(bytes.data(), std::exchange(filled, 0));
+        const std::size_t length = known == nullptr ? characterLength(rest) : character.length;
         converter_.append(rest.substr(0, length), out);
         taken += length;
         continue;
       }
+      std::memcpy(bytes.data() + filled, known->bytes.data(), known->bytes.size());
+      filled += known->length;
       taken += character.length;
-      const Encoded& known = encoded(character, rest);
-      if (known.length != 0) {
-        out.append(known.bytes.data(), known.length);
-      } else {
-        converter_.append(rest.substr(0, character.length), out);
+      if (filled + known->bytes.size() > bytes.size()) {
+        out.append(bytes.data(), std::exchange(filled, 0));
       }
     }
+    out.append(bytes.data(), filled);
     return taken;
   }
 
