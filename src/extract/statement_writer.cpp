@@ -1,8 +1,7 @@
 #include "extract/statement_writer.h"
 
+#include <optional>
 #include <utility>
-
-#include "platform/files.h"
 
 namespace extract {
 
@@ -42,6 +41,7 @@ void StatementWriter::waitFor(std::size_t count) {
 }
 
 void StatementWriter::run() {
+  std::optional<platform::FileAppender> file;
   Batch batch;
   std::unique_lock lock(mutex_);
   while (true) {
@@ -54,7 +54,8 @@ void StatementWriter::run() {
     progress_.notify_one();
     std::exception_ptr failure;
     try {
-      appendAll(batch);
+      if (!file) file.emplace(path_);
+      appendAll(*file, batch);
     } catch (...) {
       failure = std::current_exception();
     }
@@ -65,10 +66,10 @@ void StatementWriter::run() {
   }
 }
 
-void StatementWriter::appendAll(const Batch& batch) {
+void StatementWriter::appendAll(platform::FileAppender& file, const Batch& batch) {
   std::size_t start = 0;
   for (const std::size_t end : batch.ends) {
-    platform::appendToFile(path_, std::string_view(batch.bytes).substr(start, end - start));
+    file.append(std::string_view(batch.bytes).substr(start, end - start));
     ++appended_;
     start = end;
   }

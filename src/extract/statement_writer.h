@@ -24,6 +24,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/files.h"
+
 namespace extract {
 
 class StatementWriter {
@@ -56,7 +58,7 @@ class StatementWriter {
   };
 
   void run();
-  void appendAll(const Batch& batch);
+  void appendAll(platform::FileAppender& file, const Batch& batch);
 
   const std::string path_;
   std::size_t handedOver_ = 0;  // the caller's alone

@@ -39,15 +39,14 @@ struct Character {
 };
 
 Character shortCharacter(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return std::size_t{static_cast<unsigned char>(text[i])}; };
-  const auto follows = [&](std::size_t i) { return (byte(i) & 0xC0) == 0x80; };
-  const std::size_t lead = byte(0);
-  if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && follows(1)) {
-    return {(lead & 0x1F) << 6 | (byte(1) & 0x3F), 2};
-  }
-  if (lead >= 0xE0 && lead < 0xF0 && text.size() > 2 && follows(1) && follows(2)) {
-    const std::size_t number = (lead & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
+  // A byte that follows gives six bits; any other becomes 0x40 or more.
+  const auto bits = [&](std::size_t i) { return static_cast<unsigned char>(text[i]) ^ 0x80U; };
+  const auto lead = static_cast<unsigned char>(text[0]);
+  if ((lead & 0xF0) == 0xE0 && text.size() > 2 && (bits(1) | bits(2)) < 0x40) {
+    const std::size_t number = (lead & 0x0FU) << 12 | bits(1) << 6 | bits(2);
     if (number >= 0x800) return {number, 3};
+  } else if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && bits(1) < 0x40) {
+    return {(lead & 0x1FU) << 6 | bits(1), 2};
   }
   return {};
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,25 @@ void createEmptyFile(const std::string& path);  // an existing one is cut to not
 // Opens, appends in one write, closes; creates the file where it is missing. Lines of two processes
 // on one file interleave and are not torn.
 void appendToFile(const std::string& path, std::string_view bytes);
+
+// The same, again and again to one file. Only its folder stays open; a folder that is moved
+// meanwhile is followed.
+class FileAppender {
+ public:
+  explicit FileAppender(std::string path);
+  FileAppender(const FileAppender&) = delete;
+  FileAppender& operator=(const FileAppender&) = delete;
+  ~FileAppender();
+
+  void append(std::string_view bytes);
+
+ private:
+  class Folder;
+
+  std::string path_;
+  std::string name_;
+  std::unique_ptr<Folder> folder_;
+};
 
 // The file is the old one or the new one at any moment: written beside under a working name, then
 // renamed. Its permissions stay.

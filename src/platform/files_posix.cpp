@@ -18,16 +18,19 @@ namespace {
 
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
 
-// Owns one open file.
+// Owns one open file, whose path outlives it.
 class Descriptor {
  public:
-  Descriptor(const std::string& path, int flags) : path_(path) {
+  Descriptor(const std::string& path, int flags) : Descriptor(path, flags, AT_FDCWD, path) {}
+  // By its name in an open folder; `path` is for messages.
+  Descriptor(const std::string& path, int flags, int folder, const std::string& name)
+      : path_(path) {
     do {
-      number_ = ::open(path.c_str(), flags | O_CLOEXEC, kNewFileMode);
+      number_ = ::openat(folder, name.c_str(), flags | O_CLOEXEC, kNewFileMode);
     } while (number_ < 0 && errno == EINTR);
     if (number_ < 0) throwOpen(errno);
   }
-  Descriptor(int number, std::string path) : path_(std::move(path)), number_(number) {}
+  Descriptor(int number, const std::string& path) : path_(path), number_(number) {}
   ~Descriptor() {
     if (number_ >= 0) ::close(number_);
   }
@@ -60,7 +63,7 @@ class Descriptor {
     throwErrno(code, "Cannot open", path_);
   }
 
-  std::string path_;
+  const std::string& path_;
   int number_ = -1;
 };
 
@@ -130,8 +133,42 @@ std::string readFile(const std::string& path) {
   }
 }
 
+namespace {
+
+constexpr int kToAppend = O_WRONLY | O_CREAT | O_APPEND;
+
+}  // namespace
+
 void appendToFile(const std::string& path, std::string_view bytes) {
-  Descriptor file(path, O_WRONLY | O_CREAT | O_APPEND);
+  Descriptor file(path, kToAppend);
+  file.write(bytes);
+  file.close();
+}
+
+// Finding the file from its folder spares the system the way there, a good tenth of an append.
+class FileAppender::Folder {
+ public:
+  // With a name in it, a folder that is missing fails as a file in it would.
+  explicit Folder(const std::string& path)
+      : path_((std::filesystem::path(path).parent_path() / ".").string()),
+        folder_(path_, O_PATH | O_DIRECTORY) {}
+
+  [[nodiscard]] int number() const { return folder_.number(); }
+
+ private:
+  std::string path_;
+  Descriptor folder_;
+};
+
+FileAppender::FileAppender(std::string path)
+    : path_(std::move(path)),
+      name_(std::filesystem::path(path_).filename().string()),
+      folder_(std::make_unique<Folder>(path_)) {}
+
+FileAppender::~FileAppender() = default;
+
+void FileAppender::append(std::string_view bytes) {
+  Descriptor file(path_, kToAppend, folder_->number(), name_);
   file.write(bytes);
   file.close();
 }
