@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jet/bytes.h"
@@ -44,6 +45,9 @@ class Row {
   // The row as stored, and the page that holds it: not id().page when the row was forwarded.
   [[nodiscard]] Bytes bytes() const { return bytes_; }
   [[nodiscard]] const PagePtr& page() const { return page_; }
+
+  // Leaves the row as one that was never read.
+  [[nodiscard]] PagePtr takePage() { return std::exchange(*this, Row()).page_; }
 
   // Columns that the row has room for in its null mask; the table may have got more since.
   [[nodiscard]] std::size_t columnCount() const { return columnCount_; }

@@ -81,9 +81,14 @@ bool Table::tryRead(RowId id, Row& row, Freshness freshness) {
 }
 
 bool Table::tryReadNext(RowId id, Row& row) {
-  const bool near = row.page() != nullptr && row.page()->number == id.page;
-  const PagePtr page = near ? row.page() : dataPage(id.page);
-  return id.row < rowCount(file_.format(), *page) && rowAt(page, id.row, row, Freshness::Cached);
+  const Page* page = row.page().get();
+  if (page == nullptr || page->number != id.page) return tryRead(id, row);
+  if (id.row >= rowCount(file_.format(), *page)) return false;
+  const RowSlot slot = rowSlot(file_, *page, id.row);
+  if (slot.deleted) return false;
+  if (slot.forwarded) return tryRead(id, row);
+  row = Row(context_, id, row.takePage(), Bytes(page->bytes).subspan(slot.start, slot.size()));
+  return true;
 }
 
 Row Table::read(RowId id, Freshness freshness) {

@@ -162,11 +162,17 @@ void keepSmallInMemory(const JetTable& table, TablePlan& plan) {
   plan.target = static_cast<std::uint16_t>(column);
 }
 
-// The rows of one key are few and lie together: they are put in order here, so that SQLite need
-// not.
-void orderHere(const JetTable& table, sqlite3_index_info& info, TablePlan& plan) {
-  const bool finds = plan.access == Access::FileIndex || plan.access == Access::MemoryIndex;
-  if (!finds || plan.equal == 0 || info.nOrderBy == 0) return;
+// One row is in any order. The rows of one key are few and lie together: they are put in order
+// here, so that SQLite need not.
+void orderHere(const JetTable& table, sqlite3_index_info& info, Candidate& best) {
+  if (info.nOrderBy == 0) return;
+  if (best.unique) {
+    info.orderByConsumed = 1;
+    return;
+  }
+  const bool finds =
+      best.plan.access == Access::FileIndex || best.plan.access == Access::MemoryIndex;
+  if (!finds || best.plan.equal == 0) return;
   std::vector<RowOrder::Term> terms;
   for (const auto& term : std::span(info.aOrderBy, static_cast<std::size_t>(info.nOrderBy))) {
     if (term.iColumn < 0) return;
@@ -178,7 +184,7 @@ void orderHere(const JetTable& table, sqlite3_index_info& info, TablePlan& plan)
   if (info.idxStr == nullptr) throw std::bad_alloc();
   info.needToFreeIdxStr = 1;
   info.orderByConsumed = 1;
-  plan.ordered = true;
+  best.plan.ordered = true;
 }
 
 }  // namespace
@@ -216,7 +222,7 @@ void choosePlan(const JetTable& table, sqlite3_index_info& info) {
     consider(byMemoryIndex(table, i, info));
 
   keepSmallInMemory(table, best.plan);
-  orderHere(table, info, best.plan);
+  orderHere(table, info, best);
 
   for (std::size_t i = 0; i < best.constraints.size(); ++i)
     info.aConstraintUsage[best.constraints[i]].argvIndex = static_cast<int>(i) + 1;
