@@ -126,7 +126,7 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
   std::vector<jet::RowId> ids;
   for (std::size_t position = first; position < first + count; ++position)
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
-  std::ranges::sort(ids);  // as they stand in the file
+  std::ranges::sort(ids, {}, &jet::RowId::number);  // as they stand in the file
   current_[source].position = SIZE_MAX;
   layout_->sources[source]->write(ids, changes);
 }
