@@ -68,9 +68,10 @@ void StatementWriter::run() {
 
 void StatementWriter::appendAll(platform::FileAppender& file, const Batch& batch) {
   std::size_t start = 0;
+  std::size_t count = appended_.load(std::memory_order_relaxed);  // changed here only
   for (const std::size_t end : batch.ends) {
     file.append(std::string_view(batch.bytes).substr(start, end - start));
-    ++appended_;
+    appended_.store(++count, std::memory_order_release);
     start = end;
   }
 }

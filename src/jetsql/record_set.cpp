@@ -57,7 +57,11 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
   const std::int64_t id = rowId(position_, source);
   into.position = SIZE_MAX;
   into.present = id != kNoRow;
-  if (into.present) into.row = layout_->sources[source]->table().read(jet::RowId::fromNumber(id));
+  if (into.present) {
+    jet::Table& table = layout_->sources[source]->table();
+    const jet::RowId row = jet::RowId::fromNumber(id);
+    if (!table.tryReadNext(row, into.row)) into.row = table.read(row);  // which says what is wrong
+  }
   into.position = position_;
 }
 
@@ -127,7 +131,7 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
   for (std::size_t position = first; position < first + count; ++position)
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
   std::ranges::sort(ids, {}, &jet::RowId::number);  // as they stand in the file
-  current_[source].position = SIZE_MAX;
+  current_[source] = {};
   layout_->sources[source]->write(ids, changes);
 }
 

@@ -25,7 +25,14 @@ std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
       {.readOnly = options.readOnly, .exclusive = options.exclusive, .password = password});
 }
 
+// SQLite counts the memory it takes under a lock of the whole process, for questions that nobody
+// here asks. It can be told not to before its first use only.
+void leaveMemoryUncounted() {
+  [[maybe_unused]] static const int status = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+}
+
 ConnectionHandle openConnection(CallState& state) {
+  leaveMemoryUncounted();
   sqlite3* opened = nullptr;
   // A session is used by one thread at a time and needs no lock of SQLite's.
   const int status = sqlite3_open_v2(
