@@ -7,7 +7,7 @@ namespace extract {
 
 namespace {
 
-constexpr std::size_t kMostWaiting = std::size_t{128} << 10;  // bytes
+constexpr std::size_t kMostWaiting = std::size_t{4} << 20;  // bytes
 
 }  // namespace
 
