@@ -1,0 +1,141 @@
+// The whole program over a sample shop, killed again and again while the statement file grows: no
+// sale may be marked whose statements are not all in the file, and the next run sends everything.
+#include <gtest/gtest.h>
+#include <sched.h>
+
+#include <csignal>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <set>
+
+#include "jet/database.h"
+#include "support/child_process.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Keeps this process and its children on one processor: the job's two threads then take turns, and
+// the one that builds statements gets far ahead of the one that writes them.
+class OneProcessor {
+ public:
+  OneProcessor() {
+    sched_getaffinity(0, sizeof before_, &before_);
+    int first = 0;
+    while (!CPU_ISSET(first, &before_)) ++first;
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(first, &one);
+    sched_setaffinity(0, sizeof one, &one);
+  }
+  ~OneProcessor() { sched_setaffinity(0, sizeof before_, &before_); }
+  OneProcessor(const OneProcessor&) = delete;
+  OneProcessor& operator=(const OneProcessor&) = delete;
+
+ private:
+  cpu_set_t before_;
+};
+
+class KilledJobTest : public testing::Test {
+ protected:
+  // A fresh shop, made once.
+  void restore() {
+    if (!fs::exists(path("fresh"))) {
+      ASSERT_EQ(support::run({QUENBROOK_MAKESHOP, path("fresh"), "--days", "20", "--from",
+                              "2013-08-01", "--sales-per-day", "100"}),
+                0);
+      fs::copy_file(QUENBROOK_PROGRAM, path("fresh/quenbrook"));
+    }
+    fs::remove_all(path("shop"));
+    fs::copy(path("fresh"), path("shop"), fs::copy_options::recursive);
+  }
+  [[nodiscard]] std::string path(const std::string& name) const { return folder_.path() / name; }
+  [[nodiscard]] std::vector<std::string> command() const {
+    return {path("shop/quenbrook"), "T2013/08/01-2013/08/20"};
+  }
+
+  // The working file of a killed run, or the finished one.
+  [[nodiscard]] fs::path statementFile() const {
+    for (const auto& entry : fs::directory_iterator(path("shop/AutoLoadData"))) return entry.path();
+    return {};
+  }
+  [[nodiscard]] std::uintmax_t statementBytes() const {
+    std::error_code missing;
+    const auto size = fs::file_size(statementFile(), missing);
+    return missing ? 0 : size;
+  }
+
+  // How many statements the file has of each sale and its items.
+  [[nodiscard]] static std::map<int, int> statementsOfSales(const std::string& text) {
+    std::map<int, int> found;
+    for (std::size_t start = 0, end = 0; start < text.size(); start = end + 2) {
+      end = text.find("\r\nInsert ", start);
+      if (end == std::string::npos) end = text.size();
+      const std::string line = text.substr(start, end - start);
+      const bool sale = line.starts_with("Insert Into SellingTB");
+      if (!sale && !line.starts_with("Insert Into Selling_ItemTB")) continue;
+      // The sale's id is the fourth value, of an item the fifth.
+      std::size_t value = line.find(" Values (");
+      for (int i = sale ? 3 : 4; i > 0; --i) value = line.find(", ", value + 1);
+      ++found[std::atoi(line.c_str() + value + 2)];
+    }
+    return found;
+  }
+
+  [[nodiscard]] std::set<int> markedSales() const {
+    const auto database = jet::Database::open(path("shop/data.mdb"));
+    jet::Table& table = database->openTable("Selling");
+    const auto id = table.definition().findColumn("S_ID").value();
+    const auto mark = table.definition().findColumn("c_upload").value();
+    std::set<int> marked;
+    for (auto scan = table.scan(); scan.next();) {
+      if (scan.row().wholeNumber(mark) != 0) {
+        marked.insert(static_cast<int>(scan.row().wholeNumber(id)));
+      }
+    }
+    return marked;
+  }
+
+ private:
+  support::TemporaryFolder folder_;
+};
+
+TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
+  restore();
+  ASSERT_EQ(support::run(command()), 0);
+  const auto whole = statementsOfSales(support::readFile(statementFile()));
+  const auto wholeBytes = statementBytes();
+  ASSERT_EQ(markedSales().size(), whole.size());
+
+  restore();
+  const std::set<int> before = markedSales();
+  std::mt19937 random(20130821);
+  std::uniform_int_distribution<std::uintmax_t> moment(1, wholeBytes * 3 / 4);
+  const OneProcessor processor;
+  int killed = 0;
+  std::size_t marks = 0;
+  for (int runs = 0; runs < 40 && killed < 12; ++runs) {
+    restore();
+    support::ChildProcess job(command(), path("log"));
+    const auto enough = moment(random);
+    while (job.running() && statementBytes() < enough) continue;
+    job.kill(SIGKILL);
+    if (job.wait() != 128 + SIGKILL) continue;
+    ++killed;
+    const auto sent = statementsOfSales(support::readFile(statementFile()));
+    for (const int sale : markedSales()) {
+      if (before.contains(sale)) continue;
+      ++marks;
+      EXPECT_EQ(sent.contains(sale) ? sent.at(sale) : 0, whole.at(sale)) << "sale " << sale;
+    }
+  }
+  EXPECT_EQ(killed, 12);
+  EXPECT_GT(marks, 0U);
+
+  fs::remove(statementFile());
+  ASSERT_EQ(support::run(command()), 0);
+  EXPECT_EQ(statementsOfSales(support::readFile(statementFile())), whole);
+}
+
+}  // namespace
