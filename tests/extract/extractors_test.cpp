@@ -69,6 +69,7 @@ TEST_F(ExtractorsTest, AnEmptyRangeWritesItsDeletesAndClosesItsRecordSet) {
        "ticket_price_remain,        free_gift_no, mileage, taste, upgrade_day, reg_day, uid, flag, "
        "credit_checked, e_id, ename, ticket_no, c_upload  FROM customer  Order By c_id"},
   };
+  databases.answers["FROM "].missing = {"c_upload"};  // nobody asks for it where nothing is marked
   for (const auto& row : rows) {
     std::filesystem::remove(work.statementPath);
     databases.queries.clear();

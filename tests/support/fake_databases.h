@@ -67,6 +67,7 @@ class FakeRecordSet : public localdb::RecordSet {
   }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const localdb::FieldValue> values) override {
+    for (const auto& field : values) (void)fieldIndex(field.name);
     for (std::size_t row = first; row < first + count; ++row) {
       for (const auto& [name, value] : values) answer_.rows.at(row)[lower(name)] = value;
     }
