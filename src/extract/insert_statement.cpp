@@ -10,8 +10,6 @@ namespace extract {
 
 namespace {
 
-bool isQuoted(Written written) { return written != Written::Number && written != Written::Zero; }
-
 std::string inQuotes(std::string_view literal) { return "'" + std::string(literal) + "'"; }
 
 // What every row has in the column; nothing where it depends on the row.
@@ -62,7 +60,7 @@ InsertStatement::InsertStatement(const InsertShape& shape, const ShopLiterals& s
       text += *always;
       continue;
     }
-    const std::string_view quote = isQuoted(column.written) ? "'" : "";
+    const std::string_view quote = column.written == Written::Number ? "" : "'";
     pieces_.push_back({text.append(quote), &column});
     text = quote;
   }

@@ -17,6 +17,7 @@ namespace platform {
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
+constexpr int kToAppend = O_WRONLY | O_CREAT | O_APPEND;
 
 // Owns one open file, whose path outlives it.
 class Descriptor {
@@ -133,19 +134,13 @@ std::string readFile(const std::string& path) {
   }
 }
 
-namespace {
-
-constexpr int kToAppend = O_WRONLY | O_CREAT | O_APPEND;
-
-}  // namespace
-
 void appendToFile(const std::string& path, std::string_view bytes) {
   Descriptor file(path, kToAppend);
   file.write(bytes);
   file.close();
 }
 
-// Finding the file from its folder spares the system the way there, a good tenth of an append.
+// Finding the file from its folder spares the system the way there, about a tenth of an append.
 class FileAppender::Folder {
  public:
   // With a name in it, a folder that is missing fails as a file in it would.
