@@ -9,20 +9,20 @@
 #include <memory>
 #include <string>
 
-#include "platform/central_server.h"
 #include "platform/files.h"
 #include "platform/message_display.h"
 #include "platform/process.h"
-#include "platform/runtime_error.h"
 #include "program.h"
 #include "server/central_database.h"
 #include "server/odbc_provider.h"
+#include "settings/central_server.h"
 #include "startup/command_line.h"
 #include "startup/start_mod.h"
 #include "ui/frm_quenbrook.h"
 #include "ui/qt/application.h"
 #include "ui/qt/message_box.h"
 #include "ui/qt/windows.h"
+#include "values/runtime_error.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ constexpr int kAllPassed = 0;
 constexpr int kTrapEntered = 1;
 constexpr int kStartUpEnded = 2;
 
-int runUnattended(Program& program, const platform::StartValues& start) {
+int runUnattended(Program& program, const settings::StartValues& start) {
   Job job(program, start);
   ui::HeadlessUploadView view;
   FrmQuenbrook form(start, program.clock, program.messages, job.driver(), view);
@@ -38,10 +38,10 @@ int runUnattended(Program& program, const platform::StartValues& start) {
   return form.jobFailed() ? kTrapEntered : kAllPassed;
 }
 
-int runWindows(Program& program, const platform::StartValues& start,
+int runWindows(Program& program, const settings::StartValues& start,
                ui::qt::Application& application) {
   const auto provider = server::makeOdbcProvider();
-  server::CentralDatabase central(*provider, platform::centralServer(program.settings));
+  server::CentralDatabase central(*provider, settings::centralServer(program.settings));
   Job job(program, start);
   ui::qt::Windows windows(application, {start, program.clock, program.messages, job.driver(),
                                         central, program.instance});

@@ -1,10 +1,10 @@
 #include "program.h"
 
-#include "log/network_probe.h"
-#include "platform/central_server.h"
+#include "probes/network_probe.h"
 #include "server/odbc_source.h"
+#include "settings/central_server.h"
 
-Job::Job(Program& program, const platform::StartValues& start)
+Job::Job(Program& program, const settings::StartValues& start)
     : external_(server::makeOdbcSource()),
       engine_(program.clock, external_.get()),
       databases_(engine_, [&](const std::string& line) { program.log.MsgDebug(line, ""); }),
@@ -20,6 +20,6 @@ Job::Job(Program& program, const platform::StartValues& start)
               job::jobSteps(settlement_)) {}
 
 bool Job::centralAnswers(Program& program) {
-  const auto server = platform::centralServer(program.settings);
+  const auto server = settings::centralServer(program.settings);
   return lib_Network::PING(program.network, program.log, server.host);
 }

@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "jetsql/external_source.h"
+#include "jetsql/sqlite/external_source.h"
 #include "job/job_driver.h"
 #include "job/job_steps.h"
 #include "localdb/local_databases.h"
@@ -21,8 +21,8 @@
 #include "platform/memory.h"
 #include "platform/message_display.h"
 #include "platform/network.h"
-#include "platform/start_values.h"
-#include "startup/profile_reader.h"
+#include "settings/profile_reader.h"
+#include "settings/start_values.h"
 
 // Everything that lives as long as the program, whichever window it opens.
 struct Program {
@@ -44,7 +44,7 @@ struct Program {
 // Keeps references to both.
 class Job {
  public:
-  Job(Program& program, const platform::StartValues& start);
+  Job(Program& program, const settings::StartValues& start);
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
   ~Job() = default;

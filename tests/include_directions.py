@@ -8,9 +8,14 @@ import re
 import sys
 import tempfile
 
-# A room may include itself and the rooms before it.
-ROOMS = ['platform', 'log', 'jet', 'jetsql', 'localdb', 'extract', 'settlement', 'transfer',
-         'server', 'job', 'ui', 'startup']
+# A folder may include itself and the folders before it; a folder below another is a room of its own.
+ROOMS = ['text', 'values', 'platform', 'settings', 'log', 'probes',
+         'jet/format', 'jet/pages', 'jet/index', 'jet/rows', 'jet', 'jetcreate',
+         'jetsql/functions', 'jetsql/syntax', 'jetsql/translate', 'jetsql/sqlite', 'jetsql',
+         'localdb', 'extract', 'settlement', 'transfer', 'server', 'job', 'ui', 'ui/qt', 'startup']
+# Rooms side by side: neither uses the other.
+APART = ['extract', 'settlement', 'transfer', 'server']
+MAY_MEET = [('settlement', 'extract')]
 
 # Libraries, and the only folder of src/ that may include each.
 LIBRARIES = [(r'Q[A-Z]\w*(/.*)?$|Qt\w*/', 'ui/qt'), (r'curl/', 'transfer'), (r'sqlite3', 'jetsql'),
@@ -28,44 +33,65 @@ unordered_map unordered_set utility valarray variant vector version'''.split())
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 
 
-def complaint(folder, quote, name):
-    """Why a file of this folder (below src/, '' for src/ itself and tools/) may not include name, or None."""
-    room = folder.split('/')[0]
+def complaint(room, quote, name):
+    """Why a file of this room ('' for src/ itself and tools/) may not include name, or None."""
     if quote == '"':
-        other = name.split('/')[0]
-        if not room or name.count('/') == 0:
+        other = name.rpartition('/')[0]
+        if not room or not other:
             return None
         if other not in ROOMS:
             return f'"{name}" is in no room'
         if ROOMS.index(other) > ROOMS.index(room):
             return f'{room} must not use {other}'
-        if name.startswith('ui/qt/') and folder != 'ui/qt':
+        if other != room and other in APART and room in APART and (room, other) not in MAY_MEET:
+            return f'{room} stands beside {other} and must not use it'
+        if other == 'ui/qt' and room != 'ui/qt':
             return 'only ui/qt may use a Qt view'
         return None
     if name in STANDARD:
         return None
     for pattern, owner in LIBRARIES:
         if re.match(pattern, name):
-            return None if folder == owner else f'<{name}> belongs to {owner} only'
+            return None if (room + '/').startswith(owner + '/') else f'<{name}> belongs to {owner} only'
     return None if room == SYSTEM else f'<{name}> belongs to {SYSTEM} only'
 
 
+def cycles(includes):
+    """The files that include themselves through others, one complaint a cycle. includes: name -> names."""
+    done, problems = set(), []
+
+    def walk(name, path):
+        if name in path:
+            problems.append(f'{name}: includes itself: ' + ' -> '.join(path[path.index(name):] + [name]))
+        elif name not in done:
+            for other in includes.get(name, []):
+                walk(other, path + [name])
+            done.add(name)
+
+    for name in sorted(includes):
+        walk(name, [])
+    return problems
+
+
 def check(project):
-    problems, count = [], 0
+    problems, count, includes = [], 0, {}
     for top in ('src', 'tools'):
         for path in sorted((project / top).rglob('*')):
             if path.suffix not in ('.h', '.cpp'):
                 continue
             folder = path.parent.relative_to(project / top).as_posix() if top == 'src' else ''
-            if folder.split('/')[0] not in ROOMS + ['', '.']:
-                problems.append(f'{path.relative_to(project)}: {folder} is no room')
+            room = '' if folder == '.' else folder
+            if room and room not in ROOMS:
+                problems.append(f'{path.relative_to(project)}: {room} is no room')
                 continue
-            for quote, name in INCLUDE.findall(path.read_text()):
-                count += 1
-                why = complaint('' if folder == '.' else folder, quote, name)
-                if why:
-                    problems.append(f'{path.relative_to(project)}: {why}')
-    return problems, count
+            found = INCLUDE.findall(path.read_text())
+            count += len(found)
+            why = (complaint(room, quote, name) for quote, name in found)
+            problems += [f'{path.relative_to(project)}: {each}' for each in why if each]
+            if top == 'src':
+                includes['src/' + path.relative_to(project / top).as_posix()] = [
+                    'src/' + name for quote, name in found if quote == '"']
+    return problems + cycles(includes), count
 
 
 def self_test():
@@ -74,10 +100,14 @@ def self_test():
              'src/ui/e.cpp': '#include <QtWidgets/QLabel>', 'src/extract/f.cpp': '#include <sqlite3.h>',
              'src/ui/qt/g.cpp': '  #include <curl/curl.h>', 'src/jetsql/h.cpp': '#include <sql.h>',
              'src/extra/i.cpp': '', 'src/main.cpp': '#include <sys/stat.h>',
-             'tools/j.cpp': '#include <fcntl.h>', 'src/jet/k.h': '#include "nowhere/x.h"'}
+             'tools/j.cpp': '#include <fcntl.h>', 'src/jet/k.h': '#include "nowhere/x.h"',
+             'src/jet/pages/l.cpp': '#include "jet/table.h"', 'src/transfer/m.cpp': '#include "server/x.h"',
+             'src/jet/n.h': '#include "jet/o.h"', 'src/text/own.h': '#include "text/own.h"'}
     right = {'src/job/a.h': '#include <vector>\n#include "log/x.h"', 'src/ui/qt/b.h': '#include <QWidget>\n#include "job/x.h"',
              'src/platform/c.cpp': '#include <unistd.h>', 'src/main.cpp.in': '#include <unistd.h>',
-             'src/server/d.cpp': '#include <sqlext.h>', 'tools/e.cpp': '#include "startup/x.h"'}
+             'src/server/d.cpp': '#include <sqlext.h>', 'tools/e.cpp': '#include "startup/x.h"',
+             'src/jet/o.h': '#include "jet/p.h"', 'src/jet/p.h': '#include "jet/n.h"',
+             'src/jetsql/sqlite/q.cpp': '#include <sqlite3.h>', 'src/jet/r.h': '#include "jet/rows/x.h"'}
     with tempfile.TemporaryDirectory() as folder:
         project = pathlib.Path(folder)
         for name, text in {**wrong, **right}.items():

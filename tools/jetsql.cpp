@@ -14,7 +14,7 @@
 
 #include "jetsql/session.h"
 #include "platform/clock.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace {
 
@@ -54,7 +54,7 @@ std::string inQuotes(std::string_view text) {
   return result + '"';
 }
 
-std::string hexadecimal(const jet::Binary& binary) {
+std::string hexadecimal(const values::Binary& binary) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string text = "0x";
   for (const std::byte byte : binary.bytes) {
@@ -64,11 +64,11 @@ std::string hexadecimal(const jet::Binary& binary) {
   return text;
 }
 
-std::string cell(const jet::Variant& value) {
+std::string cell(const values::Variant& value) {
   if (value.isNull()) return {};
   if (const auto* text = value.as<std::string>()) return inQuotes(*text);
   if (const auto* yes = value.as<bool>()) return *yes ? "-1" : "0";
-  if (const auto* binary = value.as<jet::Binary>()) return hexadecimal(*binary);
+  if (const auto* binary = value.as<values::Binary>()) return hexadecimal(*binary);
   return toText(value);
 }
 

@@ -11,19 +11,19 @@
 #include "extract/insert_statement.h"
 #include "extract/statement_writer.h"
 #include "jet/database.h"
-#include "jet/date_time.h"
-#include "jet/variant.h"
 #include "localdb/database.h"
 #include "platform/clock.h"
 #include "platform/code_page.h"
 #include "platform/files.h"
 #include "rooms/rooms.h"
+#include "values/date_time.h"
+#include "values/variant.h"
 
 namespace bench {
 
 namespace {
 
-using jet::Variant;
+using values::Variant;
 
 void appended(benchmark::State& state, const Variant& value) {
   std::string statement;
@@ -69,14 +69,14 @@ class Columns {
   [[nodiscard]] const std::vector<extract::Column>& get() const { return columns_; }
 
  private:
-  static extract::Written form(jet::VariantType type, bool amountsAreTexts) {
+  static extract::Written form(values::VariantType type, bool amountsAreTexts) {
     switch (type) {
-      case jet::VariantType::YesNo:
+      case values::VariantType::YesNo:
         return extract::Written::Flag;
-      case jet::VariantType::Currency:
+      case values::VariantType::Currency:
         return amountsAreTexts ? extract::Written::Text : extract::Written::Number;
-      case jet::VariantType::Integer:
-      case jet::VariantType::Long:
+      case values::VariantType::Integer:
+      case values::VariantType::Long:
         return extract::Written::Number;
       default:
         return extract::Written::Text;
@@ -213,9 +213,9 @@ void addExtract(const SampleShop& shop) {
   addSqlText("a text", "주방장 모둠전, 큰 접시");
   addSqlText("one with apostrophes", "D'Arcy O'Kim의 주방장 모둠전");
   addSqlText("a whole number", 189000);
-  addSqlText("an amount", jet::Currency{1890000000});
+  addSqlText("an amount", values::Currency{1890000000});
   addSqlText("a fraction", 1.5);
-  addSqlText("a date", jet::toDateTime({2013, 8, 2, 19, 5, 9}));
+  addSqlText("a date", values::toDateTime({2013, 8, 2, 19, 5, 9}));
   addStatement("a sale", {shop.dataFile(), "Selling", false});
   addStatement("an item", {shop.dataFile(), "Selling_Item", true});
 

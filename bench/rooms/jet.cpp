@@ -10,7 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include "jet/database.h"
-#include "jet/text.h"
+#include "jet/format/text_codec.h"
 #include "platform/code_page.h"
 #include "platform/random_access_file.h"
 #include "rooms/plain_iconv.h"
@@ -100,15 +100,15 @@ class Rows {
   std::vector<jet::Row> rows_;
 };
 
-void decodeField(const jet::Row& row, std::size_t column, jet::VariantType type,
+void decodeField(const jet::Row& row, std::size_t column, values::VariantType type,
                  std::string& scratch) {
   if (row.isNull(column)) return;
   switch (type) {
-    case jet::VariantType::Single:
-    case jet::VariantType::Double:
-    case jet::VariantType::DateTime:
+    case values::VariantType::Single:
+    case values::VariantType::Double:
+    case values::VariantType::DateTime:
       return benchmark::DoNotOptimize(row.realNumber(column));
-    case jet::VariantType::Text:
+    case values::VariantType::Text:
       return benchmark::DoNotOptimize(row.text(column, scratch));
     default:  // the table has nothing but these
       return benchmark::DoNotOptimize(row.wholeNumber(column));
@@ -117,7 +117,7 @@ void decodeField(const jet::Row& row, std::size_t column, jet::VariantType type,
 
 void decodeTyped(benchmark::State& state, const std::string& path) {
   Rows rows(path);
-  std::vector<jet::VariantType> types;
+  std::vector<values::VariantType> types;
   for (const auto& column : rows.table().definition().columns)
     types.push_back(column.variantType());
   std::string scratch;

@@ -44,17 +44,17 @@ std::string attendanceQuery(const DayRange& days) {
 
 void 직원출퇴근자료수집(Workspace& work) {
   // The days in their own text form, as in EI_RDATE.
-  work.write(rangeDelete(kDelete, work.shop, jet::dateText(work.days.first),
-                         jet::dateText(work.days.last)));
+  work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
+                         values::dateText(work.days.last)));
   work.openDatabase(work.around.start.dataPath, "직원출퇴근자료수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(
-      work.attendance, attendanceQuery(work.days), {{"c_upload", true}},
-      [&](localdb::RecordSet& record, std::int32_t) {
-        const std::array<jet::Variant, kOwnCount> own = {formatHourMinute(record.field("time_in"))};
-        insert.build(record, own, work.statement);
-        work.write(work.statement);
-      });
+  work.forEachRow(work.attendance, attendanceQuery(work.days), {{"c_upload", true}},
+                  [&](localdb::RecordSet& record, std::int32_t) {
+                    const std::array<values::Variant, kOwnCount> own = {
+                        formatHourMinute(record.field("time_in"))};
+                    insert.build(record, own, work.statement);
+                    work.write(work.statement);
+                  });
 }
 
 }  // namespace extract

@@ -4,14 +4,14 @@
 #include "extract/conversions.h"
 #include "extract/extractors.h"
 #include "extract/insert_statement.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace extract {
 
 namespace {
 
 enum Own { kInDate, kInTime, kRate, kCash, kOwnCount };
-using OwnValues = std::array<jet::Variant, kOwnCount>;
+using OwnValues = std::array<values::Variant, kOwnCount>;
 
 // The sale comes before the shop here.
 constexpr Column kColumns[] = {
@@ -59,10 +59,10 @@ std::string cardsQuery(const DayRange& days) {
 }
 
 // What is left of a payment after the fee of `rate` percent; 0 without a rate.
-jet::Variant netAmount(const jet::Variant& price, std::int16_t rate) {
+values::Variant netAmount(const values::Variant& price, std::int16_t rate) {
   if (rate == 0) return 0;
   if (price.isNull()) return {};
-  return jet::toDouble(price) * (1 - rate * 0.01);
+  return values::toDouble(price) * (1 - rate * 0.01);
 }
 
 // The rates found so far. A kind without one is looked for at every payment, so that the message
@@ -89,7 +89,7 @@ OwnValues ownValues(Workspace& work, Rates& rates, const localdb::RecordSet& car
   const platform::LocalTime now = work.around.clock.now();
   const std::int16_t rate = rates.of(NzText(card.field("card_kind")));
   return {platform::formatTime(now, "%Y-%m-%d"), platform::formatTime(now, "%H:%M:%S"),
-          jet::toText(rate), netAmount(card.field("price_cards"), rate)};
+          values::toText(rate), netAmount(card.field("price_cards"), rate)};
 }
 
 std::int16_t rateOf(Workspace& work, std::string_view kind) {
@@ -98,7 +98,7 @@ std::int16_t rateOf(Workspace& work, std::string_view kind) {
   const localdb::RecordSet& rates = work.open(
       work.cardRates, "SELECT * From Credit_code Where Card_Kind = '" + std::string(kind) + "'");
   std::int16_t rate = 0;
-  if (rates.recordCount() > 0) rate = jet::toInteger(rates.field("Rate"));
+  if (rates.recordCount() > 0) rate = values::toInteger(rates.field("Rate"));
   Workspace::close(work.cardRates);
   return rate;
 }
@@ -116,8 +116,8 @@ std::int16_t Rate_call(Workspace& work, std::string_view kind) noexcept {
 
 void 카드매출(Workspace& work) {
   // The days in their own text form, here and in CI_DAY, so that the DELETE finds its rows.
-  work.write(rangeDelete(kDelete, work.shop, jet::dateText(work.days.first),
-                         jet::dateText(work.days.last)));
+  work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
+                         values::dateText(work.days.last)));
   work.openDatabase(work.around.start.configurationPath, "카드매출");
   InsertStatement insert(kInsert, work.shop);
   Rates rates(work);

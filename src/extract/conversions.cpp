@@ -4,13 +4,13 @@
 #include <charconv>
 #include <cmath>
 
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace extract {
 
 namespace {
 
-using jet::Variant;
+using values::Variant;
 
 constexpr std::size_t kLastApostrophe = 32767;
 
@@ -38,16 +38,16 @@ void appendEscaped(std::string& statement, std::string_view text) {
 }
 
 // The date that a Format of the platform would see, or nothing for a text that reads as none.
-bool readsAsDate(const Variant& value, jet::DateTime& date) {
-  if (const auto* text = value.as<std::string>()) return jet::parseDate(*text, date);
-  date = jet::toDate(value);
+bool readsAsDate(const Variant& value, values::DateTime& date) {
+  if (const auto* text = value.as<std::string>()) return values::parseDate(*text, date);
+  date = values::toDate(value);
   return true;
 }
 
 template <typename Text>
 Variant format(const Variant& value, Text text) {
   if (value.isNull()) return value;
-  jet::DateTime date;
+  values::DateTime date;
   return readsAsDate(value, date) ? Variant(text(date)) : value;
 }
 
@@ -56,9 +56,10 @@ Variant format(const Variant& value, Text text) {
 void appendSqlText(std::string& statement, const Variant& value) {
   if (value.isNull()) return;
   if (const auto* text = value.as<std::string>()) return appendEscaped(statement, *text);
-  if (value.type() == jet::VariantType::Binary) return appendEscaped(statement, jet::toText(value));
+  if (value.type() == values::VariantType::Binary)
+    return appendEscaped(statement, values::toText(value));
   try {
-    jet::appendText(statement, value);  // no number, date or Yes/No has an apostrophe in it
+    values::appendText(statement, value);  // no number, date or Yes/No has an apostrophe in it
   } catch (const RuntimeError&) {
     statement += "NULL";
   }
@@ -67,7 +68,7 @@ void appendSqlText(std::string& statement, const Variant& value) {
 void appendNzText(std::string& statement, const Variant& value) {
   if (value.isNull()) return;
   try {
-    jet::appendText(statement, value);
+    values::appendText(statement, value);
   } catch (const RuntimeError&) {
     return;  // the empty text
   }
@@ -97,7 +98,7 @@ std::int32_t NzLong(const Variant& value) {
   // Empty texts stand in many a number's place; they should not cost an exception each.
   if (const auto* text = value.as<std::string>(); text != nullptr && text->empty()) return 0;
   try {
-    return jet::toLong(value);
+    return values::toLong(value);
   } catch (const RuntimeError&) {
     return 0;
   }
@@ -107,28 +108,28 @@ bool NzBool(const Variant& value) {
   if (const auto* yes = value.as<bool>()) return *yes;
   if (value.isNull()) return false;
   try {
-    return jet::toDouble(value) == -1;
+    return values::toDouble(value) == -1;
   } catch (const RuntimeError&) {
     return false;
   }
 }
 
-Variant formatDay(const Variant& value) { return format(value, jet::dayText); }
+Variant formatDay(const Variant& value) { return format(value, values::dayText); }
 
-Variant formatTime(const Variant& value) { return format(value, jet::timeText); }
+Variant formatTime(const Variant& value) { return format(value, values::timeText); }
 
 Variant formatHourMinute(const Variant& value) {
-  return format(value, [](jet::DateTime date) { return jet::timeText(date).substr(0, 5); });
+  return format(value, [](values::DateTime date) { return values::timeText(date).substr(0, 5); });
 }
 
 std::string_view weekdayLetter(const Variant& day) {
   static constexpr std::array<std::string_view, 7> kLetters = {"일", "월", "화", "수",
                                                                "목", "금", "토"};
   if (day.isNull()) throw RuntimeError(error::kInvalidUseOfNull, "Weekday of Null.");
-  return kLetters.at(static_cast<std::size_t>(jet::weekday(jet::toDate(day)) - 1));
+  return kLetters.at(static_cast<std::size_t>(values::weekday(values::toDate(day)) - 1));
 }
 
-std::string dayLiteral(jet::DateTime day) { return "#" + jet::dayText(day) + "#"; }
+std::string dayLiteral(values::DateTime day) { return "#" + values::dayText(day) + "#"; }
 
 std::string groupedText(std::int32_t number) {
   std::string text;

@@ -12,41 +12,41 @@
 #include <string>
 #include <string_view>
 
-#include "jet/variant.h"
+#include "values/variant.h"
 
 namespace extract {
 
 // The inside of a quoted literal: Null is the empty text; a backslash goes before the first
 // apostrophe, once, and nothing else changes. "NULL" when the value has no text form, or when its
 // first apostrophe stands behind character 32767 (counted in UTF-16 units, as the platform does).
-[[nodiscard]] std::string SqlText(const jet::Variant& value);
+[[nodiscard]] std::string SqlText(const values::Variant& value);
 
 // The text form as it stands; the empty text for Null and for a value without a text form.
-[[nodiscard]] std::string NzText(const jet::Variant& value);
+[[nodiscard]] std::string NzText(const values::Variant& value);
 
 // 0 for Null, for a text that is no number and outside 32 bits.
-[[nodiscard]] std::int32_t NzLong(const jet::Variant& value);
+[[nodiscard]] std::int32_t NzLong(const values::Variant& value);
 
 // Only -1 is true.
-[[nodiscard]] bool NzBool(const jet::Variant& value);
+[[nodiscard]] bool NzBool(const values::Variant& value);
 
 // SqlText and NzText of a field, put behind what is there already; the shape of a statement's hot
 // loop, which makes no text of its own for every value.
-void appendSqlText(std::string& statement, const jet::Variant& value);
-void appendNzText(std::string& statement, const jet::Variant& value);
+void appendSqlText(std::string& statement, const values::Variant& value);
+void appendNzText(std::string& statement, const values::Variant& value);
 void appendNumber(std::string& statement, std::int64_t number);
 
 // "yyyy-MM-dd", "hh:nn:ss" and "hh:nn" of a date, or of a text that reads as one; any other text
 // stays as it is. Null stays Null.
-[[nodiscard]] jet::Variant formatDay(const jet::Variant& value);
-[[nodiscard]] jet::Variant formatTime(const jet::Variant& value);
-[[nodiscard]] jet::Variant formatHourMinute(const jet::Variant& value);
+[[nodiscard]] values::Variant formatDay(const values::Variant& value);
+[[nodiscard]] values::Variant formatTime(const values::Variant& value);
+[[nodiscard]] values::Variant formatHourMinute(const values::Variant& value);
 
 // "일" Sunday to "토" Saturday. Error 13 for what is no date, 94 for Null.
-[[nodiscard]] std::string_view weekdayLetter(const jet::Variant& day);
+[[nodiscard]] std::string_view weekdayLetter(const values::Variant& day);
 
 // "#yyyy-MM-dd#", a day as a query of a local database takes it.
-[[nodiscard]] std::string dayLiteral(jet::DateTime day);
+[[nodiscard]] std::string dayLiteral(values::DateTime day);
 
 // "1,204" and "22.7", as the progress caption shows them.
 [[nodiscard]] std::string groupedText(std::int32_t number);

@@ -28,8 +28,8 @@ std::string customerSalesQuery(const DayRange& days) {
 
 void 고객매출자료수집(Workspace& work) {
   // The days in their own text form, as in CS_RDATE.
-  work.write(rangeDelete(kDelete, work.shop, jet::dateText(work.days.first),
-                         jet::dateText(work.days.last)));
+  work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
+                         values::dateText(work.days.last)));
   work.openDatabase(work.around.start.configurationPath, "고객매출자료수집");
   InsertStatement insert(kInsert, work.shop);
   work.forEachRow(work.customerSales, customerSalesQuery(work.days), {{"c_upload", true}},

@@ -29,7 +29,7 @@ std::optional<std::string> constant(Written written, const ShopLiterals& shop) {
 }
 
 // Without the quotes around it.
-void appendValue(std::string& statement, Written written, const jet::Variant& value) {
+void appendValue(std::string& statement, Written written, const values::Variant& value) {
   switch (written) {
     case Written::Text:
       return appendSqlText(statement, value);
@@ -76,7 +76,7 @@ void InsertStatement::findFields(const localdb::RecordSet& row) {
   places_ = std::move(places);
 }
 
-void InsertStatement::build(const localdb::RecordSet& row, std::span<const jet::Variant> own,
+void InsertStatement::build(const localdb::RecordSet& row, std::span<const values::Variant> own,
                             std::string& statement) {
   if (places_.empty()) findFields(row);
   statement.clear();

@@ -19,8 +19,8 @@
 #include <vector>
 
 #include "extract/workspace.h"
-#include "jet/variant.h"
 #include "localdb/record_set.h"
+#include "values/variant.h"
 
 namespace extract {
 
@@ -82,7 +82,7 @@ class InsertStatement {
 
   // Replaces `statement` by the INSERT of the current row. All rows come from one query: it may be
   // opened again and again, its fields are looked up by name only once.
-  void build(const localdb::RecordSet& row, std::span<const jet::Variant> own,
+  void build(const localdb::RecordSet& row, std::span<const values::Variant> own,
              std::string& statement);
 
  private:

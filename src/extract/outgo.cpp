@@ -57,8 +57,8 @@ std::string rowDelete(const localdb::RecordSet& outgo, const ShopLiterals& shop)
 }  // namespace
 
 void 아웃고수집(Workspace& work) {
-  work.write(
-      rangeDelete(kDelete, work.shop, jet::dayText(work.days.first), jet::dayText(work.days.last)));
+  work.write(rangeDelete(kDelete, work.shop, values::dayText(work.days.first),
+                         values::dayText(work.days.last)));
   work.openDatabase(work.around.start.outgoPath, "아웃고수집");
   InsertStatement insert(kInsert, work.shop);
   work.forEachRow(work.outgo, outgoQuery(work.days), {{"c_upload", true}},

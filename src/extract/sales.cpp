@@ -5,7 +5,7 @@
 #include "extract/extractors.h"
 #include "extract/insert_statement.h"
 #include "extract/sale_items.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace extract {
 
@@ -15,7 +15,7 @@ constexpr std::int64_t kCaptionMilliseconds = 500;
 
 // What is worked out of a sale before its statement is built.
 enum Own { kPrice, kPriceTotal, kPricePayment, kDay, kWeekday, kTime, kOwnCount };
-using OwnValues = std::array<jet::Variant, kOwnCount>;
+using OwnValues = std::array<values::Variant, kOwnCount>;
 
 // Price, total and payment go up without the part of the service charge that was changed after the
 // sale was first entered; the service charge itself goes up as it is.
@@ -94,7 +94,7 @@ std::int32_t checkedDifference(std::int32_t left, std::int32_t right) {
 }
 
 OwnValues ownValues(const localdb::RecordSet& sale) {
-  const jet::Variant modified = sale.field("time_modified");
+  const values::Variant modified = sale.field("time_modified");
   if (modified.isNull()) {
     throw RuntimeError(error::kInvalidUseOfNull, "Invalid use of Null: time_modified of sale " +
                                                      NzText(sale.field("S_ID")) + ".");
@@ -104,7 +104,7 @@ OwnValues ownValues(const localdb::RecordSet& sale) {
   const auto reduced = [&](std::string_view field) {
     return checkedDifference(NzLong(sale.field(field)), serviceDifference);
   };
-  const jet::Variant day = formatDay(modified);
+  const values::Variant day = formatDay(modified);
   return {reduced("Price"),
           reduced("Price_Tot"),
           reduced("price_payment"),
@@ -138,8 +138,8 @@ class ProgressCaption {
 
 void 자료수집(Workspace& work) {
   work.openDatabase(work.around.start.dataPath, "자료수집");
-  const std::string first = jet::dayText(work.days.first);
-  const std::string last = jet::dayText(work.days.last);
+  const std::string first = values::dayText(work.days.first);
+  const std::string last = values::dayText(work.days.last);
   work.write(rangeDelete(kDeleteSales, work.shop, first, last));
   work.write(rangeDelete(kDeleteItems, work.shop, first, last));
   InsertStatement insert(kInsert, work.shop);
@@ -150,7 +150,7 @@ void 자료수집(Workspace& work) {
                     caption.update(sale, i);
                     insert.build(sale, ownValues(sale), work.statement);
                     work.write(work.statement);
-                    items.자료수집_Item(jet::toLong(sale.field("S_ID")));
+                    items.자료수집_Item(values::toLong(sale.field("S_ID")));
                   });
 }
 

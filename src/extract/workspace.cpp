@@ -7,7 +7,7 @@
 #include "extract/conversions.h"
 #include "extract/statement_writer.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace extract {
 

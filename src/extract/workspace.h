@@ -19,24 +19,24 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/date_time.h"
 #include "localdb/database_access.h"
 #include "log/job_log.h"
 #include "platform/clock.h"
 #include "platform/code_page.h"
-#include "platform/start_values.h"
+#include "settings/start_values.h"
+#include "values/date_time.h"
 
 namespace extract {
 
 // Whole days, both included.
 struct DayRange {
-  jet::DateTime first;
-  jet::DateTime last;
+  values::DateTime first;
+  values::DateTime last;
 };
 
 // Handed in by whoever runs a job; all of it outlives the workspace.
 struct Surroundings {
-  const platform::StartValues& start;
+  const settings::StartValues& start;
   localdb::DatabaseAccess& databases;
   joblog::Progress& progress;
   const platform::Clock& clock;

@@ -4,9 +4,9 @@
 #include <tuple>
 #include <utility>
 
-#include "jet/commit_bytes.h"
-#include "jet/errors.h"
+#include "jet/pages/commit_bytes.h"
 #include "jet/table_definition_reader.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {
@@ -42,15 +42,15 @@ class SystemRow {
   void moveTo(const Row& row) { row_ = &row; }
 
   std::int64_t number(const char* name) const {
-    const Variant value = row_->value(position(name));
+    const values::Variant value = row_->value(position(name));
     switch (value.type()) {
-      case VariantType::Null:
+      case values::VariantType::Null:
         return 0;
-      case VariantType::Byte:
+      case values::VariantType::Byte:
         return *value.as<std::uint8_t>();
-      case VariantType::Integer:
+      case values::VariantType::Integer:
         return *value.as<std::int16_t>();
-      case VariantType::Long:
+      case values::VariantType::Long:
         return *value.as<std::int32_t>();
       default:
         unexpected(name);
@@ -58,25 +58,25 @@ class SystemRow {
   }
 
   // Null or Text. Access 97 and 2000 end some of a query's texts with a zero character.
-  Variant text(const char* name) const {
-    const Variant value = row_->value(position(name));
+  values::Variant text(const char* name) const {
+    const values::Variant value = row_->value(position(name));
     if (value.isNull()) return {};
-    if (value.type() != VariantType::Text) unexpected(name);
+    if (value.type() != values::VariantType::Text) unexpected(name);
     std::string text = *value.as<std::string>();
     text.resize(text.find_last_not_of('\0') + 1);
     return text;
   }
 
   std::string plainText(const char* name) const {
-    const Variant value = text(name);
+    const values::Variant value = text(name);
     return value.isNull() ? std::string() : *value.as<std::string>();
   }
 
   std::vector<std::byte> binary(const char* name) const {
-    const Variant value = row_->value(position(name));
+    const values::Variant value = row_->value(position(name));
     if (value.isNull()) return {};
-    if (value.type() != VariantType::Binary) unexpected(name);
-    return value.as<Binary>()->bytes;
+    if (value.type() != values::VariantType::Binary) unexpected(name);
+    return value.as<values::Binary>()->bytes;
   }
 
  private:

@@ -19,13 +19,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "jet/bytes.h"
-#include "jet/file_header.h"
-#include "jet/lock_file.h"
-#include "jet/page_file.h"
+#include "jet/format/bytes.h"
+#include "jet/format/file_header.h"
+#include "jet/format/text_codec.h"
+#include "jet/pages/lock_file.h"
+#include "jet/pages/page_file.h"
 #include "jet/row_update.h"
 #include "jet/table.h"
-#include "jet/text.h"
 
 namespace jet {
 
@@ -54,9 +54,9 @@ struct CatalogueEntry {
 struct QueryRow {
   std::uint8_t attribute = 0;
   std::int16_t flag = 0;
-  Variant expression;  // Null or Text, as are the names
-  Variant name1;
-  Variant name2;
+  values::Variant expression;  // Null or Text, as are the names
+  values::Variant name1;
+  values::Variant name2;
   std::vector<std::byte> order;
 };
 

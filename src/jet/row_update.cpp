@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "jet/data_page.h"
-#include "jet/data_page_edit.h"
-#include "jet/errors.h"
-#include "jet/index_edit.h"
-#include "jet/index_entry.h"
-#include "jet/usage_map.h"
-#include "jet/usage_map_edit.h"
+#include "jet/index/index_edit.h"
+#include "jet/pages/data_page.h"
+#include "jet/pages/data_page_edit.h"
+#include "jet/pages/usage_map.h"
+#include "jet/pages/usage_map_edit.h"
+#include "jet/rows/index_entry.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {

@@ -39,19 +39,19 @@
 #include <optional>
 #include <span>
 
-#include "jet/lock_file.h"
-#include "jet/page_edits.h"
-#include "jet/row_encode.h"
-#include "jet/row_id.h"
+#include "jet/format/row_id.h"
+#include "jet/pages/lock_file.h"
+#include "jet/pages/page_edits.h"
+#include "jet/rows/row_encode.h"
 #include "jet/table.h"
-#include "jet/variant.h"
 #include "platform/clock.h"
+#include "values/variant.h"
 
 namespace jet {
 
 struct FieldChange {
   std::size_t column = 0;  // position in TableDefinition::columns
-  Variant value;
+  values::Variant value;
 };
 
 class RowUpdater {

@@ -1,9 +1,9 @@
 #include "jet/table.h"
 
-#include "jet/data_page.h"
-#include "jet/errors.h"
-#include "jet/index_key.h"
-#include "jet/usage_map.h"
+#include "jet/index/index_key.h"
+#include "jet/pages/data_page.h"
+#include "jet/pages/usage_map.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {

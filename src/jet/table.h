@@ -16,11 +16,11 @@
 #include <memory>
 #include <vector>
 
-#include "jet/index_cursor.h"
-#include "jet/page_file.h"
-#include "jet/row.h"
-#include "jet/row_id.h"
-#include "jet/table_definition.h"
+#include "jet/format/row_id.h"
+#include "jet/format/table_definition.h"
+#include "jet/index/index_cursor.h"
+#include "jet/pages/page_file.h"
+#include "jet/rows/row.h"
 
 namespace jet {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "jet/bytes.h"
-#include "jet/data_page.h"
+#include "jet/format/bytes.h"
+#include "jet/pages/data_page.h"
 
 namespace jet {
 namespace {

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <string>
 
-#include "jet/page_file.h"
-#include "jet/table_definition.h"
-#include "jet/text.h"
+#include "jet/format/table_definition.h"
+#include "jet/format/text_codec.h"
+#include "jet/pages/page_file.h"
 
 namespace jet {
 

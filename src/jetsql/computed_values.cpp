@@ -97,7 +97,7 @@ void ComputedValues::append(sqlite3_stmt* statement, int firstColumn) {
   for (const EncodedValue& value : scratch_) place = pack(place, value);
 }
 
-jet::Variant ComputedValues::get(std::size_t row, std::size_t value) const {
+values::Variant ComputedValues::get(std::size_t row, std::size_t value) const {
   const char* place = rows_[row];
   EncodedValue encoded;
   for (std::size_t i = 0; i <= value; ++i) place = unpack(place, encoded);

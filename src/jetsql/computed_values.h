@@ -10,18 +10,18 @@
 #include <memory>
 #include <vector>
 
-#include "jet/variant.h"
-#include "jetsql/value_encoding.h"
+#include "jetsql/sqlite/value_encoding.h"
+#include "values/variant.h"
 
 namespace jetsql {
 
 class ComputedValues {
  public:
   // The types, in the order of the values, outlive this.
-  explicit ComputedValues(const std::vector<jet::VariantType>& types) : types_(types) {}
+  explicit ComputedValues(const std::vector<values::VariantType>& types) : types_(types) {}
 
   void append(sqlite3_stmt* statement, int firstColumn);
-  [[nodiscard]] jet::Variant get(std::size_t row, std::size_t value) const;
+  [[nodiscard]] values::Variant get(std::size_t row, std::size_t value) const;
 
  private:
   struct Block {
@@ -33,7 +33,7 @@ class ComputedValues {
   // Space for one row in the last block; a new block where that is full.
   [[nodiscard]] char* reserve(std::size_t size);
 
-  const std::vector<jet::VariantType>& types_;
+  const std::vector<values::VariantType>& types_;
   std::vector<Block> blocks_;
   std::vector<const char*> rows_;
   std::vector<EncodedValue> scratch_;

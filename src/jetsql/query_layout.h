@@ -9,10 +9,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "jetsql/collation.h"
+#include "jetsql/functions/text_compare.h"
 #include "jetsql/record_set.h"
-#include "jetsql/translation.h"
-#include "jetsql/virtual_table.h"
+#include "jetsql/sqlite/jet_table.h"
+#include "jetsql/translate/translation.h"
 
 namespace jetsql {
 
@@ -35,7 +35,7 @@ struct QueryLayout {
   std::vector<Translation::Column> columns;  // beside fields
   NameMap<std::size_t> byName;               // the first field of a name
   std::vector<JetTable*> sources;
-  std::vector<jet::VariantType> computedTypes;
+  std::vector<values::VariantType> computedTypes;
   std::optional<std::size_t> updatable;  // source
 };
 

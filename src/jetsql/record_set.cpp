@@ -5,23 +5,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "jetsql/functions/value_types.h"
 #include "jetsql/record_set_rows.h"
-#include "jetsql/value_types.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 
-using jet::Variant;
+using values::Variant;
 
-namespace {
-
-constexpr int kNoCurrentRecord = 3021;
-constexpr int kNoSuchField = 3265;
-constexpr int kNotUpdatable = 3027;
-constexpr int kUpdateWithoutEdit = 3020;
-constexpr int kRecordDeleted = 3167;
-
-}  // namespace
+namespace {}  // namespace
 
 void RecordSet::Implementation::append(sqlite3_stmt* statement) {
   const auto sources = static_cast<int>(layout_->sources.size());
@@ -34,16 +26,16 @@ void RecordSet::Implementation::append(sqlite3_stmt* statement) {
 }
 
 void RecordSet::Implementation::needRow() const {
-  if (atEnd()) throw RuntimeError(kNoCurrentRecord, "No current record.");
+  if (atEnd()) throw RuntimeError(error::kNoCurrentRecord, "No current record.");
 }
 
 void RecordSet::Implementation::needUpdatable() const {
   if (!isUpdatable())
-    throw RuntimeError(kNotUpdatable, "Cannot update. Database or object is read-only.");
+    throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
 }
 
 void RecordSet::Implementation::moveTo(std::size_t position) {
-  if (count_ == 0) throw RuntimeError(kNoCurrentRecord, "No current record.");
+  if (count_ == 0) throw RuntimeError(error::kNoCurrentRecord, "No current record.");
   editing_ = false;
   position_ = position;
 }
@@ -67,7 +59,7 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
 
 Variant RecordSet::Implementation::field(std::size_t index) {
   if (index >= layout_->columns.size())
-    throw RuntimeError(kNoSuchField,
+    throw RuntimeError(error::kItemNotFound,
                        "Item not found in this collection: " + std::to_string(index) + ".");
   needRow();
   const Translation::Column& column = layout_->columns[index];
@@ -88,7 +80,7 @@ void RecordSet::Implementation::edit() {
   SourceRow& current = current_[source];
   current.position = SIZE_MAX;
   if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::Fresh))
-    throw RuntimeError(kRecordDeleted, "Record is deleted.");
+    throw RuntimeError(error::kRowDeleted, "Record is deleted.");
   current.present = true;
   current.position = position_;
   changes_.clear();
@@ -99,7 +91,7 @@ void RecordSet::Implementation::setField(std::size_t index, const Variant& value
   needRow();
   needUpdatable();
   if (!editing_)
-    throw RuntimeError(kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
+    throw RuntimeError(error::kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
   addChange(index, value, changes_);
 }
 
@@ -107,7 +99,7 @@ void RecordSet::Implementation::addChange(std::size_t index, const Variant& valu
                                           Changes& changes) const {
   const Translation::Column& column = layout_->columns[index];
   if (!column.base)
-    throw RuntimeError(kNotUpdatable, "Cannot update. Field '" + column.name + "' is computed.");
+    throw RuntimeError(error::kReadOnly, "Cannot update. Field '" + column.name + "' is computed.");
   changes[column.base->column] = convert(value, column.type);
 }
 
@@ -115,7 +107,7 @@ void RecordSet::Implementation::update() {
   needRow();
   needUpdatable();
   if (!editing_)
-    throw RuntimeError(kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
+    throw RuntimeError(error::kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
   updateRows(position_, 1, changes_);
   changes_.clear();
   editing_ = false;
@@ -125,7 +117,7 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
                                            const Changes& changes) {
   needUpdatable();
   if (first > count_ || count > count_ - first)
-    throw RuntimeError(kNoCurrentRecord, "No current record.");
+    throw RuntimeError(error::kNoCurrentRecord, "No current record.");
   const std::size_t source = *layout_->updatable;
   std::vector<jet::RowId> ids;
   for (std::size_t position = first; position < first + count; ++position)
@@ -152,7 +144,7 @@ std::size_t RecordSet::fieldIndex(std::string_view name) const {
   const auto& byName = alive().layout().byName;
   const auto found = byName.find(name);
   if (found == byName.end())
-    throw RuntimeError(kNoSuchField,
+    throw RuntimeError(error::kItemNotFound,
                        "Item not found in this collection: '" + std::string(name) + "'.");
   return found->second;
 }

@@ -19,18 +19,18 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/variant.h"
+#include "values/variant.h"
 
 namespace jetsql {
 
 struct FieldDescription {
   std::string name;
-  jet::VariantType type = jet::VariantType::Null;
+  values::VariantType type = values::VariantType::Null;
 };
 
 struct FieldValue {
   std::string_view name;
-  jet::Variant value;
+  values::Variant value;
 };
 
 class RecordSet {
@@ -52,14 +52,16 @@ class RecordSet {
   void moveNext();
   void moveLast();
 
-  [[nodiscard]] jet::Variant field(std::size_t index) const;
-  [[nodiscard]] jet::Variant field(std::string_view name) const { return field(fieldIndex(name)); }
+  [[nodiscard]] values::Variant field(std::size_t index) const;
+  [[nodiscard]] values::Variant field(std::string_view name) const {
+    return field(fieldIndex(name));
+  }
 
   // Single-table record sets of a writable session. Values are collected by setField and written
   // together by update; moving drops them.
   [[nodiscard]] bool isUpdatable() const;
   void edit();
-  void setField(std::string_view name, const jet::Variant& value);
+  void setField(std::string_view name, const values::Variant& value);
   void update();
 
   // The fields `values` of `count` rows from number `first` (0 and on) in one go, in the order of

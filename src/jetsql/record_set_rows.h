@@ -36,16 +36,16 @@ class RecordSet::Implementation {
   void moveTo(std::size_t position);
   void moveNext();
 
-  [[nodiscard]] jet::Variant field(std::size_t index);
+  [[nodiscard]] values::Variant field(std::size_t index);
   [[nodiscard]] bool isUpdatable() const { return writable_ && layout_->updatable.has_value(); }
   void edit();
-  void setField(std::size_t index, const jet::Variant& value);
+  void setField(std::size_t index, const values::Variant& value);
   void update();
 
-  using Changes = std::map<std::size_t, jet::Variant>;  // by column of the table
+  using Changes = std::map<std::size_t, values::Variant>;  // by column of the table
   void updateRows(std::size_t first, std::size_t count, const Changes& changes);
   // The change of a field, where it can be changed: error 3027 otherwise.
-  void addChange(std::size_t index, const jet::Variant& value, Changes& changes) const;
+  void addChange(std::size_t index, const values::Variant& value, Changes& changes) const;
 
  private:
   struct SourceRow {

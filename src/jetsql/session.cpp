@@ -1,11 +1,12 @@
 #include "jetsql/session.h"
+#include "jetsql/syntax/normalized_query.h"
 
 #include <utility>
 
 #include "jetsql/record_set_rows.h"
 #include "jetsql/session_schema.h"
 #include "jetsql/statement_cache.h"
-#include "jetsql/translation.h"
+#include "jetsql/translate/translation.h"
 
 namespace jetsql {
 
@@ -24,7 +25,7 @@ class Session::Implementation {
  private:
   [[nodiscard]] PreparedQuery prepare(const Translation& translation);
   [[nodiscard]] std::unique_ptr<RecordSet> run(const PreparedQuery& query,
-                                               const std::vector<jet::Variant>& literals,
+                                               const std::vector<values::Variant>& literals,
                                                const std::shared_ptr<Session>& session);
 
   StatementCache cache_;  // behind the schema: statements go before the connection
@@ -71,9 +72,9 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
   return run(cache_.insert(std::move(key), std::move(prepared)), translation.literals, session);
 }
 
-std::unique_ptr<RecordSet> Session::Implementation::run(const PreparedQuery& query,
-                                                        const std::vector<jet::Variant>& literals,
-                                                        const std::shared_ptr<Session>& session) {
+std::unique_ptr<RecordSet> Session::Implementation::run(
+    const PreparedQuery& query, const std::vector<values::Variant>& literals,
+    const std::shared_ptr<Session>& session) {
   schema.refreshKeys();
   sqlite3_stmt* statement = query.statement.get();
   const ResetOnExit reset(statement);

@@ -18,8 +18,8 @@
 #include <string_view>
 #include <vector>
 
-#include "jetsql/external_source.h"
 #include "jetsql/record_set.h"
+#include "jetsql/sqlite/external_source.h"
 #include "platform/clock.h"
 
 namespace jetsql {

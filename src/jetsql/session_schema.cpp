@@ -3,19 +3,16 @@
 #include <new>
 #include <utility>
 
-#include "jetsql/error_numbers.h"
-#include "jetsql/function_bridge.h"
-#include "jetsql/linked_table.h"
-#include "jetsql/stored_query.h"
-#include "jetsql/translation.h"
-#include "jetsql/value_encoding.h"
-#include "platform/runtime_error.h"
+#include "jetsql/sqlite/function_registration.h"
+#include "jetsql/sqlite/linked_table.h"
+#include "jetsql/sqlite/value_encoding.h"
+#include "jetsql/syntax/saved_query.h"
+#include "jetsql/translate/translation.h"
+#include "values/error_numbers.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
-
-constexpr int kReserved = 3000;  // "reserved error": what should not happen
-constexpr int kConnectionFailed = 3151;
 
 std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
                                         const SessionOptions& options,
@@ -40,7 +37,7 @@ ConnectionHandle openConnection(CallState& state) {
       SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX,
       nullptr);
   ConnectionHandle connection(opened);
-  if (status != SQLITE_OK) throw RuntimeError(kReserved, "SQLite could not be started.");
+  if (status != SQLITE_OK) throw RuntimeError(error::kReserved, "SQLite could not be started.");
   registerFunctions(connection.get(), state);
   return connection;
 }
@@ -94,9 +91,9 @@ SchemaObject SessionSchema::addTable(jet::Database& database, jet::Table& table,
 
 SchemaObject SessionSchema::addExternal(const jet::CatalogueEntry& entry) {
   if (options_.external == nullptr)
-    throw RuntimeError(kConnectionFailed, "ODBC--connection to '" + entry.connect +
-                                              "' failed: linked table '" + entry.name +
-                                              "' cannot be reached from here.");
+    throw RuntimeError(error::kConnectFailed, "ODBC--connection to '" + entry.connect +
+                                                  "' failed: linked table '" + entry.name +
+                                                  "' cannot be reached from here.");
   auto added = std::make_unique<ExternalTable>(*options_.external, entry.connect, entry.foreignName,
                                                entry.name, nextName(), state_);
   added->registerIn(connection_.get());
@@ -118,11 +115,11 @@ JetTable* SessionSchema::jetTable(const SchemaTable* table) const {
   return found == tables_.end() ? nullptr : found->second.get();
 }
 
-std::vector<jet::Variant> SessionSchema::values(const Translation& query) {
+std::vector<values::Variant> SessionSchema::values(const Translation& query) {
   const StatementHandle statement = prepare(query.sql);
   for (std::size_t i = 0; i < query.literals.size(); ++i)
     bind(statement.get(), static_cast<int>(i) + 1, query.literals[i]);
-  std::vector<jet::Variant> values;
+  std::vector<values::Variant> values;
   while (step(statement.get()))
     values.push_back(decode(encodedColumn(statement.get(), 0), query.columns.at(0).type));
   return values;
@@ -159,12 +156,12 @@ void SessionSchema::fail() {
   if (sqlite3_errcode(connection_.get()) == SQLITE_NOMEM) throw std::bad_alloc();
   const std::string text = sqlite3_errmsg(connection_.get());
   if (text.find("integer overflow") != std::string::npos)
-    throw RuntimeError(::error::kOverflow, "Overflow.");
+    throw RuntimeError(error::kOverflow, "Overflow.");
   if (text.find("too large") != std::string::npos || text.find("too many") != std::string::npos ||
       text.find("parser stack overflow") != std::string::npos ||
       text.find("at most") != std::string::npos)
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex: " + text + ".");
-  throw RuntimeError(kReserved, "The query could not be run: " + text + ".");
+  throw RuntimeError(error::kReserved, "The query could not be run: " + text + ".");
 }
 
 }  // namespace jetsql

@@ -11,15 +11,15 @@
 #include <vector>
 
 #include "jet/database.h"
-#include "jetsql/call_state.h"
-#include "jetsql/computed_keys.h"
-#include "jetsql/external_source.h"
-#include "jetsql/external_table.h"
 #include "jetsql/query_layout.h"
-#include "jetsql/schema.h"
 #include "jetsql/session.h"
-#include "jetsql/sqlite_handle.h"
-#include "jetsql/virtual_table.h"
+#include "jetsql/sqlite/callback_context.h"
+#include "jetsql/sqlite/expression_index.h"
+#include "jetsql/sqlite/external_source.h"
+#include "jetsql/sqlite/external_table.h"
+#include "jetsql/sqlite/jet_table.h"
+#include "jetsql/sqlite/sqlite_handle.h"
+#include "jetsql/translate/catalogue.h"
 
 namespace jetsql {
 
@@ -30,7 +30,7 @@ class SessionSchema : public SchemaSource {
                 const platform::Clock& clock);
 
   [[nodiscard]] SchemaObject find(std::string_view name) override;
-  [[nodiscard]] std::vector<jet::Variant> values(const Translation& query) override;
+  [[nodiscard]] std::vector<values::Variant> values(const Translation& query) override;
   [[nodiscard]] std::optional<std::string> keyTable(const SchemaTable& table,
                                                     const ComputedKey& key) override;
 

@@ -15,7 +15,7 @@
 #include <unordered_map>
 
 #include "jetsql/query_layout.h"
-#include "jetsql/sqlite_handle.h"
+#include "jetsql/sqlite/sqlite_handle.h"
 
 namespace jetsql {
 

@@ -5,16 +5,16 @@
 
 #include <array>
 
-#include "jet/date_time.h"
 #include "log/job_log.h"
+#include "values/date_time.h"
 
 namespace job {
 
 // The check boxes chk1 by index, and the day range, both days included.
 struct Request {
   std::array<bool, 7> ticked{};
-  jet::DateTime from;
-  jet::DateTime to;
+  values::DateTime from;
+  values::DateTime to;
 };
 
 class Window : public joblog::Progress {

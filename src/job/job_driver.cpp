@@ -5,8 +5,8 @@
 
 #include "job/statement_file.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
 #include "platform/text_file.h"
+#include "values/runtime_error.h"
 
 namespace job {
 
@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::size_t kSeparatorLength = 88;
 
-std::string slashDay(jet::DateTime day) {
-  const auto civil = jet::toCivil(day);
+std::string slashDay(values::DateTime day) {
+  const auto civil = values::toCivil(day);
   return platform::formatTime({civil.year, civil.month, civil.day}, platform::kDayFormat);
 }
 
@@ -97,9 +97,9 @@ void JobDriver::Run::open() {
 void JobDriver::Run::collect(const Step& step) {
   const bool settlement = step.kind == StepKind::kSettlement;
   attempt([&] {
-    const auto days =
-        settlement ? jet::dateText(request_.from) + "..To : " + jet::dateText(request_.to) + ".."
-                   : std::string();
+    const auto days = settlement ? values::dateText(request_.from) +
+                                       "..To : " + values::dateText(request_.to) + ".."
+                                 : std::string();
     joblog::report(window_, around_.jobLog, std::string(step.start) + days + stamp());
   });
   attempt([&] { step.collect(work_); });

@@ -19,16 +19,16 @@
 #include "log/job_log.h"
 #include "log/message_log.h"
 #include "platform/clock.h"
-#include "platform/settings.h"
-#include "platform/start_values.h"
+#include "settings/settings.h"
+#include "settings/start_values.h"
 
 namespace job {
 
 // Handed in by the program; all of it outlives the driver.
 struct Surroundings {
-  const platform::StartValues& start;
+  const settings::StartValues& start;
   localdb::DatabaseAccess& databases;
-  platform::Settings& settings;
+  settings::Settings& settings;
   const platform::Clock& clock;
   const platform::TickCounter& ticks;
   joblog::JobLog& jobLog;

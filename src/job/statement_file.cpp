@@ -5,10 +5,10 @@
 
 namespace job {
 
-std::string workingPath(const platform::StartValues& start, const platform::LocalTime& moment) {
+std::string workingPath(const settings::StartValues& start, const platform::LocalTime& moment) {
   const auto folder = platform::joinPath(start.programFolder, "AutoLoadData");
   const auto name = platform::formatTime(moment, platform::kFileStampFormat) + "_" +
-                    extract::SqlText(jet::Variant(start.shop.tradeName)) + ".tx";
+                    extract::SqlText(values::Variant(start.shop.tradeName)) + ".tx";
   return platform::joinPath(folder, name);
 }
 

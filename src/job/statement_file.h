@@ -12,13 +12,13 @@
 #include <string_view>
 
 #include "platform/clock.h"
-#include "platform/start_values.h"
+#include "settings/start_values.h"
 
 namespace job {
 
 // Named by the moment at which the job starts and the trade name, which is escaped as in a
 // statement.
-[[nodiscard]] std::string workingPath(const platform::StartValues& start,
+[[nodiscard]] std::string workingPath(const settings::StartValues& start,
                                       const platform::LocalTime& moment);
 
 // The working name and a "t": .tx becomes .txt.

@@ -5,14 +5,11 @@
 #include <system_error>
 #include <utility>
 
-#include "jetsql/linked_table.h"
-#include "platform/runtime_error.h"
+#include "jetsql/sqlite/linked_table.h"
+#include "values/runtime_error.h"
 
 namespace localdb {
 namespace {
-
-constexpr int kInvalidArgument = 3001;
-constexpr int kNotUpdatable = 3027;
 
 // The query engine's record set behind the face that callers know.
 class QueryRecordSet : public RecordSet {
@@ -29,12 +26,14 @@ class QueryRecordSet : public RecordSet {
     return rows_->fieldIndex(name);
   }
   using RecordSet::field;
-  [[nodiscard]] jet::Variant field(std::size_t index) const override { return rows_->field(index); }
+  [[nodiscard]] values::Variant field(std::size_t index) const override {
+    return rows_->field(index);
+  }
   void edit() override {
     needWritable();
     rows_->edit();
   }
-  void setField(std::string_view name, const jet::Variant& value) override {
+  void setField(std::string_view name, const values::Variant& value) override {
     rows_->setField(name, value);
   }
   void update() override { rows_->update(); }
@@ -48,7 +47,7 @@ class QueryRecordSet : public RecordSet {
  private:
   void needWritable() const {
     if (readOnly_ && rows_->isUpdatable())
-      throw RuntimeError(kNotUpdatable, "Cannot update. Database or object is read-only.");
+      throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
   }
 
   std::unique_ptr<jetsql::RecordSet> rows_;
@@ -59,7 +58,7 @@ void requireType(std::int32_t type) {
   constexpr std::array<std::int32_t, 5> kTypes{kOpenTable, kOpenDynaset, kOpenSnapshot,
                                                kOpenForwardOnly, 16};  // 16: dynamic
   if (std::find(kTypes.begin(), kTypes.end(), type) == kTypes.end())
-    throw RuntimeError(kInvalidArgument,
+    throw RuntimeError(error::kInvalidArgument,
                        "Invalid argument: record set type " + std::to_string(type) + ".");
 }
 

@@ -5,16 +5,13 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace localdb {
 namespace {
 
 constexpr int kNoSuchFile = 7001;  // this routine's own
-constexpr int kInvalidArgument = 3001;
-constexpr int kDamaged = 3049;
-constexpr int kUnrecognizedFormat = 3343;
-constexpr int kUnexpected = 51;  // internal error
+constexpr int kUnexpected = 51;    // internal error
 
 RuntimeError currentError() {
   try {
@@ -39,9 +36,9 @@ std::string openDatabaseError(const RuntimeError& problem, const std::string& pa
       return tagged + "데이터베이스 '" + path + "'에 접근할 수 없습니다." +
              "파일이 없거나, 네트웍이 끊긴 상태입니다." +
              " 파일을 열 수 없어 Open Function 종료......";
-    case kInvalidArgument:
-    case kDamaged:
-    case kUnrecognizedFormat:
+    case error::kInvalidArgument:
+    case error::kDamaged:
+    case error::kUnrecognized:
       if (!caller.empty()) return tagged + numbered(problem);
       [[fallthrough]];
     default:

@@ -15,8 +15,8 @@
 #include <span>
 #include <string_view>
 
-#include "jet/variant.h"
 #include "jetsql/record_set.h"
+#include "values/variant.h"
 
 namespace localdb {
 
@@ -42,13 +42,15 @@ class RecordSet {
   [[nodiscard]] virtual std::size_t fieldIndex(std::string_view name) const = 0;
 
   // Value of the current row's field, by place or by name.
-  [[nodiscard]] virtual jet::Variant field(std::size_t index) const = 0;
-  [[nodiscard]] jet::Variant field(std::string_view name) const { return field(fieldIndex(name)); }
+  [[nodiscard]] virtual values::Variant field(std::size_t index) const = 0;
+  [[nodiscard]] values::Variant field(std::string_view name) const {
+    return field(fieldIndex(name));
+  }
 
   // Changes to the current row, all written by update. Record sets on one table only (error 3027
   // otherwise).
   virtual void edit() = 0;
-  virtual void setField(std::string_view name, const jet::Variant& value) = 0;
+  virtual void setField(std::string_view name, const values::Variant& value) = 0;
   virtual void update() = 0;
 
   // The fields `values` of `count` rows from number `first` (0 and on), saved as edit, setField and

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/files.h"
-#include "platform/runtime_error.h"
 #include "platform/text_file.h"
+#include "values/runtime_error.h"
 
 namespace lib_Message2 {
 

@@ -10,8 +10,8 @@
 
 #include <iconv.h>
 
-#include "platform/ascii.h"
-#include "platform/runtime_error.h"
+#include "text/ascii.h"
+#include "values/runtime_error.h"
 
 namespace {
 
@@ -110,7 +110,7 @@ class CodePage::Encoder {
 
   void append(std::string_view text, std::string& out) {
     while (!text.empty()) {
-      const std::size_t ascii = platform::asciiPrefix(text);
+      const std::size_t ascii = text::asciiPrefix(text);
       out.append(text.data(), ascii);
       text.remove_prefix(ascii);
       text.remove_prefix(appendOthers(text, out));
@@ -181,7 +181,7 @@ CodePage& CodePage::operator=(CodePage&&) noexcept = default;
 CodePage::~CodePage() = default;
 
 void CodePage::appendUtf8(std::string_view text, std::string& out) {
-  const std::size_t ascii = platform::asciiPrefix(text);
+  const std::size_t ascii = text::asciiPrefix(text);
   out.append(text.data(), ascii);
   text.remove_prefix(ascii);
   if (!text.empty()) decoder_->append(text, out);

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace platform {
 namespace {

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "platform/posix_error.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace platform {
 

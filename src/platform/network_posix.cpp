@@ -12,7 +12,7 @@
 #include <memory>
 
 #include "platform/posix_error.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace platform {
 

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace platform {
 

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "platform/posix_error.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace {
 

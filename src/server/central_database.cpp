@@ -4,7 +4,7 @@
 
 namespace server {
 
-CentralDatabase::CentralDatabase(Provider& provider, platform::CentralServer where)
+CentralDatabase::CentralDatabase(Provider& provider, settings::CentralServer where)
     : provider_(provider), where_(std::move(where)) {}
 
 void CentralDatabase::buildConnectionString() {

@@ -10,15 +10,15 @@
 #include <memory>
 #include <string>
 
-#include "platform/central_server.h"
 #include "server/connection.h"
 #include "server/connection_text.h"
+#include "settings/central_server.h"
 
 namespace server {
 
 class CentralDatabase {
  public:
-  CentralDatabase(Provider& provider, platform::CentralServer where);
+  CentralDatabase(Provider& provider, settings::CentralServer where);
 
   // Sets the account and the text anew.
   void buildConnectionString();
@@ -29,7 +29,7 @@ class CentralDatabase {
 
  private:
   Provider& provider_;
-  platform::CentralServer where_;
+  settings::CentralServer where_;
   std::string connectionString_;
   std::unique_ptr<Connection> connection_;
 };

@@ -2,7 +2,7 @@
 
 namespace server {
 
-ServerAccount serverAccount(const platform::CentralServer& central) {
+ServerAccount serverAccount(const settings::CentralServer& central) {
   ServerAccount account;
   account.host = central.host;
   account.port = central.databasePort;

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/central_server.h"
+#include "settings/central_server.h"
 
 namespace server {
 
@@ -32,7 +32,7 @@ struct ServerAccount {
       kFieldLength + kFoundRows + kBigPackets + kDynamicCursor + kCompressedProtocol + kNoBigint;
 };
 
-[[nodiscard]] ServerAccount serverAccount(const platform::CentralServer& central);
+[[nodiscard]] ServerAccount serverAccount(const settings::CentralServer& central);
 
 // Begins with a blank.
 [[nodiscard]] std::string ServerConnectionString(const ServerAccount& account);

@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/variant.h"
+#include "values/variant.h"
 
 namespace server::odbc {
 
@@ -71,7 +71,7 @@ class Connection {
 struct Column {
   std::string name;
   SQLSMALLINT sqlType = SQL_VARCHAR;
-  jet::VariantType type = jet::VariantType::Text;
+  values::VariantType type = values::VariantType::Text;
 };
 
 // Keeps its connection alive.
@@ -83,12 +83,12 @@ class Query {
   [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
   [[nodiscard]] bool next();
   // Column of the current row, each at most once and in ascending order.
-  [[nodiscard]] jet::Variant value(std::size_t column);
+  [[nodiscard]] values::Variant value(std::size_t column);
 
  private:
   void describe();
-  [[nodiscard]] jet::Variant text(SQLUSMALLINT number);
-  [[nodiscard]] jet::Variant binary(SQLUSMALLINT number);
+  [[nodiscard]] values::Variant text(SQLUSMALLINT number);
+  [[nodiscard]] values::Variant binary(SQLUSMALLINT number);
   template <typename Value>
   [[nodiscard]] bool fixed(SQLUSMALLINT number, SQLSMALLINT cType, Value& value);
 

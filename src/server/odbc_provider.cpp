@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/runtime_error.h"
 #include "server/odbc.h"
+#include "values/runtime_error.h"
 
 namespace server {
 namespace {

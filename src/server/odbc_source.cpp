@@ -4,18 +4,15 @@
 #include <string_view>
 #include <utility>
 
-#include "jetsql/text.h"
-#include "platform/runtime_error.h"
 #include "server/odbc.h"
+#include "text/letter_case.h"
+#include "values/runtime_error.h"
 
 namespace server {
 namespace {
 
-constexpr int kConnectFailed = 3151;
-constexpr int kCallFailed = 3146;
-
 RuntimeError callFailed(const odbc::Fault& fault) {
-  return {kCallFailed, std::string("ODBC--call failed. ") + fault.what()};
+  return {error::kCallFailed, std::string("ODBC--call failed. ") + fault.what()};
 }
 
 class OdbcRows : public jetsql::ExternalRows {
@@ -34,11 +31,11 @@ class OdbcRows : public jetsql::ExternalRows {
     }
   }
 
-  jet::Variant value(std::size_t column) override { return values_.at(column); }
+  values::Variant value(std::size_t column) override { return values_.at(column); }
 
  private:
   std::unique_ptr<odbc::Query> query_;
-  std::vector<jet::Variant> values_;
+  std::vector<values::Variant> values_;
 };
 
 const char* symbol(jetsql::Comparison comparison) {
@@ -59,15 +56,15 @@ const char* symbol(jetsql::Comparison comparison) {
 
 // The value in the server's language. Empty where the server might compare in another way than Jet
 // does (texts, fractions): such a condition is left to the one who asked.
-std::string literal(const jet::Variant& value) {
+std::string literal(const values::Variant& value) {
   switch (value.type()) {
-    case jet::VariantType::Byte:
-    case jet::VariantType::Integer:
-    case jet::VariantType::Long:
-      return jet::toText(value);
-    case jet::VariantType::DateTime: {
-      const auto& date = *value.as<jet::DateTime>();
-      return "{ts '" + jet::dayText(date) + " " + jet::timeText(date) + "'}";
+    case values::VariantType::Byte:
+    case values::VariantType::Integer:
+    case values::VariantType::Long:
+      return values::toText(value);
+    case values::VariantType::DateTime: {
+      const auto& date = *value.as<values::DateTime>();
+      return "{ts '" + values::dayText(date) + " " + values::timeText(date) + "'}";
     }
     default:
       return {};
@@ -115,7 +112,7 @@ class OdbcSource : public jetsql::ExternalSource {
     if (connection) return connection;
     constexpr std::string_view kPrefix = "odbc;";
     std::string text = connect;
-    if (jetsql::lowerCase(std::string_view(text).substr(0, kPrefix.size())) == kPrefix) {
+    if (text::lowerCase(std::string_view(text).substr(0, kPrefix.size())) == kPrefix) {
       text.erase(0, kPrefix.size());
     }
     try {
@@ -123,7 +120,8 @@ class OdbcSource : public jetsql::ExternalSource {
       fresh->connect(text);
       connection = std::move(fresh);
     } catch (const odbc::Fault& fault) {
-      throw RuntimeError(kConnectFailed, std::string("ODBC--connection failed. ") + fault.what());
+      throw RuntimeError(error::kConnectFailed,
+                         std::string("ODBC--connection failed. ") + fault.what());
     }
     return connection;
   }

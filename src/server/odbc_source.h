@@ -10,7 +10,7 @@
 
 #include <memory>
 
-#include "jetsql/external_source.h"
+#include "jetsql/sqlite/external_source.h"
 
 namespace server {
 

@@ -4,14 +4,14 @@
 #include <cctype>
 #include <charconv>
 
-#include "platform/runtime_error.h"
 #include "server/odbc.h"
 #include "server/wide_text.h"
+#include "values/runtime_error.h"
 
 namespace server::odbc {
 namespace {
 
-using jet::VariantType;
+using values::VariantType;
 
 struct TypeRow {
   SQLSMALLINT sqlType;
@@ -45,9 +45,9 @@ VariantType typeOf(SQLSMALLINT sqlType) {
 }
 
 // "-12.50" as the driver writes decimals.
-jet::Variant toNumeric(const std::string& text) {
+values::Variant toNumeric(const std::string& text) {
   constexpr std::size_t kDigits = 28;
-  jet::Numeric number;
+  values::Numeric number;
   std::size_t digits = 0;
   bool fraction = false;
   for (const char c : text) {
@@ -66,9 +66,9 @@ jet::Variant toNumeric(const std::string& text) {
 }
 
 // The server's day zero, and a month or a day zero, are no day here.
-jet::Variant toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
+values::Variant toDate(const SQL_TIMESTAMP_STRUCT& stamp) {
   if (stamp.year < 100 || stamp.month == 0 || stamp.day == 0) return {};
-  return jet::toDateTime(
+  return values::toDateTime(
       {stamp.year, stamp.month, stamp.day, stamp.hour, stamp.minute, stamp.second});
 }
 
@@ -98,7 +98,7 @@ bool Query::fixed(SQLUSMALLINT number, SQLSMALLINT cType, Value& value) {
   return length != SQL_NULL_DATA;
 }
 
-jet::Variant Query::value(std::size_t column) {
+values::Variant Query::value(std::size_t column) {
   const auto number = static_cast<SQLUSMALLINT>(column + 1);
   SQLINTEGER whole = 0;
   SQLDOUBLE real = 0;
@@ -133,7 +133,7 @@ jet::Variant Query::value(std::size_t column) {
   }
 }
 
-jet::Variant Query::text(SQLUSMALLINT number) {
+values::Variant Query::text(SQLUSMALLINT number) {
   WideText whole;
   std::array<SQLWCHAR, 2048> piece{};
   for (;;) {
@@ -152,8 +152,8 @@ jet::Variant Query::text(SQLUSMALLINT number) {
   return fromWide(whole);
 }
 
-jet::Variant Query::binary(SQLUSMALLINT number) {
-  jet::Binary whole;
+values::Variant Query::binary(SQLUSMALLINT number) {
+  values::Binary whole;
   std::array<std::byte, 4096> piece{};
   for (;;) {
     SQLLEN bytes = 0;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "jetsql/text.h"
-#include "platform/runtime_error.h"
+#include "text/letter_case.h"
+#include "values/runtime_error.h"
 
 namespace server {
 
@@ -13,14 +13,15 @@ RecordSet::RecordSet(std::vector<std::string> names, std::vector<Row> rows)
 
 std::int32_t RecordSet::recordCount() const { return static_cast<std::int32_t>(rows_.size()); }
 
-const jet::Variant& RecordSet::field(std::string_view name) const {
-  if (rows_.empty()) throw RuntimeError(3021, "No current record.");
-  const auto wanted = jetsql::lowerCase(name);
+const values::Variant& RecordSet::field(std::string_view name) const {
+  if (rows_.empty()) throw RuntimeError(error::kNoCurrentRecord, "No current record.");
+  const auto wanted = text::lowerCase(name);
   const auto found = std::find_if(names_.begin(), names_.end(), [&](const std::string& each) {
-    return jetsql::lowerCase(each) == wanted;
+    return text::lowerCase(each) == wanted;
   });
   if (found == names_.end()) {
-    throw RuntimeError(3265, "Item not found in this collection: " + std::string(name));
+    throw RuntimeError(error::kItemNotFound,
+                       "Item not found in this collection: " + std::string(name));
   }
   return rows_.front()[static_cast<std::size_t>(found - names_.begin())];
 }

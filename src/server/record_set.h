@@ -11,19 +11,19 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/variant.h"
+#include "values/variant.h"
 
 namespace server {
 
 class RecordSet {
  public:
-  using Row = std::vector<jet::Variant>;
+  using Row = std::vector<values::Variant>;
 
   RecordSet(std::vector<std::string> names, std::vector<Row> rows);
 
   [[nodiscard]] std::int32_t recordCount() const;
   // Names match without regard to the case of Latin letters.
-  [[nodiscard]] const jet::Variant& field(std::string_view name) const;
+  [[nodiscard]] const values::Variant& field(std::string_view name) const;
 
  private:
   std::vector<std::string> names_;

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "jetsql/text.h"
+#include "text/utf8.h"
 
 namespace server::odbc {
 namespace {
@@ -18,8 +18,8 @@ WideText toWide(std::string_view utf8) {
   WideText wide;
   wide.reserve(utf8.size());
   for (std::size_t position = 0; position < utf8.size();) {
-    char32_t character = jetsql::nextCharacter(utf8, position);
-    if (character >= jetsql::kInvalidByte) character = kReplacement;
+    char32_t character = text::nextCharacter(utf8, position);
+    if (character >= text::kInvalidByte) character = kReplacement;
     if (character < 0x10000) {
       wide += static_cast<SQLWCHAR>(character);
       continue;
@@ -42,7 +42,7 @@ std::string fromWide(std::basic_string_view<SQLWCHAR> wide) {
     } else if (isHigh(wide[i]) || isLow(wide[i])) {
       character = kReplacement;
     }
-    jetsql::appendCharacter(utf8, character);
+    text::appendCharacter(utf8, character);
   }
   return utf8;
 }

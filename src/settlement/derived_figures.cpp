@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
-#include "jet/variant.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
+#include "values/variant.h"
 
 namespace lib_결산 {
 
@@ -38,7 +38,7 @@ std::int32_t less(const DailySettlement& day, std::int32_t from,
 // `factor` times the quotient, in double precision; 0 where there is nothing to divide by.
 std::int32_t average(std::int32_t dividend, std::int32_t divisor, int factor = 1) {
   if (divisor == 0) return 0;
-  return jet::toLong(static_cast<double>(dividend) / divisor * factor);
+  return values::toLong(static_cast<double>(dividend) / divisor * factor);
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ void addServiceCharge(DailySettlement& day, const Switches& switches) {
   total = checkedAdd(total, day[Figure::반품]);
   if (charge > 0 && !switches.serviceRateEnabled) total = checkedAdd(total, charge);
   if (switches.vatRate != 0 && !switches.vatIncluded) {
-    total = jet::toLong(static_cast<double>(kSurchargeFactor) * total + total);
+    total = values::toLong(static_cast<double>(kSurchargeFactor) * total + total);
   }
   if (switches.serviceRateEnabled && !switches.serviceRateIncluded) {
     total = checkedAdd(total, charge);
@@ -74,7 +74,7 @@ void deriveCashAndVat(DailySettlement& day, const Switches& switches) {
   // A VAT of 10 % within the price, whatever the rate says.
   const std::int32_t taxed =
       less(day, total, {Figure::할인, Figure::쿠폰사용, Figure::경품현금지급, Figure::상품권사용});
-  day[Figure::부가세] = jet::toLong(std::floor(taxed / 1.1 * 0.1 + 0.5));
+  day[Figure::부가세] = values::toLong(std::floor(taxed / 1.1 * 0.1 + 0.5));
 }
 
 void deriveAverages(DailySettlement& day, const Switches& switches) {

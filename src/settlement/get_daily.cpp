@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "extract/conversions.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace settlement {
 
@@ -53,23 +53,23 @@ std::string insertDay(const extract::ShopLiterals& shop, std::string_view day,
 
 }  // namespace
 
-bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, jet::DateTime LastDate,
-              jet::DateTime LookDate) {
+bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, values::DateTime LastDate,
+              values::DateTime LookDate) {
   joblog::Progress& progress = work.around.progress;
   const auto show = [&](const std::string& text) {
     joblog::report(progress, sources.jobLog,
                    text + ".." + platform::formatTime(sources.clock.now(), platform::kStampFormat));
   };
-  show("Daily Data Load -- GetDaily In.." + jet::dateText(LastDate) + ".." +
-       jet::dateText(LookDate));
+  show("Daily Data Load -- GetDaily In.." + values::dateText(LastDate) + ".." +
+       values::dateText(LookDate));
   const double days = std::floor(LookDate.serial) - std::floor(LastDate.serial) + 1;
   if (std::fabs(days) > kMostDays) {
     throw RuntimeError(error::kOverflow, "Overflow: a settlement of more than 32767 days.");
   }
   const int count = static_cast<int>(days);
   for (int i = 0; i < count; ++i) {
-    const jet::DateTime day{LastDate.serial + i};
-    show("Daily Data Load -- GetDailyData Call 연결 Start " + jet::dateText(day));
+    const values::DateTime day{LastDate.serial + i};
+    show("Daily Data Load -- GetDailyData Call 연결 Start " + values::dateText(day));
     DailySettlement settlement;
     static_cast<void>(lib_결산::GetDailyData(sources, day, settlement));
     const std::string dayLiteral = extract::SqlText(day);

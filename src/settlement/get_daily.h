@@ -8,13 +8,13 @@
 #pragma once
 
 #include "extract/workspace.h"
-#include "jet/date_time.h"
 #include "settlement/get_daily_data.h"
+#include "values/date_time.h"
 
 namespace settlement {
 
 // From LastDate, the first day, to LookDate, the last. The result is never set and tells nothing.
-bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, jet::DateTime LastDate,
-              jet::DateTime LookDate);
+bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, values::DateTime LastDate,
+              values::DateTime LookDate);
 
 }  // namespace settlement

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "extract/conversions.h"
-#include "jet/variant.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
 #include "settlement/derived_figures.h"
+#include "values/runtime_error.h"
+#include "values/variant.h"
 
 namespace lib_결산 {
 
@@ -31,16 +31,16 @@ struct Source {
 using SourceList = std::initializer_list<Source>;
 
 // An empty value is a missing one.
-bool isOn(const std::string& setting) { return !setting.empty() && jet::toBool(setting); }
+bool isOn(const std::string& setting) { return !setting.empty() && values::toBool(setting); }
 
 class Computation {
  public:
-  Computation(const Sources& sources, jet::DateTime day, DailySettlement& figures)
+  Computation(const Sources& sources, values::DateTime day, DailySettlement& figures)
       : sources_(sources),
         lookupDate_(day),
         figures_(figures),
-        dateFilter_("WHERE rdate = #" + jet::dayText(day) + "#") {
-    std::string day8 = jet::dayText(day).substr(2);  // yy.MM.dd, as card slips keep their day
+        dateFilter_("WHERE rdate = #" + values::dayText(day) + "#") {
+    std::string day8 = values::dayText(day).substr(2);  // yy.MM.dd, as card slips keep their day
     day8[2] = day8[5] = '.';
     cardDayFilter_ = "WHERE day = '" + day8 + "'";
   }
@@ -82,7 +82,7 @@ class Computation {
   void takeFirstRow(const std::string& query, SourceList sources);
 
   const Sources& sources_;
-  const jet::DateTime lookupDate_;
+  const values::DateTime lookupDate_;
   DailySettlement& figures_;
   const std::string dateFilter_;
   std::string cardDayFilter_;
@@ -152,8 +152,8 @@ void Computation::readShop() {
   openDatabase("config.mdb");
   if (const Rows basic = open("set_basic", localdb::kOpenTable); basic->recordCount() > 0) {
     basic->moveFirst();
-    const jet::Variant rate = basic->field("rate_surtax");
-    switches_.vatRate = rate.isNull() ? kDefaultVatRate : jet::toInteger(rate);
+    const values::Variant rate = basic->field("rate_surtax");
+    switches_.vatRate = rate.isNull() ? kDefaultVatRate : values::toInteger(rate);
     if (!NzBool(basic->field("enable_rate_surtax"))) switches_.vatRate = 0;
     switches_.vatIncluded = NzBool(basic->field("include_rate_surtax"));
     switches_.serviceRateEnabled = NzBool(basic->field("enable_rate_sacrifice_price"));
@@ -163,8 +163,8 @@ void Computation::readShop() {
   begin(5, "set_basic2");
   const Rows history = open("SELECT * FROM set_basic2 ORDER BY si2_id DESC");
   while (!history->atEnd()) {
-    const jet::Variant since = history->field("rDate");
-    if (!since.isNull() && std::floor(jet::toDate(since).serial) <= lookupDate_.serial) {
+    const values::Variant since = history->field("rDate");
+    if (!since.isNull() && std::floor(values::toDate(since).serial) <= lookupDate_.serial) {
       figures_[Figure::종업원수] = NzLong(history->field("num_employee"));
       figures_[Figure::좌석수] = NzLong(history->field("num_table"));
       break;
@@ -291,7 +291,7 @@ void Computation::readOutgo() {
 
 }  // namespace
 
-bool GetDailyData(const Sources& sources, jet::DateTime LookupDate,
+bool GetDailyData(const Sources& sources, values::DateTime LookupDate,
                   DailySettlement& settlement) noexcept {
   settlement = {};
   int step = 1;
@@ -307,7 +307,7 @@ bool GetDailyData(const Sources& sources, jet::DateTime LookupDate,
     } catch (const std::bad_alloc&) {
       step = computation.step();
     }
-    sources.message("E)lib_결산->GetDailyData(LookupDate:=" + jet::dateText(LookupDate) +
+    sources.message("E)lib_결산->GetDailyData(LookupDate:=" + values::dateText(LookupDate) +
                     ")[Erl:=" + std::to_string(step) + "](Eno:=" + std::to_string(number) + ")");
   } catch (const std::exception&) {
     return false;  // not even its failure can be told

@@ -12,12 +12,12 @@
 #include <string>
 #include <string_view>
 
-#include "jet/date_time.h"
 #include "localdb/database_access.h"
 #include "log/job_log.h"
 #include "platform/clock.h"
-#include "platform/settings.h"
+#include "settings/settings.h"
 #include "settlement/daily_settlement.h"
+#include "values/date_time.h"
 
 namespace lib_결산 {
 
@@ -25,14 +25,14 @@ namespace lib_결산 {
 struct Sources {
   std::string programFolder;
   localdb::DatabaseAccess& databases;
-  const platform::Settings& settings;  // section `연결` key ODBCcustomer, `NewType` ApplyDCinRO
+  const settings::Settings& settings;  // section `연결` key ODBCcustomer, `NewType` ApplyDCinRO
   const platform::Clock& clock;
   joblog::JobLog& jobLog;
   std::function<void(const std::string& line)> message;  // MsgDebug without suffix
   std::function<bool()> centralAnswers;                  // PING of the central host
 };
 
-bool GetDailyData(const Sources& sources, jet::DateTime LookupDate,
+bool GetDailyData(const Sources& sources, values::DateTime LookupDate,
                   DailySettlement& settlement) noexcept;
 
 }  // namespace lib_결산

@@ -1,10 +1,10 @@
 #include "startup/start_mod.h"
 
-#include "jet/variant.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
+#include "settings/profile_reader.h"
 #include "startup/command_line.h"
-#include "startup/profile_reader.h"
+#include "values/runtime_error.h"
+#include "values/variant.h"
 
 namespace StartMod {
 
@@ -22,7 +22,7 @@ constexpr const char* kProgramEnds = "프로그램을 종료합니다.";
 platform::Icon boxStyle(const std::string& style) {
   constexpr double kCriticalStyle = 16;
   double number = 0;
-  if (!jet::parseNumber(style, number)) {
+  if (!values::parseNumber(style, number)) {
     throw RuntimeError(error::kTypeMismatch, "형식이 일치하지 않습니다.");
   }
   return number == kCriticalStyle ? platform::Icon::kCritical : platform::Icon::kNone;
@@ -43,13 +43,13 @@ void reportMissingDatabase(const Surroundings& around, const std::string& folder
        platform::Icon::kCritical, "데이터베이스 오류"});
 }
 
-std::string folderOf(const platform::StartValues& values, const char* key) {
+std::string folderOf(const settings::StartValues& values, const char* key) {
   const auto& own = values.programFolder;
   const auto folder = lib_Setting::readProfileString(values.configPath, kPaths, key, own);
   return folder.empty() ? own : folder;
 }
 
-void takeCommandLine(std::string_view text, platform::StartValues& values) {
+void takeCommandLine(std::string_view text, settings::StartValues& values) {
   const auto parts = splitCommandLine(text);
   values.commandLine = text;
   values.runMode = parts.runMode;
@@ -57,7 +57,7 @@ void takeCommandLine(std::string_view text, platform::StartValues& values) {
   values.toDate = parts.toDate;
 }
 
-void takeManager(const platform::Settings& settings, platform::StartValues& values) {
+void takeManager(const settings::Settings& settings, settings::StartValues& values) {
   values.serverDatabaseName = settings.read(kManager, "SvrDbName", "");
   values.shop.group = settings.read(kManager, "Group", "");
   values.shop.tradeName = settings.read(kManager, "상호", "");

@@ -14,22 +14,22 @@
 
 #include "log/message_log.h"
 #include "platform/message_display.h"
-#include "platform/settings.h"
-#include "platform/start_values.h"
+#include "settings/settings.h"
+#include "settings/start_values.h"
 
 namespace StartMod {
 
 enum class Next { kEnd, kUploadWindow, kLoginWindow };
 
 struct Start {
-  platform::StartValues values;
+  settings::StartValues values;
   Next next = Next::kEnd;
 };
 
 // Handed in by the program.
 struct Surroundings {
   std::string programFolder;
-  platform::Settings& settings;  // stays pointed at config.ini
+  settings::Settings& settings;  // stays pointed at config.ini
   lib_Message2::MessageLog& log;
   platform::MessageDisplay& messages;
 };

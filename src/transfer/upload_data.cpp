@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/files.h"
-#include "platform/runtime_error.h"
 #include "transfer/upload_file_name.h"
+#include "values/runtime_error.h"
 
 namespace transfer {
 namespace {

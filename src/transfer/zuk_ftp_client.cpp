@@ -8,7 +8,7 @@
 #include <fstream>
 #include <utility>
 
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace transfer {
 namespace {

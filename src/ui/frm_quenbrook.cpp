@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "jet/variant.h"
+#include "values/variant.h"
 
 namespace {
 
@@ -13,11 +13,11 @@ constexpr const char* kNoDayPicked = "일자를 선택하시지 않았습니다.
 constexpr const char* kFromBehindTo =
     "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..";
 
-jet::DateTime toDay(const std::string& text) { return jet::toDate(jet::Variant(text)); }
+values::DateTime toDay(const std::string& text) { return values::toDate(values::Variant(text)); }
 
 }  // namespace
 
-FrmQuenbrook::FrmQuenbrook(const platform::StartValues& start, const platform::Clock& clock,
+FrmQuenbrook::FrmQuenbrook(const settings::StartValues& start, const platform::Clock& clock,
                            platform::MessageDisplay& messages, job::Driver& driver,
                            ui::UploadView& view)
     : start_(start), clock_(clock), messages_(messages), driver_(driver), view_(view) {}
@@ -55,8 +55,8 @@ void FrmQuenbrook::cmdCalendar_Click() { view_.setCalendarVisible(true); }
 
 void FrmQuenbrook::SSPanel9_Click() { view_.setCalendarVisible(false); }
 
-void FrmQuenbrook::MonthView1_DateClick(jet::DateTime day) {
-  const auto civil = jet::toCivil(day);
+void FrmQuenbrook::MonthView1_DateClick(values::DateTime day) {
+  const auto civil = values::toCivil(day);
   pickedDate_ = platform::formatTime({civil.year, civil.month, civil.day}, platform::kDayFormat);
 }
 

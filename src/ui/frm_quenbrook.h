@@ -14,16 +14,16 @@
 #include <string>
 #include <string_view>
 
-#include "jet/date_time.h"
 #include "job/driver.h"
 #include "platform/clock.h"
 #include "platform/message_display.h"
-#include "platform/start_values.h"
+#include "settings/start_values.h"
 #include "ui/upload_view.h"
+#include "values/date_time.h"
 
 class FrmQuenbrook : private job::Window {
  public:
-  FrmQuenbrook(const platform::StartValues& start, const platform::Clock& clock,
+  FrmQuenbrook(const settings::StartValues& start, const platform::Clock& clock,
                platform::MessageDisplay& messages, job::Driver& driver, ui::UploadView& view);
 
   void Form_Load();
@@ -32,7 +32,7 @@ class FrmQuenbrook : private job::Window {
   void Timer1_Timer();
   void cmdCalendar_Click();
   void SSPanel9_Click();
-  void MonthView1_DateClick(jet::DateTime day);
+  void MonthView1_DateClick(values::DateTime day);
   void sspFromB_Click();
   void sspToB_Click();
   void sspCurrent_Click();
@@ -59,7 +59,7 @@ class FrmQuenbrook : private job::Window {
   void tick(int index, bool ticked);
   [[nodiscard]] bool dayPicked();
 
-  const platform::StartValues& start_;
+  const settings::StartValues& start_;
   const platform::Clock& clock_;
   platform::MessageDisplay& messages_;
   job::Driver& driver_;
@@ -67,8 +67,8 @@ class FrmQuenbrook : private job::Window {
 
   std::string sspRem_;
   std::string pickedDate_;  // "yyyy/MM/dd", empty before the first click
-  jet::DateTime fromDate_;
-  jet::DateTime toDate_;
+  values::DateTime fromDate_;
+  values::DateTime toDate_;
   std::array<bool, ui::kBoxCount> chk1_{};
   bool loaded_ = false;
   bool jobRunning_ = false;

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "jet/variant.h"
 #include "ui/login_texts.h"
+#include "values/variant.h"
 
 namespace {
 
@@ -109,7 +109,7 @@ void 로그인::logIn() {
 
 bool 로그인::passwordMatches(const server::RecordSet& rows) const {
   const auto& stored = rows.field("EMP_PSWD");
-  const std::string wanted = stored.isNull() ? "" : trimmed(jet::toText(stored));
+  const std::string wanted = stored.isNull() ? "" : trimmed(values::toText(stored));
   return wanted == trimmed(view_.text(LoginField::kTxtPW));
 }
 

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <string>
 
-#include "jet/date_time.h"
+#include "values/date_time.h"
 
 namespace ui {
 
@@ -23,7 +23,7 @@ class UploadView {
   virtual void setFrom(const std::string& text) = 0;                // sspFrom
   virtual void setTo(const std::string& text) = 0;                  // sspTo
   virtual void setCalendarVisible(bool visible) = 0;                // fCalendar
-  virtual void setCalendarDay(jet::DateTime day) = 0;               // MonthView1
+  virtual void setCalendarDay(values::DateTime day) = 0;            // MonthView1
   virtual void setTick(int index, bool ticked) = 0;                 // chk1
   virtual void setProgress(const std::string& text) = 0;            // sspRem
   virtual void setHourglass(bool on) = 0;                           // the screen's mouse pointer
@@ -47,7 +47,7 @@ class HeadlessUploadView : public UploadView {
   void setFrom(const std::string&) override {}
   void setTo(const std::string&) override {}
   void setCalendarVisible(bool) override {}
-  void setCalendarDay(jet::DateTime) override {}
+  void setCalendarDay(values::DateTime) override {}
   void setTick(int, bool) override {}
   void setProgress(const std::string& text) override;
   void setHourglass(bool) override {}

@@ -2,17 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace extract {
 namespace {
 
-using jet::Currency;
-using jet::Variant;
+using values::Currency;
+using values::Variant;
 
 const Variant kNull;
-const Variant kEvening = jet::toDateTime({2013, 8, 2, 19, 5, 9});
-const Variant kNoDate = jet::DateTime{1e9};  // behind the last year: has no text form
+const Variant kEvening = values::toDateTime({2013, 8, 2, 19, 5, 9});
+const Variant kNoDate = values::DateTime{1e9};  // behind the last year: has no text form
 
 // So many characters before the text; a Hangul syllable is one, a character beyond the basic plane
 // two.
@@ -74,7 +74,7 @@ TEST(ConversionsTest, NzTextNzLongAndNzBoolFallBack) {
       {"too large", 3e9, "3000000000", 0, false},
       {"amount", Currency{-25000}, "-2.5", -2, false},
       {"no text form", kNoDate, "", 1000000000, false},
-      {"binary", jet::Binary{{std::byte{'x'}}}, "x", 0, false},
+      {"binary", values::Binary{{std::byte{'x'}}}, "x", 0, false},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(NzText(row.value), row.nzText) << row.name;
@@ -91,9 +91,9 @@ TEST(ConversionsTest, FormatsKeepNullAndWhatIsNoDate) {
   EXPECT_EQ(SqlText(formatHourMinute("지각")), "지각");
   EXPECT_TRUE(formatTime(kNull).isNull());
   EXPECT_EQ(weekdayLetter("2013-08-02"), "금");
-  EXPECT_EQ(weekdayLetter(jet::toDateTime({2013, 8, 4, 0, 0, 0})), "일");
+  EXPECT_EQ(weekdayLetter(values::toDateTime({2013, 8, 4, 0, 0, 0})), "일");
   EXPECT_THROW((void)weekdayLetter(kNull), RuntimeError);
-  EXPECT_EQ(dayLiteral(jet::toDateTime({2013, 8, 2, 0, 0, 0})), "#2013-08-02#");
+  EXPECT_EQ(dayLiteral(values::toDateTime({2013, 8, 2, 0, 0, 0})), "#2013-08-02#");
 }
 
 TEST(ConversionsTest, CaptionNumbersAreGroupedAndRounded) {

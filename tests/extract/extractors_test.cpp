@@ -6,10 +6,10 @@
 namespace extract {
 namespace {
 
-using jet::Currency;
 using support::day;
 using support::errorOf;
 using testing::Test;
+using values::Currency;
 
 class ExtractorsTest : public support::JobFixture {
  protected:
@@ -169,11 +169,11 @@ TEST_F(ExtractorsTest, AFailingSaleEndsTheStepAndKeepsWhatWasWritten) {
     int error;
     std::size_t lines;  // two DELETEs, the first sale, and what the second still wrote
   } rows[] = {
-      {"no time of change", {{"time_modified", jet::Variant()}}, 94, 3},
+      {"no time of change", {{"time_modified", values::Variant()}}, 94, 3},
       {"time of change is a word", {{"time_modified", "어제"}}, 13, 3},
       {"service difference", {{"price_service", INT32_MAX}, {"price_service_org", -1}}, 6, 3},
       {"corrected price", {{"price_tot", INT32_MIN}, {"price_service", 1}}, 6, 3},
-      {"no id for the items", {{"s_id", jet::Variant()}}, 94, 4},
+      {"no id for the items", {{"s_id", values::Variant()}}, 94, 4},
   };
   for (const auto& row : rows) {
     std::filesystem::remove(work.statementPath);

@@ -9,10 +9,10 @@
 #include <random>
 #include <set>
 
-#include "jet/creator/file_builder.h"
 #include "jet/database.h"
-#include "jet/errors.h"
+#include "jetcreate/file_builder.h"
 #include "support/child_process.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {
@@ -34,9 +34,11 @@ std::string makeWhole(const std::string& path, std::uint32_t key) {
                                   {.name = "name", .columns = {"name"}}});
   for (int i = 0; i < 900; ++i) {
     const auto size = static_cast<std::size_t>(i % 100 == 7 ? 9000 : i % 40);
-    sales.add({std::int32_t{i}, DateTime{41000.0 + i / 9}, Currency{i * 5000},
+    sales.add({std::int32_t{i}, values::DateTime{41000.0 + i / 9}, values::Currency{i * 5000},
                "name " + std::to_string(i % 50), std::string(size, 'n'),
-               i % 30 == 0 ? Variant(Binary{std::vector<std::byte>(3000)}) : Variant(), i % 2 == 0},
+               i % 30 == 0 ? values::Variant(values::Binary{std::vector<std::byte>(3000)})
+                           : values::Variant(),
+               i % 2 == 0},
               i % 11 == 3   ? RowForm::Forwarded
               : i % 13 == 5 ? RowForm::Deleted
                             : RowForm::Plain);
@@ -59,7 +61,7 @@ void readIndexes(Table& table) {
   for (std::size_t i = 0; i < table.definition().realIndexes.size(); ++i) {
     for (auto walk = table.walk(i); walk.next();) (void)table.tryRead(walk.rowId(), row);
     if (!table.canSeek(i)) continue;
-    for (auto found = table.seek(i, {.lower = KeyBound{Variant(300.5)}}); found.next();) {
+    for (auto found = table.seek(i, {.lower = KeyBound{values::Variant(300.5)}}); found.next();) {
     }
   }
 }
@@ -68,9 +70,9 @@ void readTable(Table& table, Content& content) {
   for (auto scan = table.scan(); scan.next(); ++content.rows) {
     std::string fields;
     for (std::size_t c = 0; c < table.definition().columns.size(); ++c) {
-      const Variant value = scan.row().value(c);
+      const values::Variant value = scan.row().value(c);
       // A date that no calendar has is content too.
-      const auto* date = value.as<DateTime>();
+      const auto* date = value.as<values::DateTime>();
       fields += value.isNull()    ? "~"
                 : date != nullptr ? std::to_string(date->serial)
                                   : toText(value);

@@ -1,11 +1,11 @@
 // Exact bytes: texts, rows of Jet 3 and pages of its indexes, which the creator does not make.
 #include <gtest/gtest.h>
 
-#include "jet/index_page.h"
-#include "jet/row.h"
-#include "jet/text.h"
-#include "platform/runtime_error.h"
+#include "jet/format/text_codec.h"
+#include "jet/index/index_page.h"
+#include "jet/rows/row.h"
 #include "support/child_process.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {

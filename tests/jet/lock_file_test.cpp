@@ -1,11 +1,11 @@
-#include "jet/lock_file.h"
+#include "jet/pages/lock_file.h"
 
 #include <fstream>
 #include <functional>
 
-#include "jet/errors.h"
 #include "jet/sales_file.h"
 #include "platform/file_lock.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {
@@ -140,7 +140,7 @@ TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {
   ASSERT_TRUE(scan.next());
   const RowId id = scan.row().id();
   const auto mark = [&] {
-    const std::vector<FieldChange> changes = {{7, Variant(true)}};
+    const std::vector<FieldChange> changes = {{7, values::Variant(true)}};
     database->updateRow(table, id, changes);
   };
   const std::string before = support::readFile(file.path());
@@ -151,7 +151,7 @@ TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {
 
   const auto changed = support::readFile(file.path());
   held = other->lockPage(id.page);
-  const std::vector<FieldChange> back = {{7, Variant(false)}};
+  const std::vector<FieldChange> back = {{7, values::Variant(false)}};
   EXPECT_EQ(errorOf([&] { database->updateRow(table, id, back); }), error::kLockedByUser);
   EXPECT_LE(letsGo.slept().count(), 5000);
   EXPECT_TRUE(support::readFile(file.path()) == changed);
@@ -166,10 +166,10 @@ TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
   ASSERT_TRUE(scan.next());
   const RowId id = scan.row().id();
   const auto theirs = file.open();
-  const std::vector<FieldChange> theirChange = {{4, Variant(std::int32_t{77})},
-                                                {3, Variant(false)}};
+  const std::vector<FieldChange> theirChange = {{4, values::Variant(std::int32_t{77})},
+                                                {3, values::Variant(false)}};
   theirs->updateRow(theirs->openTable("Selling"), id, theirChange);
-  const std::vector<FieldChange> ourChange = {{7, Variant(true)}};
+  const std::vector<FieldChange> ourChange = {{7, values::Variant(true)}};
   ours->updateRow(table, id, ourChange);
   const Row row = table.read(id, Table::Freshness::Fresh);
   EXPECT_EQ(row.wholeNumber(4), 77);

@@ -28,9 +28,9 @@ void mark(const std::string& path, const std::string& tableName, int rounds,
       const auto equals = text.find('=');
       const std::size_t column = table.definition().findColumn(text.substr(0, equals)).value();
       if (equals != std::string::npos) {
-        changes.push_back({column, jet::Variant(text.substr(equals + 1))});
+        changes.push_back({column, values::Variant(text.substr(equals + 1))});
       } else {
-        changes.push_back({column, jet::Variant(round % 2 == 0)});
+        changes.push_back({column, values::Variant(round % 2 == 0)});
       }
     }
     database->updateRows(table, ids, changes);

@@ -6,12 +6,12 @@
 #include <fstream>
 #include <map>
 
-#include "jet/creator/file_builder.h"
-#include "jet/data_page.h"
 #include "jet/database.h"
-#include "jet/errors.h"
-#include "jet/rc4.h"
+#include "jet/format/rc4.h"
+#include "jet/pages/data_page.h"
+#include "jetcreate/file_builder.h"
 #include "support/child_process.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {
@@ -45,7 +45,7 @@ class ReadingTest : public testing::Test {
   int files_ = 0;
 };
 
-void expectSame(const Variant& got, const Variant& want) {
+void expectSame(const values::Variant& got, const values::Variant& want) {
   ASSERT_EQ(got.type(), want.type());
   if (!want.isNull()) {
     EXPECT_EQ(toText(got), toText(want));
@@ -53,36 +53,36 @@ void expectSame(const Variant& got, const Variant& want) {
 }
 
 // The ways around a Variant give what the Variant holds.
-void expectTypedSame(const Row& row, std::size_t column, const Variant& value) {
+void expectTypedSame(const Row& row, std::size_t column, const values::Variant& value) {
   std::string scratch;
   std::vector<std::byte> bytes;
   switch (value.type()) {
-    case VariantType::Null:
+    case values::VariantType::Null:
       EXPECT_TRUE(row.isNull(column));
       break;
-    case VariantType::Text:
+    case values::VariantType::Text:
       EXPECT_EQ(row.text(column, scratch), *value.as<std::string>());
       break;
-    case VariantType::Binary:
-      EXPECT_TRUE(std::ranges::equal(row.binary(column, bytes), value.as<Binary>()->bytes));
+    case values::VariantType::Binary:
+      EXPECT_TRUE(std::ranges::equal(row.binary(column, bytes), value.as<values::Binary>()->bytes));
       break;
-    case VariantType::Currency:
-      EXPECT_EQ(row.wholeNumber(column), value.as<Currency>()->units);
+    case values::VariantType::Currency:
+      EXPECT_EQ(row.wholeNumber(column), value.as<values::Currency>()->units);
       break;
-    case VariantType::Single:
-    case VariantType::Double:
-    case VariantType::DateTime:
+    case values::VariantType::Single:
+    case values::VariantType::Double:
+    case values::VariantType::DateTime:
       EXPECT_EQ(row.realNumber(column), toDouble(value));
       break;
-    case VariantType::Numeric:
+    case values::VariantType::Numeric:
       break;
     default:
       EXPECT_EQ(row.wholeNumber(column), toLong(value));
   }
 }
 
-Binary bytesOf(std::size_t size) {
-  Binary binary;
+values::Binary bytesOf(std::size_t size) {
+  values::Binary binary;
   for (std::size_t i = 0; i < size; ++i) binary.bytes.push_back(static_cast<std::byte>(i * 7));
   return binary;
 }
@@ -93,7 +93,7 @@ std::string repeated(const std::string& text, int times) {
   return out;
 }
 
-Numeric numeric(std::uint64_t magnitude, std::uint8_t scale, bool negative = false) {
+values::Numeric numeric(std::uint64_t magnitude, std::uint8_t scale, bool negative = false) {
   return {.negative = negative, .scale = scale, .magnitude = magnitude};
 }
 
@@ -102,39 +102,45 @@ TEST_F(ReadingTest, EveryTypeComesBack) {
   const struct {
     const char* name;
     NewColumn column;
-    std::vector<Variant> values;
+    std::vector<values::Variant> values;
   } cases[] = {
       {"Yes/No", {.type = T::YesNo}, {true, false, true}},
-      {"byte", {.type = T::Byte}, {std::uint8_t{0}, std::uint8_t{255}, Variant()}},
-      {"16 bits", {.type = T::Integer}, {std::int16_t{-32768}, std::int16_t{32767}, Variant()}},
-      {"32 bits", {.type = T::Long}, {INT32_MIN, Variant(), INT32_MAX}},
-      {"Currency", {.type = T::Currency}, {Currency{INT64_MIN}, Currency{-1}, Currency{INT64_MAX}}},
-      {"single", {.type = T::Single}, {-1.5F, 3.4e38F, Variant()}},
+      {"byte", {.type = T::Byte}, {std::uint8_t{0}, std::uint8_t{255}, values::Variant()}},
+      {"16 bits",
+       {.type = T::Integer},
+       {std::int16_t{-32768}, std::int16_t{32767}, values::Variant()}},
+      {"32 bits", {.type = T::Long}, {INT32_MIN, values::Variant(), INT32_MAX}},
+      {"Currency",
+       {.type = T::Currency},
+       {values::Currency{INT64_MIN}, values::Currency{-1}, values::Currency{INT64_MAX}}},
+      {"single", {.type = T::Single}, {-1.5F, 3.4e38F, values::Variant()}},
       {"double", {.type = T::Double}, {-0.1, 1.7e308, 5e-324}},
-      {"date", {.type = T::DateTime}, {DateTime{-1.25}, DateTime{41507.64635}, Variant()}},
+      {"date",
+       {.type = T::DateTime},
+       {values::DateTime{-1.25}, values::DateTime{41507.64635}, values::Variant()}},
       {"text", {.type = T::Text}, {"", "홀 1번 'ä' 😀", repeated("가", 255)}},
       {"compressed",
        {.type = T::Text, .compressed = true},
        {"Latin ÿ", "Latin 한글 Latin", "각", ""}},
       {"binary", {.type = T::Binary}, {bytesOf(0), bytesOf(1), bytesOf(255)}},
-      {"GUID", {.type = T::Guid}, {"{00112233-4455-6677-8899-AABBCCDDEEFF}", Variant()}},
+      {"GUID", {.type = T::Guid}, {"{00112233-4455-6677-8899-AABBCCDDEEFF}", values::Variant()}},
       {"Numeric",
        {.type = T::Numeric, .precision = 20, .scale = 4},
-       {numeric(123456789012345, 4), numeric(5, 4, true), Variant()}},
+       {numeric(123456789012345, 4), numeric(5, 4, true), values::Variant()}},
   };
   auto database = made([&](FileBuilder& builder) {
     for (const auto& c : cases) {
       NewColumn column = c.column;
       column.name = "field";
       auto& table = builder.addTable(repeated("T", static_cast<int>(&c - cases) + 1), {column});
-      for (const Variant& value : c.values) table.add({value});
+      for (const values::Variant& value : c.values) table.add({value});
     }
   });
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     Table& table = database->openTable(repeated("t", static_cast<int>(&c - cases) + 1));
     auto scan = table.scan();
-    for (const Variant& value : c.values) {
+    for (const values::Variant& value : c.values) {
       ASSERT_TRUE(scan.next());
       expectSame(scan.row().value(0), value);
       expectTypedSame(scan.row(), 0, value);
@@ -153,7 +159,7 @@ TEST_F(ReadingTest, LongValuesOfEverySize) {
                                              {.name = "ole", .type = ColumnType::Ole}});
     for (const std::size_t size : sizes) {
       table.add({std::string(size / 2, 'm'), bytesOf(size)});
-      table.add({repeated("긴", static_cast<int>(size / 2)), Variant()});
+      table.add({repeated("긴", static_cast<int>(size / 2)), values::Variant()});
     }
   });
   auto scan = database->openTable("Notes").scan();
@@ -234,16 +240,16 @@ TEST_F(ReadingTest, ScansManyPagesOnceEach) {
 
 TEST_F(ReadingTest, DefinitionsOverSeveralPages) {
   std::vector<NewColumn> columns;
-  std::vector<Variant> values;
+  std::vector<values::Variant> values;
   for (int i = 0; i < 255; ++i) {
     const auto type = i % 3 == 0   ? ColumnType::Text
                       : i % 3 == 1 ? ColumnType::Long
                                    : ColumnType::YesNo;
     columns.push_back(
         {.name = "a column of a rather long name " + std::to_string(i), .type = type});
-    values.emplace_back(i % 3 == 0   ? Variant("t" + std::to_string(i))
-                        : i % 3 == 1 ? Variant(std::int32_t{i})
-                                     : Variant(i % 2 == 0));
+    values.emplace_back(i % 3 == 0   ? values::Variant("t" + std::to_string(i))
+                        : i % 3 == 1 ? values::Variant(std::int32_t{i})
+                                     : values::Variant(i % 2 == 0));
   }
   auto database = made([&](FileBuilder& builder) {
     builder.addTable("Wide", columns, {{.name = "first", .columns = {columns[1].name}}})

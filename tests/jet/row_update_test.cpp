@@ -3,14 +3,14 @@
 #include <fstream>
 #include <functional>
 
-#include "jet/errors.h"
 #include "jet/sales_file.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {
 
 const auto kEvery = [](std::int64_t) { return true; };
-const auto kYes = [](std::int64_t) { return Variant(true); };
+const auto kYes = [](std::int64_t) { return values::Variant(true); };
 
 std::size_t forwardedRows(const SalesFile& file) {
   const auto database = Database::open(file.path());
@@ -36,14 +36,14 @@ TEST_P(MarkTest, OnlyTheMarksChange) {
   SalesFile file(GetParam().options, GetParam().indexes);
   file.mark("c_upload", kEvery, kYes);
   file.expectWhole();
-  file.mark("cc_upload", kEvery, [](std::int64_t id) { return Variant(id % 4 == 1); });
+  file.mark("cc_upload", kEvery, [](std::int64_t id) { return values::Variant(id % 4 == 1); });
   file.mark(
       "amount", [](std::int64_t id) { return id % 3 != 0; },
-      [](std::int64_t id) { return Variant(Currency{-id}); });
+      [](std::int64_t id) { return values::Variant(values::Currency{-id}); });
   file.expectWhole();
   file.mark(
       "c_upload", [](std::int64_t id) { return id % 5 != 0; },
-      [](std::int64_t) { return Variant(false); });
+      [](std::int64_t) { return values::Variant(false); });
   file.expectWhole();
   file.expectNoEntryTooMany();
   file.expectExportUnchanged();
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
 struct RefusalCase {
   const char* name;
   const char* column;
-  Variant value;
+  values::Variant value;
   int error;
 };
 
@@ -92,7 +92,7 @@ TEST_P(RefusalTest, LeavesTheFileAsItWas) {
     auto scan = table.scan();
     ASSERT_TRUE(scan.next());
     const std::vector<FieldChange> changes = {
-        {table.definition().findColumn("c_upload").value(), Variant(true)},
+        {table.definition().findColumn("c_upload").value(), values::Variant(true)},
         {table.definition().findColumn(GetParam().column).value(), GetParam().value}};
     try {
       database->updateRow(table, scan.row().id(), changes);
@@ -106,18 +106,20 @@ TEST_P(RefusalTest, LeavesTheFileAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(
     Fields, RefusalTest,
-    testing::Values(RefusalCase{"Text", "name", Variant("x"), error::kNotUpdatable},
-                    RefusalCase{"Memo", "memo", Variant("x"), error::kNotUpdatable},
-                    RefusalCase{"DuplicateKey", "price", Variant(Currency{12345}),
-                                error::kDuplicateKey},
-                    RefusalCase{"TooLarge", "no", Variant(std::int32_t{40000}), error::kOverflow},
-                    RefusalCase{"NoNumber", "amount", Variant("zwei"), error::kTypeMismatch}),
+    testing::Values(
+        RefusalCase{"Text", "name", values::Variant("x"), error::kNotUpdatable},
+        RefusalCase{"Memo", "memo", values::Variant("x"), error::kNotUpdatable},
+        RefusalCase{"DuplicateKey", "price", values::Variant(values::Currency{12345}),
+                    error::kDuplicateKey},
+        RefusalCase{"TooLarge", "no", values::Variant(std::int32_t{40000}), error::kOverflow},
+        RefusalCase{"NoNumber", "amount", values::Variant("zwei"), error::kTypeMismatch}),
     [](const auto& tried) { return tried.param.name; });
 
 TEST(RowUpdateTest, UniqueKeysCanBeChangedToFreeOnes) {
   SalesFile file({.rows = 900, .longNotes = false},
                  {{.name = "unique", .columns = {"price"}, .unique = true}});
-  file.mark("price", kEvery, [](std::int64_t id) { return Variant(Currency{-1000 * id - 7}); });
+  file.mark("price", kEvery,
+            [](std::int64_t id) { return values::Variant(values::Currency{-1000 * id - 7}); });
   file.expectWhole();
   file.expectNoEntryTooMany();
 }
@@ -130,7 +132,7 @@ TEST(RowUpdateTest, RowsMoveToPagesThatTheInlineMapsDoNotReach) {
       "note", [](std::int64_t) { return false; }, kYes);
   file.mark(
       "amount", [](std::int64_t id) { return id % 2 == 0; },
-      [](std::int64_t id) { return Variant(Currency{id}); });
+      [](std::int64_t id) { return values::Variant(values::Currency{id}); });
   file.expectWhole();
   file.expectExportUnchanged();
   EXPECT_GT(std::filesystem::file_size(file.path()), 520U * 4096);
@@ -143,7 +145,7 @@ TEST(RowUpdateTest, ADeletedRowIsNotFound) {
   auto scan = table.scan();
   ASSERT_TRUE(scan.next());
   const RowId gone{scan.row().id().page, 77};
-  const std::vector<FieldChange> changes = {{7, Variant(true)}};
+  const std::vector<FieldChange> changes = {{7, values::Variant(true)}};
   try {
     database->updateRow(table, gone, changes);
     ADD_FAILURE();

@@ -15,9 +15,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/creator/file_builder.h"
 #include "jet/database.h"
 #include "jet/row_update.h"
+#include "jetcreate/file_builder.h"
 #include "support/child_process.h"
 
 namespace jet {
@@ -57,15 +57,17 @@ class SalesFile {
       const bool isShort = i % 2 == 0 && i / 2 < options.shortRows;
       const std::string name =
           "N" + std::to_string(i % 10) + std::string(options.longNotes ? 90 - i % 40 : 1, 'x');
-      std::vector<Variant> values = {std::int32_t{i},
-                                     Currency{i * 12345},
-                                     DateTime{41000.0 + i / 3},
-                                     i % 3 == 0,
-                                     static_cast<std::int16_t>(i % 100),
-                                     i % 7 == 0 ? Variant() : Variant("이력 " + std::to_string(i)),
-                                     name};
+      std::vector<values::Variant> values = {
+          std::int32_t{i},
+          values::Currency{i * 12345},
+          values::DateTime{41000.0 + i / 3},
+          i % 3 == 0,
+          static_cast<std::int16_t>(i % 100),
+          i % 7 == 0 ? values::Variant() : values::Variant("이력 " + std::to_string(i)),
+          name};
       if (!isShort) {
-        values.insert(values.end(), {false, true, Currency{i}, Variant("n" + std::to_string(i))});
+        values.insert(values.end(),
+                      {false, true, values::Currency{i}, values::Variant("n" + std::to_string(i))});
       }
       table.add(std::move(values),
                 options.forwarded && i % 5 == 0 ? RowForm::Forwarded : RowForm::Plain);
@@ -94,7 +96,7 @@ class SalesFile {
     }
     const auto number = [&](RowId id) { return table.read(id).wholeNumber(0); };
     for (auto id = ids.begin(); id != ids.end();) {
-      const Variant now = value(number(*id));
+      const values::Variant now = value(number(*id));
       const auto other = std::find_if(
           id, ids.end(), [&](RowId next) { return shown(value(number(next))) != shown(now); });
       const std::vector<FieldChange> changes = {{position, now}};
@@ -141,7 +143,9 @@ class SalesFile {
  private:
   using Fields = std::vector<std::string>;
 
-  static std::string shown(const Variant& value) { return value.isNull() ? "Null" : toText(value); }
+  static std::string shown(const values::Variant& value) {
+    return value.isNull() ? "Null" : toText(value);
+  }
 
   [[nodiscard]] bool isForgotten(std::size_t column) const {
     return std::ranges::find(forgotten_, columns()[column].name) != forgotten_.end();

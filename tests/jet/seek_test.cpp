@@ -5,10 +5,10 @@
 #include <random>
 #include <set>
 
-#include "jet/creator/file_builder.h"
 #include "jet/database.h"
-#include "jet/errors.h"
+#include "jetcreate/file_builder.h"
 #include "support/child_process.h"
+#include "values/runtime_error.h"
 
 namespace jet {
 namespace {
@@ -18,19 +18,23 @@ constexpr int kRows = 1500;  // an index of two levels and many leaves
 struct SeekCase {
   const char* name;
   ColumnType type;
-  Variant (*value)(int);  // of about -50 to 50
+  values::Variant (*value)(int);  // of about -50 to 50
 };
 
 const SeekCase kCases[] = {
-    {"YesNo", ColumnType::YesNo, [](int n) { return Variant(n % 2 == 0); }},
-    {"Byte", ColumnType::Byte, [](int n) { return Variant(static_cast<std::uint8_t>(n + 128)); }},
+    {"YesNo", ColumnType::YesNo, [](int n) { return values::Variant(n % 2 == 0); }},
+    {"Byte", ColumnType::Byte,
+     [](int n) { return values::Variant(static_cast<std::uint8_t>(n + 128)); }},
     {"Integer", ColumnType::Integer,
-     [](int n) { return Variant(static_cast<std::int16_t>(n * 600)); }},
-    {"Long", ColumnType::Long, [](int n) { return Variant(std::int32_t{n * 70000}); }},
-    {"Currency", ColumnType::Currency, [](int n) { return Variant(Currency{n * 12'345}); }},
-    {"Single", ColumnType::Single, [](int n) { return Variant(static_cast<float>(n) * 0.1F); }},
-    {"Double", ColumnType::Double, [](int n) { return Variant(n * -0.1); }},
-    {"DateTime", ColumnType::DateTime, [](int n) { return Variant(DateTime{n / 7.0}); }},
+     [](int n) { return values::Variant(static_cast<std::int16_t>(n * 600)); }},
+    {"Long", ColumnType::Long, [](int n) { return values::Variant(std::int32_t{n * 70000}); }},
+    {"Currency", ColumnType::Currency,
+     [](int n) { return values::Variant(values::Currency{n * 12'345}); }},
+    {"Single", ColumnType::Single,
+     [](int n) { return values::Variant(static_cast<float>(n) * 0.1F); }},
+    {"Double", ColumnType::Double, [](int n) { return values::Variant(n * -0.1); }},
+    {"DateTime", ColumnType::DateTime,
+     [](int n) { return values::Variant(values::DateTime{n / 7.0}); }},
 };
 
 class SeekTest : public testing::TestWithParam<SeekCase> {
@@ -45,8 +49,8 @@ class SeekTest : public testing::TestWithParam<SeekCase> {
                           {.name = "down", .columns = {"-key"}},
                           {.name = "both", .columns = {"group", "-key"}}});
     for (int i = 0; i < kRows; ++i) {
-      table.add(
-          {std::int32_t{pick(5)}, pick(9) == 0 ? Variant() : GetParam().value(pick(100) - 50)});
+      table.add({std::int32_t{pick(5)},
+                 pick(9) == 0 ? values::Variant() : GetParam().value(pick(100) - 50)});
     }
     builder.finish();
     database_ = Database::open(path);
@@ -56,16 +60,16 @@ class SeekTest : public testing::TestWithParam<SeekCase> {
   int pick(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
 
   // As the column's own values, and in other types beside and between them.
-  Variant bound() {
-    const Variant own = GetParam().value(pick(104) - 52);
+  values::Variant bound() {
+    const values::Variant own = GetParam().value(pick(104) - 52);
     const double number = toDouble(own);
     switch (pick(4)) {
       case 0:
         return number + 0.5;
       case 1:
-        return Variant(static_cast<std::int32_t>(number));
+        return values::Variant(static_cast<std::int32_t>(number));
       case 2:
-        return Variant(number);
+        return values::Variant(number);
       default:
         return own;
     }
@@ -76,7 +80,7 @@ class SeekTest : public testing::TestWithParam<SeekCase> {
     return KeyBound{bound(), pick(2) == 0};
   }
 
-  static bool inside(const KeyRange& range, std::size_t keys, const Variant& value) {
+  static bool inside(const KeyRange& range, std::size_t keys, const values::Variant& value) {
     if (value.isNull()) return !range.lower && !range.upper && range.equal.size() < keys;
     const double key = toDouble(value);
     const auto beyond = [&](const KeyBound& b, double sign) {
@@ -132,7 +136,7 @@ TEST_P(SeekTest, WalksInOrder) {
     double before = 0;
     std::size_t rows = 0;
     for (auto walk = table_->walk(index); walk.next(); ++rows) {
-      const Variant value = table_->read(walk.rowId()).value(1);
+      const values::Variant value = table_->read(walk.rowId()).value(1);
       if (value.isNull()) continue;
       const double key = index == 0 ? toDouble(value) : -toDouble(value);
       if (rows != 0 && before != 0) {
@@ -146,9 +150,9 @@ TEST_P(SeekTest, WalksInOrder) {
 
 TEST_P(SeekTest, NullFindsNothingAndTextIsRefused) {
   make(false);
-  auto nothing = table_->seek(0, {.equal = {Variant()}});
+  auto nothing = table_->seek(0, {.equal = {values::Variant()}});
   EXPECT_FALSE(nothing.next());
-  EXPECT_THROW((void)table_->seek(0, {.equal = {Variant("5")}}), RuntimeError);
+  EXPECT_THROW((void)table_->seek(0, {.equal = {values::Variant("5")}}), RuntimeError);
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, SeekTest, testing::ValuesIn(kCases),
@@ -172,12 +176,12 @@ TEST(SeekEdgeTest, ZerosAndExtremes) {
     for (auto found = database->openTable("T").seek(index, range); found.next();) ++rows;
     return rows;
   };
-  EXPECT_EQ(count(0, {.equal = {Variant(0.0)}}), 2);
-  EXPECT_EQ(count(0, {.upper = KeyBound{Variant(0.0), false}}), 0);
-  EXPECT_EQ(count(1, {.equal = {Variant(INT32_MIN)}}), 1);
-  EXPECT_EQ(count(1, {.lower = KeyBound{Variant(2147483647.0)}}), 1);
-  EXPECT_EQ(count(1, {.lower = KeyBound{Variant(2147483647.5)}}), 0);
-  EXPECT_EQ(count(1, {.upper = KeyBound{Variant(1e300)}}), 3);
+  EXPECT_EQ(count(0, {.equal = {values::Variant(0.0)}}), 2);
+  EXPECT_EQ(count(0, {.upper = KeyBound{values::Variant(0.0), false}}), 0);
+  EXPECT_EQ(count(1, {.equal = {values::Variant(INT32_MIN)}}), 1);
+  EXPECT_EQ(count(1, {.lower = KeyBound{values::Variant(2147483647.0)}}), 1);
+  EXPECT_EQ(count(1, {.lower = KeyBound{values::Variant(2147483647.5)}}), 0);
+  EXPECT_EQ(count(1, {.upper = KeyBound{values::Variant(1e300)}}), 3);
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "jetsql/collation.h"
-#include "jetsql/like.h"
-#include "jetsql/value_encoding.h"
-#include "platform/runtime_error.h"
+#include "jetsql/functions/like.h"
+#include "jetsql/functions/text_compare.h"
+#include "jetsql/sqlite/value_encoding.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
@@ -59,8 +59,9 @@ TEST(LikeTest, ManyStarsTakeNoLongerThanTheirProduct) {
 }
 
 TEST(EncodingTest, NumericBytesAreOrderedAsTheirValues) {
-  using jet::Numeric;
-  const jet::Uint128 largest = static_cast<jet::Uint128>(1000000000000000000) * 10000000000 - 1;
+  using values::Numeric;
+  const values::Uint128 largest =
+      static_cast<values::Uint128>(1000000000000000000) * 10000000000 - 1;
   const Numeric ascending[] = {{true, 0, largest}, {true, 0, 2},  {true, 1, 15},
                                {true, 28, 1},      {false, 0, 0}, {false, 28, 1},
                                {false, 2, 150},    {false, 0, 2}, {false, 0, largest}};
@@ -69,7 +70,7 @@ TEST(EncodingTest, NumericBytesAreOrderedAsTheirValues) {
     const auto high = encodeNumeric(ascending[i + 1]);
     EXPECT_LT(std::memcmp(low.data(), high.data(), low.size()), 0) << i;
     const Numeric back = decodeNumeric(low.data(), low.size());
-    EXPECT_EQ(toText(jet::Variant(back)), toText(jet::Variant(ascending[i])));
+    EXPECT_EQ(toText(values::Variant(back)), toText(values::Variant(ascending[i])));
   }
   // What is equal is the same bytes, whatever its scale, and zero has no sign.
   EXPECT_EQ(encodeNumeric({false, 3, 1500}), encodeNumeric({false, 1, 15}));

@@ -1,15 +1,15 @@
-#include "jetsql/format.h"
+#include "jetsql/functions/format.h"
 
 #include <gtest/gtest.h>
 
 namespace jetsql {
 namespace {
 
-using jet::Currency;
-using jet::Variant;
+using values::Currency;
+using values::Variant;
 
-const Variant kEvening = jet::toDateTime({2013, 8, 2, 19, 42, 5});
-const Variant kMorning = jet::toDateTime({2013, 8, 12, 0, 5, 9});
+const Variant kEvening = values::toDateTime({2013, 8, 2, 19, 42, 5});
+const Variant kMorning = values::toDateTime({2013, 8, 12, 0, 5, 9});
 
 TEST(FormatTest, Gives) {
   struct Case {

@@ -1,27 +1,27 @@
 // Functions and operators, called as the bridge calls them: values in, a value of the static result
 // type out.
-#include "jetsql/functions.h"
+#include "jetsql/functions/functions.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "jetsql/value_types.h"
-#include "platform/runtime_error.h"
+#include "jetsql/functions/value_types.h"
 #include "support/fake_platform.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
 
-using jet::Currency;
-using jet::DateTime;
-using jet::Numeric;
-using jet::Variant;
+using values::Currency;
+using values::DateTime;
+using values::Numeric;
+using values::Variant;
 
 const Variant kNull;
 
 DateTime day(int year, int month, int dayOfMonth, int hour = 0, int minute = 0, int second = 0) {
-  return jet::toDateTime({year, month, dayOfMonth, hour, minute, second});
+  return values::toDateTime({year, month, dayOfMonth, hour, minute, second});
 }
 
 struct Case {
@@ -51,7 +51,7 @@ std::string evaluate(const Case& c) {
   if (function == nullptr) return "no such function";
   const auto count = static_cast<int>(c.arguments.size());
   if (count < function->minArguments || count > function->maxArguments) return "argument count";
-  std::vector<jet::VariantType> types;
+  std::vector<values::VariantType> types;
   for (const Variant& argument : c.arguments) types.push_back(argument.type());
   try {
     return show(convert(call(*function, c.arguments, {clock}), function->resultType(types)));

@@ -1,8 +1,8 @@
-#include "jetsql/lexer.h"
+#include "jetsql/syntax/lexer.h"
 
 #include <gtest/gtest.h>
 
-#include "jetsql/date_literal.h"
+#include "jetsql/syntax/date_literal.h"
 
 namespace jetsql {
 namespace {
@@ -40,19 +40,19 @@ TEST(DateLiteral, FormsThatAccessWrites) {
   };
   for (const Case& c : cases) {
     const auto date = parseDateLiteral(c.literal);
-    EXPECT_EQ(date ? jet::dateText(*date) : "", c.date) << c.literal;
+    EXPECT_EQ(date ? values::dateText(*date) : "", c.date) << c.literal;
   }
   const auto time = parseDateLiteral("14:30");
   ASSERT_TRUE(time);
-  EXPECT_EQ(jet::timeText(*time), "14:30:00");
+  EXPECT_EQ(values::timeText(*time), "14:30:00");
 }
 
 TEST(Lexer, LiteralTypes) {
   const auto tokens = tokenize("1 32768 2147483648 1.0 1e2 'a' #1/1/2000# t.5x");
-  const jet::VariantType types[] = {jet::VariantType::Integer, jet::VariantType::Long,
-                                    jet::VariantType::Double,  jet::VariantType::Double,
-                                    jet::VariantType::Double,  jet::VariantType::Text,
-                                    jet::VariantType::DateTime};
+  const values::VariantType types[] = {values::VariantType::Integer, values::VariantType::Long,
+                                       values::VariantType::Double,  values::VariantType::Double,
+                                       values::VariantType::Double,  values::VariantType::Text,
+                                       values::VariantType::DateTime};
   for (std::size_t i = 0; i < std::size(types); ++i) {
     EXPECT_EQ(tokens[i].value.type(), types[i]) << i;
     EXPECT_EQ(tokens[i].literalOrdinal, static_cast<int>(i));

@@ -1,4 +1,4 @@
-#include "jetsql/linked_table.h"
+#include "jetsql/sqlite/linked_table.h"
 
 #include "jetsql/session_fixture.h"
 
@@ -11,9 +11,9 @@ class Tickets : public ExternalSource {
   std::vector<std::string> asked;
 
   std::vector<ExternalColumn> columns(const std::string&, const std::string&) override {
-    return {{"no", jet::VariantType::Long},
-            {"rdate", jet::VariantType::DateTime},
-            {"name", jet::VariantType::Text}};
+    return {{"no", values::VariantType::Long},
+            {"rdate", values::VariantType::DateTime},
+            {"name", values::VariantType::Text}};
   }
 
   std::unique_ptr<ExternalRows> open(const std::string& connect, const std::string& table,
@@ -33,10 +33,10 @@ class Tickets : public ExternalSource {
   class Rows : public ExternalRows {
    public:
     bool next() override { return ++row_ <= 3; }
-    jet::Variant value(std::size_t column) override {
+    values::Variant value(std::size_t column) override {
       if (column == 0) return static_cast<double>(row_);  // not of the column's type
-      if (column == 1) return jet::DateTime{41488.0 + row_ / 2};
-      return row_ == 2 ? jet::Variant() : jet::Variant("Kim");
+      if (column == 1) return values::DateTime{41488.0 + row_ / 2};
+      return row_ == 2 ? values::Variant() : values::Variant("Kim");
     }
 
    private:

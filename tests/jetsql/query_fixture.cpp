@@ -2,11 +2,11 @@
 
 #include <stdexcept>
 
-#include "jetsql/collation.h"
-#include "jetsql/function_bridge.h"
-#include "jetsql/value_encoding.h"
-#include "jetsql/value_types.h"
-#include "platform/runtime_error.h"
+#include "jetsql/functions/text_compare.h"
+#include "jetsql/functions/value_types.h"
+#include "jetsql/sqlite/function_registration.h"
+#include "jetsql/sqlite/value_encoding.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
@@ -18,14 +18,14 @@ class FixedClock : public platform::Clock {
 };
 const FixedClock kClock;
 
-std::string shown(const jet::Variant& value) {
+std::string shown(const values::Variant& value) {
   if (value.isNull()) return "-";
   if (const auto* yes = value.as<bool>()) return *yes ? "-1" : "0";
   return toText(value);
 }
 
-jet::DateTime august(int day) { return {static_cast<double>(jet::daySerial(2013, 8, day))}; }
-jet::Currency won(double amount) { return {static_cast<std::int64_t>(amount * 10000)}; }
+values::DateTime august(int day) { return {static_cast<double>(values::daySerial(2013, 8, day))}; }
+values::Currency won(double amount) { return {static_cast<std::int64_t>(amount * 10000)}; }
 
 }  // namespace
 
@@ -35,7 +35,7 @@ QueryFixture::QueryFixture() : state_{Environment{kClock}, nullptr} {
   database_.reset(database);
   registerCollation(database);
   registerFunctions(database, state_);
-  const jet::Variant null;
+  const values::Variant null;
   addTable("Sales", {"id:l", "day:t", "kind:i", "price:c", "note:x", "void:y"},
            {{1, august(1), std::int16_t{1}, won(10.5), "Kim", false},
             {2, august(1), std::int16_t{2}, won(20), "lee", true},
@@ -53,7 +53,7 @@ QueryFixture::QueryFixture() : state_{Environment{kClock}, nullptr} {
 }
 
 void QueryFixture::addTable(const std::string& name, std::vector<std::string> fields,
-                            const std::vector<std::vector<jet::Variant>>& rows) {
+                            const std::vector<std::vector<values::Variant>>& rows) {
   SchemaTable table{name, name, {}, true};
   std::string columns;
   std::string marks;
@@ -86,7 +86,7 @@ SchemaObject QueryFixture::find(std::string_view name) {
 }
 
 QueryFixture::Statement QueryFixture::prepare(const std::string& sql,
-                                              const std::vector<jet::Variant>& parameters) {
+                                              const std::vector<values::Variant>& parameters) {
   sqlite3_stmt* statement = nullptr;
   if (sqlite3_prepare_v2(database_.get(), sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
     throw std::runtime_error(sql + ": " + sqlite3_errmsg(database_.get()));
@@ -103,8 +103,8 @@ bool QueryFixture::step(const Statement& statement) {
   throw std::runtime_error(sqlite3_errmsg(database_.get()));
 }
 
-jet::Variant QueryFixture::field(const Translation& query, const Translation::Column& column,
-                                 const Statement& row) {
+values::Variant QueryFixture::field(const Translation& query, const Translation::Column& column,
+                                    const Statement& row) {
   if (!column.base)
     return decode(
         sqlite3_column_value(row.get(), static_cast<int>(query.sources.size() + column.computed)),
@@ -119,8 +119,8 @@ jet::Variant QueryFixture::field(const Translation& query, const Translation::Co
   return decode(sqlite3_column_value(base.get(), 0), column.type);
 }
 
-std::vector<std::vector<jet::Variant>> QueryFixture::rows(const Translation& query) {
-  std::vector<std::vector<jet::Variant>> result;
+std::vector<std::vector<values::Variant>> QueryFixture::rows(const Translation& query) {
+  std::vector<std::vector<values::Variant>> result;
   const Statement statement = prepare(query.sql, query.literals);
   while (step(statement)) {
     result.emplace_back();
@@ -130,8 +130,8 @@ std::vector<std::vector<jet::Variant>> QueryFixture::rows(const Translation& que
   return result;
 }
 
-std::vector<jet::Variant> QueryFixture::values(const Translation& query) {
-  std::vector<jet::Variant> result;
+std::vector<values::Variant> QueryFixture::values(const Translation& query) {
+  std::vector<values::Variant> result;
   for (const auto& row : rows(query)) result.push_back(row.front());
   return result;
 }

@@ -17,9 +17,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jetsql/call_state.h"
-#include "jetsql/schema.h"
-#include "jetsql/translation.h"
+#include "jetsql/sqlite/callback_context.h"
+#include "jetsql/translate/catalogue.h"
+#include "jetsql/translate/translation.h"
 
 namespace jetsql {
 
@@ -29,7 +29,7 @@ class QueryFixture : public testing::Test, public SchemaSource {
 
   // Fields as "name:letter"; the letters are those of value_types.h.
   void addTable(const std::string& name, std::vector<std::string> fields,
-                const std::vector<std::vector<jet::Variant>>& rows);
+                const std::vector<std::vector<values::Variant>>& rows);
   void addQuery(const std::string& name, const std::string& text);
   void refuseQuery(const std::string& name, int number);
 
@@ -42,7 +42,7 @@ class QueryFixture : public testing::Test, public SchemaSource {
   int scans(const std::string& text, const std::string& table);
 
   SchemaObject find(std::string_view name) override;
-  std::vector<jet::Variant> values(const Translation& query) override;
+  std::vector<values::Variant> values(const Translation& query) override;
   std::optional<std::string> keyTable(const SchemaTable& table, const ComputedKey& key) override;
 
   std::vector<ComputedKey> keys_;  // that were asked for
@@ -56,11 +56,11 @@ class QueryFixture : public testing::Test, public SchemaSource {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, FinishStatement>;
 
-  Statement prepare(const std::string& sql, const std::vector<jet::Variant>& parameters = {});
+  Statement prepare(const std::string& sql, const std::vector<values::Variant>& parameters = {});
   bool step(const Statement& statement);
-  jet::Variant field(const Translation& query, const Translation::Column& column,
-                     const Statement& row);
-  std::vector<std::vector<jet::Variant>> rows(const Translation& query);
+  values::Variant field(const Translation& query, const Translation::Column& column,
+                        const Statement& row);
+  std::vector<std::vector<values::Variant>> rows(const Translation& query);
 
   CallState state_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;

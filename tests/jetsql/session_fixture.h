@@ -12,11 +12,11 @@
 #include <memory>
 #include <string>
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 #include "jetsql/session.h"
-#include "platform/runtime_error.h"
 #include "support/child_process.h"
 #include "support/fake_platform.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 
@@ -45,7 +45,7 @@ class SessionFixture : public testing::Test {
       for (; !set->atEnd(); set->moveNext()) {
         if (!text.empty()) text += '|';
         for (std::size_t i = 0; i < set->fields().size(); ++i) {
-          const jet::Variant value = set->field(i);
+          const values::Variant value = set->field(i);
           text += (i > 0 ? "," : "") + (value.isNull() ? "-" : toText(value));
         }
       }
@@ -73,20 +73,20 @@ class SessionFixture : public testing::Test {
   std::shared_ptr<Session> session_;
 
  private:
-  static std::vector<jet::Variant> item(std::int32_t id) {
-    using jet::Variant;
+  static std::vector<values::Variant> item(std::int32_t id) {
+    using values::Variant;
     const auto orNull = [id](Variant value, int every) {
       return id % every == 0 ? Variant() : std::move(value);
     };
     return {id,
             orNull(id / 2, 41),
             id % 7,
-            orNull(jet::Currency{id % 50 * 2500 - 30000}, 43),
-            orNull(jet::DateTime{41275 + id / 9 + (id % 2) * 0.5}, 47),
+            orNull(values::Currency{id % 50 * 2500 - 30000}, 43),
+            orNull(values::DateTime{41275 + id / 9 + (id % 2) * 0.5}, 47),
             id % 3 == 0,
             orNull((id % 2 == 0 ? "메뉴" : "Menu") + std::to_string(id % 20), 53),
             orNull(id * 0.25 - 60, 59),
-            orNull(jet::Numeric{id % 4 == 0, 2, static_cast<jet::Uint128>(id)}, 61)};
+            orNull(values::Numeric{id % 4 == 0, 2, static_cast<values::Uint128>(id)}, 61)};
   }
 
   void build() {

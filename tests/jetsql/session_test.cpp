@@ -5,7 +5,7 @@
 namespace jetsql {
 namespace {
 
-using jet::Variant;
+using values::Variant;
 
 class SessionTest : public SessionFixture {};
 

@@ -1,4 +1,4 @@
-#include "jetsql/stored_query.h"
+#include "jetsql/syntax/saved_query.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace {
 jet::QueryRow row(int attribute, int flag, const char* expression, const char* name1 = "",
                   const char* name2 = "") {
   const auto value = [](const char* text) {
-    return *text == '\0' ? jet::Variant() : jet::Variant(text);
+    return *text == '\0' ? values::Variant() : values::Variant(text);
   };
   return {static_cast<std::uint8_t>(attribute),
           static_cast<std::int16_t>(flag),

@@ -11,7 +11,7 @@ class TableAccessTest : public SessionFixture {
   std::string pick(const std::vector<std::string>& from) { return from[random_() % from.size()]; }
   std::string number(int from, int to) {
     const int quarters = std::uniform_int_distribution<int>(from * 4, to * 4)(random_);
-    return toText(jet::Variant(random_() % 2 == 0 ? quarters / 4 : quarters / 4.0));
+    return toText(values::Variant(random_() % 2 == 0 ? quarters / 4 : quarters / 4.0));
   }
 
   // A comparison of a field with a value of its kind, or beside it, or far outside.

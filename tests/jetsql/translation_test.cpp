@@ -1,4 +1,5 @@
 #include "jetsql/query_fixture.h"
+#include "jetsql/syntax/normalized_query.h"
 
 namespace jetsql {
 namespace {

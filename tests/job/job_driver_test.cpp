@@ -7,10 +7,10 @@
 
 #include "platform/code_page.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
-#include "startup/profile_reader.h"
+#include "settings/profile_reader.h"
 #include "support/child_process.h"
 #include "support/fake_platform.h"
+#include "values/runtime_error.h"
 
 namespace job {
 namespace {
@@ -78,7 +78,7 @@ class JobDriverTest : public testing::Test {
   support::ShownMessages messages;
   NoDatabases databases;
   lib_Setting::ProfileReader settings;
-  platform::StartValues start;
+  settings::StartValues start;
   joblog::JobLog jobLog{folder.path().string(), clock};
   lib_Message2::MessageLog messageLog{folder.path().string(), clock, memory, messages};
   FakeWindow window;

@@ -4,10 +4,10 @@
 
 #include <fstream>
 
-#include "jet/creator/file_builder.h"
-#include "platform/runtime_error.h"
+#include "jetcreate/file_builder.h"
 #include "support/child_process.h"
 #include "support/fake_platform.h"
+#include "values/runtime_error.h"
 
 namespace localdb {
 namespace {

@@ -6,9 +6,9 @@
 #include <functional>
 
 #include "platform/message_display.h"
-#include "platform/runtime_error.h"
 #include "platform/text_file.h"
 #include "support/child_process.h"
+#include "values/runtime_error.h"
 
 namespace platform {
 namespace {

@@ -15,7 +15,7 @@
 #include "localdb/local_databases.h"
 #include "log/message_log.h"
 #include "platform/clock.h"
-#include "startup/profile_reader.h"
+#include "settings/profile_reader.h"
 #include "startup/start_mod.h"
 #include "support/job_fixture.h"
 
@@ -93,7 +93,7 @@ class Shop {
   // The days' statements and the customers', in one file.
   std::filesystem::path send() {
     const std::filesystem::path file = folder_.path() / ("run" + std::to_string(++runs_) + ".txt");
-    const platform::StartValues start =
+    const settings::StartValues start =
         StartMod::Main("", {home(), settings_, log_, messages_}).values;
     extract::Workspace work({start, databases_, panel_, clock_, ticks_});
     work.statementPath = file;
@@ -126,7 +126,7 @@ class Shop {
     std::string text;
     for (; !rows->atEnd(); rows->moveNext()) {
       for (std::size_t i = 0; held.kinds[i] != 0; ++i) {
-        const jet::Variant value = rows->field(i);
+        const values::Variant value = rows->field(i);
         const std::int32_t number = extract::NzLong(value);
         text += i == 0 ? "" : "\t";
         text += held.kinds[i] == 't'   ? shown(extract::NzText(value))

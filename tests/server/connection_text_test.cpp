@@ -4,8 +4,8 @@
 
 #include <map>
 
-#include "platform/runtime_error.h"
 #include "server/wide_text.h"
+#include "values/runtime_error.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ using server::odbc::fromWide;
 using server::odbc::toWide;
 using server::odbc::WideText;
 
-struct FixedSettings : platform::Settings {
+struct FixedSettings : settings::Settings {
   std::map<std::string, std::string> values;
   void setFile(const std::string&) override {}
   [[nodiscard]] std::string read(std::string_view section, std::string_view key,
@@ -25,13 +25,13 @@ struct FixedSettings : platform::Settings {
 };
 
 std::string textFor(const FixedSettings& settings) {
-  return ServerConnectionString(server::serverAccount(platform::centralServer(settings)));
+  return ServerConnectionString(server::serverAccount(settings::centralServer(settings)));
 }
 
 TEST(ConnectionText, NamesThePortOnlyWhereTheShopSetOne) {
   FixedSettings settings;
   EXPECT_EQ(textFor(settings),
-            " DRIVER={MySQL ODBC 3.51 Driver};SERVER=" + std::string(platform::kCentralHost) +
+            " DRIVER={MySQL ODBC 3.51 Driver};SERVER=" + std::string(settings::kCentralHost) +
                 ";DATABASE=melauth;UID=melmaster;PWD=vat3384;OPTION=18475");
   settings.values = {{"연결/ServerHost", "127.0.3.4"}, {"연결/DbPort", "13306"}};
   EXPECT_EQ(textFor(settings),
@@ -43,7 +43,7 @@ TEST(ConnectionText, APortThatIsNoneIsSaid) {
   for (const char* text : {"abc", "0", "65536", "33 06", "-1", "99999999999"}) {
     FixedSettings settings;
     settings.values = {{"연결/FtpPort", text}};
-    EXPECT_THROW((void)platform::centralServer(settings), RuntimeError) << text;
+    EXPECT_THROW((void)settings::centralServer(settings), RuntimeError) << text;
   }
 }
 

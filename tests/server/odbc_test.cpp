@@ -1,21 +1,21 @@
 // Against a real server: one, for all cases, since it takes seconds to start.
 #include <gtest/gtest.h>
 
-#include "jet/variant.h"
-#include "platform/runtime_error.h"
 #include "server/central_database.h"
 #include "server/odbc_provider.h"
 #include "server/odbc_source.h"
 #include "support/head_office.h"
+#include "values/runtime_error.h"
+#include "values/variant.h"
 
 namespace {
 
-std::string shown(const jet::Variant& value) {
+std::string shown(const values::Variant& value) {
   if (value.isNull()) return "Null";
-  if (const auto* binary = value.as<jet::Binary>()) {
+  if (const auto* binary = value.as<values::Binary>()) {
     return "binary " + std::to_string(binary->bytes.size());
   }
-  return jet::toText(value);
+  return values::toText(value);
 }
 
 class Odbc : public testing::Test {
@@ -23,7 +23,7 @@ class Odbc : public testing::Test {
   support::HeadOffice office;
   std::unique_ptr<server::Provider> provider = server::makeOdbcProvider();
 
-  [[nodiscard]] platform::CentralServer where() const {
+  [[nodiscard]] settings::CentralServer where() const {
     return {office.host(), office.ftpPort(), office.databasePort()};
   }
   std::unique_ptr<server::Connection> opened(const std::string& text) {
@@ -147,7 +147,7 @@ void Odbc::linkedTablesAreRead() {
             "1,가,2013-08-01,1.5,True,;2,Null,2013-08-02,Null,False,;"
             "3,나,Null,-3,True,;");
   EXPECT_EQ(all({{"번호", jetsql::Comparison::GreaterOrEqual, std::int32_t{2}},
-                 {"날", jetsql::Comparison::Equal, jet::toDateTime({2013, 8, 2})}}),
+                 {"날", jetsql::Comparison::Equal, values::toDateTime({2013, 8, 2})}}),
             "2,Null,2013-08-02,Null,False,;");
   EXPECT_EQ(thrown([&] { (void)source->columns(connect, "nosuch"); }), 3146);
   EXPECT_EQ(thrown([&] { (void)source->columns("ODBC;DSN=nosuch", table); }), 3151);

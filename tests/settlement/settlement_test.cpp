@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "platform/settings.h"
+#include "settings/settings.h"
 #include "settlement/derived_figures.h"
 #include "settlement/get_daily.h"
 #include "support/job_fixture.h"
@@ -15,7 +15,7 @@ using lib_결산::Figure;
 using support::day;
 using testing::ElementsAre;
 
-class FakeSettings : public platform::Settings {
+class FakeSettings : public settings::Settings {
  public:
   void setFile(const std::string&) override {}
   [[nodiscard]] std::string read(std::string_view, std::string_view key,
@@ -290,7 +290,7 @@ TEST_F(SettlementTest, AFailedDayKeepsTheFiguresReachedAndIsSent) {
 
 TEST_F(SettlementTest, EveryDayOfTheRangeIsSentOnce) {
   const struct {
-    jet::DateTime first, last;
+    values::DateTime first, last;
     std::vector<std::string> days;
   } rows[] = {
       {day(8, 30), day(9, 2), {"2013-08-30", "2013-08-31", "2013-09-01", "2013-09-02"}},

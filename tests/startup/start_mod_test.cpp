@@ -4,11 +4,11 @@
 
 #include "platform/code_page.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
+#include "settings/profile_reader.h"
 #include "startup/command_line.h"
-#include "startup/profile_reader.h"
 #include "support/child_process.h"
 #include "support/fake_platform.h"
+#include "values/runtime_error.h"
 
 namespace StartMod {
 namespace {

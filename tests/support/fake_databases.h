@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "localdb/database_access.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace support {
 
@@ -26,7 +26,7 @@ inline std::string lower(std::string_view name) {
   return text;
 }
 
-using FakeRow = std::map<std::string, jet::Variant>;  // names in lower case
+using FakeRow = std::map<std::string, values::Variant>;  // names in lower case
 
 struct FakeAnswer {
   std::vector<FakeRow> rows;
@@ -51,13 +51,13 @@ class FakeRecordSet : public localdb::RecordSet {
     return names_.size() - 1;
   }
   using RecordSet::field;
-  [[nodiscard]] jet::Variant field(std::size_t index) const override {
+  [[nodiscard]] values::Variant field(std::size_t index) const override {
     requireRow();
     const auto found = answer_.rows[at_].find(names_.at(index));
-    return found == answer_.rows[at_].end() ? jet::Variant() : found->second;
+    return found == answer_.rows[at_].end() ? values::Variant() : found->second;
   }
   void edit() override { edited_ = true; }
-  void setField(std::string_view name, const jet::Variant& value) override {
+  void setField(std::string_view name, const values::Variant& value) override {
     changes_[lower(name)] = value;
   }
   void update() override {

@@ -8,7 +8,7 @@
 #include "platform/clock.h"
 #include "platform/memory.h"
 #include "platform/message_display.h"
-#include "platform/settings.h"
+#include "settings/settings.h"
 
 namespace support {
 

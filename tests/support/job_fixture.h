@@ -44,8 +44,9 @@ class SteppingTicks : public platform::TickCounter {
   std::int32_t step = 0;
 };
 
-inline jet::DateTime day(int month, int dayOfMonth, int hour = 0, int minute = 0, int second = 0) {
-  return jet::toDateTime({2013, month, dayOfMonth, hour, minute, second});
+inline values::DateTime day(int month, int dayOfMonth, int hour = 0, int minute = 0,
+                            int second = 0) {
+  return values::toDateTime({2013, month, dayOfMonth, hour, minute, second});
 }
 
 // The number of the error that the call raises, 0 when it raises none.
@@ -73,8 +74,8 @@ class JobFixture : public testing::Test {
   [[nodiscard]] std::vector<std::string> lines() const { return linesOf(work.statementPath); }
 
   TemporaryFolder folder;
-  platform::StartValues start = [this] {
-    platform::StartValues values;
+  settings::StartValues start = [this] {
+    settings::StartValues values;
     values.programFolder = folder.path();
     values.shop = {"A01", "김's", "Kim"};
     values.dataPath = "/shop/data.mdb";

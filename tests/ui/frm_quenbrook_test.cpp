@@ -4,15 +4,15 @@
 
 #include <functional>
 
-#include "platform/runtime_error.h"
 #include "support/fake_platform.h"
+#include "values/runtime_error.h"
 
 namespace {
 
 struct FakeView : ui::UploadView {
   std::string now, delegate, from, to, progress, ticks = "-------";
   std::chrono::milliseconds interval{0};
-  jet::DateTime calendarDay;
+  values::DateTime calendarDay;
   bool calendar = false;
   bool running = false;
   bool centred = false;
@@ -25,7 +25,7 @@ struct FakeView : ui::UploadView {
   void setFrom(const std::string& text) override { from = text; }
   void setTo(const std::string& text) override { to = text; }
   void setCalendarVisible(bool visible) override { calendar = visible; }
-  void setCalendarDay(jet::DateTime day) override { calendarDay = day; }
+  void setCalendarDay(values::DateTime day) override { calendarDay = day; }
   void setTick(int index, bool ticked) override { ticks.at(index) = ticked ? 'x' : '-'; }
   void setProgress(const std::string& text) override { progress = text; }
   void setHourglass(bool) override {}
@@ -48,14 +48,14 @@ struct FakeDriver : job::Driver {
 
 class FrmQuenbrookTest : public testing::Test {
  protected:
-  platform::StartValues start;
+  settings::StartValues start;
   support::FakeClock clock;
   support::ShownMessages messages;
   FakeDriver driver;
   FakeView view;
   FrmQuenbrook form{start, clock, messages, driver, view};
 
-  static constexpr jet::DateTime kDay21{41507};  // 2013-08-21
+  static constexpr values::DateTime kDay21{41507};  // 2013-08-21
   static constexpr const char* kAllButThree = "xxx-xxx";
 };
 
@@ -80,7 +80,7 @@ TEST_F(FrmQuenbrookTest, AnUnattendedLoadRunsTheWholeJob) {
   form.Form_Load();
   ASSERT_EQ(driver.requests.size(), 1U);
   const auto& request = driver.requests[0];
-  EXPECT_EQ(request.from, jet::DateTime{41487});
+  EXPECT_EQ(request.from, values::DateTime{41487});
   EXPECT_EQ(request.to, kDay21);
   EXPECT_EQ(request.ticked, (std::array<bool, 7>{true, true, true, false, true, true, true}));
   EXPECT_TRUE(form.jobFailed());
@@ -112,7 +112,7 @@ TEST_F(FrmQuenbrookTest, DaysComeFromTheCalendar) {
   EXPECT_EQ(view.from + " " + view.to, "2013/08/14 2013/08/21");
   EXPECT_FALSE(view.calendar);
   form.cmdStart_Click();
-  EXPECT_EQ(driver.requests.back().from, jet::DateTime{41500});
+  EXPECT_EQ(driver.requests.back().from, values::DateTime{41500});
 }
 
 TEST_F(FrmQuenbrookTest, AJobIsNeitherStartedTwiceNorClosedOn) {

@@ -3,21 +3,21 @@
 #include <array>
 #include <cstdio>
 
-#include "jet/date_time.h"
 #include "makeshop/settings_tables.h"
+#include "values/date_time.h"
 
 namespace makeshop {
 namespace {
 
-using jet::Currency;
-using jet::DateTime;
-using jet::Variant;
+using values::Currency;
+using values::DateTime;
+using values::Variant;
 
 DateTime dayOf(std::int32_t day) { return {static_cast<double>(day)}; }
 
 // Ten digits: year within the century, month, day, hour, minute.
 std::string cardMoment(const CardPayment& p) {
-  const jet::CivilTime at = jet::toCivil(moment(p.day, p.seconds));
+  const values::CivilTime at = values::toCivil(moment(p.day, p.seconds));
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%02d%02d%02d%02d%02d", at.year % 100, at.month, at.day,
                 at.hour, at.minute);
@@ -56,7 +56,7 @@ const std::vector<Field<CustomerSum>>& sumFields() {
       {date("rdate"), [](C c) -> Variant { return dayOf(c.day); }},
       {money("price"), [](C c) -> Variant { return c.price; }},
       {number("mileage"),
-       [](C c) { return c.id % 13 == 0 ? Variant() : Variant(jet::toLong(c.price) / 100); }},
+       [](C c) { return c.id % 13 == 0 ? Variant() : Variant(values::toLong(c.price) / 100); }},
       {yesNo("c_upload"), [](C) -> Variant { return false; }},
   };
   return kFields;
@@ -137,7 +137,7 @@ void ConfigFile::addSale(const Sale& sale) {
   customer.lastVisit = sale.day;
   ++customer.visits;
   customer.paid.units += sale.paid.units;
-  customer.mileage += jet::toLong(sale.paid) / 100;
+  customer.mileage += values::toLong(sale.paid) / 100;
   customersToday_[sale.customer].units += sale.paid.units;
 }
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 #include "makeshop/customer_table.h"
 #include "makeshop/options.h"
 #include "makeshop/random.h"
@@ -28,7 +28,7 @@ struct CardPayment {
   std::int32_t day = 0;
   std::int32_t seconds = 0;
   std::string cardKind;
-  jet::Currency price;
+  values::Currency price;
   std::string number = {};
   std::string signature = {};
   std::int16_t kind = 1;   // 3: paid back
@@ -41,14 +41,14 @@ struct CustomerSum {
   std::int32_t id = 0;
   std::int32_t customer = 0;
   std::int32_t day = 0;
-  jet::Currency price;
+  values::Currency price;
 };
 
 // A credit repaid, a ticket sold, an advance payment: a day and an amount.
 struct DayAmount {
   std::int32_t id = 0;
   std::int32_t day = 0;
-  jet::Currency amount;
+  values::Currency amount;
   bool byCard = false;
 };
 
@@ -75,7 +75,7 @@ class ConfigFile {
   RecordTable<DayAmount> tickets_;
   RecordTable<DayAmount> bookings_;
   std::vector<Customer> customers_;
-  std::map<std::int32_t, jet::Currency> customersToday_;
+  std::map<std::int32_t, values::Currency> customersToday_;
   std::int32_t lastCard_ = 0;
   std::int32_t lastSum_ = 0;
   std::int32_t lastAmount_ = 0;

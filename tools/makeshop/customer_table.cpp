@@ -3,9 +3,9 @@
 namespace makeshop {
 namespace {
 
-using jet::Currency;
-using jet::DateTime;
-using jet::Variant;
+using values::Currency;
+using values::DateTime;
+using values::Variant;
 using C = const Customer&;
 
 Variant day(std::int32_t serial) {

@@ -19,7 +19,7 @@ struct Customer {
   std::int32_t firstVisit = 0;  // serial of a day; 0: never
   std::int32_t lastVisit = 0;
   std::int32_t visits = 0;
-  jet::Currency paid;
+  values::Currency paid;
   std::int32_t mileage = 0;
   std::int32_t birthYear = 0;  // 0: not known
   bool noMessages = false;

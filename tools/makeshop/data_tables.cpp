@@ -3,9 +3,9 @@
 namespace makeshop {
 namespace {
 
-using jet::Currency;
-using jet::DateTime;
-using jet::Variant;
+using values::Currency;
+using values::DateTime;
+using values::Variant;
 
 constexpr int kEmployees = 6;
 
@@ -85,9 +85,9 @@ const std::vector<Field<SaleItem>>& itemFields() {
       {number("SM3_ID"), [](I i) -> Variant { return i.menu->id; }},
       {text("Menu", 50), [](I i) -> Variant { return i.menu->name; }},
       {column("no", jet::ColumnType::Double),
-       [](I i) -> Variant { return jet::toDouble(i.count); }},
+       [](I i) -> Variant { return values::toDouble(i.count); }},
       {column("cancel_no", jet::ColumnType::Double),
-       [](I i) -> Variant { return jet::toDouble(i.cancelled); }},
+       [](I i) -> Variant { return values::toDouble(i.cancelled); }},
       {money("selling_price"), [](I i) -> Variant { return won(i.menu->price); }},
       {money("amount_cost"), [](I i) -> Variant { return i.cost; }},
       {money("amount_price"), [](I i) -> Variant { return i.amount; }},

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 #include "makeshop/options.h"
 #include "makeshop/random.h"
 #include "makeshop/record_table.h"
@@ -32,7 +32,7 @@ struct Attendance {
 struct SettledCredit {
   std::int32_t id = 0;
   std::int32_t day = 0;
-  jet::Currency price;
+  values::Currency price;
 };
 
 class DataFile {

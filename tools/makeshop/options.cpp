@@ -3,9 +3,9 @@
 #include <charconv>
 #include <cmath>
 
-#include "jet/date_time.h"
-#include "jet/variant.h"
-#include "platform/runtime_error.h"
+#include "values/date_time.h"
+#include "values/runtime_error.h"
+#include "values/variant.h"
 
 namespace makeshop {
 namespace {
@@ -28,9 +28,9 @@ T number(const std::string& option, const std::string& text, T least, T most) {
 }
 
 std::int32_t day(const std::string& option, const std::string& text) {
-  jet::DateTime date;
-  if (!jet::parseDate(text, date) || date.serial != std::floor(date.serial) || date.serial < 1 ||
-      date.serial > jet::daySerial(2100, 1, 1))
+  values::DateTime date;
+  if (!values::parseDate(text, date) || date.serial != std::floor(date.serial) || date.serial < 1 ||
+      date.serial > values::daySerial(2100, 1, 1))
     refuse(option + ": '" + text + "' is no date of the form yyyy-MM-dd up to 2100");
   return static_cast<std::int32_t>(date.serial);
 }
@@ -55,7 +55,7 @@ bool takesValue(const std::string& option) {
 
 Options parseOptions(const std::vector<std::string>& arguments) {
   Options options;
-  options.firstDay = jet::daySerial(2013, 8, 1);
+  options.firstDay = values::daySerial(2013, 8, 1);
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
     if (takesValue(argument)) {

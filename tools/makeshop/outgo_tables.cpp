@@ -5,9 +5,9 @@
 namespace makeshop {
 namespace {
 
-using jet::Currency;
-using jet::DateTime;
-using jet::Variant;
+using values::Currency;
+using values::DateTime;
+using values::Variant;
 
 constexpr std::array<std::int16_t, 7> kKinds = {1, 2, 3, 4, 5, 6, 9};
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 #include "makeshop/options.h"
 #include "makeshop/random.h"
 #include "makeshop/record_table.h"
@@ -23,10 +23,10 @@ struct Outgo {
   std::string note;
   std::int16_t count = 0;
   std::int16_t kind = 0;  // 1 to 9
-  jet::Currency unitPrice;
-  jet::Currency before;  // balance
-  jet::Currency rebate;
-  jet::Currency paid;
+  values::Currency unitPrice;
+  values::Currency before;  // balance
+  values::Currency rebate;
+  values::Currency paid;
   bool isEntry = false;
   bool isClosed = false;
 };

@@ -12,15 +12,15 @@
 #include <utility>
 #include <vector>
 
-#include "jet/creator/file_builder.h"
-#include "jet/variant.h"
+#include "jetcreate/file_builder.h"
+#include "values/variant.h"
 
 namespace makeshop {
 
 template <typename Record>
 struct Field {
   jet::NewColumn column;
-  jet::Variant (*value)(const Record& record);
+  values::Variant (*value)(const Record& record);
 };
 
 template <typename Record>
@@ -32,7 +32,7 @@ class RecordTable {
 
   // `lateColumns`: the columns at the end that did not exist yet when the row was written.
   void add(const Record& record, std::size_t lateColumns = 0) {
-    std::vector<jet::Variant> values;
+    std::vector<values::Variant> values;
     values.reserve(fields_.size());
     for (std::size_t i = 0; i + lateColumns < fields_.size(); ++i)
       values.push_back(fields_[i].value(record));
@@ -74,9 +74,9 @@ inline jet::NewIndex primaryKey(const char* column) {
 inline jet::NewIndex indexOn(const char* column) { return {.name = column, .columns = {column}}; }
 
 // Values in short: no text is Null.
-inline jet::Variant orNull(const std::string& text) {
-  return text.empty() ? jet::Variant() : jet::Variant(text);
+inline values::Variant orNull(const std::string& text) {
+  return text.empty() ? values::Variant() : values::Variant(text);
 }
-inline jet::Currency won(std::int32_t amount) { return {std::int64_t{amount} * 10000}; }
+inline values::Currency won(std::int32_t amount) { return {std::int64_t{amount} * 10000}; }
 
 }  // namespace makeshop

@@ -17,11 +17,13 @@ constexpr std::array kParties = {"가족", "친구", "회사", "연인"};
 constexpr std::array kDiscountNames = {"직원 할인", "단골 할인", "개업 행사"};
 
 // count times price, both with four decimals.
-jet::Currency times(jet::Currency count, std::int32_t price) { return {count.units * price}; }
+values::Currency times(values::Currency count, std::int32_t price) { return {count.units * price}; }
 
 }  // namespace
 
-jet::DateTime moment(std::int32_t day, std::int32_t seconds) { return {day + seconds / 86400.0}; }
+values::DateTime moment(std::int32_t day, std::int32_t seconds) {
+  return {day + seconds / 86400.0};
+}
 
 Sale SaleMaker::header(std::int32_t day) {
   Sale sale;
@@ -59,7 +61,7 @@ SaleItem SaleMaker::item(const Sale& sale) {
   if (random_.chance(4)) item.count.units += 5000;  // one and a half portions
   item.isCancel = random_.chance(4);
   item.isService = !item.isCancel && random_.chance(5);
-  item.cancelled = item.isCancel ? item.count : jet::Currency{};
+  item.cancelled = item.isCancel ? item.count : values::Currency{};
   item.amount = times(item.count, item.menu->price);
   item.cost = times(item.count, item.menu->cost);
   if (random_.chance(10)) item.cost.units += 2500;  // a quarter of a won

@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "jet/variant.h"
 #include "makeshop/options.h"
 #include "makeshop/random.h"
 #include "makeshop/texts.h"
+#include "values/variant.h"
 
 namespace makeshop {
 
@@ -33,20 +33,20 @@ struct Sale {
   std::int16_t guests = 0;
   std::int16_t men = 0;
   std::int16_t women = 0;
-  jet::Currency price;
-  jet::Currency discount;
-  jet::Currency menuDiscount;
-  jet::Currency coupon;
-  jet::Currency ticket;
-  jet::Currency freeGift;
-  jet::Currency service;
-  jet::Currency serviceAtFirst;
-  jet::Currency vat;
-  jet::Currency gratuity;
-  jet::Currency payout;
-  jet::Currency priceChange;
-  jet::Currency trim;
-  jet::Currency paid;
+  values::Currency price;
+  values::Currency discount;
+  values::Currency menuDiscount;
+  values::Currency coupon;
+  values::Currency ticket;
+  values::Currency freeGift;
+  values::Currency service;
+  values::Currency serviceAtFirst;
+  values::Currency vat;
+  values::Currency gratuity;
+  values::Currency payout;
+  values::Currency priceChange;
+  values::Currency trim;
+  values::Currency paid;
   Payment payment = Payment::Cash;
   std::string cardKind;
   std::string discountName;
@@ -65,11 +65,11 @@ struct SaleItem {
   std::int32_t seconds = 0;
   std::int32_t place = 0;
   const Menu* menu = nullptr;
-  jet::Currency count;  // in tenths at the least
-  jet::Currency cancelled;
-  jet::Currency amount;
-  jet::Currency cost;
-  jet::Currency discount;
+  values::Currency count;  // in tenths at the least
+  values::Currency cancelled;
+  values::Currency amount;
+  values::Currency cost;
+  values::Currency discount;
   std::string by;
   std::string origin;
   bool isPackage = false;
@@ -104,6 +104,6 @@ class SaleMaker {
 };
 
 // Serial of a moment.
-[[nodiscard]] jet::DateTime moment(std::int32_t day, std::int32_t seconds);
+[[nodiscard]] values::DateTime moment(std::int32_t day, std::int32_t seconds);
 
 }  // namespace makeshop

@@ -1,7 +1,7 @@
 // The queries that a point-of-sale program keeps in its databases and that a settlement reads.
 #pragma once
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 
 namespace makeshop {
 

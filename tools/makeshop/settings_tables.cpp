@@ -9,9 +9,9 @@
 namespace makeshop {
 namespace {
 
-using jet::DateTime;
 using jet::TableBuilder;
-using jet::Variant;
+using values::DateTime;
+using values::Variant;
 
 Variant small(int value) { return static_cast<std::int16_t>(value); }
 Variant big(std::int32_t value) { return value; }

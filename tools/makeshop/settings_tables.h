@@ -2,7 +2,7 @@
 // the link to the tickets on a server.
 #pragma once
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 #include "makeshop/options.h"
 
 namespace makeshop {

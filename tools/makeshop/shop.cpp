@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/creator/file_builder.h"
+#include "jetcreate/file_builder.h"
 #include "makeshop/config_tables.h"
 #include "makeshop/data_tables.h"
 #include "makeshop/outgo_tables.h"
@@ -13,7 +13,7 @@
 #include "makeshop/saved_queries.h"
 #include "platform/code_page.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace makeshop {
 namespace {

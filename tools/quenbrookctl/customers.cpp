@@ -9,10 +9,10 @@
 #include "platform/files.h"
 #include "platform/memory.h"
 #include "platform/message_display.h"
-#include "platform/runtime_error.h"
 #include "platform/text_file.h"
-#include "startup/profile_reader.h"
+#include "settings/profile_reader.h"
 #include "startup/start_mod.h"
+#include "values/runtime_error.h"
 
 namespace {
 

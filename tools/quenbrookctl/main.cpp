@@ -3,7 +3,7 @@
 
 #include "command.h"
 #include "platform/files.h"
-#include "platform/runtime_error.h"
+#include "values/runtime_error.h"
 
 namespace {
 

@@ -1,20 +1,20 @@
 #include <iostream>
 
 #include "command.h"
-#include "jet/variant.h"
 #include "log/job_log.h"
 #include "log/message_log.h"
-#include "log/system_probe.h"
-#include "platform/central_server.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/memory.h"
 #include "platform/message_display.h"
 #include "platform/process.h"
-#include "platform/runtime_error.h"
-#include "startup/profile_reader.h"
+#include "probes/system_probe.h"
+#include "settings/central_server.h"
+#include "settings/profile_reader.h"
 #include "transfer/upload_data.h"
 #include "transfer/zuk_ftp_client.h"
+#include "values/runtime_error.h"
+#include "values/variant.h"
 
 const std::string_view kTransferDetails =
     R"(
@@ -64,7 +64,7 @@ void startHidden(Program& program, const std::string& path, const std::string& f
 
 bool quietUpload(const Program& program) {
   const std::string value = program.settings.read("경영자", "UseQuietUpload", "");
-  return !value.empty() && jet::toBool(value);
+  return !value.empty() && values::toBool(value);
 }
 
 transfer::TransferOutside outside(Program& program) {
@@ -99,7 +99,7 @@ int runTransfer(const CommandLine& line) {
   for (const std::string& word : line.arguments) words += (words.empty() ? "" : " ") + word;
 
   Program program(line.home);
-  const platform::CentralServer central = platform::centralServer(program.settings);
+  const settings::CentralServer central = settings::centralServer(program.settings);
   // gzip.exe and Pellmorn.exe are links that stand beside the executable, whatever the home is.
   transfer::UploadData upload(
       {platform::programFolder(), platform::joinPath(line.home, "AutoLoadData"), central.host,

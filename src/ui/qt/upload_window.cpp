@@ -15,12 +15,12 @@ namespace {
 constexpr int kLongestProgress = 88;  // characters of the line that ends a job
 constexpr int kProgressLines = 2;
 
-jet::DateTime toDateTime(const QDate& day) {
-  return jet::toDateTime({day.year(), day.month(), day.day()});
+values::DateTime toDateTime(const QDate& day) {
+  return values::toDateTime({day.year(), day.month(), day.day()});
 }
 
-QDate toDate(jet::DateTime day) {
-  const auto civil = jet::toCivil(day);
+QDate toDate(values::DateTime day) {
+  const auto civil = values::toCivil(day);
   return {civil.year, civil.month, civil.day};
 }
 
@@ -218,7 +218,9 @@ void UploadWindow::setCalendarVisible(bool visible) {
   }
 }
 
-void UploadWindow::setCalendarDay(jet::DateTime day) { monthView1_->setSelectedDate(toDate(day)); }
+void UploadWindow::setCalendarDay(values::DateTime day) {
+  monthView1_->setSelectedDate(toDate(day));
+}
 
 void UploadWindow::setTick(int index, bool ticked) {
   chk1_.at(static_cast<std::size_t>(index))->setChecked(ticked);

@@ -34,7 +34,7 @@ class UploadWindow final : public Window, public UploadView {
   void setFrom(const std::string& text) override;
   void setTo(const std::string& text) override;
   void setCalendarVisible(bool visible) override;
-  void setCalendarDay(jet::DateTime day) override;
+  void setCalendarDay(values::DateTime day) override;
   void setTick(int index, bool ticked) override;
   void setProgress(const std::string& text) override;
   void setHourglass(bool on) override { showHourglass(on); }

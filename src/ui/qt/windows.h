@@ -13,7 +13,7 @@
 namespace ui::qt {
 
 struct WindowParts {
-  const platform::StartValues& start;
+  const settings::StartValues& start;
   const platform::Clock& clock;
   platform::MessageDisplay& messages;
   job::Driver& driver;

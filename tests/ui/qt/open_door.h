@@ -14,7 +14,7 @@ struct OpenDoor : server::Provider {
     void open() override {}
     [[nodiscard]] std::size_t errorCount() const override { return 0; }
     server::RecordSet openRecordSet(const std::string&) override {
-      return {{"EMP_PSWD"}, {{jet::Variant()}}};
+      return {{"EMP_PSWD"}, {{values::Variant()}}};
     }
   };
   std::unique_ptr<server::Connection> createConnection() override {

@@ -130,8 +130,8 @@ TEST_F(UploadWindowTest, DaysFollowTheButtons) {
   EXPECT_EQ(focus(), "qt_calendar_calendarview");
   click("SSPanel9");
   QTest::keyClick(window().focusWidget(), Qt::Key_Return);
-  EXPECT_EQ(driver.requests.at(0).from, jet::toDateTime({2013, 8, 5}));
-  EXPECT_EQ(driver.requests.at(0).to, jet::toDateTime({2013, 8, 21}));
+  EXPECT_EQ(driver.requests.at(0).from, values::toDateTime({2013, 8, 5}));
+  EXPECT_EQ(driver.requests.at(0).to, values::toDateTime({2013, 8, 21}));
 }
 
 TEST_F(UploadWindowTest, TicksAgainOnActivationButNotAfterAMessageBox) {

@@ -14,10 +14,10 @@
 #include <functional>
 #include <memory>
 
-#include "platform/runtime_error.h"
 #include "support/child_process.h"
 #include "support/fake_platform.h"
 #include "ui/qt/windows.h"
+#include "values/runtime_error.h"
 
 namespace ui::qt {
 
@@ -33,7 +33,7 @@ struct ScriptedDriver : job::Driver {
 
 class WindowTest : public testing::Test {
  protected:
-  explicit WindowTest(server::Provider& provider, platform::CentralServer where = {})
+  explicit WindowTest(server::Provider& provider, settings::CentralServer where = {})
       : central(provider, std::move(where)) {}
 
   // A start of its own: both windows anew.
@@ -76,7 +76,7 @@ class WindowTest : public testing::Test {
   Application application{"quenbrook"};
   support::TemporaryFolder folder;
   platform::InstanceLock instance{folder.path()};
-  platform::StartValues start;
+  settings::StartValues start;
   support::FakeClock clock;
   support::ShownMessages messages;
   ScriptedDriver driver;

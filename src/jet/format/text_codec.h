@@ -1,0 +1,50 @@
+// Text as the file stores it, to UTF-8: in Jet 4 UTF-16 or its compressed form, in Jet 3 the file's
+// code page.
+//
+//   std::string name;
+//   decoder.append(bytes, name);
+//
+// Half a surrogate pair and bytes that are no text become U+FFFD; nothing here throws on bad bytes.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jet/format/bytes.h"
+#include "jet/format/layout.h"
+#include "platform/code_page.h"
+
+namespace jet {
+
+class TextDecoder {
+ public:
+  // `codePage` is used for Jet 3 only. Error 5 for one that the system does not know.
+  TextDecoder(Version version, int codePage);
+
+  void append(Bytes stored, std::string& utf8);
+
+  // The text itself where it is stored as plain ASCII, else decoded into `scratch`.
+  [[nodiscard]] std::string_view decode(Bytes stored, std::string& scratch);
+
+  [[nodiscard]] std::string decoded(Bytes stored);
+
+ private:
+  [[nodiscard]] std::optional<std::string_view> plainText(Bytes stored) const;
+
+  Version version_;
+  CodePage codePage_;
+};
+
+// UTF-16, low byte first. Bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] std::vector<std::byte> toUtf16(std::string_view utf8);
+
+// UTF-16, low byte first; an odd last byte is ignored.
+void appendUtf16(Bytes stored, std::string& utf8);
+
+// Behind the mark FF FE, Jet 4 stores one byte for a character below 256; a zero byte switches to
+// two bytes a character, and back.
+void appendCompressed(Bytes stored, std::string& utf8);
+
+}  // namespace jet

@@ -1,0 +1,69 @@
+#include "jet/index/index_cursor.h"
+
+#include "jet/index/index_key.h"
+
+namespace jet {
+namespace {
+
+constexpr int kMostLevels = 16;  // a tree of 2 GiB has five
+
+}  // namespace
+
+IndexCursor::IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefinition& definition,
+                         const RealIndex& index, const KeyRange& range)
+    : file_(&file), pages_(&pages), owner_(definition.page), root_(index.rootPage) {
+  KeyInterval keys = encodeRange(definition, index, range);
+  first_ = std::move(keys.first);
+  last_ = std::move(keys.last);
+  atEnd_ = keys.empty;
+  if (!atEnd_) descend();
+}
+
+void IndexCursor::descend() {
+  if (tryDescend()) return;
+  file_->forgetPages();
+  if (!tryDescend()) file_->damaged(root_, "the pages of its index contradict each other");
+}
+
+bool IndexCursor::tryDescend() {
+  IndexPagePtr page = pages_->get(*file_, root_, owner_);
+  for (int level = 1; !page->isLeaf(); ++level) {
+    if (level == kMostLevels) file_->damaged(root_, "its index has no leaves");
+    page = pages_->child(*file_, *page, page->lowerBound(first_), owner_);
+    if (!page) return false;
+  }
+  leaf_ = std::move(page);
+  entry_ = leaf_->lowerBound(first_);
+  return true;
+}
+
+bool IndexCursor::nextLeaf() {
+  if (leaf_->next() == 0) return false;
+  if (++leavesSeen_ > file_->pageCount()) {
+    file_->damaged(leaf_->next(), "the leaves of an index form a circle");
+  }
+  IndexPagePtr next = pages_->next(*file_, *leaf_, owner_);
+  if (!next) {
+    // Again from the last entry that was given, in pages as they are now.
+    file_->forgetPages();
+    if (leaf_->size() != 0) first_ = leaf_->keyBytes(leaf_->size() - 1);
+    descend();
+    if (entry_ < leaf_->size() && leaf_->compare(entry_, first_) == 0) ++entry_;
+    if (entry_ < leaf_->size() || leaf_->next() == 0) return entry_ < leaf_->size();
+    next = pages_->next(*file_, *leaf_, owner_);
+    if (!next) file_->damaged(leaf_->next(), "it does not go on where the leaf before it ends");
+  }
+  leaf_ = std::move(next);
+  entry_ = 0;
+  return true;
+}
+
+bool IndexCursor::next() {
+  while (!atEnd_ && entry_ == leaf_->size()) atEnd_ = !nextLeaf();
+  if (!atEnd_ && leaf_->compare(entry_, last_) > 0) atEnd_ = true;
+  if (atEnd_) return false;
+  rowId_ = leaf_->rowId(entry_++);
+  return true;
+}
+
+}  // namespace jet

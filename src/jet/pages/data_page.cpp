@@ -1,0 +1,57 @@
+#include "jet/pages/data_page.h"
+
+#include <string>
+
+namespace jet {
+
+void checkDataPage(const PageFile& file, const Page& page, std::uint32_t owner) {
+  checkDataPage(file, page);
+  if (loadU32(page.bytes, kPageOwner) != owner) {
+    file.damaged(page.number,
+                 owner == kLongValueOwner
+                     ? "it should hold long values"
+                     : "it does not belong to the table of page " + std::to_string(owner));
+  }
+}
+
+void checkDataPage(const PageFile& file, const Page& page) {
+  const Format& format = file.format();
+  if (loadU8(page.bytes, 0) != static_cast<std::uint8_t>(PageType::Data)) {
+    file.damaged(page.number, "it should hold rows");
+  }
+  if (format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)} > format.pageSize) {
+    file.damaged(page.number, "it claims more rows than it has room for");
+  }
+}
+
+std::uint16_t rowCount(const Format& format, const Page& page) {
+  return loadU16(page.bytes, format.dataRowCount);
+}
+
+RowSlot rowSlot(const PageFile& file, const Page& page, std::uint16_t row) {
+  const Format& format = file.format();
+  const std::size_t at = format.dataRowOffsets + 2 * std::size_t{row};
+  const std::uint16_t offset = loadU16(page.bytes, at);
+  const std::size_t end =
+      row == 0 ? format.pageSize : loadU16(page.bytes, at - 2) & std::size_t{kRowOffsetMask};
+  RowSlot slot{.start = static_cast<std::uint16_t>(offset & kRowOffsetMask),
+               .end = static_cast<std::uint16_t>(end),
+               .deleted = (offset & kRowDeleted) != 0,
+               .forwarded = (offset & kRowForwarded) != 0};
+  const std::size_t rowsStart = format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)};
+  if (slot.start < rowsStart || slot.start > slot.end || slot.end > format.pageSize) {
+    file.damaged(page.number, "row " + std::to_string(row) + " lies outside the page");
+  }
+  return slot;
+}
+
+Bytes presentRow(const PageFile& file, const Page& page, std::uint16_t row) {
+  if (row >= rowCount(file.format(), page)) {
+    file.damaged(page.number, "it has no row " + std::to_string(row));
+  }
+  const RowSlot slot = rowSlot(file, page, row);
+  if (slot.deleted) file.damaged(page.number, "row " + std::to_string(row) + " is deleted");
+  return Bytes(page.bytes).subspan(slot.start, slot.size());
+}
+
+}  // namespace jet

@@ -1,0 +1,47 @@
+// A data page: rows of a table, long values or usage maps, filled from its end.
+//
+//   checkDataPage(file, page, definitionPage);
+//   RowSlot slot = rowSlot(file, page, 3);
+//   Bytes row = Bytes(page.bytes).subspan(slot.start, slot.size());
+//
+// Free functions over a page that was read; whoever changes pages uses them too. Errors: 3049.
+#pragma once
+
+#include <cstdint>
+
+#include "jet/format/bytes.h"
+#include "jet/format/row_id.h"
+#include "jet/pages/page_file.h"
+
+namespace jet {
+
+struct RowSlot {
+  std::uint16_t start = 0;
+  std::uint16_t end = 0;  // behind the last byte
+  bool deleted = false;
+  bool forwarded = false;
+
+  [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - start); }
+};
+
+// A data page whose owner is `owner` and whose table of row offsets fits.
+void checkDataPage(const PageFile& file, const Page& page, std::uint32_t owner);
+
+// The same, whoever its owner is: for pages that hold usage maps.
+void checkDataPage(const PageFile& file, const Page& page);
+
+// Of a checked page.
+[[nodiscard]] std::uint16_t rowCount(const Format& format, const Page& page);
+
+// Of a checked page; `row` must be below its row count.
+[[nodiscard]] RowSlot rowSlot(const PageFile& file, const Page& page, std::uint16_t row);
+
+// The bytes of a row that must be there: damage when it is not or is deleted.
+[[nodiscard]] Bytes presentRow(const PageFile& file, const Page& page, std::uint16_t row);
+
+// Row pointers in a file: place on the page in the low byte, page in the three above.
+[[nodiscard]] inline RowId loadRowPointer(Bytes bytes, std::size_t offset) {
+  return {loadU24(bytes, offset + 1), loadU8(bytes, offset)};
+}
+
+}  // namespace jet

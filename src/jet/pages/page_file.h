@@ -1,0 +1,88 @@
+// The pages of a Jet file, decoded, behind a bounded cache. The one place where a page is read and
+// where one is written.
+//
+//   PagePtr page = file.page(17);         // from the cache if it is there
+//   PagePtr now = file.freshPage(17);     // as the file has it at this moment
+//   file.write(17, offset, changedBytes);
+//
+// A PagePtr keeps its page alive and unchanged whatever happens to the cache or the file; who needs
+// the newest state asks again. Nothing in a page is checked here. Errors: 3049 for a page that the
+// file does not have (also where it ends within the page), 3027 for writing to a file opened for
+// reading, 57 from the file.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "jet/format/bytes.h"
+#include "jet/format/layout.h"
+#include "platform/random_access_file.h"
+
+namespace jet {
+
+struct Page {
+  std::uint32_t number = 0;
+  std::vector<std::byte> bytes;  // exactly the page size
+};
+
+using PagePtr = std::shared_ptr<const Page>;
+
+class PageFile {
+ public:
+  static constexpr std::size_t kCacheBytes = std::size_t{4} << 20;
+
+  // `encodingKey` is the header's; 0: pages are stored plain.
+  PageFile(RandomAccessFile file, const Format& format, std::uint32_t encodingKey, bool readOnly,
+           std::size_t cacheBytes = kCacheBytes);
+
+  [[nodiscard]] const Format& format() const { return format_; }
+  [[nodiscard]] const std::string& path() const { return file_.path(); }
+  [[nodiscard]] bool readOnly() const { return readOnly_; }
+
+  // Whole pages in the file at this moment.
+  [[nodiscard]] std::uint32_t pageCount() const;
+
+  [[nodiscard]] PagePtr page(std::uint32_t number);
+
+  // Reads the file whatever the cache holds, and refreshes the cache.
+  [[nodiscard]] PagePtr freshPage(std::uint32_t number);
+
+  // Writes `bytes` into a page, encoding them where the file is encoded; the cached page is
+  // replaced by a changed copy. A whole page may be written behind the last one.
+  void write(std::uint32_t number, std::size_t offset, Bytes bytes);
+
+  // Lets go of every cached page.
+  void forgetPages();
+
+  void sync() { file_.sync(); }
+
+  // Error 3049 with the file's name, the page and `what` is wrong with it.
+  [[noreturn]] void damaged(std::uint32_t page, std::string_view what) const;
+
+ private:
+  struct Slot {
+    PagePtr page;
+    bool used = false;  // since the hand last passed
+  };
+
+  [[nodiscard]] PagePtr readPage(std::uint32_t number) const;
+  void cipher(std::uint32_t number, std::size_t offset, MutableBytes bytes) const;
+  void keep(const PagePtr& page);
+
+  RandomAccessFile file_;
+  const Format& format_;
+  std::uint32_t key_;
+  bool readOnly_;
+  std::size_t capacity_;  // pages
+  std::vector<Slot> slots_;
+  std::size_t hand_ = 0;
+  std::unordered_map<std::uint32_t, std::size_t> slotOf_;
+};
+
+}  // namespace jet

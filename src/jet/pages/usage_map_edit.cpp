@@ -1,0 +1,174 @@
+#include "jet/pages/usage_map_edit.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "jet/pages/data_page.h"
+#include "jet/pages/usage_map.h"
+
+namespace jet {
+namespace {
+
+constexpr std::size_t kInlineStart = 1;     // 32 bits: page of the first bit
+constexpr std::size_t kInlineBits = 5;      // behind the kind and the start page
+constexpr std::size_t kReferencePages = 1;  // behind the kind
+constexpr RowId kFreePages{kUsedPagesMapPage, 0};
+
+std::uint32_t pagesPerMapPage(const Format& format) {
+  return static_cast<std::uint32_t>(8 * (format.pageSize - kUsageMapPageBits));
+}
+
+bool bitAt(Bytes bits, std::size_t n) { return (loadU8(bits, n / 8) >> n % 8 & 1) != 0; }
+
+void storeBit(MutableBytes bits, std::size_t n, bool value) {
+  const auto bit = static_cast<std::byte>(1U << n % 8);
+  bits[n / 8] = value ? bits[n / 8] | bit : bits[n / 8] & ~bit;
+}
+
+// A usage map within the edits: its row, and the map pages that the row may name.
+class MapEdit {
+ public:
+  MapEdit(PageEdits& edits, RowId map) : edits_(edits), map_(map), page_(edits.edit(map.page)) {
+    PageFile& file = edits.file();
+    checkDataPage(file, page_);
+    const Bytes row = presentRow(file, page_, map.row);
+    if (row.size() < kInlineBits) file.damaged(map.page, "a usage map is too short");
+    const auto start = static_cast<std::size_t>(row.data() - page_.bytes.data());
+    row_ = MutableBytes(page_.bytes).subspan(start, row.size());
+    if (loadU8(row_, 0) > static_cast<std::uint8_t>(UsageMapKind::Reference)) {
+      file.damaged(map.page, "a usage map is of no known kind");
+    }
+  }
+
+  [[nodiscard]] std::optional<bool> get(std::uint32_t page) {
+    if (isInline()) {
+      if (!inlineReaches(page)) return std::nullopt;
+      return bitAt(row_.subspan(kInlineBits), page - loadU32(row_, kInlineStart));
+    }
+    Page* bits = mapPage(page, false);
+    if (bits == nullptr) return std::nullopt;
+    return bitAt(Bytes(bits->bytes).subspan(kUsageMapPageBits), page % perMapPage());
+  }
+
+  void set(std::uint32_t page, bool value) {
+    // The pages that a map does not reach have their meaning without it.
+    if (value == background() && !get(page).has_value()) return;
+    if (isInline() && !inlineReaches(page)) becomeReference();
+    if (isInline()) {
+      storeBit(row_.subspan(kInlineBits), page - loadU32(row_, kInlineStart), value);
+      edits_.schedule(map_.page);
+      return;
+    }
+    Page& bits = *mapPage(page, true);
+    storeBit(MutableBytes(bits.bytes).subspan(kUsageMapPageBits), page % perMapPage(), value);
+    edits_.schedule(bits.number);
+    edits_.schedule(map_.page);
+  }
+
+ private:
+  [[nodiscard]] bool isInline() const {
+    return loadU8(row_, 0) == static_cast<std::uint8_t>(UsageMapKind::Inline);
+  }
+  [[nodiscard]] bool inlineReaches(std::uint32_t page) const {
+    const std::uint32_t start = loadU32(row_, kInlineStart);
+    return page >= start && page - start < 8 * (row_.size() - kInlineBits);
+  }
+  [[nodiscard]] std::uint32_t perMapPage() const { return pagesPerMapPage(edits_.format()); }
+  [[nodiscard]] bool background() const { return map_ == kFreePages; }
+
+  // The page with the bit of `page`; made when missing, if `make`. Null: there is none.
+  Page* mapPage(std::uint32_t page, bool make) {
+    const std::size_t at = entryOf(page);
+    const std::uint32_t number = loadU32(row_, at);
+    if (number == 0) {
+      if (!make) return nullptr;
+      Page& added = addMapPage();
+      storeLittle<std::uint32_t>(row_, at, added.number);
+      if (background()) set(added.number, false);
+      return &added;
+    }
+    Page& found = edits_.edit(number);
+    if (loadU8(found.bytes, 0) != static_cast<std::uint8_t>(PageType::UsageMap)) {
+      edits_.file().damaged(number, "it should hold a usage map");
+    }
+    return &found;
+  }
+
+  // Where the row of a reference map names the map page for `page`.
+  [[nodiscard]] std::size_t entryOf(std::uint32_t page) const {
+    const std::size_t at = kReferencePages + std::size_t{4} * (page / perMapPage());
+    if (at + 4 > row_.size()) {
+      edits_.file().damaged(map_.page, "a usage map cannot reach page " + std::to_string(page));
+    }
+    return at;
+  }
+
+  // Written and given away before any row names it.
+  Page& addMapPage() {
+    Page& added = background() ? edits_.create(nextFree()) : allocatePage(edits_);
+    std::ranges::fill(added.bytes, background() ? std::byte{0xff} : std::byte{0});
+    added.bytes[0] = static_cast<std::byte>(PageType::UsageMap);
+    added.bytes[1] = std::byte{1};
+    added.bytes[2] = added.bytes[3] = std::byte{0};
+    edits_.schedule(added.number);
+    if (!background()) giveAway(edits_, added.number);
+    return added;
+  }
+
+  // The row keeps its length, a list of map pages needs less; and it stays the old row until the
+  // map pages are scheduled.
+  void becomeReference() {
+    const std::uint32_t start = loadU32(row_, kInlineStart);
+    const Bytes bits = row_.subspan(kInlineBits);
+    std::vector<std::byte> list(row_.size());
+    list[0] = static_cast<std::byte>(UsageMapKind::Reference);
+    std::vector<std::uint32_t> added;
+    for (std::uint32_t i = 0; i < 8 * bits.size(); ++i) {
+      const bool value = bitAt(bits, i);
+      if (value == background()) continue;
+      const std::size_t at = entryOf(start + i);
+      if (loadU32(list, at) == 0) {
+        added.push_back(addMapPage().number);
+        storeLittle<std::uint32_t>(list, at, added.back());
+      }
+      Page& page = edits_.edit(loadU32(list, at));
+      storeBit(MutableBytes(page.bytes).subspan(kUsageMapPageBits), (start + i) % perMapPage(),
+               value);
+    }
+    for (const std::uint32_t number : added) edits_.schedule(number);
+    std::ranges::copy(list, row_.begin());
+    edits_.schedule(map_.page);
+    if (!background()) return;
+    for (const std::uint32_t number : added) set(number, false);
+  }
+
+ public:
+  // The first page from the file's end on that is free in this map, the file's own.
+  [[nodiscard]] std::uint32_t nextFree() {
+    std::uint32_t page = edits_.file().pageCount();
+    while (edits_.holds(page) || !get(page).value_or(true)) ++page;
+    return page;
+  }
+
+ private:
+  PageEdits& edits_;
+  RowId map_;
+  Page& page_;
+  MutableBytes row_;
+};
+
+}  // namespace
+
+Page& allocatePage(PageEdits& edits) {
+  MapEdit map(edits, kFreePages);
+  return edits.create(map.nextFree());
+}
+
+void giveAway(PageEdits& edits, std::uint32_t page) { MapEdit(edits, kFreePages).set(page, false); }
+
+void setUsageBit(PageEdits& edits, RowId map, std::uint32_t page, bool value) {
+  MapEdit(edits, map).set(page, value);
+}
+
+}  // namespace jet

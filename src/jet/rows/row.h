@@ -1,0 +1,98 @@
+// One row: the bytes of its page and what is needed to decode a field when one is asked for.
+//
+//   Variant price = row.value(column);
+//   std::int64_t id = row.wholeNumber(column);         // without a Variant
+//   std::string_view name = row.text(column, scratch); // valid until scratch changes
+//
+// Columns are positions in TableDefinition::columns. A row stays as it was read; copying one is
+// cheap (it shares the page). It refers to the Table it came from, which must outlive it.
+// A column added after the row was written is Null; Yes/No, which cannot be Null, is then No.
+// Errors: 3049 for a field that does not fit the row or a long value that does not fit its pages.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "jet/format/bytes.h"
+#include "jet/format/row_id.h"
+#include "jet/format/table_definition.h"
+#include "jet/format/text_codec.h"
+#include "jet/pages/page_file.h"
+#include "values/variant.h"
+
+namespace jet {
+
+// What every row of a table needs beside its bytes; owned by the Table.
+struct RowContext {
+  const TableDefinition& definition;
+  PageFile& file;
+  TextDecoder& text;
+};
+
+class Row {
+ public:
+  Row() = default;
+
+  // `bytes` lie in `page`. Checks the row's own frame, not its fields.
+  Row(const RowContext& context, RowId id, PagePtr page, Bytes bytes);
+
+  [[nodiscard]] RowId id() const { return id_; }
+
+  // The row as stored, and the page that holds it: not id().page when the row was forwarded.
+  [[nodiscard]] Bytes bytes() const { return bytes_; }
+  [[nodiscard]] const PagePtr& page() const { return page_; }
+
+  // Leaves the row as one that was never read.
+  [[nodiscard]] PagePtr takePage() { return std::exchange(*this, Row()).page_; }
+
+  // Columns that the row has room for in its null mask; the table may have got more since.
+  [[nodiscard]] std::size_t columnCount() const { return columnCount_; }
+
+  [[nodiscard]] bool isNull(std::size_t column) const;
+  [[nodiscard]] values::Variant value(std::size_t column) const;
+
+  // For columns that are not Null, by VariantType. Asking for another type is the caller's mistake.
+  // YesNo as -1 or 0, Byte, Integer, Long; Currency in ten-thousandths:
+  [[nodiscard]] std::int64_t wholeNumber(std::size_t column) const;
+  // Single, Double; DateTime as serial:
+  [[nodiscard]] double realNumber(std::size_t column) const;
+  // Text, memo, GUID; UTF-8. The result may lie in `scratch` or in the page.
+  [[nodiscard]] std::string_view text(std::size_t column, std::string& scratch) const;
+  // Binary, OLE. The result may lie in `scratch` or in the page.
+  [[nodiscard]] Bytes binary(std::size_t column, std::vector<std::byte>& scratch) const;
+  [[nodiscard]] values::Numeric numeric(std::size_t column) const;
+
+  // The stored bytes of a column that is not Null (of a long value its 12-byte header and what
+  // follows inline); empty for Yes/No. Its place in the page is raw.data() - page()->bytes.data().
+  [[nodiscard]] Bytes raw(std::size_t column) const;
+
+ private:
+  [[nodiscard]] const Column& column(std::size_t column) const {
+    return context_->definition.columns[column];
+  }
+  [[nodiscard]] bool bit(const Column& column) const;
+  [[nodiscard]] Bytes raw(const Column& column) const;
+  [[nodiscard]] Bytes rawFixed(const Column& column) const;
+  [[nodiscard]] Bytes rawVariable(const Column& column) const;
+  [[nodiscard]] std::size_t jumpCount() const;
+  [[nodiscard]] std::size_t variableOffset(std::size_t entry, std::size_t count,
+                                           std::size_t jumps) const;
+  template <typename T>
+  [[nodiscard]] T number(const Column& column) const;
+  [[nodiscard]] std::string textValue(std::size_t column) const;
+  [[noreturn]] void damaged(const Column& column, std::string_view what) const;
+  [[noreturn]] void rowDamaged(const std::string& what) const;
+
+  const RowContext* context_ = nullptr;
+  RowId id_;
+  PagePtr page_;
+  Bytes bytes_;
+  std::uint16_t columnCount_ = 0;
+  std::uint16_t maskOffset_ = 0;  // of the null mask in bytes_
+};
+
+}  // namespace jet

@@ -1,0 +1,23 @@
+#include "jetcreate/new_file.h"
+
+#include <cassert>
+#include <vector>
+
+#include "jet/format/rc4.h"
+#include "jetcreate/layout.h"
+
+namespace jet::creator {
+
+void NewFile::write(std::uint32_t page, Bytes bytes) {
+  assert(page < count_ && bytes.size() == kPageSize);
+  const std::uint64_t offset = std::uint64_t{page} * kPageSize;
+  if (key_ == 0 || page == 0) {
+    file_.writeAt(offset, bytes);
+    return;
+  }
+  std::vector<std::byte> encoded(bytes.begin(), bytes.end());
+  applyRc4(key_ ^ page, 0, encoded);
+  file_.writeAt(offset, encoded);
+}
+
+}  // namespace jet::creator

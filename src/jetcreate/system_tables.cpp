@@ -1,0 +1,203 @@
+#include "jetcreate/system_tables.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "jet/format/layout.h"
+#include "jetcreate/header_page.h"
+#include "jetcreate/layout.h"
+#include "values/runtime_error.h"
+
+namespace jet::creator {
+namespace {
+
+// Ids of what every file holds.
+constexpr std::int32_t kRootId = 0x0f000000;
+constexpr std::int32_t kTablesId = 0x0f000001;
+constexpr std::int32_t kDatabasesId = 0x0f000002;
+constexpr std::int32_t kRelationsId = 0x0f000003;
+constexpr std::int32_t kDatabaseId = 0x10000000;
+constexpr std::int32_t kFirstFreeId = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kSystemObject = std::numeric_limits<std::int32_t>::min();  // a flag
+
+values::Variant binary(const SecurityId& id) { return values::Binary{{id.begin(), id.end()}}; }
+
+const std::vector<NewColumn>& objectColumns() {
+  static const std::vector<NewColumn> kColumns = {
+      {.name = "Id", .type = ColumnType::Long},
+      {.name = "ParentId", .type = ColumnType::Long},
+      {.name = "Name", .type = ColumnType::Text},
+      {.name = "Type", .type = ColumnType::Integer},
+      {.name = "DateCreate", .type = ColumnType::DateTime},
+      {.name = "DateUpdate", .type = ColumnType::DateTime},
+      {.name = "Owner", .type = ColumnType::Binary, .securityId = true},
+      {.name = "Flags", .type = ColumnType::Long},
+      {.name = "Database", .type = ColumnType::Memo},
+      {.name = "Connect", .type = ColumnType::Memo},
+      {.name = "ForeignName", .type = ColumnType::Text},
+      {.name = "RmtInfoShort", .type = ColumnType::Binary},
+      {.name = "RmtInfoLong", .type = ColumnType::Ole},
+      {.name = "Lv", .type = ColumnType::Ole},
+      {.name = "LvProp", .type = ColumnType::Ole},
+      {.name = "LvModule", .type = ColumnType::Ole},
+      {.name = "LvExtra", .type = ColumnType::Ole},
+  };
+  return kColumns;
+}
+
+const std::vector<NewColumn>& rightColumns() {
+  static const std::vector<NewColumn> kColumns = {
+      {.name = "ObjectId", .type = ColumnType::Long},
+      {.name = "SID", .type = ColumnType::Binary, .securityId = true},
+      {.name = "ACM", .type = ColumnType::Long},
+      {.name = "FInheritable", .type = ColumnType::YesNo},
+  };
+  return kColumns;
+}
+
+const std::vector<NewColumn>& queryColumns() {
+  static const std::vector<NewColumn> kColumns = {
+      {.name = "ObjectId", .type = ColumnType::Long},
+      {.name = "Attribute", .type = ColumnType::Byte},
+      {.name = "Order", .type = ColumnType::Binary},
+      {.name = "Name1", .type = ColumnType::Text},
+      {.name = "Name2", .type = ColumnType::Text},
+      {.name = "Expression", .type = ColumnType::Memo},
+      {.name = "Flag", .type = ColumnType::Integer},
+      {.name = "LvExtra", .type = ColumnType::Long},
+  };
+  return kColumns;
+}
+
+const std::vector<NewColumn>& relationColumns() {
+  static const std::vector<NewColumn> kColumns = {
+      {.name = "szRelationship", .type = ColumnType::Text},
+      {.name = "grbit", .type = ColumnType::Long},
+      {.name = "ccolumn", .type = ColumnType::Long},
+      {.name = "icolumn", .type = ColumnType::Long},
+      {.name = "szObject", .type = ColumnType::Text},
+      {.name = "szColumn", .type = ColumnType::Text},
+      {.name = "szReferencedObject", .type = ColumnType::Text},
+      {.name = "szReferencedColumn", .type = ColumnType::Text},
+  };
+  return kColumns;
+}
+
+struct OwnObject {
+  const char* name;
+  std::int32_t id;
+  std::int32_t parent;
+  std::int16_t type;
+  const SecurityId& owner;
+};
+
+// In the order in which the engine makes them.
+constexpr std::array kOwnObjects = {
+    OwnObject{"Tables", kTablesId, kRootId, kContainerObject, kEngineId},
+    OwnObject{"Databases", kDatabasesId, kRootId, kContainerObject, kEngineId},
+    OwnObject{"Relationships", kRelationsId, kRootId, kContainerObject, kEngineId},
+    OwnObject{"MSysDb", kDatabaseId, kDatabasesId, kDatabaseObject, kAdminId},
+    OwnObject{"MSysObjects", 2, kTablesId, kTableObject, kEngineId},
+    OwnObject{"MSysACEs", 3, kTablesId, kTableObject, kEngineId},
+    OwnObject{"MSysQueries", 4, kTablesId, kTableObject, kEngineId},
+    OwnObject{"MSysRelationships", 5, kTablesId, kTableObject, kEngineId},
+};
+
+struct Right {
+  std::int32_t object;
+  const SecurityId& who;
+  std::int32_t rights;
+  bool inheritable;
+};
+
+// As the engine gives them in a file without security.
+constexpr std::int32_t kAllRights = 0x000fffff;
+constexpr std::array kOwnRights = {
+    Right{2, kAdminId, 0x60000, false},
+    Right{2, kUsersId, 0x00014, false},
+    Right{3, kAdminId, 0x60000, false},
+    Right{4, kAdminId, 0x60000, false},
+    Right{4, kUsersId, 0x00014, false},
+    Right{5, kAdminId, 0xe0000, false},
+    Right{5, kUsersId, 0x00014, false},
+    Right{kTablesId, kCreatorId, 0xf00fe, true},
+    Right{kTablesId, kAdminId, 0xffeff, true},
+    Right{kTablesId, kUsersId, 0xffeff, true},
+    Right{kDatabasesId, kAdminId, 0x60000, false},
+    Right{kRelationsId, kCreatorId, 0xf00fe, true},
+    Right{kRelationsId, kAdminId, 0x60001, true},
+    Right{kRelationsId, kUsersId, kAllRights, true},
+    Right{kDatabaseId, kAdminId, 0x60016, false},
+    Right{kDatabaseId, kUsersId, 0x0000e, false},
+};
+
+std::string smallLetters(std::string name) {
+  for (char& c : name)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return name;
+}
+
+values::Variant textOrNull(const std::string& text) {
+  return text.empty() ? values::Variant() : values::Variant(text);
+}
+
+}  // namespace
+
+SystemTables::SystemTables(NewFile& file, values::DateTime created)
+    : created_(created),
+      nextId_(kFirstFreeId),
+      objects_(file, true, "MSysObjects", objectColumns(),
+               {{.name = "ParentIdName", .columns = {"ParentId", "Name"}, .unique = true},
+                {.name = "Id", .columns = {"Id"}, .primary = true}}),
+      rights_(file, true, "MSysACEs", rightColumns(),
+              {{.name = "ObjectId", .columns = {"ObjectId"}}}),
+      queries_(file, true, "MSysQueries", queryColumns(),
+               {{.name = "ObjectIdAttribute",
+                 .columns = {"ObjectId", "Attribute", "Order"},
+                 .primary = true}}),
+      relations_(file, true, "MSysRelationships", relationColumns(),
+                 {{.name = "szRelationship", .columns = {"szRelationship"}, .ignoreNulls = true},
+                  {.name = "szObject", .columns = {"szObject"}, .ignoreNulls = true},
+                  {.name = "szReferencedObject",
+                   .columns = {"szReferencedObject"},
+                   .ignoreNulls = true}}) {
+  addOwnObjects();
+}
+
+void SystemTables::addOwnObjects() {
+  for (const OwnObject& object : kOwnObjects) {
+    names_.push_back(smallLetters(object.name));
+    objects_.add({object.id, object.parent, object.name, object.type, created_, created_,
+                  binary(object.owner), kSystemObject});
+  }
+  for (const Right& right : kOwnRights)
+    rights_.add({right.object, binary(right.who), right.rights, right.inheritable});
+}
+
+std::int32_t SystemTables::addObject(const NewObject& object) {
+  const std::string name = smallLetters(object.name);
+  if (std::find(names_.begin(), names_.end(), name) != names_.end())
+    throw RuntimeError(error::kObjectExists, "Object '" + object.name + "' already exists.");
+  names_.push_back(name);
+  const std::int32_t id = object.id != 0 ? object.id : nextId_++;
+  objects_.add({id, kTablesId, object.name, object.type, created_, created_, binary(kAdminId),
+                object.flags, textOrNull(object.database), textOrNull(object.connect),
+                textOrNull(object.foreignName)});
+  rights_.add({id, binary(kAdminId), kAllRights, false});
+  rights_.add({id, binary(kUsersId), kAllRights, false});
+  return id;
+}
+
+void SystemTables::addQueryRows(std::int32_t id, const std::vector<QueryRow>& rows) {
+  for (const QueryRow& row : rows) {
+    queries_.add({id, row.attribute, values::Binary{row.order}, row.name1, row.name2,
+                  row.expression, row.flag, values::Variant()});
+  }
+}
+
+void SystemTables::finish(bool tails) {
+  for (TableBuilder* table : {&objects_, &rights_, &queries_, &relations_}) table->finish(tails);
+}
+
+}  // namespace jet::creator

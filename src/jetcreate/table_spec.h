@@ -1,0 +1,44 @@
+// A new table as it is asked for, and the definition that follows from it.
+//
+//   TableDefinition definition = planTable("Selling", false, columns, indexes);
+//
+// Errors: 3001 for a definition that cannot be: no or too many columns, an index on a column that
+// is not there, an autonumber that is no Long.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "jet/format/table_definition.h"
+
+namespace jet {
+
+struct NewColumn {
+  std::string name = {};
+  ColumnType type = ColumnType::Long;
+  std::uint16_t size = 0;       // characters of text (0: 255), bytes of binary (0: 255)
+  bool compressed = false;      // texts are stored compressed where that is shorter
+  bool autonumber = false;      // of Long: Null becomes the next number
+  std::uint8_t precision = 18;  // digits of Numeric, at most 28
+  std::uint8_t scale = 0;       // of them behind the point
+  bool deleted = false;         // taken out again after the rows were written
+  bool securityId = false;      // of binary fields of the engine's own tables
+};
+
+struct NewIndex {
+  std::string name = {};
+  std::vector<std::string> columns = {};  // "-name": descending
+  bool primary = false;                   // and so unique, and without Null
+  bool unique = false;
+  bool ignoreNulls = false;  // rows whose key is Null stay out of it
+};
+
+namespace creator {
+
+[[nodiscard]] TableDefinition planTable(const std::string& name, bool system,
+                                        const std::vector<NewColumn>& columns,
+                                        const std::vector<NewIndex>& indexes);
+
+}  // namespace creator
+}  // namespace jet

@@ -1,0 +1,74 @@
+#include "jetsql/functions/functions.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "jetsql/functions/function_tables.h"
+#include "jetsql/functions/text_compare.h"
+#include "jetsql/functions/value_types.h"
+#include "values/runtime_error.h"
+
+namespace jetsql {
+
+using values::Variant;
+using values::VariantType;
+
+namespace {
+
+std::array<std::span<const Function>, 5> tables() {
+  return {textFunctions(), numberFunctions(), dateFunctions(), conversionFunctions(),
+          controlFunctions()};
+}
+
+const Function* findIn(std::span<const Function> table, std::string_view name) {
+  const auto found = std::find_if(table.begin(), table.end(), [name](const Function& function) {
+    return equalText(function.name, name);
+  });
+  return found == table.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+const Function* findFunction(std::string_view name) {
+  if (name.ends_with('$')) name.remove_suffix(1);
+  for (const auto table : tables())
+    if (const Function* function = findIn(table, name)) return function;
+  return nullptr;
+}
+
+const Function* findOperator(std::string_view name) { return findIn(allOperators(), name); }
+
+void forEachFunction(void (*visit)(const Function& function, void* context), void* context) {
+  for (const auto table : tables())
+    for (const Function& function : table) visit(function, context);
+}
+
+Variant call(const Function& function, Arguments arguments, const Environment& environment) {
+  if (!function.acceptsNull && std::any_of(arguments.begin(), arguments.end(),
+                                           [](const Variant& value) { return value.isNull(); }))
+    return {};
+  return function.implementation(arguments, environment);
+}
+
+void throwInvalidCall(std::string_view function) {
+  throw RuntimeError(error::kInvalidCall,
+                     "Invalid procedure call or argument: " + std::string(function) + ".");
+}
+
+void throwOverflow() { throw RuntimeError(error::kOverflow, "Overflow."); }
+
+TextArgument::TextArgument(const Variant& value) {
+  if (const auto* text = value.as<std::string>()) {
+    view_ = *text;
+  } else {
+    converted_ = toText(convert(value, VariantType::Text));
+    view_ = converted_;
+  }
+}
+
+std::int32_t longArgument(Arguments arguments, std::size_t index, std::int32_t otherwise) {
+  return index < arguments.size() ? toLong(arguments[index]) : otherwise;
+}
+
+}  // namespace jetsql

@@ -1,0 +1,64 @@
+// The functions and operators of Jet's SQL over Jet values: one table, used by the resolver for
+// names, argument counts and result types, and by the session, which registers each in SQLite.
+//
+//   const Function* left = findFunction("LEFT");          // any case
+//   call(*left, std::vector<Variant>{"홀서빙", 1}, environment);   // "홀"
+//
+// In SQLite a function is jet_<lower-case name>, an operator jet_op_<name>; the first argument is
+// the signature: the letter of the result's type, then one letter per argument (value_types.h),
+// so Left("abc", 2) is jet_left('xxl', 'abc', 2). The result is converted to the result letter.
+// An operator takes further operands from the left: a + b + c is jet_op_add('llll', a, b, c).
+// Besides: jet_convert('lx', '12') converts only, jet_fail(3354, 'text') raises that error.
+//
+// A Null argument gives Null except where the function is about Null (IsNull, Nz, IIf, ...). IIf,
+// Nz, Switch and Choose stand here for their types; as functions they have all arguments computed,
+// so the translation writes them as CASE, which computes only the one that is asked for.
+//
+// Text positions count characters (code points, so a Hangul syllable is one) from 1.
+//
+// Errors: RuntimeError 5 invalid argument, 6 overflow, 11 division by zero, 13 type mismatch,
+// 94 Null where none may be.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "jetsql/functions/environment.h"
+#include "values/variant.h"
+
+namespace jetsql {
+
+using Arguments = std::span<const values::Variant>;
+using ArgumentTypes = std::span<const values::VariantType>;
+
+constexpr int kAnyNumberOfArguments = 100;
+
+struct Function {
+  std::string_view name;  // as Jet writes it; an operator's: add, sub, concat, like, ...
+  int minArguments;
+  int maxArguments;
+  values::VariantType (*resultType)(ArgumentTypes types);
+  values::Variant (*implementation)(Arguments arguments, const Environment& environment);
+  bool acceptsNull = false;   // false: a Null argument makes the result Null by itself
+  bool deterministic = true;  // false: asks the clock
+  // The same of two amounts in ten-thousandths, which give an amount; true where it overflows.
+  bool (*ofAmounts)(std::int64_t left, std::int64_t right, std::int64_t* result) = nullptr;
+};
+
+[[nodiscard]] values::Variant call(const Function& function, Arguments arguments,
+                                   const Environment& environment);
+
+// nullptr when there is none. Names match without regard to case; "Left$" finds Left.
+[[nodiscard]] const Function* findFunction(std::string_view name);
+
+// add sub mul div intdiv mod pow concat like neg and or not xor eqv imp; text and date operands
+// included. Comparisons are SQLite's own. `like` takes text and pattern.
+[[nodiscard]] const Function* findOperator(std::string_view name);
+
+[[nodiscard]] std::span<const Function> allOperators();
+
+// Every function, room by room: text, number, date, conversion, control.
+void forEachFunction(void (*visit)(const Function& function, void* context), void* context);
+
+}  // namespace jetsql

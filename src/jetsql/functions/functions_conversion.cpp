@@ -1,0 +1,131 @@
+#include <charconv>
+#include <cmath>
+#include <string>
+
+#include "jetsql/functions/format.h"
+#include "jetsql/functions/function_tables.h"
+#include "jetsql/functions/value_types.h"
+#include "values/runtime_error.h"
+
+namespace jetsql {
+namespace {
+
+using values::Variant;
+using values::VariantType;
+
+// CLng, CDbl, ...: Null cannot be converted.
+template <VariantType kType>
+Variant to(Arguments arguments, const Environment&) {
+  if (arguments[0].isNull()) throw RuntimeError(error::kInvalidUseOfNull, "Invalid use of Null.");
+  return convert(arguments[0], kType);
+}
+
+Variant toTextOf(Arguments arguments, const Environment&) { return toText(arguments[0]); }
+
+Variant toDateOf(Arguments arguments, const Environment&) { return toDate(arguments[0]); }
+
+// &H1F and &O17 behind Val.
+double radixValue(std::string_view digits, int base) {
+  std::uint32_t value = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
+  return static_cast<std::int32_t>(value);
+}
+
+// The number that the text begins with, blanks within it passed over; 0 where there is none.
+Variant val(Arguments arguments, const Environment&) {
+  std::string text;
+  for (const char c : TextArgument(arguments[0]).view())
+    if (c != ' ' && c != '\t' && c != '\n' && c != '\r') text += c;
+  if (text.size() > 2 && text[0] == '&') {
+    const char radix = static_cast<char>(text[1] | 0x20);
+    if (radix == 'h') return radixValue(std::string_view(text).substr(2), 16);
+    if (radix == 'o') return radixValue(std::string_view(text).substr(2), 8);
+  }
+  std::string_view rest = text;
+  const bool negative = rest.starts_with('-');
+  if (negative || rest.starts_with('+')) rest.remove_prefix(1);
+  if (rest.empty() || !((rest[0] >= '0' && rest[0] <= '9') || rest[0] == '.')) return 0.0;
+  double number = 0;
+  if (std::from_chars(rest.data(), rest.data() + rest.size(), number).ec ==
+      std::errc::result_out_of_range)
+    throwOverflow();
+  return negative ? -number : number;
+}
+
+// A number with a blank in the place of its plus sign.
+Variant str(Arguments arguments, const Environment&) {
+  const std::string text = toText(Variant(toDouble(arguments[0])));
+  return text.starts_with('-') ? text : " " + text;
+}
+
+Variant isNumeric(Arguments arguments, const Environment&) {
+  if (const auto* text = arguments[0].as<std::string>()) {
+    double number = 0;
+    return values::parseNumber(*text, number);
+  }
+  return isNumber(arguments[0].type());
+}
+
+Variant isDate(Arguments arguments, const Environment&) {
+  if (const auto* text = arguments[0].as<std::string>()) {
+    values::DateTime date;
+    return values::parseDate(*text, date);
+  }
+  return arguments[0].type() == VariantType::DateTime;
+}
+
+std::string digitsOf(const Variant& value, int base) {
+  std::string digits(12, '0');
+  const auto bits = static_cast<std::uint32_t>(toLong(value));
+  digits.resize(static_cast<std::size_t>(
+      std::to_chars(digits.data(), digits.data() + digits.size(), bits, base).ptr - digits.data()));
+  for (char& digit : digits)
+    if (digit >= 'a') digit = static_cast<char>(digit - 'a' + 'A');
+  return digits;
+}
+
+Variant hex(Arguments arguments, const Environment&) { return digitsOf(arguments[0], 16); }
+Variant oct(Arguments arguments, const Environment&) { return digitsOf(arguments[0], 8); }
+
+// Format(value [, pattern [, first day of the week [, first week of the year]]]).
+Variant formatOf(Arguments arguments, const Environment&) {
+  const std::string pattern =
+      arguments.size() > 1 && !arguments[1].isNull() ? toText(arguments[1]) : std::string();
+  const WeekRule rule{longArgument(arguments, 2, 1), longArgument(arguments, 3, 1)};
+  return format(arguments[0], pattern, rule);
+}
+
+template <VariantType kType>
+constexpr Function conversion(std::string_view name) {
+  return {name, 1, 1, fixedType<kType>, to<kType>, true};
+}
+
+constexpr auto kText = fixedType<VariantType::Text>;
+constexpr auto kYesNo = fixedType<VariantType::YesNo>;
+
+constexpr Function kTable[] = {
+    conversion<VariantType::Long>("CLng"),
+    conversion<VariantType::Integer>("CInt"),
+    conversion<VariantType::Byte>("CByte"),
+    conversion<VariantType::YesNo>("CBool"),
+    conversion<VariantType::Single>("CSng"),
+    conversion<VariantType::Double>("CDbl"),
+    conversion<VariantType::Currency>("CCur"),
+    conversion<VariantType::DateTime>("CDate"),
+    conversion<VariantType::Numeric>("CDec"),
+    {"CStr", 1, 1, kText, toTextOf, true},
+    {"CVDate", 1, 1, fixedType<VariantType::DateTime>, toDateOf},
+    {"Val", 1, 1, fixedType<VariantType::Double>, val},
+    {"Str", 1, 1, kText, str},
+    {"Hex", 1, 1, kText, hex},
+    {"Oct", 1, 1, kText, oct},
+    {"IsNumeric", 1, 1, kYesNo, isNumeric, true},
+    {"IsDate", 1, 1, kYesNo, isDate, true},
+    {"Format", 1, 4, kText, formatOf, true},
+};
+
+}  // namespace
+
+std::span<const Function> conversionFunctions() { return kTable; }
+
+}  // namespace jetsql

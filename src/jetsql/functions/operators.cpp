@@ -1,0 +1,246 @@
+// The operators that are functions in SQLite; see functions.h.
+#include <array>
+#include <cmath>
+#include <string>
+
+#include "jetsql/functions/function_tables.h"
+#include "jetsql/functions/like.h"
+#include "jetsql/functions/value_types.h"
+#include "values/decimal.h"
+#include "values/runtime_error.h"
+
+namespace jetsql {
+namespace {
+
+using values::Currency;
+using values::DateTime;
+using values::Variant;
+using values::VariantType;
+
+constexpr std::int64_t kCurrencyScale = 10000;
+
+template <Arithmetic kOperation>
+VariantType arithmetic(ArgumentTypes types) {
+  return arithmeticType(kOperation, types[0], types[1]);
+}
+
+double checkedReal(double value) {
+  if (!std::isfinite(value)) throwOverflow();
+  return value;
+}
+
+Variant addReal(Arithmetic operation, const Variant& left, const Variant& right) {
+  const double a = toDouble(left);
+  const double b = toDouble(right);
+  if (operation == Arithmetic::Multiply) return checkedReal(a * b);
+  return checkedReal(operation == Arithmetic::Add ? a + b : a - b);
+}
+
+Variant wholeArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
+  const std::int64_t a = toLong(left);
+  const std::int64_t b = toLong(right);
+  const std::int64_t result = operation == Arithmetic::Multiply ? a * b
+                              : operation == Arithmetic::Add    ? a + b
+                                                                : a - b;
+  if (result != static_cast<std::int32_t>(result)) throwOverflow();
+  return static_cast<std::int32_t>(result);
+}
+
+std::int64_t checkedUnits(values::Uint128 magnitude, bool negative) {
+  if (magnitude > static_cast<values::Uint128>(INT64_MAX)) throwOverflow();
+  const auto units = static_cast<std::int64_t>(magnitude);
+  return negative ? -units : units;
+}
+
+bool addAmounts(std::int64_t left, std::int64_t right, std::int64_t* sum) {
+  return __builtin_add_overflow(left, right, sum);
+}
+
+bool subtractAmounts(std::int64_t left, std::int64_t right, std::int64_t* difference) {
+  return __builtin_sub_overflow(left, right, difference);
+}
+
+Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
+  const std::int64_t a = toCurrency(left).units;
+  const std::int64_t b = toCurrency(right).units;
+  std::int64_t units = 0;
+  if (operation == Arithmetic::Multiply) {
+    const auto magnitude = [](std::int64_t value) {
+      return static_cast<values::Uint128>(value < 0 ? 0 - static_cast<std::uint64_t>(value)
+                                                    : static_cast<std::uint64_t>(value));
+    };
+    // Eight decimals rounded to four, halves to even.
+    const values::Uint128 product = magnitude(a) * magnitude(b);
+    const values::Uint128 whole = product / kCurrencyScale;
+    const auto rest = static_cast<std::int64_t>(product % kCurrencyScale);
+    const bool up = rest * 2 > kCurrencyScale || (rest * 2 == kCurrencyScale && whole % 2 != 0);
+    units = checkedUnits(whole + (up ? 1 : 0), (a < 0) != (b < 0));
+  } else if (operation == Arithmetic::Add ? addAmounts(a, b, &units)
+                                          : subtractAmounts(a, b, &units)) {
+    throwOverflow();
+  }
+  return Currency{units};
+}
+
+Variant numericArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
+  const values::Numeric a = values::toNumeric(left);
+  const values::Numeric b = values::toNumeric(right);
+  if (operation == Arithmetic::Multiply) return values::multiply(a, b);
+  return add(a, operation == Arithmetic::Add ? b : values::negated(b));
+}
+
+template <Arithmetic kOperation>
+Variant compute(Arguments arguments, const Environment&) {
+  const Variant& left = arguments[0];
+  const Variant& right = arguments[1];
+  switch (arithmeticType(kOperation, left.type(), right.type())) {
+    case VariantType::Text:
+      return *left.as<std::string>() + *right.as<std::string>();
+    case VariantType::Long:
+      return wholeArithmetic(kOperation, left, right);
+    case VariantType::Currency:
+      return currencyArithmetic(kOperation, left, right);
+    case VariantType::Numeric:
+      return numericArithmetic(kOperation, left, right);
+    case VariantType::DateTime:
+      return toDate(addReal(kOperation, left, right));
+    default:
+      return addReal(kOperation, left, right);
+  }
+}
+
+[[noreturn]] void throwDivisionByZero() {
+  throw RuntimeError(error::kDivisionByZero, "Division by zero.");
+}
+
+Variant divide(Arguments arguments, const Environment&) {
+  const double divisor = toDouble(arguments[1]);
+  if (divisor == 0) throwDivisionByZero();
+  return checkedReal(toDouble(arguments[0]) / divisor);
+}
+
+// Operands of \ and Mod are rounded to whole numbers first.
+Variant divideWhole(Arguments arguments, const Environment&) {
+  const std::int64_t divisor = toLong(arguments[1]);
+  if (divisor == 0) throwDivisionByZero();
+  const std::int64_t quotient = toLong(arguments[0]) / divisor;
+  if (quotient > INT32_MAX) throwOverflow();
+  return static_cast<std::int32_t>(quotient);
+}
+
+Variant modulo(Arguments arguments, const Environment&) {
+  const std::int64_t divisor = toLong(arguments[1]);
+  if (divisor == 0) throwDivisionByZero();
+  return static_cast<std::int32_t>(toLong(arguments[0]) % divisor);
+}
+
+Variant power(Arguments arguments, const Environment&) {
+  const double base = toDouble(arguments[0]);
+  const double exponent = toDouble(arguments[1]);
+  if (base < 0 && exponent != std::trunc(exponent)) throwInvalidCall("^");
+  if (base == 0 && exponent < 0) throwDivisionByZero();
+  return checkedReal(std::pow(base, exponent));
+}
+
+VariantType negatedType(ArgumentTypes types) {
+  return arithmeticType(Arithmetic::Subtract, VariantType::YesNo,
+                        types[0] == VariantType::DateTime ? VariantType::Double : types[0]);
+}
+
+Variant negate(Arguments arguments, const Environment& environment) {
+  const Variant zero(false);
+  const std::array<Variant, 2> operands{zero, arguments[0].type() == VariantType::DateTime
+                                                  ? Variant(toDouble(arguments[0]))
+                                                  : arguments[0]};
+  return compute<Arithmetic::Subtract>(operands, environment);
+}
+
+// & takes Null for an empty text unless both are Null.
+Variant concatenate(Arguments arguments, const Environment&) {
+  if (arguments[0].isNull() && arguments[1].isNull()) return {};
+  std::string text;
+  for (const Variant& argument : arguments)
+    if (!argument.isNull()) text += TextArgument(argument).view();
+  return text;
+}
+
+Variant matches(Arguments arguments, const Environment&) {
+  return like(TextArgument(arguments[0]).view(), TextArgument(arguments[1]).view());
+}
+
+// The logical operators work on Yes/No, and bit by bit on numbers.
+VariantType logicalType(ArgumentTypes types) {
+  for (const VariantType type : types)
+    if (type != VariantType::YesNo && type != VariantType::Null) return VariantType::Long;
+  return VariantType::YesNo;
+}
+
+Variant logical(Arguments arguments, std::int32_t bits) {
+  for (const Variant& argument : arguments)
+    if (!argument.isNull() && argument.type() != VariantType::YesNo) return bits;
+  return bits != 0;
+}
+
+// What decides over And, Or and Imp whatever the other operand is.
+bool isAll(const Variant& value, std::int32_t bits) {
+  return !value.isNull() && toLong(value) == bits;
+}
+
+Variant both(Arguments arguments, const Environment&) {
+  if (isAll(arguments[0], 0) || isAll(arguments[1], 0)) return logical(arguments, 0);
+  if (arguments[0].isNull() || arguments[1].isNull()) return {};
+  return logical(arguments, toLong(arguments[0]) & toLong(arguments[1]));
+}
+
+Variant either(Arguments arguments, const Environment&) {
+  if (isAll(arguments[0], -1) || isAll(arguments[1], -1)) return logical(arguments, -1);
+  if (arguments[0].isNull() || arguments[1].isNull()) return {};
+  return logical(arguments, toLong(arguments[0]) | toLong(arguments[1]));
+}
+
+Variant implies(Arguments arguments, const Environment&) {
+  if (isAll(arguments[0], 0) || isAll(arguments[1], -1)) return logical(arguments, -1);
+  if (arguments[0].isNull() || arguments[1].isNull()) return {};
+  return logical(arguments, ~toLong(arguments[0]) | toLong(arguments[1]));
+}
+
+Variant complement(Arguments arguments, const Environment&) {
+  return logical(arguments, ~toLong(arguments[0]));
+}
+
+Variant exclusive(Arguments arguments, const Environment&) {
+  return logical(arguments, toLong(arguments[0]) ^ toLong(arguments[1]));
+}
+
+Variant equivalent(Arguments arguments, const Environment&) {
+  return logical(arguments, ~(toLong(arguments[0]) ^ toLong(arguments[1])));
+}
+
+constexpr auto kDouble = fixedType<VariantType::Double>;
+constexpr auto kLong = fixedType<VariantType::Long>;
+
+constexpr Function kTable[] = {
+    {"add", 2, 2, arithmetic<Arithmetic::Add>, compute<Arithmetic::Add>, false, true, addAmounts},
+    {"sub", 2, 2, arithmetic<Arithmetic::Subtract>, compute<Arithmetic::Subtract>, false, true,
+     subtractAmounts},
+    {"mul", 2, 2, arithmetic<Arithmetic::Multiply>, compute<Arithmetic::Multiply>},
+    {"div", 2, 2, kDouble, divide},
+    {"intdiv", 2, 2, kLong, divideWhole},
+    {"mod", 2, 2, kLong, modulo},
+    {"pow", 2, 2, kDouble, power},
+    {"neg", 1, 1, negatedType, negate},
+    {"concat", 2, 2, fixedType<VariantType::Text>, concatenate, true},
+    {"like", 2, 2, fixedType<VariantType::YesNo>, matches},
+    {"and", 2, 2, logicalType, both, true},
+    {"or", 2, 2, logicalType, either, true},
+    {"not", 1, 1, logicalType, complement},
+    {"xor", 2, 2, logicalType, exclusive},
+    {"eqv", 2, 2, logicalType, equivalent},
+    {"imp", 2, 2, logicalType, implies, true},
+};
+
+}  // namespace
+
+std::span<const Function> allOperators() { return kTable; }
+
+}  // namespace jetsql

@@ -1,0 +1,46 @@
+// A table of another system as SQLite sees it: columns c0, c1, ... of what an ExternalSource gives.
+// Conditions on its columns are handed to the source, so that it sends no more than is asked for.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "jetsql/sqlite/callback_context.h"
+#include "jetsql/sqlite/external_source.h"
+#include "jetsql/translate/catalogue.h"
+
+struct sqlite3;
+struct sqlite3_index_info;
+
+namespace jetsql {
+
+class ExternalTable {
+ public:
+  // Asks the source for the columns. Source and state outlive this; this outlives the connection it
+  // is registered in.
+  ExternalTable(ExternalSource& source, std::string connect, std::string foreignName,
+                std::string name, std::string sqliteName, CallState& state);
+  ExternalTable(const ExternalTable&) = delete;
+  ExternalTable& operator=(const ExternalTable&) = delete;
+  ~ExternalTable() = default;
+
+  void registerIn(sqlite3* connection);
+  void choosePlan(sqlite3_index_info& info) const;
+
+  [[nodiscard]] const SchemaTable& schema() const { return schema_; }
+  [[nodiscard]] CallState& state() const { return state_; }
+  [[nodiscard]] std::unique_ptr<ExternalRows> open(
+      const std::vector<ExternalCondition>& conditions) const {
+    return source_.open(connect_, foreignName_, conditions);
+  }
+
+ private:
+  ExternalSource& source_;
+  std::string connect_;
+  std::string foreignName_;
+  SchemaTable schema_;
+  CallState& state_;
+};
+
+}  // namespace jetsql

@@ -1,0 +1,149 @@
+#include "jetsql/sqlite/memory_index.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <string>
+
+#include "jetsql/functions/text_compare.h"
+#include "jetsql/functions/value_types.h"
+#include "jetsql/sqlite/value_encoding.h"
+
+namespace jetsql {
+namespace {
+
+using values::VariantType;
+
+bool isWholeKey(VariantType type) { return isWholeNumber(type) || type == VariantType::Currency; }
+
+// The bits of a double as a whole number of the same order.
+std::int64_t realKey(double value) {
+  const auto bits = std::bit_cast<std::int64_t>(value == 0 ? 0.0 : value);
+  return bits < 0 ? bits ^ INT64_MAX : bits;
+}
+
+std::int64_t hashKey(const void* bytes, std::size_t size) {
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  for (const auto* p = static_cast<const unsigned char*>(bytes); size-- > 0; ++p)
+    hash = (hash ^ *p) * 0x100000001B3U;
+  return static_cast<std::int64_t>(hash);
+}
+
+std::int64_t textKey(std::string_view text) { return static_cast<std::int64_t>(hashText(text)); }
+
+// Reads one column's key from rows; keeps what it needs to decode into.
+class KeyReader {
+ public:
+  KeyReader(const jet::Table& table, std::size_t column)
+      : column_(column), type_(table.definition().columns[column].variantType()) {}
+
+  [[nodiscard]] std::int64_t key(const jet::Row& row) {
+    if (isWholeKey(type_)) return row.wholeNumber(column_);
+    if (hasOrderedKeys(type_)) return realKey(row.realNumber(column_));
+    if (type_ == VariantType::Text) return textKey(row.text(column_, text_));
+    if (type_ == VariantType::Numeric) {
+      const auto bytes = encodeNumeric(row.numeric(column_));
+      return hashKey(bytes.data(), bytes.size());
+    }
+    const auto bytes = row.binary(column_, binary_);
+    return hashKey(bytes.data(), bytes.size());
+  }
+
+ private:
+  std::size_t column_;
+  VariantType type_;
+  std::string text_;
+  std::vector<std::byte> binary_;
+};
+
+// A real value among whole keys: cut to their range.
+std::int64_t wholeBound(double value) {
+  constexpr double kLimit = 9.2e18;
+  return static_cast<std::int64_t>(std::clamp(value, -kLimit, kLimit));
+}
+
+bool isNumeric(sqlite3_value* value) {
+  const int type = sqlite3_value_type(value);
+  return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+}
+
+std::optional<std::int64_t> wholeKeyOf(sqlite3_value* value) {
+  if (sqlite3_value_type(value) == SQLITE_INTEGER) return sqlite3_value_int64(value);
+  const double number = sqlite3_value_double(value);
+  if (number != std::floor(number)) return {};
+  return wholeBound(number);
+}
+
+}  // namespace
+
+bool hasOrderedKeys(VariantType type) {
+  return isWholeKey(type) || type == VariantType::Single || type == VariantType::Double ||
+         type == VariantType::DateTime;
+}
+
+std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column, VariantType type) {
+  if (isWholeKey(type)) return row.wholeNumber(column);
+  const double number = row.realNumber(column);
+  if (std::isnan(number)) return {};
+  return realKey(number);
+}
+
+MemoryIndex::MemoryIndex(jet::Table& table, std::size_t column) {
+  // The definition's count is a hint; a wrong one must not cost much.
+  constexpr std::uint32_t kMostReserved = 1U << 20U;
+  entries_.reserve(std::min(table.definition().rowCount, kMostReserved));
+  KeyReader reader(table, column);
+  for (jet::TableCursor scan = table.scan(); scan.next();) {
+    const jet::Row& row = scan.row();
+    if (!row.isNull(column)) entries_.push_back({reader.key(row), row.id().number()});
+  }
+  entries_.shrink_to_fit();
+  std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
+    return a.key != b.key ? a.key < b.key : a.row < b.row;
+  });
+}
+
+std::span<const MemoryIndex::Entry> MemoryIndex::range(const KeyInterval& keys) const {
+  if (keys.first > keys.last) return {};
+  const auto begin =
+      std::lower_bound(entries_.begin(), entries_.end(), keys.first,
+                       [](const Entry& entry, std::int64_t key) { return entry.key < key; });
+  const auto end =
+      std::upper_bound(begin, entries_.end(), keys.last,
+                       [](std::int64_t key, const Entry& entry) { return key < entry.key; });
+  return {begin, end};
+}
+
+std::optional<std::int64_t> keyOf(sqlite3_value* value, VariantType type) {
+  const int held = sqlite3_value_type(value);
+  if (hasOrderedKeys(type)) {
+    if (!isNumeric(value)) return {};
+    return isWholeKey(type) ? wholeKeyOf(value) : realKey(sqlite3_value_double(value));
+  }
+  if (type == VariantType::Text) {
+    if (held != SQLITE_TEXT) return {};
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return textKey({text, static_cast<std::size_t>(sqlite3_value_bytes(value))});
+  }
+  if (held != SQLITE_BLOB) return {};
+  const void* bytes = sqlite3_value_blob(value);
+  return hashKey(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+}
+
+KeyInterval keysFrom(sqlite3_value* value, VariantType type) {
+  if (!isNumeric(value)) return {1, 0};
+  if (!isWholeKey(type)) return {realKey(sqlite3_value_double(value)), INT64_MAX};
+  if (sqlite3_value_type(value) == SQLITE_INTEGER) return {sqlite3_value_int64(value), INT64_MAX};
+  return {wholeBound(std::floor(sqlite3_value_double(value))), INT64_MAX};
+}
+
+KeyInterval keysUpTo(sqlite3_value* value, VariantType type) {
+  if (!isNumeric(value)) return {1, 0};
+  if (!isWholeKey(type)) return {INT64_MIN, realKey(sqlite3_value_double(value))};
+  if (sqlite3_value_type(value) == SQLITE_INTEGER) return {INT64_MIN, sqlite3_value_int64(value)};
+  return {INT64_MIN, wholeBound(std::ceil(sqlite3_value_double(value)))};
+}
+
+}  // namespace jetsql

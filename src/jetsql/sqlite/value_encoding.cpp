@@ -1,0 +1,266 @@
+#include "jetsql/sqlite/value_encoding.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "values/decimal.h"
+#include "values/runtime_error.h"
+
+namespace jetsql {
+
+using values::Variant;
+using values::VariantType;
+
+namespace {
+
+constexpr int kFixedScale = 28;
+constexpr std::size_t kLimbs = 6;  // of 32 bits, lowest first: 192 bits hold 10^56
+using Limbs = std::array<std::uint32_t, kLimbs>;
+
+void multiplyByTen(Limbs& limbs) {
+  std::uint64_t carry = 0;
+  for (std::uint32_t& limb : limbs) {
+    carry += static_cast<std::uint64_t>(limb) * 10;
+    limb = static_cast<std::uint32_t>(carry);
+    carry >>= 32;
+  }
+}
+
+// Divides when the remainder is 0, else leaves it.
+bool divideByTen(Limbs& limbs) {
+  Limbs quotient{};
+  std::uint64_t rest = 0;
+  for (std::size_t i = kLimbs; i-- > 0;) {
+    rest = (rest << 32) | limbs[i];
+    quotient[i] = static_cast<std::uint32_t>(rest / 10);
+    rest %= 10;
+  }
+  if (rest == 0) limbs = quotient;
+  return rest == 0;
+}
+
+std::int64_t wholeOf(const EncodedValue& value) {
+  if (value.kind != EncodedValue::Kind::Real) return value.whole;
+  if (!(std::abs(value.real) < 9.2e18)) throw RuntimeError(error::kOverflow, "Overflow.");
+  return static_cast<std::int64_t>(std::nearbyint(value.real));
+}
+
+double realOf(const EncodedValue& value) {
+  return value.kind == EncodedValue::Kind::Real ? value.real : static_cast<double>(value.whole);
+}
+
+template <typename Whole>
+Whole wholeNumber(const EncodedValue& value) {
+  const std::int64_t whole = wholeOf(value);
+  if (whole < std::numeric_limits<Whole>::min() || whole > std::numeric_limits<Whole>::max())
+    throw RuntimeError(error::kOverflow, "Overflow.");
+  return static_cast<Whole>(whole);
+}
+
+values::Binary binaryOf(std::string_view bytes) {
+  const auto* begin = reinterpret_cast<const std::byte*>(bytes.data());
+  return {{begin, begin + bytes.size()}};
+}
+
+// An expression without a static type is what SQLite made of it.
+VariantType dynamicType(EncodedValue::Kind kind) {
+  switch (kind) {
+    case EncodedValue::Kind::Whole:
+      return VariantType::Long;
+    case EncodedValue::Kind::Real:
+      return VariantType::Double;
+    case EncodedValue::Kind::Text:
+      return VariantType::Text;
+    default:
+      return VariantType::Binary;
+  }
+}
+
+std::string_view bytesOf(const void* bytes, int size) {
+  if (bytes == nullptr) return {};
+  return {static_cast<const char*>(bytes), static_cast<std::size_t>(size)};
+}
+
+}  // namespace
+
+std::array<unsigned char, kNumericSize> encodeNumeric(const values::Numeric& value) {
+  Limbs limbs{};
+  for (std::size_t i = 0; i < 4; ++i)
+    limbs[i] = static_cast<std::uint32_t>(value.magnitude >> (32 * i));
+  for (int scale = value.scale; scale < kFixedScale; ++scale) multiplyByTen(limbs);
+  const bool negative = value.negative && value.magnitude != 0;
+  std::array<unsigned char, kNumericSize> bytes{};
+  bytes[0] = negative ? 0 : 1;
+  for (std::size_t i = 0; i < kNumericSize - 1; ++i) {
+    const auto byte = static_cast<unsigned char>(limbs[kLimbs - 1 - i / 4] >> (24 - 8 * (i % 4)));
+    bytes[i + 1] = negative ? static_cast<unsigned char>(~byte) : byte;
+  }
+  return bytes;
+}
+
+values::Numeric decodeNumeric(const void* bytes, std::size_t size) {
+  if (size != kNumericSize)
+    throw RuntimeError(error::kTypeMismatch, "Type mismatch: not an exact number.");
+  const auto* source = static_cast<const unsigned char*>(bytes);
+  values::Numeric value{source[0] == 0, kFixedScale, 0};
+  Limbs limbs{};
+  for (std::size_t i = 0; i < kNumericSize - 1; ++i) {
+    const auto byte = static_cast<unsigned char>(value.negative ? ~source[i + 1] : source[i + 1]);
+    limbs[kLimbs - 1 - i / 4] |= static_cast<std::uint32_t>(byte) << (24 - 8 * (i % 4));
+  }
+  while (value.scale > 0 && divideByTen(limbs)) --value.scale;
+  for (std::size_t i = 4; i-- > 0;) value.magnitude = (value.magnitude << 32) | limbs[i];
+  if (value.magnitude == 0) return {};
+  return value;
+}
+
+// A text is asked for as its bytes: asked for as a text, SQLite would first copy it to put a zero
+// behind it.
+EncodedValue encodedValue(sqlite3_value* value) {
+  using Kind = EncodedValue::Kind;
+  const int type = sqlite3_value_type(value);
+  switch (type) {
+    case SQLITE_INTEGER:
+      return {Kind::Whole, sqlite3_value_int64(value), 0, {}};
+    case SQLITE_FLOAT:
+      return {Kind::Real, 0, sqlite3_value_double(value), {}};
+    case SQLITE_TEXT:
+    case SQLITE_BLOB: {
+      const void* bytes = sqlite3_value_blob(value);
+      return {type == SQLITE_TEXT ? Kind::Text : Kind::Blob, 0, 0,
+              bytesOf(bytes, sqlite3_value_bytes(value))};
+    }
+    default:
+      return {};
+  }
+}
+
+EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
+  using Kind = EncodedValue::Kind;
+  const int type = sqlite3_column_type(statement, column);
+  switch (type) {
+    case SQLITE_INTEGER:
+      return {Kind::Whole, sqlite3_column_int64(statement, column), 0, {}};
+    case SQLITE_FLOAT:
+      return {Kind::Real, 0, sqlite3_column_double(statement, column), {}};
+    case SQLITE_TEXT:
+    case SQLITE_BLOB: {
+      const void* bytes = sqlite3_column_blob(statement, column);
+      return {type == SQLITE_TEXT ? Kind::Text : Kind::Blob, 0, 0,
+              bytesOf(bytes, sqlite3_column_bytes(statement, column))};
+    }
+    default:
+      return {};
+  }
+}
+
+Variant decode(const EncodedValue& value, VariantType type) {
+  if (value.kind == EncodedValue::Kind::Null) return {};
+  if (type == VariantType::Null) type = dynamicType(value.kind);
+  switch (type) {
+    case VariantType::YesNo:
+      return wholeOf(value) != 0;
+    case VariantType::Byte:
+      return wholeNumber<std::uint8_t>(value);
+    case VariantType::Integer:
+      return wholeNumber<std::int16_t>(value);
+    case VariantType::Long:
+      return wholeNumber<std::int32_t>(value);
+    case VariantType::Single:
+      return static_cast<float>(realOf(value));
+    case VariantType::Double:
+      return realOf(value);
+    case VariantType::Currency:
+      return values::Currency{wholeOf(value)};
+    case VariantType::DateTime:
+      return values::DateTime{realOf(value)};
+    case VariantType::Numeric:
+      return decodeNumeric(value.bytes.data(), value.bytes.size());
+    case VariantType::Binary:
+      return binaryOf(value.bytes);
+    default:
+      return std::string(value.bytes);
+  }
+}
+
+Variant decode(sqlite3_value* value, VariantType type) { return decode(encodedValue(value), type); }
+
+namespace {
+
+// Writes a value through `sink`: null(), whole(int64), real(double), text(string), blob(ptr, size).
+template <typename Sink>
+void encode(const Variant& value, const Sink& sink) {
+  value.visit([&sink](const auto& held) {
+    using T = std::decay_t<decltype(held)>;
+    if constexpr (std::is_same_v<T, std::monostate>) {
+      sink.null();
+    } else if constexpr (std::is_same_v<T, bool>) {
+      sink.whole(held ? -1 : 0);
+    } else if constexpr (std::is_integral_v<T>) {
+      sink.whole(held);
+    } else if constexpr (std::is_floating_point_v<T>) {
+      sink.real(held);
+    } else if constexpr (std::is_same_v<T, values::Currency>) {
+      sink.whole(held.units);
+    } else if constexpr (std::is_same_v<T, values::DateTime>) {
+      sink.real(held.serial);
+    } else if constexpr (std::is_same_v<T, values::Numeric>) {
+      const auto bytes = encodeNumeric(held);
+      sink.blob(bytes.data(), bytes.size());
+    } else if constexpr (std::is_same_v<T, std::string>) {
+      sink.text(held);
+    } else {
+      sink.blob(held.bytes.data(), held.bytes.size());
+    }
+  });
+}
+
+struct ResultSink {
+  sqlite3_context* context;
+  void null() const { sqlite3_result_null(context); }
+  void whole(std::int64_t value) const { sqlite3_result_int64(context, value); }
+  void real(double value) const { sqlite3_result_double(context, value); }
+  void text(const std::string& value) const {
+    sqlite3_result_text64(context, value.data(), value.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+  }
+  void blob(const void* bytes, std::size_t size) const {
+    if (size == 0)
+      sqlite3_result_zeroblob(context, 0);
+    else
+      sqlite3_result_blob64(context, bytes, size, SQLITE_TRANSIENT);
+  }
+};
+
+struct BindSink {
+  sqlite3_stmt* statement;
+  int index;
+  void null() const { sqlite3_bind_null(statement, index); }
+  void whole(std::int64_t value) const { sqlite3_bind_int64(statement, index, value); }
+  void real(double value) const { sqlite3_bind_double(statement, index, value); }
+  void text(const std::string& value) const {
+    sqlite3_bind_text64(statement, index, value.data(), value.size(), SQLITE_TRANSIENT,
+                        SQLITE_UTF8);
+  }
+  void blob(const void* bytes, std::size_t size) const {
+    if (size == 0)
+      sqlite3_bind_zeroblob(statement, index, 0);
+    else
+      sqlite3_bind_blob64(statement, index, bytes, size, SQLITE_TRANSIENT);
+  }
+};
+
+}  // namespace
+
+void setResult(sqlite3_context* context, const Variant& value) {
+  encode(value, ResultSink{context});
+}
+
+void bind(sqlite3_stmt* statement, int index, const Variant& value) {
+  encode(value, BindSink{statement, index});
+}
+
+}  // namespace jetsql

@@ -1,0 +1,50 @@
+// How Jet values travel in SQLite. Every expression has one static Jet type; the SQLite value
+// alone does not tell it:
+//   Null NULL · Yes/No INTEGER -1 or 0 · Byte, Integer, Long INTEGER · Currency INTEGER of
+//   ten-thousandths · Single, Double REAL · DateTime REAL serial · Text TEXT in UTF-8 ·
+//   Binary BLOB · Numeric BLOB of 25 bytes
+// so that SQLite's own comparison, ordering and grouping hold for all of them.
+//
+// The BLOB of a Numeric is a sign byte (0 negative, 1 zero or positive) and its value times 10^28
+// as 24 bytes, highest first, every bit flipped when negative. Zeros at the end of the fraction
+// are lost on the way.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "values/variant.h"
+
+struct sqlite3_context;
+struct sqlite3_stmt;
+struct sqlite3_value;
+
+namespace jetsql {
+
+constexpr std::size_t kNumericSize = 25;
+[[nodiscard]] std::array<unsigned char, kNumericSize> encodeNumeric(const values::Numeric& value);
+[[nodiscard]] values::Numeric decodeNumeric(const void* bytes, std::size_t size);
+
+// A value as SQLite holds it. `bytes` lie where they were read.
+struct EncodedValue {
+  enum class Kind : unsigned char { Null, Whole, Real, Text, Blob } kind = Kind::Null;
+  std::int64_t whole = 0;
+  double real = 0;
+  std::string_view bytes;
+};
+
+[[nodiscard]] EncodedValue encodedValue(sqlite3_value* value);
+// Of the row that a statement stands on; the bytes last until its next step.
+[[nodiscard]] EncodedValue encodedColumn(sqlite3_stmt* statement, int column);
+
+// Error 6 where a number lies outside the range of the type.
+[[nodiscard]] values::Variant decode(const EncodedValue& value, values::VariantType type);
+[[nodiscard]] values::Variant decode(sqlite3_value* value, values::VariantType type);
+
+// The value keeps its own type's encoding.
+void setResult(sqlite3_context* context, const values::Variant& value);
+void bind(sqlite3_stmt* statement, int index, const values::Variant& value);  // index from 1
+
+}  // namespace jetsql

@@ -1,0 +1,142 @@
+#include "jetsql/syntax/date_literal.h"
+
+#include <array>
+#include <cctype>
+#include <string>
+#include <vector>
+
+namespace jetsql {
+namespace {
+
+struct Piece {
+  enum class Kind { Number, Word, Colon, Separator };
+  Kind kind = Kind::Separator;
+  int number = 0;
+  std::size_t digits = 0;
+  std::string word;  // lower case
+};
+
+bool isDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
+bool isLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
+
+// Blanks, slashes, hyphens and commas separate alike and are left out.
+std::optional<std::vector<Piece>> cut(std::string_view text) {
+  std::vector<Piece> pieces;
+  for (std::size_t i = 0; i < text.size();) {
+    Piece piece;
+    if (isDigit(text[i])) {
+      piece.kind = Piece::Kind::Number;
+      for (; i < text.size() && isDigit(text[i]) && piece.digits < 5; ++i, ++piece.digits)
+        piece.number = piece.number * 10 + (text[i] - '0');
+    } else if (isLetter(text[i])) {
+      piece.kind = Piece::Kind::Word;
+      for (; i < text.size() && isLetter(text[i]); ++i)
+        piece.word += static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+    } else if (text[i] == ':') {
+      piece.kind = Piece::Kind::Colon;
+      ++i;
+    } else if (std::string_view(" \t\r\n/-,").find(text[i++]) != std::string_view::npos) {
+      continue;
+    } else {
+      return std::nullopt;
+    }
+    pieces.push_back(std::move(piece));
+  }
+  return pieces;
+}
+
+int monthOf(const std::string& word) {
+  static constexpr std::array<std::string_view, 12> kMonths{
+      "january", "february", "march",     "april",   "may",      "june",
+      "july",    "august",   "september", "october", "november", "december"};
+  if (word.size() < 3) return 0;
+  for (std::size_t i = 0; i < kMonths.size(); ++i)
+    if (kMonths[i].substr(0, word.size()) == word) return static_cast<int>(i) + 1;
+  return 0;
+}
+
+int fullYear(const Piece& piece) {
+  if (piece.digits > 2) return piece.number;
+  return piece.number + (piece.number < 30 ? 2000 : 1900);
+}
+
+bool setDay(int year, int month, int day, values::CivilTime& civil) {
+  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1) return false;
+  if (day > values::daySerial(year, month + 1, 1) - values::daySerial(year, month, 1)) return false;
+  civil.year = year;
+  civil.month = month;
+  civil.day = day;
+  return true;
+}
+
+// Three numbers, or two and the name of a month.
+bool readDay(const std::vector<Piece>& pieces, values::CivilTime& civil) {
+  std::vector<Piece> numbers;
+  int named = 0;
+  for (const Piece& piece : pieces) {
+    if (piece.kind == Piece::Kind::Number) numbers.push_back(piece);
+    if (piece.kind == Piece::Kind::Word) {
+      if (named != 0 || (named = monthOf(piece.word)) == 0) return false;
+    }
+  }
+  if (named != 0) {
+    if (numbers.size() != 2) return false;
+    const bool yearFirst = numbers[0].digits > 2;
+    return setDay(fullYear(numbers[yearFirst ? 0 : 1]), named, numbers[yearFirst ? 1 : 0].number,
+                  civil);
+  }
+  if (numbers.size() != 3) return false;
+  if (numbers[0].digits > 2)
+    return setDay(numbers[0].number, numbers[1].number, numbers[2].number, civil);
+  const int year = fullYear(numbers[2]);
+  return setDay(year, numbers[0].number, numbers[1].number, civil) ||
+         setDay(year, numbers[1].number, numbers[0].number, civil);
+}
+
+// hour:minute[:second], on a clock of 12 hours when `half` is given.
+bool readTime(const std::vector<Piece>& pieces, const std::string& half, values::CivilTime& civil) {
+  std::array<int, 3> parts{0, 0, 0};
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    const bool wantsNumber = i % 2 == 0;
+    if (wantsNumber != (pieces[i].kind == Piece::Kind::Number)) return false;
+    if (!wantsNumber) continue;
+    if (count == parts.size()) return false;
+    parts[count++] = pieces[i].number;
+  }
+  if (pieces.size() % 2 == 0) return false;
+  if (!half.empty()) {
+    if (parts[0] < 1 || parts[0] > 12) return false;
+    parts[0] = parts[0] % 12 + (half == "pm" ? 12 : 0);
+  }
+  if (parts[0] > 23 || parts[1] > 59 || parts[2] > 59) return false;
+  civil.hour = parts[0];
+  civil.minute = parts[1];
+  civil.second = parts[2];
+  return true;
+}
+
+}  // namespace
+
+std::optional<values::DateTime> parseDateLiteral(std::string_view text) {
+  auto pieces = cut(text);
+  if (!pieces || pieces->empty()) return std::nullopt;
+  std::string half;
+  if (pieces->back().word == "am" || pieces->back().word == "pm") {
+    half = pieces->back().word;
+    pieces->pop_back();
+  }
+  // The time begins with the number before the first colon, or is the number before AM or PM.
+  auto time = pieces->begin();
+  while (time != pieces->end() && time->kind != Piece::Kind::Colon) ++time;
+  if ((time != pieces->end() || !half.empty()) && time != pieces->begin()) --time;
+  const std::vector<Piece> day(pieces->begin(), time);
+  const std::vector<Piece> clock(time, pieces->end());
+  values::CivilTime civil;
+  if (day.empty() && clock.empty()) return std::nullopt;
+  if (!day.empty() && !readDay(day, civil)) return std::nullopt;
+  if (!clock.empty() && !readTime(clock, half, civil)) return std::nullopt;
+  return values::toDateTime(civil);
+}
+
+}  // namespace jetsql

@@ -1,0 +1,146 @@
+#include "jetsql/syntax/scanner.h"
+
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "jetsql/syntax/date_literal.h"
+#include "values/error_numbers.h"
+#include "values/runtime_error.h"
+
+namespace jetsql {
+namespace {
+
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Every byte of a character beyond ASCII counts as part of a word, so Hangul names need no
+// brackets.
+bool isWordStart(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+bool isWordPart(char c) { return isWordStart(c) || isDigit(c) || c == '$' || c == '@'; }
+
+[[noreturn]] void failSyntax(const std::string& what, std::string_view where) {
+  throw RuntimeError(error::kExpressionSyntax,
+                     what + " in query expression '" + std::string(where.substr(0, 80)) + "'.");
+}
+
+std::string unquote(std::string_view quoted) {
+  std::string text;
+  text.reserve(quoted.size());
+  for (std::size_t i = 1; i + 1 < quoted.size(); ++i) {
+    text += quoted[i];
+    if (quoted[i] == quoted.front()) ++i;
+  }
+  return text;
+}
+
+values::Variant number(std::string_view digits) {
+  std::int32_t whole = 0;
+  const char* last = digits.data() + digits.size();
+  const auto [stop, problem] = std::from_chars(digits.data(), last, whole);
+  if (problem == std::errc() && stop == last) {
+    if (whole <= std::numeric_limits<std::int16_t>::max())
+      return values::Variant(static_cast<std::int16_t>(whole));
+    return {whole};
+  }
+  double value = 0;
+  const auto read = std::from_chars(digits.data(), last, value);
+  if (read.ec != std::errc()) failSyntax("Syntax error in number", digits);
+  return {value};
+}
+
+}  // namespace
+
+bool Scanner::next() {
+  const std::size_t previousEnd = end_;
+  const TokenKind previous = kind_;
+  while (end_ < text_.size() && isBlank(text_[end_])) ++end_;
+  begin_ = end_;
+  if (begin_ == text_.size()) {
+    kind_ = TokenKind::End;
+    return false;
+  }
+  const char c = text_[begin_];
+  // In t.5x a point belongs to the name before it, not to a number.
+  const bool afterName =
+      begin_ == previousEnd && (previous == TokenKind::Word || previous == TokenKind::Bracketed);
+  if (isWordStart(c)) {
+    kind_ = TokenKind::Word;
+    while (isWordPart(at(end_))) ++end_;
+  } else if (isDigit(c) || (c == '.' && isDigit(at(begin_ + 1)) && !afterName)) {
+    scanNumber();
+  } else if (c == '\'' || c == '"') {
+    scanQuoted(c);
+  } else if (c == '#') {
+    kind_ = TokenKind::Literal;
+    scanUpTo('#');
+  } else if (c == '[') {
+    kind_ = TokenKind::Bracketed;
+    scanUpTo(']');
+  } else {
+    scanSymbol();
+  }
+  return true;
+}
+
+void Scanner::scanQuoted(char quote) {
+  kind_ = TokenKind::Literal;
+  for (++end_; end_ < text_.size(); ++end_) {
+    if (text_[end_] != quote) continue;
+    ++end_;
+    if (at(end_) != quote) return;
+  }
+  failSyntax("Syntax error in string", text_.substr(begin_));
+}
+
+void Scanner::scanUpTo(char last) {
+  end_ = text_.find(last, begin_ + 1);
+  if (end_ == std::string_view::npos) {
+    end_ = text_.size();
+    failSyntax(last == '#' ? "Syntax error in date" : "Invalid bracketing of name",
+               text_.substr(begin_));
+  }
+  ++end_;
+}
+
+void Scanner::scanNumber() {
+  kind_ = TokenKind::Literal;
+  while (isDigit(at(end_))) ++end_;
+  if (at(end_) == '.') {
+    ++end_;
+    while (isDigit(at(end_))) ++end_;
+  }
+  if (at(end_) != 'e' && at(end_) != 'E') return;
+  std::size_t exponent = end_ + 1;
+  if (at(exponent) == '+' || at(exponent) == '-') ++exponent;
+  if (!isDigit(at(exponent))) return;
+  while (isDigit(at(exponent))) ++exponent;
+  end_ = exponent;
+}
+
+void Scanner::scanSymbol() {
+  kind_ = TokenKind::Symbol;
+  const std::string_view two = text_.substr(begin_, 2);
+  if (two == "<>" || two == "<=" || two == ">=") {
+    end_ = begin_ + 2;
+    return;
+  }
+  if (std::string_view("=<>+-*/\\^&(),;.!").find(text_[begin_]) == std::string_view::npos)
+    failSyntax("Syntax error (missing operator)", text_.substr(begin_));
+  end_ = begin_ + 1;
+}
+
+values::Variant Scanner::literal() const {
+  const std::string_view token = text();
+  if (token.front() == '\'' || token.front() == '"') return {unquote(token)};
+  if (token.front() != '#') return number(token);
+  const auto date = parseDateLiteral(token.substr(1, token.size() - 2));
+  if (!date) failSyntax("Syntax error in date", token);
+  return {*date};
+}
+
+}  // namespace jetsql

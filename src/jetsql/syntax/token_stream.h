@@ -1,0 +1,56 @@
+// Where the parser stands in a text: the token ahead, and how it is taken or refused.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jetsql/syntax/lexer.h"
+
+namespace jetsql {
+
+class TokenStream {
+ public:
+  explicit TokenStream(std::string_view text) : text_(text), tokens_(tokenize(text)) {}
+
+  [[nodiscard]] const Token& peek(std::size_t ahead = 0) const {
+    const std::size_t at = position_ + ahead;
+    return at < tokens_.size() ? tokens_[at] : tokens_.back();
+  }
+  const Token& take() {
+    const Token& token = peek();
+    if (token.kind != TokenKind::End) ++position_;
+    return token;
+  }
+
+  [[nodiscard]] bool atWord(std::string_view word) const { return isWord(peek(), word); }
+  [[nodiscard]] bool atAnyWord(std::initializer_list<std::string_view> words) const;
+  [[nodiscard]] bool atSymbol(std::string_view symbol) const { return isSymbol(peek(), symbol); }
+  [[nodiscard]] bool atName() const {
+    return peek().kind == TokenKind::Word || peek().kind == TokenKind::Bracketed;
+  }
+  [[nodiscard]] bool atEnd() const { return peek().kind == TokenKind::End; }
+
+  // Takes the token when it is the one asked for.
+  bool acceptWord(std::string_view word);
+  bool acceptSymbol(std::string_view symbol);
+
+  // Takes it or fails with the given number.
+  void expectWord(std::string_view word, int errorNumber);
+  void expectSymbol(std::string_view symbol, int errorNumber);
+
+  // What the text says from the token at `first` up to the last one taken.
+  [[nodiscard]] std::size_t position() const { return position_; }
+  [[nodiscard]] std::string textSince(std::size_t first) const;
+  [[nodiscard]] bool anyLiteralSince(std::size_t first) const;
+
+  [[noreturn]] void fail(int errorNumber) const;
+
+ private:
+  std::string_view text_;
+  std::vector<Token> tokens_;
+  std::size_t position_ = 0;
+};
+
+}  // namespace jetsql

@@ -1,0 +1,263 @@
+#include "jetsql/translate/sql_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "jetsql/functions/value_types.h"
+#include "text/letter_case.h"
+#include "values/error_numbers.h"
+#include "values/runtime_error.h"
+
+namespace jetsql {
+namespace {
+
+using values::VariantType;
+
+// With a point or an exponent, so that SQLite takes it for a REAL.
+std::string realText(double value) {
+  if (!std::isfinite(value)) return value < 0 ? "-9e999" : "9e999";
+  std::array<char, 40> buffer{};
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+  std::string text(buffer.data(), end);
+  if (text.find_first_of(".e") == std::string::npos) text += ".0";
+  return text;
+}
+
+std::string hexText(const char* bytes, std::size_t count) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text = "x'";
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    text += kDigits[byte >> 4U];
+    text += kDigits[byte & 15U];
+  }
+  return text + "'";
+}
+
+bool isFloating(VariantType type) {
+  return type == VariantType::Single || type == VariantType::Double ||
+         type == VariantType::DateTime;
+}
+
+struct Kinds {
+  bool text = false;
+  bool binary = false;
+  bool currency = false;
+  bool numeric = false;
+  bool floating = false;
+  bool whole = false;
+};
+
+Kinds kindsOf(std::span<const Sql> operands) {
+  Kinds kinds;
+  for (const Sql& operand : operands) {
+    kinds.text = kinds.text || operand.type == VariantType::Text;
+    kinds.binary = kinds.binary || operand.type == VariantType::Binary;
+    kinds.currency = kinds.currency || operand.type == VariantType::Currency;
+    kinds.numeric = kinds.numeric || operand.type == VariantType::Numeric;
+    kinds.floating = kinds.floating || isFloating(operand.type);
+    kinds.whole = kinds.whole || isWholeNumber(operand.type);
+  }
+  return kinds;
+}
+
+// Whole numbers and floats compare as they are; Currency counts ten-thousandths and Numeric is a
+// blob, so what stands beside them has to become the same.
+void convertScaled(std::span<Sql> operands, const Kinds& kinds) {
+  if (!kinds.currency && !kinds.numeric) return;
+  for (Sql& operand : operands) {
+    const bool scaled =
+        operand.type == VariantType::Currency || operand.type == VariantType::Numeric;
+    if (kinds.floating) {
+      if (scaled) operand = convertTo(operand, VariantType::Double);
+    } else {
+      operand = convertTo(operand, kinds.numeric ? VariantType::Numeric : VariantType::Currency);
+    }
+  }
+}
+
+// All operators group from the left, so a left operand of the same operator goes on.
+std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& right) {
+  std::vector<Sql> operands = left.parts;
+  if (left.chain != chain) operands = {left};
+  operands.push_back(right);
+  return operands;
+}
+
+// a & b & c in SQLite's own words, where a literal among them keeps the whole from being Null: Null
+// stands for no text. Empty where the operator has to be called.
+std::string concatenation(std::span<const Sql> operands) {
+  constexpr std::size_t kMostOperands = 100;  // SQLite takes only so deep an expression
+  const auto isLiteral = [](const Sql& operand) { return operand.literal; };
+  if (operands.size() > kMostOperands || std::none_of(operands.begin(), operands.end(), isLiteral))
+    return {};
+  std::vector<std::string> parts;
+  for (const Sql& operand : operands) {
+    const std::string text = convertTo(operand, VariantType::Text).text;
+    parts.push_back(operand.literal ? text : "ifnull(" + text + ", '')");
+  }
+  return "(" + joined(parts, " || ") + ")";
+}
+
+}  // namespace
+
+std::string_view comparisonSymbol(Operator operation) {
+  switch (operation) {
+    case Operator::Equal:
+      return " = ";
+    case Operator::NotEqual:
+      return " <> ";
+    case Operator::Less:
+      return " < ";
+    case Operator::LessOrEqual:
+      return " <= ";
+    case Operator::Greater:
+      return " > ";
+    default:
+      return " >= ";
+  }
+}
+
+std::string quotedName(std::string_view name) {
+  std::string text = "\"";
+  for (const char c : name) text += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return text + "\"";
+}
+
+std::string quotedText(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos)
+    return "CAST(" + hexText(text.data(), text.size()) + " AS TEXT)";
+  std::string quoted = "'";
+  for (const char c : text) quoted += c == '\'' ? std::string("''") : std::string(1, c);
+  return quoted + "'";
+}
+
+std::string joined(std::span<const std::string> parts, std::string_view separator) {
+  std::string text;
+  for (const std::string& part : parts) {
+    if (!text.empty()) text += separator;
+    text += part;
+  }
+  return text;
+}
+
+Sql constant(const values::Variant& value) {
+  Sql sql{.text = "NULL", .type = value.type(), .literal = !value.isNull()};
+  switch (value.type()) {
+    case VariantType::Null:
+      break;
+    case VariantType::YesNo:
+    case VariantType::Byte:
+    case VariantType::Integer:
+    case VariantType::Long:
+      sql.text = std::to_string(toLong(value));
+      break;
+    case VariantType::Single:
+    case VariantType::Double:
+      sql.text = realText(toDouble(value));
+      break;
+    case VariantType::DateTime:
+      sql.text = realText(value.as<values::DateTime>()->serial);
+      break;
+    case VariantType::Currency:
+      sql.text = std::to_string(value.as<values::Currency>()->units);
+      break;
+    case VariantType::Numeric:
+      sql.text = "jet_convert('mx', " + quotedText(toText(value)) + ")";
+      break;
+    case VariantType::Text:
+      sql.text = quotedText(*value.as<std::string>());
+      break;
+    case VariantType::Binary: {
+      const auto& bytes = value.as<values::Binary>()->bytes;
+      sql.text = hexText(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+      break;
+    }
+  }
+  return sql;
+}
+
+std::string valueOf(const Sql& sql) { return sql.truth ? "-" + sql.text : sql.text; }
+
+std::string truthOf(const Sql& sql) {
+  switch (sql.type) {
+    case VariantType::Text:
+    case VariantType::Binary:
+      throw RuntimeError(error::kCriteriaTypeMismatch,
+                         "Data type mismatch in criteria expression.");
+    case VariantType::Numeric:
+      return convertTo(sql, VariantType::Double).text;
+    default:
+      return sql.text;
+  }
+}
+
+std::string collated(const Sql& sql) {
+  return sql.type == VariantType::Text ? sql.text + " COLLATE JET" : valueOf(sql);
+}
+
+Sql convertTo(const Sql& sql, VariantType type) {
+  if (sql.type == type) return sql;
+  if (sql.type == VariantType::Null || type == VariantType::Null) return {sql.text, type};
+  // Whole numbers of more bits, and amounts from whole numbers, need no call.
+  if (isWholeNumber(sql.type) && isWholeNumber(type) && sql.type < type &&
+      type != VariantType::Byte)
+    return {valueOf(sql), type};
+  if (isWholeNumber(sql.type) && type == VariantType::Currency)
+    return {"(" + valueOf(sql) + " * 10000)", type};  // 32 bits cannot overflow
+  return {callText("convert", type, std::array{sql}), type};
+}
+
+std::string callText(std::string_view name, VariantType result, std::span<const Sql> arguments) {
+  std::string signature(1, letterOf(result));
+  std::string values;
+  for (const Sql& argument : arguments) {
+    signature += letterOf(argument.type);
+    values += ", " + valueOf(argument);
+  }
+  return "jet_" + text::lowerCase(name) + "('" + signature + "'" + values + ")";
+}
+
+Sql unaryCall(std::string_view name, const Sql& operand) {
+  const VariantType result = findOperator(name)->resultType(std::array{operand.type});
+  return {callText("op_" + std::string(name), result, std::array{operand}), result};
+}
+
+Sql binaryCall(std::string_view name, const Sql& left, const Sql& right) {
+  const VariantType result = findOperator(name)->resultType(std::array{left.type, right.type});
+  std::vector<Sql> operands = operandsOf(name, left, right);
+  std::string text = name == "concat" ? concatenation(operands) : std::string();
+  if (text.empty()) text = callText("op_" + std::string(name), result, operands);
+  return {std::move(text), result, false, name, std::move(operands)};
+}
+
+Sql truthChain(std::string_view keyword, const Sql& left, const Sql& right) {
+  std::vector<Sql> operands = operandsOf(keyword, left, right);
+  std::vector<std::string> texts;
+  texts.reserve(operands.size());
+  for (const Sql& operand : operands) texts.push_back(operand.text);
+  return {"(" + joined(texts, keyword) + ")", VariantType::YesNo, true, keyword,
+          std::move(operands)};
+}
+
+void makeComparable(std::span<Sql> operands, int mismatch) {
+  const Kinds kinds = kindsOf(operands);
+  const bool number = kinds.currency || kinds.numeric || kinds.floating || kinds.whole;
+  if ((kinds.text && (number || kinds.binary)) || (kinds.binary && number))
+    throw RuntimeError(mismatch, mismatch == error::kJoinTypeMismatch
+                                     ? "Type mismatch in JOIN expression."
+                                     : "Data type mismatch in criteria expression.");
+  convertScaled(operands, kinds);
+  for (Sql& operand : operands) operand = {valueOf(operand), operand.type};
+}
+
+VariantType makeAlike(std::span<Sql> values) {
+  VariantType type = VariantType::Null;
+  for (const Sql& value : values) type = commonType(type, value.type);
+  for (Sql& value : values) value = {valueOf(convertTo(value, type)), type};
+  return type;
+}
+
+}  // namespace jetsql

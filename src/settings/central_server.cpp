@@ -1,0 +1,36 @@
+#include "settings/central_server.h"
+
+#include <charconv>
+
+#include "values/runtime_error.h"
+
+namespace settings {
+namespace {
+
+constexpr const char* kSection = "연결";
+
+std::optional<int> port(const Settings& settings, const char* key) {
+  const std::string text = settings.read(kSection, key, "");
+  if (text.empty()) return std::nullopt;
+  int number = 0;
+  const auto* end = text.data() + text.size();
+  const auto [stop, fault] = std::from_chars(text.data(), end, number);
+  if (fault != std::errc() || stop != end || number < 1 || number > 65535) {
+    throw RuntimeError(error::kTypeMismatch,
+                       "config.ini: " + std::string(key) + "=" + text + " is no port");
+  }
+  return number;
+}
+
+}  // namespace
+
+CentralServer centralServer(const Settings& settings) {
+  CentralServer server;
+  const std::string host = settings.read(kSection, "ServerHost", "");
+  if (!host.empty()) server.host = host;
+  server.ftpPort = port(settings, "FtpPort").value_or(kFtpPort);
+  server.databasePort = port(settings, "DbPort");
+  return server;
+}
+
+}  // namespace settings

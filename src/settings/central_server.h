@@ -1,0 +1,28 @@
+// Where the central server is: its host name is a constant of the program, and config.ini may name
+// another one, with other ports, in its section 연결.
+//
+//   const auto central = centralServer(settings);
+//   ftp.Connect(central.host, central.ftpPort, …);
+//
+// Error 13 for a port that is no number from 1 to 65535, naming the key.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "settings/settings.h"
+
+namespace settings {
+
+constexpr const char* kCentralHost = "central.quenbrook.example";
+constexpr int kFtpPort = 21;
+
+struct CentralServer {
+  std::string host = kCentralHost;  // ServerHost
+  int ftpPort = kFtpPort;           // FtpPort
+  std::optional<int> databasePort;  // DbPort; none: the driver's own
+};
+
+[[nodiscard]] CentralServer centralServer(const Settings& settings);
+
+}  // namespace settings

@@ -1,0 +1,30 @@
+// What start-up found out. Built once by StartMod::Main and handed on as a const reference; it
+// stands in the lowest room because every room reads it.
+#pragma once
+
+#include <string>
+
+namespace settings {
+
+// Three values of every row that goes to the server.
+struct ShopIdentity {
+  std::string group;           // group code
+  std::string tradeName;       // 상호
+  std::string representative;  // 대표자
+};
+
+struct StartValues {
+  std::string programFolder;  // without a trailing separator
+  std::string commandLine;    // whole and unchanged, arguments joined by one blank
+  std::string runMode;        // "T": unattended; empty or one character
+  std::string fromDate;       // "yyyy/MM/dd", not checked
+  std::string toDate;
+  std::string configPath;  // config.ini
+  std::string serverDatabaseName;
+  ShopIdentity shop;
+  std::string dataPath;           // data.mdb
+  std::string configurationPath;  // config.mdb
+  std::string outgoPath;          // outgo.mdb
+};
+
+}  // namespace settings

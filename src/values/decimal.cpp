@@ -1,0 +1,163 @@
+#include "values/decimal.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string>
+
+#include "values/runtime_error.h"
+
+namespace values {
+
+namespace {
+
+constexpr int kMaxDigits = 28;
+
+[[noreturn]] void throwOverflow() { throw RuntimeError(error::kOverflow, "Overflow."); }
+
+Uint128 divideHalfEven(Uint128 dividend, Uint128 divisor) {
+  const Uint128 quotient = dividend / divisor;
+  const Uint128 rest = dividend % divisor;
+  const bool up = rest > divisor - rest || (rest == divisor - rest && quotient % 2 != 0);
+  return quotient + (up ? 1 : 0);
+}
+
+void dropDigits(Numeric& value, int digits) {
+  value.magnitude = divideHalfEven(value.magnitude, powerOfTen(digits));
+  value.scale = static_cast<std::uint8_t>(value.scale - digits);
+}
+
+Numeric fitted(Numeric value) {
+  while (value.magnitude >= powerOfTen(kMaxDigits) || value.scale > kMaxDigits) {
+    if (value.scale == 0) throwOverflow();
+    dropDigits(value, 1);
+  }
+  if (value.magnitude == 0) value.negative = false;
+  return value;
+}
+
+// Brings both to one scale: the larger one where the digits suffice.
+void align(Numeric& left, Numeric& right) {
+  Numeric& coarse = left.scale < right.scale ? left : right;
+  Numeric& fine = left.scale < right.scale ? right : left;
+  constexpr int kWorkingDigits = 37;  // sums of two still fit into 128 bits
+  while (coarse.scale < fine.scale && coarse.magnitude < powerOfTen(kWorkingDigits - 1)) {
+    coarse.magnitude *= 10;
+    ++coarse.scale;
+  }
+  if (fine.scale > coarse.scale) dropDigits(fine, fine.scale - coarse.scale);
+}
+
+Numeric fromReal(double value) {
+  if (!std::isfinite(value) || std::abs(value) >= 1e28) throwOverflow();
+  std::array<char, 32> digits{};
+  // 15 significant digits: d.dddddddddddddde±xx
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), std::abs(value),
+                                 std::chars_format::scientific, 14)
+                       .ptr;
+  Numeric number{value < 0, 0, 0};
+  const char* mark = std::find(digits.data(), end, 'e');
+  for (const char* p = digits.data(); p != mark; ++p)
+    if (*p != '.') number.magnitude = number.magnitude * 10 + static_cast<unsigned>(*p - '0');
+  int exponent = 0;
+  std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
+  int scale = 14 - exponent;
+  for (; scale < 0; ++scale) number.magnitude *= 10;
+  if (scale > kMaxDigits + 14) return {};
+  if (scale > kMaxDigits) {
+    number.magnitude = divideHalfEven(number.magnitude, powerOfTen(scale - kMaxDigits));
+    scale = kMaxDigits;
+  }
+  number.scale = static_cast<std::uint8_t>(scale);
+  return normalized(number);
+}
+
+// A plain decimal text is taken digit by digit; anything else by way of a double.
+Numeric fromText(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return fromReal(toDouble(Variant(text)));
+  std::size_t i = first;
+  Numeric number;
+  if (text[i] == '-' || text[i] == '+') number.negative = text[i++] == '-';
+  bool any = false;
+  int digits = 0;  // significant ones
+  bool behindPoint = false;
+  for (; i < text.size() && digits <= kMaxDigits && number.scale <= kMaxDigits; ++i) {
+    if (text[i] == '.' && !behindPoint) {
+      behindPoint = true;
+    } else if (text[i] >= '0' && text[i] <= '9') {
+      number.magnitude = number.magnitude * 10 + static_cast<unsigned>(text[i] - '0');
+      number.scale = static_cast<std::uint8_t>(number.scale + (behindPoint ? 1 : 0));
+      any = true;
+      digits += number.magnitude != 0 ? 1 : 0;
+    } else {
+      break;
+    }
+  }
+  const bool plain = text.find_first_not_of(' ', i) == std::string::npos;
+  if (!plain || !any || digits > kMaxDigits || number.scale > kMaxDigits)
+    return fromReal(toDouble(Variant(text)));
+  return fitted(number);
+}
+
+}  // namespace
+
+Uint128 powerOfTen(int exponent) {
+  Uint128 power = 1;
+  while (exponent-- > 0) power *= 10;
+  return power;
+}
+
+Numeric negated(Numeric value) {
+  value.negative = !value.negative && value.magnitude != 0;
+  return value;
+}
+
+Numeric normalized(Numeric value) {
+  while (value.scale > 0 && value.magnitude % 10 == 0) {
+    value.magnitude /= 10;
+    --value.scale;
+  }
+  if (value.magnitude == 0) value.negative = false;
+  return value;
+}
+
+Numeric rounded(Numeric value, int places) {
+  if (places < value.scale) dropDigits(value, value.scale - places);
+  if (value.magnitude == 0) value.negative = false;
+  return value;
+}
+
+Numeric add(const Numeric& left, const Numeric& right) {
+  Numeric a = left;
+  Numeric b = right;
+  align(a, b);
+  if (a.negative == b.negative) return fitted({a.negative, a.scale, a.magnitude + b.magnitude});
+  if (a.magnitude >= b.magnitude) return fitted({a.negative, a.scale, a.magnitude - b.magnitude});
+  return fitted({b.negative, a.scale, b.magnitude - a.magnitude});
+}
+
+Numeric multiply(const Numeric& left, const Numeric& right) {
+  Numeric a = normalized(left);
+  Numeric b = normalized(right);
+  Uint128 product = 0;
+  while (__builtin_mul_overflow(a.magnitude, b.magnitude, &product)) {
+    Numeric& longer = a.scale > b.scale ? a : b;
+    if (longer.scale == 0) throwOverflow();
+    dropDigits(longer, 1);
+  }
+  return fitted({a.negative != b.negative, static_cast<std::uint8_t>(a.scale + b.scale), product});
+}
+
+Numeric toNumeric(const Variant& value) {
+  if (const auto* numeric = value.as<Numeric>()) return *numeric;
+  if (const auto* currency = value.as<Currency>()) {
+    const auto bits = static_cast<std::uint64_t>(currency->units);
+    return normalized({currency->units < 0, 4, currency->units < 0 ? 0 - bits : bits});
+  }
+  if (const auto* text = value.as<std::string>()) return fromText(*text);
+  return fromReal(toDouble(value));
+}
+
+}  // namespace values

@@ -1,0 +1,467 @@
+#include "jetcreate/file_builder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "jet/database.h"
+#include "jetcreate/entry_key.h"
+#include "jetcreate/text_encoder.h"
+#include "support/child_process.h"
+#include "values/runtime_error.h"
+
+namespace jet {
+namespace {
+
+std::string hex(Bytes bytes) {
+  std::string text;
+  for (std::byte byte : bytes) {
+    text += "0123456789abcdef"[std::to_integer<int>(byte >> 4)];
+    text += "0123456789abcdef"[std::to_integer<int>(byte & std::byte{15})];
+  }
+  return text;
+}
+
+values::Variant big(std::int32_t value) { return value; }
+
+// A new file in a folder of its own, read back by our reader and by mdbtools.
+class FileBuilderTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::string path() const { return (folder_.path() / "new.mdb").string(); }
+
+  FileBuilder& builder(const FileBuilder::Options& options = {}) {
+    builder_ = std::make_unique<FileBuilder>(path(), options);
+    return *builder_;
+  }
+
+  Table& open(const std::string& table, const std::string& password = {}) {
+    database_ =
+        Database::open(path(), {.readOnly = true, .exclusive = false, .password = password});
+    return database_->openTable(table);
+  }
+
+  [[nodiscard]] Database& database() { return *database_; }
+
+  std::string tool(const std::string& program, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {program, path()});
+    std::string output;
+    EXPECT_EQ(support::run(arguments, &output), 0) << program << ": " << output;
+    return output;
+  }
+
+  static std::vector<std::string> texts(const Row& row, std::size_t columns) {
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < columns; ++i)
+      texts.push_back(row.isNull(i) ? "Null" : toText(row.value(i)));
+    return texts;
+  }
+
+  // The first column's whole numbers in the order of an index.
+  static std::vector<std::int64_t> walk(Table& table, std::size_t index) {
+    std::vector<std::int64_t> numbers;
+    IndexCursor cursor = table.walk(index);
+    while (cursor.next()) numbers.push_back(table.read(cursor.rowId()).wholeNumber(0));
+    return numbers;
+  }
+
+ private:
+  support::TemporaryFolder folder_;
+  std::unique_ptr<FileBuilder> builder_;
+  std::unique_ptr<Database> database_;
+};
+
+const std::vector<NewColumn>& everyType() {
+  static const std::vector<NewColumn> kColumns = {
+      {.name = "id", .autonumber = true},
+      {.name = "yes", .type = ColumnType::YesNo},
+      {.name = "byte", .type = ColumnType::Byte},
+      {.name = "short", .type = ColumnType::Integer},
+      {.name = "money", .type = ColumnType::Currency},
+      {.name = "single", .type = ColumnType::Single},
+      {.name = "double", .type = ColumnType::Double},
+      {.name = "day", .type = ColumnType::DateTime},
+      {.name = "text", .type = ColumnType::Text, .size = 20},
+      {.name = "packed", .type = ColumnType::Text, .size = 20, .compressed = true},
+      {.name = "memo", .type = ColumnType::Memo, .compressed = true},
+      {.name = "ole", .type = ColumnType::Ole},
+      {.name = "guid", .type = ColumnType::Guid},
+      {.name = "numeric", .type = ColumnType::Numeric, .precision = 28, .scale = 3},
+      {.name = "binary", .type = ColumnType::Binary, .size = 10}};
+  return kColumns;
+}
+
+TEST_F(FileBuilderTest, EveryTypeComesBack) {
+  const values::Binary bytes{{std::byte{1}, std::byte{0}, std::byte{255}}};
+  const values::Numeric numeric{
+      .negative = true, .scale = 3, .magnitude = values::Uint128{1234567890123456789} * 10};
+  FileBuilder& file = builder();
+  TableBuilder& table = file.addTable("Every Type", everyType());
+  table.add({values::Variant(), true, std::uint8_t{255}, std::int16_t{-32768},
+             values::Currency{-12345}, 1.5F, -0.125, values::DateTime{41487.25}, "한글 it's",
+             "abc 가나다 defg", "짧다", bytes, "{01234567-89AB-CDEF-0123-456789ABCDEF}", numeric,
+             bytes});
+  table.add(std::vector<values::Variant>(everyType().size()));
+  table.add({big(40), false});
+  table.add({values::Variant(), false});
+  file.finish();
+
+  Table& read = open("every type");
+  TableCursor rows = read.scan();
+  const std::vector<std::vector<std::string>> expected = {
+      {"1", "True", "255", "-32768", "-1.2345", "1.5", "-0.125", "2013-08-01 06:00:00", "한글 it's",
+       "abc 가나다 defg", "짧다", toText(bytes), "{01234567-89AB-CDEF-0123-456789ABCDEF}",
+       "-12345678901234567.89", toText(bytes)},
+      {"2", "False", "Null", "Null", "Null", "Null", "Null", "Null", "Null", "Null", "Null", "Null",
+       "Null", "Null", "Null"}};
+  for (const auto& row : expected) {
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(texts(rows.row(), row.size()), row);
+  }
+  for (const char* number : {"40", "41"}) {
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(texts(rows.row(), 3), (std::vector<std::string>{number, "False", "Null"}));
+  }
+  EXPECT_FALSE(rows.next());
+  EXPECT_THAT(tool("mdb-export", {"Every Type"}),
+              testing::HasSubstr("1,1,255,-32768,-1.2345,1.5,-0.125,\"08/01/13 06:00:00\","
+                                 "\"한글 it's\",\"abc 가나다 defg\",\"짧다\","));
+}
+
+// Lengths on both sides of what a row keeps itself, a page takes and two pages take.
+TEST_F(FileBuilderTest, LongValuesOfEveryLengthComeBack) {
+  const std::vector<int> lengths = {1, 63, 64, 65, 4075, 4076, 4077, 8144, 8145, 100000};
+  FileBuilder& file = builder();
+  TableBuilder& table =
+      file.addTable("Long", {{.name = "n"}, {.name = "o", .type = ColumnType::Ole}});
+  const auto value = [](int length) {
+    values::Binary binary;
+    for (int i = 0; i < length; ++i) binary.bytes.push_back(static_cast<std::byte>(i * 7 / 3));
+    return binary;
+  };
+  for (int length : lengths) table.add({big(length), value(length)});
+  file.finish();
+  TableCursor rows = open("Long").scan();
+  for (int length : lengths) {
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(*rows.row().value(1).as<values::Binary>(), value(length)) << length;
+  }
+}
+
+TEST_F(FileBuilderTest, RowsMayBeShortForwardedOrDeletedAndColumnsDeleted) {
+  FileBuilder& file = builder();
+  TableBuilder& table = file.addTable("Forms",
+                                      {{.name = "id"},
+                                       {.name = "gone", .type = ColumnType::Text, .deleted = true},
+                                       {.name = "name", .type = ColumnType::Text},
+                                       {.name = "late", .type = ColumnType::Text}},
+                                      {{.name = "PrimaryKey", .columns = {"id"}, .primary = true}});
+  table.add({big(1), "x", "plain", "late"});
+  table.add({big(2), "x", "short"});
+  const RowId forwarded =
+      table.add({big(3), "x", "forwarded", values::Variant()}, RowForm::Forwarded);
+  table.add({big(4), "x", "deleted", values::Variant()}, RowForm::Deleted);
+  table.add({big(5), "x", "last", values::Variant()});
+  file.finish();
+
+  Table& read = open("Forms");
+  std::string names;
+  TableCursor rows = read.scan();
+  while (rows.next()) names += toText(rows.row().value(1)) + " ";
+  EXPECT_EQ(names, "plain short forwarded last ");
+  EXPECT_EQ(read.definition().rowCount, 4U);
+  EXPECT_EQ(walk(read, 0), (std::vector<std::int64_t>{1, 2, 3, 5}));
+  const Row row = read.read(forwarded);
+  EXPECT_EQ(row.id(), forwarded);
+  EXPECT_NE(row.page()->number, forwarded.page);
+  EXPECT_EQ(tool("mdb-export", {"Forms"}),
+            "id,name,late\n1,\"plain\",\"late\"\n2,\"short\",\n5,\"last\",\n3,\"forwarded\",\n");
+}
+
+TEST(TextEncoderTest, CompressesWhereThatIsShorter) {
+  struct Case {
+    const char* name;
+    const char* text;
+    const char* stored;
+  };
+  static constexpr Case kCases[] = {{"empty", "", ""},
+                                    {"two characters are no shorter", "ab", "61006200"},
+                                    {"ascii", "abc", "fffe616263"},
+                                    {"latin one", "né!", "fffe6ee921"},
+                                    {"a zero low byte forbids it", "abcd가",
+                                     "6100620063006400"
+                                     "00ac"},
+                                    {"there and back", "abc나다def",
+                                     "fffe61626300"
+                                     "98b0e4b2"
+                                     "00646566"},
+                                    {"short runs do not switch", "abcd나xy다",
+                                     "fffe6162636400"
+                                     "98b078007900e4b2"},
+                                    {"bytes that are no text", "a\x80z", "6100fdff7a00"},
+                                    {"beyond the first plane", "😀", "3dd800de"}};
+  for (const Case& c : kCases)
+    EXPECT_EQ(hex(creator::encodeText(c.text, true)), c.stored) << c.name;
+}
+
+// The engine's own keys, as seen in indexes of files that it made.
+TEST(EntryKeyTest, KeysAreTheEngines) {
+  struct Case {
+    const char* name;
+    ColumnType type;
+    bool ascending;
+    values::Variant value;
+    const char* key;
+  };
+  const std::vector<Case> cases = {
+      {"null", ColumnType::Long, true, {}, "00"},
+      {"null descending", ColumnType::Long, false, {}, "ff"},
+      {"yes", ColumnType::YesNo, true, true, "7f00"},
+      {"no", ColumnType::YesNo, true, {}, "7fff"},
+      {"byte", ColumnType::Byte, true, big(5), "7f05"},
+      {"short", ColumnType::Integer, true, big(-2), "7f7ffe"},
+      {"whole", ColumnType::Long, true, big(0x0f000001), "7f8f000001"},
+      {"whole descending", ColumnType::Long, false, big(1), "807ffffffe"},
+      {"money", ColumnType::Currency, true, values::Currency{-1}, "7f7fffffffffffffff"},
+      {"single", ColumnType::Single, true, 1.0F, "7fbf800000"},
+      {"double", ColumnType::Double, true, -1.0, "7f400fffffffffffff"},
+      {"minus zero", ColumnType::Double, true, -0.0, "7f8000000000000000"},
+      {"day", ColumnType::DateTime, true, values::DateTime{2}, "7fc000000000000000"},
+      {"text", ColumnType::Text, true, "Table1", "7f6d4a4c5e51380100"},
+      {"underscore", ColumnType::Text, true, "t_like1 ", "7f6d2b035e595c51380100"},
+      {"bytes", ColumnType::Binary, true, values::Binary{std::vector<std::byte>(10, std::byte{1})},
+       "7f"
+       "0101010101010101"
+       "09"
+       "0101000000000000"
+       "02"}};
+  TableDefinition table;
+  for (const Case& c : cases) {
+    Column column;
+    column.type = c.type;
+    column.length = 20;
+    std::vector<std::byte> key;
+    creator::appendKey(table, column, c.ascending, c.value, key);
+    EXPECT_EQ(hex(key), c.key) << c.name;
+  }
+}
+
+struct TreeCase {
+  const char* name;
+  bool tails;
+  int rows;
+};
+
+class IndexTreeTest : public FileBuilderTest, public testing::WithParamInterface<TreeCase> {};
+
+// Keys in no order, shared beginnings, keys that are no one's alone; long keys for more levels.
+TEST_P(IndexTreeTest, EveryRowIsFoundInOrder) {
+  const int rows = GetParam().rows;
+  FileBuilder& file = builder({.indexTails = GetParam().tails});
+  TableBuilder& table = file.addTable("T",
+                                      {{.name = "id"},
+                                       {.name = "day", .type = ColumnType::DateTime},
+                                       {.name = "key", .type = ColumnType::Text}},
+                                      {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
+                                       {.name = "days", .columns = {"-day", "id"}},
+                                       {.name = "keys", .columns = {"key"}, .ignoreNulls = true}});
+  for (int i = 0; i < rows; ++i) {
+    const int id = static_cast<int>(std::int64_t{i} * 7919 % rows);
+    std::string digits = std::to_string(id);
+    digits.insert(0, 6 - digits.size(), '0');
+    table.add({big(id), values::DateTime{40000.0 + id / 10},
+               id % 4 == 0 ? values::Variant() : values::Variant(std::string(180, 'k') + digits)});
+  }
+  file.finish();
+
+  Table& read = open("T");
+  std::vector<std::int64_t> all;
+  std::vector<std::int64_t> keyed;
+  for (int i = 0; i < rows; ++i) {
+    all.push_back(i);
+    if (i % 4 != 0) keyed.push_back(i);
+  }
+  EXPECT_EQ(walk(read, 0), all);
+  EXPECT_EQ(walk(read, 2), keyed);
+  const std::vector<std::int64_t> byDay = walk(read, 1);
+  ASSERT_EQ(byDay.size(), all.size());
+  for (std::size_t i = 1; i < byDay.size(); ++i) {
+    const auto earlier = byDay[i - 1];
+    EXPECT_TRUE(earlier / 10 > byDay[i] / 10 ||
+                (earlier / 10 == byDay[i] / 10 && earlier < byDay[i]));
+  }
+  for (int id : {0, rows / 2, rows - 1}) {
+    IndexCursor found = read.seek(0, {.equal = {big(id)}, .lower = {}, .upper = {}});
+    ASSERT_TRUE(found.next()) << id;
+    EXPECT_EQ(read.read(found.rowId()).wholeNumber(0), id);
+    EXPECT_FALSE(found.next());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, IndexTreeTest,
+                         testing::Values(TreeCase{"OneRow", false, 1},
+                                         TreeCase{"OneLeaf", true, 20},
+                                         TreeCase{"TwoLevels", false, 997},
+                                         TreeCase{"TwoLevelsWithTails", true, 997},
+                                         TreeCase{"ThreeLevels", false, 9973},
+                                         TreeCase{"ThreeLevelsWithTails", true, 9973}),
+                         [](const auto& info) { return info.param.name; });
+
+// Two tables written by turns over some thousand pages: usage maps by reference, owners apart.
+TEST_F(FileBuilderTest, LargeFilesKeepTheirTablesApart) {
+  constexpr int kRows = 4000;
+  const std::vector<NewColumn> columns = {{.name = "id"}, {.name = "b", .type = ColumnType::Text}};
+  FileBuilder& file = builder();
+  TableBuilder* tables[] = {&file.addTable("A", columns), &file.addTable("B", columns)};
+  for (int i = 0; i < kRows; ++i) tables[i % 2]->add({big(i), std::string(250, 'a' + i % 26)});
+  file.finish();
+  for (int t = 0; t < 2; ++t) {
+    TableCursor rows = open(t == 0 ? "A" : "B").scan();
+    for (int i = t; i < kRows; i += 2) {
+      ASSERT_TRUE(rows.next());
+      ASSERT_EQ(rows.row().wholeNumber(0), i);
+    }
+    EXPECT_FALSE(rows.next());
+  }
+  const std::string exported = tool("mdb-export", {"B"});
+  EXPECT_EQ(std::count(exported.begin(), exported.end(), '\n'), kRows / 2 + 1);
+}
+
+TEST_F(FileBuilderTest, EncodedFilesAndPasswords) {
+  FileBuilder& file = builder({.password = "비밀 geheim", .encodingKey = 0x12345678});
+  file.addTable("T", {{.name = "id"}}).add({big(7)});
+  file.finish();
+  TableCursor rows = open("T", "비밀 geheim").scan();
+  ASSERT_TRUE(rows.next());
+  EXPECT_EQ(rows.row().wholeNumber(0), 7);
+  EXPECT_EQ(tool("mdb-export", {"T"}), "id\n7\n");
+  try {
+    (void)open("T", "falsch");
+    ADD_FAILURE() << "opened with the wrong password";
+  } catch (const RuntimeError& fault) {
+    EXPECT_EQ(fault.number(), 3031);
+  }
+}
+
+TEST_F(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
+  FileBuilder& file = builder();
+  file.addTable("Selling", {{.name = "id"}, {.name = "day", .type = ColumnType::DateTime}},
+                {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
+                 {.name = "both", .columns = {"-day", "id"}, .unique = true}});
+  QueryDefinition query;
+  query.options = kQueryDistinct | kQueryTop;
+  query.top = "5";
+  query.parameters = {{"From", static_cast<std::int16_t>(ColumnType::DateTime)}};
+  query.tables = {{"Selling"}, {"qryOther", "o"}};
+  query.columns = {{"Selling.day"}, {"Count(*)", "n"}};
+  query.joins = {{"Selling", "o", "Selling.id = o.id", JoinKind::Left}};
+  query.where = "(Selling.id>0)";
+  query.groupBy = {{"Selling.day"}};
+  query.having = "(Count(*)>1)";
+  query.orderBy = {{"Selling.day", true}};
+  file.addQuery("qryOne", query);
+  file.addQuery("qryOther", {.kind = QueryKind::Union,
+                             .unionSelects = {"SELECT id FROM Selling", "SELECT 1 FROM Selling"}});
+  file.addLink("other", "C:\\pos\\other.mdb", "Their");
+  file.addOdbcLink("remote", "ODBC;DSN=pos;", "dbo.t");
+  file.finish();
+
+  const std::string schema = tool("mdb-schema", {"postgres", "--indexes", "--no-relations"});
+  EXPECT_THAT(schema, testing::HasSubstr("PRIMARY KEY (\"id\")"));
+  EXPECT_THAT(schema,
+              testing::HasSubstr(
+                  "UNIQUE INDEX \"selling_both_idx\" ON \"selling\" (\"day\" DESC, \"id\")"));
+  EXPECT_THAT(
+      tool("mdb-queries", {"qryOne"}),
+      testing::HasSubstr("Selling.day,Count(*) FROM [Selling],[qryOther] WHERE (Selling.id>0)"));
+
+  (void)open("Selling");
+  const auto other = [&](const char* name) { return *database().find(name); };
+  EXPECT_EQ(other("OTHER").type, ObjectType::LinkedTable);
+  EXPECT_EQ(other("other").database + "|" + other("other").foreignName, "C:\\pos\\other.mdb|Their");
+  EXPECT_EQ(other("remote").type, ObjectType::LinkedOdbcTable);
+  EXPECT_EQ(other("remote").connect, "ODBC;DSN=pos;");
+  std::string clauses;
+  for (const QueryRow& row : database().queryRows(other("qryOne"))) {
+    clauses += std::to_string(row.attribute) + ":" + std::to_string(row.flag);
+    for (const values::Variant* text : {&row.name1, &row.name2, &row.expression})
+      clauses += "|" + (text->isNull() ? "" : toText(*text));
+    clauses += "\n";
+  }
+  EXPECT_EQ(clauses,
+            "0:0|||\n1:1|||\n2:8|From||\n3:18|5||\n5:0|Selling||\n5:0|qryOther|o|\n"
+            "6:0|||Selling.day\n6:0|n||Count(*)\n7:2|Selling|o|Selling.id = o.id\n"
+            "8:0|||(Selling.id>0)\n9:0|||Selling.day\n10:0|||(Count(*)>1)\n11:0|D||Selling.day\n"
+            "255:0|||\n");
+}
+
+TEST_F(FileBuilderTest, DuplicateKeysAreRefusedAtTheEnd) {
+  FileBuilder& file = builder();
+  TableBuilder& table =
+      file.addTable("T", {{.name = "id"}}, {{.name = "i", .columns = {"id"}, .unique = true}});
+  for (int i = 0; i < 3; ++i) table.add({big(i % 2)});
+  try {
+    file.finish();
+    ADD_FAILURE() << "finished";
+  } catch (const RuntimeError& fault) {
+    EXPECT_EQ(fault.number(), 3022);
+  }
+}
+
+TEST_F(FileBuilderTest, RefusesByNumber) {
+  const std::vector<NewColumn> columns = {
+      {.name = "id"},
+      {.name = "t", .type = ColumnType::Text, .size = 5},
+      {.name = "n", .type = ColumnType::Numeric, .precision = 3}};
+  const std::vector<NewIndex> indexes = {{.name = "key", .columns = {"id"}, .primary = true},
+                                         {.name = "t", .columns = {"t"}}};
+  FileBuilder& file = builder();
+  TableBuilder& table = file.addTable("T", columns, indexes);
+  struct Case {
+    const char* name;
+    int number;
+    std::function<void()> act;
+  };
+  const std::vector<Case> cases = {
+      {"file exists", 58, [&] { FileBuilder again(path()); }},
+      {"name taken", 3012, [&] { file.addTable("t", columns); }},
+      {"name of the engine's", 3012, [&] { file.addQuery("msysobjects", {}); }},
+      {"name without a sort key", 3001, [&] { file.addTable("표", columns); }},
+      {"no columns", 3001, [&] { file.addTable("U", {}); }},
+      {"index on nothing", 3001,
+       [&] {
+         file.addTable("V", columns, {{"i", {"x"}}});
+       }},
+      {"autonumber of text", 3001,
+       [&] { file.addTable("W", {{.name = "a", .type = ColumnType::Text, .autonumber = true}}); }},
+      {"too many values", 3001, [&] { table.add(std::vector<values::Variant>(4)); }},
+      {"null in the key", 3314, [&] { table.add({values::Variant()}); }},
+      {"text too long", 3163,
+       [&] {
+         table.add({big(1), "여섯글자다요"});
+       }},
+      {"no number", 13, [&] { table.add({"x"}); }},
+      {"number too large", 6, [&] { table.add({3e9}); }},
+      {"digits too many", 6,
+       [&] {
+         table.add({big(1), values::Variant(), big(1000)});
+       }},
+      {"text without a sort key", 3001, [&] {
+         table.add({big(1), "가"});
+       }}};
+  for (const Case& c : cases) {
+    try {
+      c.act();
+      ADD_FAILURE() << c.name << ": not refused";
+    } catch (const RuntimeError& fault) {
+      EXPECT_EQ(fault.number(), c.number) << c.name << ": " << fault.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace jet
