@@ -71,15 +71,15 @@ class Columns {
  private:
   static extract::Written form(values::VariantType type, bool amountsAreTexts) {
     switch (type) {
-      case values::VariantType::YesNo:
-        return extract::Written::Flag;
-      case values::VariantType::Currency:
-        return amountsAreTexts ? extract::Written::Text : extract::Written::Number;
-      case values::VariantType::Integer:
-      case values::VariantType::Long:
-        return extract::Written::Number;
+      case values::VariantType::kYesNo:
+        return extract::Written::kFlag;
+      case values::VariantType::kCurrency:
+        return amountsAreTexts ? extract::Written::kText : extract::Written::kNumber;
+      case values::VariantType::kInteger:
+      case values::VariantType::kLong:
+        return extract::Written::kNumber;
       default:
-        return extract::Written::Text;
+        return extract::Written::kText;
     }
   }
 
@@ -132,15 +132,15 @@ void insertStatement(benchmark::State& state, const Kind& kind) {
 
 std::string literal(const localdb::RecordSet& row, const extract::Column& column) {
   switch (column.written) {
-    case extract::Written::Group:
+    case extract::Written::kGroup:
       return "'" + kShop.group + "'";
-    case extract::Written::TradeName:
+    case extract::Written::kTradeName:
       return "'" + kShop.tradeName + "'";
-    case extract::Written::Representative:
+    case extract::Written::kRepresentative:
       return "'" + kShop.representative + "'";
-    case extract::Written::Flag:
+    case extract::Written::kFlag:
       return extract::NzBool(row.field(column.field)) ? "'1'" : "'0'";
-    case extract::Written::Number:
+    case extract::Written::kNumber:
       return std::to_string(extract::NzLong(row.field(column.field)));
     default:
       return "'" + extract::SqlText(row.field(column.field)) + "'";

@@ -64,7 +64,7 @@ void readPages(benchmark::State& state, const std::string& path) {
   const auto file = jet::Database::open(path);
   jet::Table& table = file->openTable(kTable);
   const auto pages = pagesOf(rowIds(table));
-  const auto bare = RandomAccessFile::open(path, RandomAccessFile::Mode::ReadOnly);
+  const auto bare = RandomAccessFile::open(path, RandomAccessFile::Mode::kReadOnly);
   std::vector<std::byte> page(table.file().format().pageSize);
   for (auto _ : state) {
     for (const std::uint32_t number : pages) {
@@ -104,11 +104,11 @@ void decodeField(const jet::Row& row, std::size_t column, values::VariantType ty
                  std::string& scratch) {
   if (row.isNull(column)) return;
   switch (type) {
-    case values::VariantType::Single:
-    case values::VariantType::Double:
-    case values::VariantType::DateTime:
+    case values::VariantType::kSingle:
+    case values::VariantType::kDouble:
+    case values::VariantType::kDateTime:
       return benchmark::DoNotOptimize(row.realNumber(column));
-    case values::VariantType::Text:
+    case values::VariantType::kText:
       return benchmark::DoNotOptimize(row.text(column, scratch));
     default:  // the table has nothing but these
       return benchmark::DoNotOptimize(row.wholeNumber(column));
@@ -208,10 +208,10 @@ void addJet(const SampleShop& shop) {
   const auto ansi = stored(kHangul, korean);
   using jet::Version;
   // Without its mark, compressed text is what iconv calls Latin-1.
-  addTexts("text, Jet 4 compressed", Version::Jet4, "LATIN1", stored(kLatin, compressed), latin);
-  addTexts("text, Jet 4 Hangul", Version::Jet4, "UTF-16LE", wide, wide);
-  addTexts("text, Jet 3 Hangul", Version::Jet3, "CP949", ansi, ansi);
-  addTexts("text, Jet 3 ASCII", Version::Jet3, "CP949", latin, latin);
+  addTexts("text, Jet 4 compressed", Version::kJet4, "LATIN1", stored(kLatin, compressed), latin);
+  addTexts("text, Jet 4 Hangul", Version::kJet4, "UTF-16LE", wide, wide);
+  addTexts("text, Jet 3 Hangul", Version::kJet3, "CP949", ansi, ansi);
+  addTexts("text, Jet 3 ASCII", Version::kJet3, "CP949", latin, latin);
 }
 
 }  // namespace bench

@@ -129,7 +129,7 @@ void markBare(benchmark::State& state, const SampleShop& shop) {
       pages.push_back(rows.row().id().page);
     }
   }
-  auto file = RandomAccessFile::open(path, RandomAccessFile::Mode::ReadWrite);
+  auto file = RandomAccessFile::open(path, RandomAccessFile::Mode::kReadWrite);
   std::array<std::byte, 4096> page{};
   std::size_t number = 0;
   for (auto _ : state) {

@@ -15,13 +15,13 @@ std::string inQuotes(std::string_view literal) { return "'" + std::string(litera
 // What every row has in the column; nothing where it depends on the row.
 std::optional<std::string> constant(Written written, const ShopLiterals& shop) {
   switch (written) {
-    case Written::Zero:
+    case Written::kZero:
       return "0";
-    case Written::Group:
+    case Written::kGroup:
       return inQuotes(shop.group);
-    case Written::TradeName:
+    case Written::kTradeName:
       return inQuotes(shop.tradeName);
-    case Written::Representative:
+    case Written::kRepresentative:
       return inQuotes(shop.representative);
     default:
       return std::nullopt;
@@ -31,16 +31,16 @@ std::optional<std::string> constant(Written written, const ShopLiterals& shop) {
 // Without the quotes around it.
 void appendValue(std::string& statement, Written written, const values::Variant& value) {
   switch (written) {
-    case Written::Text:
+    case Written::kText:
       return appendSqlText(statement, value);
-    case Written::UnescapedText:
+    case Written::kUnescapedText:
       return appendNzText(statement, value);
-    case Written::Number:
+    case Written::kNumber:
       return appendNumber(statement, NzLong(value));
-    case Written::Flag:
+    case Written::kFlag:
       statement += NzLong(value) == -1 ? '1' : '0';
       return;
-    case Written::AbsoluteFlag:
+    case Written::kAbsoluteFlag:
       return appendNumber(statement, std::llabs(NzLong(value)));
     default:
       return;  // constants are part of the pieces
@@ -60,7 +60,7 @@ InsertStatement::InsertStatement(const InsertShape& shape, const ShopLiterals& s
       text += *always;
       continue;
     }
-    const std::string_view quote = column.written == Written::Number ? "" : "'";
+    const std::string_view quote = column.written == Written::kNumber ? "" : "'";
     pieces_.push_back({text.append(quote), &column});
     text = quote;
   }

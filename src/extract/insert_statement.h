@@ -25,15 +25,15 @@
 namespace extract {
 
 enum class Written : std::uint8_t {
-  Text,           // 'SqlText'
-  UnescapedText,  // 'NzText'
-  Number,         // NzLong, unquoted
-  Flag,           // '1' for -1, else '0'
-  AbsoluteFlag,   // 'the magnitude of NzLong'
-  Zero,           // 0
-  Group,          // the shop's identity as quoted text
-  TradeName,
-  Representative,
+  kText,           // 'SqlText'
+  kUnescapedText,  // 'NzText'
+  kNumber,         // NzLong, unquoted
+  kFlag,           // '1' for -1, else '0'
+  kAbsoluteFlag,   // 'the magnitude of NzLong'
+  kZero,           // 0
+  kGroup,          // the shop's identity as quoted text
+  kTradeName,
+  kRepresentative,
 };
 
 constexpr int kFromField = -1;
@@ -47,28 +47,28 @@ struct Column {  // NOLINT(clang-analyzer-optin.performance.Padding)
 };
 
 constexpr Column text(std::string_view name, std::string_view field) {
-  return {name, Written::Text, field};
+  return {name, Written::kText, field};
 }
 constexpr Column unescapedText(std::string_view name, std::string_view field) {
-  return {name, Written::UnescapedText, field};
+  return {name, Written::kUnescapedText, field};
 }
 constexpr Column number(std::string_view name, std::string_view field) {
-  return {name, Written::Number, field};
+  return {name, Written::kNumber, field};
 }
 constexpr Column flag(std::string_view name, std::string_view field) {
-  return {name, Written::Flag, field};
+  return {name, Written::kFlag, field};
 }
 constexpr Column absoluteFlag(std::string_view name, std::string_view field) {
-  return {name, Written::AbsoluteFlag, field};
+  return {name, Written::kAbsoluteFlag, field};
 }
-constexpr Column ownText(std::string_view name, int own) { return {name, Written::Text, {}, own}; }
+constexpr Column ownText(std::string_view name, int own) { return {name, Written::kText, {}, own}; }
 constexpr Column ownNumber(std::string_view name, int own) {
-  return {name, Written::Number, {}, own};
+  return {name, Written::kNumber, {}, own};
 }
-constexpr Column zero(std::string_view name) { return {name, Written::Zero}; }
-constexpr Column group(std::string_view name) { return {name, Written::Group}; }
-constexpr Column tradeName(std::string_view name) { return {name, Written::TradeName}; }
-constexpr Column representative(std::string_view name) { return {name, Written::Representative}; }
+constexpr Column zero(std::string_view name) { return {name, Written::kZero}; }
+constexpr Column group(std::string_view name) { return {name, Written::kGroup}; }
+constexpr Column tradeName(std::string_view name) { return {name, Written::kTradeName}; }
+constexpr Column representative(std::string_view name) { return {name, Written::kRepresentative}; }
 
 struct InsertShape {
   std::string_view table;

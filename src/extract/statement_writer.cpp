@@ -7,7 +7,7 @@ namespace extract {
 
 namespace {
 
-constexpr std::size_t kMostWaiting = std::size_t{4} << 20;  // bytes
+constexpr std::size_t kMaxWaiting = std::size_t{4} << 20;  // bytes
 
 }  // namespace
 
@@ -25,7 +25,7 @@ StatementWriter::~StatementWriter() {
 
 void StatementWriter::append(std::string_view bytes) {
   std::unique_lock lock(mutex_);
-  progress_.wait(lock, [&] { return failure_ || waiting_.bytes.size() < kMostWaiting; });
+  progress_.wait(lock, [&] { return failure_ || waiting_.bytes.size() < kMaxWaiting; });
   if (failure_) std::rethrow_exception(failure_);
   waiting_.bytes += bytes;
   waiting_.ends.push_back(waiting_.bytes.size());

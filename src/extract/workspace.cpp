@@ -60,8 +60,8 @@ class Workspace::RowWalk {
   // The current row has written all its statements.
   void rowDone() {
     written_.push_back(writer_.handedOver());
-    if (written_.size() < kMostUnmarked) return;
-    writer_.waitFor(written_[kMostUnmarked / 2]);
+    if (written_.size() < kMaxUnmarked) return;
+    writer_.waitFor(written_[kMaxUnmarked / 2]);
     markWritten();
   }
 
@@ -79,7 +79,7 @@ class Workspace::RowWalk {
 
  private:
   // Rows. With fewer the two threads wait for each other so often that it costs a tenth of the job.
-  static constexpr std::size_t kMostUnmarked = 512;
+  static constexpr std::size_t kMaxUnmarked = 512;
 
   // Marks the rows whose statements are all in the file.
   void markWritten() {

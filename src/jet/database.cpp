@@ -19,20 +19,20 @@ constexpr std::uint32_t kHiddenFlag = 0x8;
 ObjectType objectType(std::int64_t number) {
   switch (number) {
     case 1:
-      return ObjectType::Table;
+      return ObjectType::kTable;
     case 4:
-      return ObjectType::LinkedOdbcTable;
+      return ObjectType::kLinkedOdbcTable;
     case 5:
-      return ObjectType::Query;
+      return ObjectType::kQuery;
     case 6:
-      return ObjectType::LinkedTable;
+      return ObjectType::kLinkedTable;
     default:
-      return ObjectType::Other;
+      return ObjectType::kOther;
   }
 }
 
 // Tables and queries are asked for by name; forms and relations may bear the same ones.
-bool isNamedSource(ObjectType type) { return type != ObjectType::Other; }
+bool isNamedSource(ObjectType type) { return type != ObjectType::kOther; }
 
 // Columns of a system table by their names; one that is missing or of another type is damage.
 class SystemRow {
@@ -44,13 +44,13 @@ class SystemRow {
   std::int64_t number(const char* name) const {
     const values::Variant value = row_->value(position(name));
     switch (value.type()) {
-      case values::VariantType::Null:
+      case values::VariantType::kNull:
         return 0;
-      case values::VariantType::Byte:
+      case values::VariantType::kByte:
         return *value.as<std::uint8_t>();
-      case values::VariantType::Integer:
+      case values::VariantType::kInteger:
         return *value.as<std::int16_t>();
-      case values::VariantType::Long:
+      case values::VariantType::kLong:
         return *value.as<std::int32_t>();
       default:
         unexpected(name);
@@ -61,7 +61,7 @@ class SystemRow {
   values::Variant text(const char* name) const {
     const values::Variant value = row_->value(position(name));
     if (value.isNull()) return {};
-    if (value.type() != values::VariantType::Text) unexpected(name);
+    if (value.type() != values::VariantType::kText) unexpected(name);
     std::string text = *value.as<std::string>();
     text.resize(text.find_last_not_of('\0') + 1);
     return text;
@@ -75,7 +75,7 @@ class SystemRow {
   std::vector<std::byte> binary(const char* name) const {
     const values::Variant value = row_->value(position(name));
     if (value.isNull()) return {};
-    if (value.type() != values::VariantType::Binary) unexpected(name);
+    if (value.type() != values::VariantType::kBinary) unexpected(name);
     return value.as<values::Binary>()->bytes;
   }
 
@@ -99,13 +99,13 @@ class SystemRow {
 
 std::unique_ptr<Database> Database::open(const std::string& path, const Options& options) {
   using Mode = RandomAccessFile::Mode;
-  auto file = RandomAccessFile::open(path, options.readOnly ? Mode::ReadOnly : Mode::ReadWrite);
+  auto file = RandomAccessFile::open(path, options.readOnly ? Mode::kReadOnly : Mode::kReadWrite);
   const FileHeader header = readFileHeader(file);
   checkPassword(header, options.password, path);
 
   platform::SystemSleeper systemSleeper;
-  auto lockFile = LockFile::join(path, options.readOnly ? OpenFor::Reading : OpenFor::Writing,
-                                 options.exclusive ? Sharing::Exclusive : Sharing::Shared,
+  auto lockFile = LockFile::join(path, options.readOnly ? OpenFor::kReading : OpenFor::kWriting,
+                                 options.exclusive ? Sharing::kExclusive : Sharing::kShared,
                                  options.sleeper != nullptr ? *options.sleeper : systemSleeper);
   if (lockFile) {
     const std::size_t pageSize = formatOf(header.version).pageSize;
@@ -168,7 +168,7 @@ const CatalogueEntry* Database::find(std::string_view name) const {
 
 Table& Database::openTable(std::string_view name) {
   const CatalogueEntry* entry = find(name);
-  if (entry == nullptr || entry->type != ObjectType::Table) {
+  if (entry == nullptr || entry->type != ObjectType::kTable) {
     throw RuntimeError(error::kObjectNotFound,
                        "'" + file_.path() + "' has no table '" + std::string(name) + "'.");
   }

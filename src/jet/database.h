@@ -30,17 +30,17 @@
 namespace jet {
 
 enum class ObjectType : std::uint8_t {
-  Table,
-  LinkedTable,      // in another Jet file: `database` and `foreignName`
-  LinkedOdbcTable,  // on a server: `connect` and `foreignName`
-  Query,
-  Other,  // forms, relations, containers …
+  kTable,
+  kLinkedTable,      // in another Jet file: `database` and `foreignName`
+  kLinkedOdbcTable,  // on a server: `connect` and `foreignName`
+  kQuery,
+  kOther,  // forms, relations, containers …
 };
 
 // A row of MSysObjects.
 struct CatalogueEntry {
   std::string name;
-  ObjectType type = ObjectType::Other;
+  ObjectType type = ObjectType::kOther;
   std::int32_t id = 0;  // of a table: its definition page
   std::uint32_t flags = 0;
   bool system = false;  // the engine's own

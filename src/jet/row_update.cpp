@@ -19,7 +19,7 @@ namespace {
 constexpr int kAttempts = 200;
 constexpr std::chrono::milliseconds kRetryDelay{10};
 
-constexpr int kMostForwards = 16;       // the engine makes one; more than a few is a circle
+constexpr int kMaxForwards = 16;       // the engine makes one; more than a few is a circle
 constexpr std::size_t kPagesTried = 8;  // pages with room that are looked at before a new one
 constexpr std::size_t kRowPointerSize = 4;
 
@@ -171,7 +171,7 @@ RowUpdater::Place RowUpdater::find(PageEdits& edits, RowId id) {
                                                  file.path() + "'.");
     }
     if (!slot.forwarded) return {at, Bytes(page.bytes).subspan(slot.start, slot.size())};
-    if (slot.size() < kRowPointerSize || forwards == kMostForwards) {
+    if (slot.size() < kRowPointerSize || forwards == kMaxForwards) {
       file.damaged(at.page, "row " + std::to_string(at.row) + " points nowhere");
     }
     at = loadRowPointer(page.bytes, slot.start);
@@ -240,7 +240,7 @@ std::optional<RowId> RowUpdater::tryPage(PageEdits& edits, std::uint32_t number,
   // Looked at before it is locked: most pages said to have room have too little.
   const PagePtr seen = edits.file().page(number);
   const auto& owner = table_.definition().page;
-  if (loadU8(seen->bytes, 0) != static_cast<std::uint8_t>(PageType::Data)) return std::nullopt;
+  if (loadU8(seen->bytes, 0) != static_cast<std::uint8_t>(PageType::kData)) return std::nullopt;
   if (loadU32(seen->bytes, kPageOwner) != owner) return std::nullopt;
   if (loadU16(seen->bytes, kPageFreeSpace) < bytes.size() + 2) return std::nullopt;
   Page& page = edits.edit(number);

@@ -8,7 +8,7 @@
 namespace jet {
 namespace {
 
-constexpr int kMostForwards = 16;  // the engine makes one; more than a few is a circle
+constexpr int kMaxForwards = 16;  // the engine makes one; more than a few is a circle
 
 }  // namespace
 
@@ -34,7 +34,7 @@ bool TableCursor::next() {
     while (nextRow_ == rowsOnPage_) {
       if (!nextPage()) return false;
     }
-    if (table_->rowAt(page_, nextRow_++, row_, Table::Freshness::Cached)) return true;
+    if (table_->rowAt(page_, nextRow_++, row_, Table::Freshness::kCached)) return true;
   }
 }
 
@@ -44,7 +44,7 @@ Table::Table(PageFile& file, TextDecoder& text, TableDefinition definition)
 Table::~Table() = default;
 
 PagePtr Table::dataPage(std::uint32_t number, Freshness freshness) {
-  PagePtr page = freshness == Freshness::Fresh ? file_.freshPage(number) : file_.page(number);
+  PagePtr page = freshness == Freshness::kFresh ? file_.freshPage(number) : file_.page(number);
   checkDataPage(file_, *page, definition_.page);
   return page;
 }
@@ -59,7 +59,7 @@ bool Table::rowAt(const PagePtr& first, std::uint16_t row, Row& out, Freshness f
   }
   PagePtr page = first;
   for (int forwards = 0; slot.forwarded; ++forwards) {
-    if (slot.size() < 4 || forwards == kMostForwards) {
+    if (slot.size() < 4 || forwards == kMaxForwards) {
       file_.damaged(page->number, "row " + std::to_string(row) + " points nowhere");
     }
     const RowId target = loadRowPointer(page->bytes, slot.start);

@@ -54,7 +54,7 @@ class TableCursor {
 
 class Table {
  public:
-  enum class Freshness { Cached, Fresh };
+  enum class Freshness { kCached, kFresh };
 
   Table(PageFile& file, TextDecoder& text, TableDefinition definition);
   Table(const Table&) = delete;
@@ -69,10 +69,10 @@ class Table {
 
   // The row of that id. Error 3167 when it is deleted or was never there. Fresh reads the file even
   // where the cache has the page: for a row that is about to be edited.
-  [[nodiscard]] Row read(RowId id, Freshness freshness = Freshness::Cached);
+  [[nodiscard]] Row read(RowId id, Freshness freshness = Freshness::kCached);
 
   // The same into an existing Row; false instead of 3167.
-  [[nodiscard]] bool tryRead(RowId id, Row& row, Freshness freshness = Freshness::Cached);
+  [[nodiscard]] bool tryRead(RowId id, Row& row, Freshness freshness = Freshness::kCached);
 
   // The same as cached, for a walk over rows of which many follow on one page: the page is taken
   // from `row` where that was read from it, as it was then.
@@ -91,7 +91,7 @@ class Table {
   [[nodiscard]] IndexCursor walk(std::size_t realIndex);
 
   // A data page of this table, checked: kind, owner, row offsets.
-  [[nodiscard]] PagePtr dataPage(std::uint32_t number, Freshness freshness = Freshness::Cached);
+  [[nodiscard]] PagePtr dataPage(std::uint32_t number, Freshness freshness = Freshness::kCached);
 
  private:
   friend class TableCursor;

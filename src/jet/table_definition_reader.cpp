@@ -10,7 +10,7 @@ namespace jet {
 namespace {
 
 // 255 columns and 32 indexes with names of 64 characters fill far fewer pages.
-constexpr std::size_t kMostDefinitionPages = 256;
+constexpr std::size_t kMaxDefinitionPages = 256;
 
 bool isKnown(std::uint8_t type) { return (type >= 1 && type <= 12) || (type >= 15 && type <= 20); }
 
@@ -43,9 +43,9 @@ class DefinitionReader {
   void gatherPages() {
     std::uint32_t next = definition_.page;
     for (std::size_t pages = 0; next != 0; ++pages) {
-      if (pages == kMostDefinitionPages) damaged("its pages form a circle");
+      if (pages == kMaxDefinitionPages) damaged("its pages form a circle");
       const PagePtr page = file_.freshPage(next);
-      if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::TableDefinition)) {
+      if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::kTableDefinition)) {
         damaged("page " + std::to_string(next) + " is not part of a definition");
       }
       const Bytes share = Bytes(page->bytes).subspan(pages == 0 ? 0 : kDefinitionContinued);
@@ -111,7 +111,7 @@ class DefinitionReader {
     column.fixedOffset = loadU16(bytes, format_.columnFixedOffset);
     column.varIndex = loadU16(bytes, format_.columnVarIndex);
     column.length = loadU16(bytes, format_.columnLength);
-    if (column.type == ColumnType::Numeric) {
+    if (column.type == ColumnType::kNumeric) {
       column.precision = loadU8(bytes, format_.columnPrecision);
       column.scale = loadU8(bytes, format_.columnPrecision + 1);
     }

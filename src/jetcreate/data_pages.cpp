@@ -45,11 +45,11 @@ RowId DataPages::add(Bytes row, std::uint16_t flags) {
 
 void DataPages::closePage() {
   if (page_.empty()) return;
-  storeLittle(page_, 0, PageType::Data);
+  storeLittle(page_, 0, PageType::kData);
   storeLittle(page_, 1, kPageMark);
   storeLittle(page_, kPageFreeSpace, static_cast<std::uint16_t>(room()));
   storeLittle(page_, kPageOwner, owner_);
-  storeLittle(page_, formatOf(Version::Jet4).dataRowCount, rows_);
+  storeLittle(page_, formatOf(Version::kJet4).dataRowCount, rows_);
   file_.write(owned_.back(), page_);
   if (room() >= kRoomWorthListing) withRoom_.push_back(owned_.back());
   page_.clear();

@@ -36,7 +36,7 @@ void putName(const std::string& name, ByteBuffer& out) {
 }
 
 void putHeader(const TableDefinition& definition, std::size_t columns, ByteBuffer& out) {
-  out.put(PageType::TableDefinition);
+  out.put(PageType::kTableDefinition);
   out.put(kPageMark);
   out.put(std::uint16_t{0});  // free space, and
   out.put(std::uint32_t{0});  // the next page: set when the whole is cut into pages
@@ -62,7 +62,7 @@ void putColumn(const TableDefinition& definition, const Column& column, ByteBuff
   out.put(column.number);
   out.put(column.varIndex);
   out.put(definition.system ? std::uint16_t{0} : column.ordinal);
-  if (column.type == ColumnType::Numeric) {
+  if (column.type == ColumnType::kNumeric) {
     out.put(column.precision);
     out.put(column.scale);
     out.put(std::uint16_t{0});
@@ -165,7 +165,7 @@ void writeDefinition(NewFile& file, const TableDefinition& definition,
     std::vector<std::byte> page(kPageSize);
     const Bytes share = rest.first(std::min(rest.size(), kShare));
     rest = rest.subspan(share.size());
-    storeLittle(page, 0, PageType::TableDefinition);
+    storeLittle(page, 0, PageType::kTableDefinition);
     storeLittle(page, 1, kPageMark);
     std::copy(share.begin(), share.end(), page.begin() + kDefinitionContinued);
     // The engine keeps eight bytes back when it counts what is left.

@@ -92,28 +92,28 @@ void putText(const TableDefinition& table, const Column& column, const std::stri
 void putValue(const TableDefinition& table, const Column& column, const values::Variant& value,
               std::vector<std::byte>& key) {
   switch (column.type) {
-    case ColumnType::YesNo:
+    case ColumnType::kYesNo:
       return putHighFirst(toBool(value) ? std::uint8_t{0} : std::uint8_t{0xFF}, key);
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return putHighFirst(static_cast<std::uint8_t>(toLong(value)), key);
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return putSigned(toInteger(value), key);
-    case ColumnType::Long:
+    case ColumnType::kLong:
       return putSigned(toLong(value), key);
-    case ColumnType::Currency:
+    case ColumnType::kCurrency:
       return putSigned(toCurrency(value).units, key);
-    case ColumnType::Single:
+    case ColumnType::kSingle:
       return putReal<std::uint32_t>(static_cast<float>(toDouble(value)), key);
-    case ColumnType::Double:
+    case ColumnType::kDouble:
       return putReal<std::uint64_t>(toDouble(value), key);
-    case ColumnType::DateTime:
+    case ColumnType::kDateTime:
       return putReal<std::uint64_t>(toDate(value).serial, key);
-    case ColumnType::Binary:
-    case ColumnType::Guid:
+    case ColumnType::kBinary:
+    case ColumnType::kGuid:
       return putBinary(
           column.fixed ? storedFixed(table, column, value) : storedVariable(table, column, value),
           key);
-    case ColumnType::Text:
+    case ColumnType::kText:
       return putText(table, column, toText(value), key);
     default:
       throw RuntimeError(error::kInvalidArgument, "Field '" + column.name + "' of table '" +
@@ -126,7 +126,7 @@ void putValue(const TableDefinition& table, const Column& column, const values::
 void appendKey(const TableDefinition& table, const Column& column, bool ascending,
                const values::Variant& value, std::vector<std::byte>& key) {
   const auto start = static_cast<std::ptrdiff_t>(key.size());
-  const bool isNull = value.isNull() && column.type != ColumnType::YesNo;
+  const bool isNull = value.isNull() && column.type != ColumnType::kYesNo;
   key.push_back(isNull ? kNullKey : kValueKey);
   if (!isNull) putValue(table, column, value.isNull() ? values::Variant(false) : value, key);
   if (ascending) return;

@@ -17,9 +17,9 @@ using namespace creator;
 // it is empty. The page names itself as its owner.
 std::vector<std::byte> mapsPage(const std::vector<std::byte>& freePages) {
   const std::vector<std::byte> empty(kUsageMapRowSize);
-  const Format& format = formatOf(Version::Jet4);
+  const Format& format = formatOf(Version::kJet4);
   std::vector<std::byte> page(kPageSize);
-  storeLittle(page, 0, PageType::Data);
+  storeLittle(page, 0, PageType::kData);
   storeLittle(page, 1, kPageMark);
   storeLittle(page, kPageOwner, kUsedPagesMapPage);
   std::size_t end = kPageSize;

@@ -2,7 +2,7 @@
 //
 //   FileBuilder builder("/shop/data.mdb");
 //   TableBuilder& menus = builder.addTable("Set_Menu1",
-//       {{.name = "sm1_id"}, {.name = "name", .type = ColumnType::Text, .size = 50}},
+//       {{.name = "sm1_id"}, {.name = "name", .type = ColumnType::kText, .size = 50}},
 //       {{.name = "PrimaryKey", .columns = {"sm1_id"}, .primary = true}});
 //   menus.add({std::int32_t{1}, "찌개"});
 //   builder.addQuery("qryMenus", {.tables = {{"Set_Menu1"}}, .columns = {{"Set_Menu1.name"}}});

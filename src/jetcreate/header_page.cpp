@@ -21,7 +21,7 @@ void putAscii(MutableBytes page, std::size_t offset, std::string_view text) {
 
 // Over the whole width of the field lies the day of creation, as a 32-bit number again and again.
 void putPassword(MutableBytes page, const std::string& password) {
-  const std::size_t size = formatOf(Version::Jet4).headerPasswordSize;
+  const std::size_t size = formatOf(Version::kJet4).headerPasswordSize;
   const std::vector<std::byte> text = encodeText(password, /*compress=*/false);
   if (text.size() > size)
     throw RuntimeError(error::kInvalidArgument, "The database password is too long.");
@@ -53,7 +53,7 @@ std::vector<std::byte> headerPage(std::uint32_t encodingKey, const std::string& 
   for (std::size_t at = kHeaderCommitPairs; at < kPageSize; at += 2)
     storeLittle(page, at, kIdleCommitPair);
   applyRc4(kHeaderMaskKey, 0,
-           MutableBytes(page).subspan(kHeaderMaskStart, formatOf(Version::Jet4).headerMaskSize));
+           MutableBytes(page).subspan(kHeaderMaskStart, formatOf(Version::kJet4).headerMaskSize));
   return page;
 }
 

@@ -18,7 +18,7 @@ std::size_t commonPrefix(Bytes a, Bytes b) {
 }  // namespace
 
 void IndexLevel::add(Bytes entry) {
-  const std::size_t trailer = kRowSize + (type_ == PageType::IndexNode ? kChildSize : 0);
+  const std::size_t trailer = kRowSize + (type_ == PageType::kIndexNode ? kChildSize : 0);
   const std::size_t keySize = entry.size() - trailer;
   const std::size_t prefix =
       entries_.empty() ? keySize
@@ -41,7 +41,7 @@ void IndexLevel::addChild(const IndexChild& child) {
 // A level's pages are handed out one behind the other, so that the next one's number is known
 // before it is made.
 void IndexLevel::closePage(bool last) {
-  const Format& format = formatOf(Version::Jet4);
+  const Format& format = formatOf(Version::kJet4);
   if (entries_.size() < 2) prefix_ = 0;
   const std::uint32_t number = file_.allocate();
   std::vector<std::byte> page(kPageSize);
@@ -68,7 +68,7 @@ void IndexLevel::closePage(bool last) {
     child.lastEntry = std::move(tail_.lastEntry);
   } else if (!entries_.empty()) {
     child.lastEntry = entries_.back();
-    if (type_ == PageType::IndexNode) child.lastEntry.resize(child.lastEntry.size() - kChildSize);
+    if (type_ == PageType::kIndexNode) child.lastEntry.resize(child.lastEntry.size() - kChildSize);
   }
   pages_.push_back(number);
   children_.push_back(std::move(child));

@@ -1,6 +1,6 @@
 // The pages of one level of an index tree, filled from left to right and chained.
 //
-//   IndexLevel leaves(file, owner, PageType::IndexLeaf);
+//   IndexLevel leaves(file, owner, PageType::kIndexLeaf);
 //   leaves.add(entry);                                  // in order
 //   std::vector<IndexChild> children = leaves.finish(); // for the level above
 //

@@ -49,12 +49,12 @@ BuiltIndex IndexTree::build(NewFile& file, std::uint32_t owner, bool unique, boo
   BuiltIndex built;
   built.distinctKeys = countDistinct(file, unique);
 
-  IndexLevel level(file, owner, PageType::IndexLeaf);
+  IndexLevel level(file, owner, PageType::kIndexLeaf);
   for (const Entry& entry : entries_) level.add(bytesOf(entry));
   std::vector<IndexChild> children = level.finish();
   built.pages = level.pages();
   while (children.size() > 1) {
-    IndexLevel above(file, owner, PageType::IndexNode);
+    IndexLevel above(file, owner, PageType::kIndexNode);
     // Only the nodes right above the leaves have a tail.
     const bool withTail = tails && built.pages.size() == children.size();
     const std::size_t named = children.size() - (withTail ? 1 : 0);

@@ -20,7 +20,7 @@ class NewFile {
  public:
   // `encodingKey` other than 0: every page but the first is encoded with it.
   NewFile(const std::string& path, std::uint32_t encodingKey)
-      : file_(RandomAccessFile::open(path, RandomAccessFile::Mode::CreateNew)), key_(encodingKey) {}
+      : file_(RandomAccessFile::open(path, RandomAccessFile::Mode::kCreateNew)), key_(encodingKey) {}
 
   [[nodiscard]] std::uint32_t allocate() { return count_++; }
   [[nodiscard]] std::uint32_t pageCount() const { return count_; }

@@ -41,10 +41,10 @@ class RowList {
 
 void addSources(const QueryDefinition& query, RowList& rows) {
   for (const auto& table : query.tables)
-    rows.add(QueryAttribute::Table, {.name1 = table.name, .name2 = table.alias});
+    rows.add(QueryAttribute::kTable, {.name1 = table.name, .name2 = table.alias});
   int number = 0;
   for (const std::string& select : query.unionSelects) {
-    rows.add(QueryAttribute::Table,
+    rows.add(QueryAttribute::kTable,
              {.expression = select, .name2 = "X7YZ_____" + std::to_string(++number)});
   }
 }
@@ -53,31 +53,31 @@ void addSources(const QueryDefinition& query, RowList& rows) {
 
 std::vector<QueryRow> queryRows(const QueryDefinition& query) {
   RowList rows;
-  rows.add(QueryAttribute::Start);
-  rows.add(QueryAttribute::End);
-  rows.add(QueryAttribute::Kind, {.flag = static_cast<std::int16_t>(query.kind),
+  rows.add(QueryAttribute::kStart);
+  rows.add(QueryAttribute::kEnd);
+  rows.add(QueryAttribute::kKind, {.flag = static_cast<std::int16_t>(query.kind),
                                   .expression = query.passThrough,
                                   .name1 = query.connect});
   for (const auto& parameter : query.parameters)
-    rows.add(QueryAttribute::Parameter, {.flag = parameter.type, .name1 = parameter.name});
-  rows.add(QueryAttribute::Options, {.flag = query.options, .name1 = query.top});
+    rows.add(QueryAttribute::kParameter, {.flag = parameter.type, .name1 = parameter.name});
+  rows.add(QueryAttribute::kOptions, {.flag = query.options, .name1 = query.top});
   addSources(query, rows);
   for (const auto& column : query.columns) {
-    rows.add(QueryAttribute::Column,
+    rows.add(QueryAttribute::kColumn,
              {.flag = column.crosstab, .expression = column.expression, .name1 = column.alias});
   }
   for (const auto& join : query.joins) {
-    rows.add(QueryAttribute::Join, {.flag = static_cast<std::int16_t>(join.kind),
+    rows.add(QueryAttribute::kJoin, {.flag = static_cast<std::int16_t>(join.kind),
                                     .expression = join.condition,
                                     .name1 = join.left,
                                     .name2 = join.right});
   }
-  if (!query.where.empty()) rows.add(QueryAttribute::Where, {.expression = query.where});
+  if (!query.where.empty()) rows.add(QueryAttribute::kWhere, {.expression = query.where});
   for (const auto& group : query.groupBy)
-    rows.add(QueryAttribute::GroupBy, {.flag = group.crosstab, .expression = group.expression});
-  if (!query.having.empty()) rows.add(QueryAttribute::Having, {.expression = query.having});
+    rows.add(QueryAttribute::kGroupBy, {.flag = group.crosstab, .expression = group.expression});
+  if (!query.having.empty()) rows.add(QueryAttribute::kHaving, {.expression = query.having});
   for (const auto& order : query.orderBy) {
-    rows.add(QueryAttribute::OrderBy,
+    rows.add(QueryAttribute::kOrderBy,
              {.expression = order.expression, .name1 = order.descending ? "D" : ""});
   }
   return rows.take();
@@ -85,11 +85,11 @@ std::vector<QueryRow> queryRows(const QueryDefinition& query) {
 
 std::int32_t catalogueFlags(QueryKind kind) {
   switch (kind) {
-    case QueryKind::Crosstab:
+    case QueryKind::kCrosstab:
       return 16;
-    case QueryKind::PassThrough:
+    case QueryKind::kPassThrough:
       return 112;
-    case QueryKind::Union:
+    case QueryKind::kUnion:
       return 128;
     default:
       return 0;

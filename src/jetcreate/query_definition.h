@@ -19,23 +19,23 @@ namespace jet {
 
 // Numbers of the attributes are those of MSysQueries.
 enum class QueryAttribute : std::uint8_t {
-  Start = 0,
-  Kind = 1,       // flag: QueryKind
-  Parameter = 2,  // name1, flag: type of the value
-  Options = 3,    // flag: kQueryDistinct ...; name1: the number of TOP
-  Source = 4,     // name1: another database
-  Table = 5,      // name1, name2: alias; of a union the expression is one of its selects
-  Column = 6,     // expression, name1: alias
-  Join = 7,       // name1, name2: tables, expression: condition, flag: JoinKind
-  Where = 8,
-  GroupBy = 9,
-  Having = 10,
-  OrderBy = 11,  // expression, name1: "D" when descending
-  End = 255,
+  kStart = 0,
+  kKind = 1,       // flag: QueryKind
+  kParameter = 2,  // name1, flag: type of the value
+  kOptions = 3,    // flag: kQueryDistinct ...; name1: the number of TOP
+  kSource = 4,     // name1: another database
+  kTable = 5,      // name1, name2: alias; of a union the expression is one of its selects
+  kColumn = 6,     // expression, name1: alias
+  kJoin = 7,       // name1, name2: tables, expression: condition, flag: JoinKind
+  kWhere = 8,
+  kGroupBy = 9,
+  kHaving = 10,
+  kOrderBy = 11,  // expression, name1: "D" when descending
+  kEnd = 255,
 };
 
-enum class QueryKind : std::int16_t { Select = 1, Crosstab = 6, PassThrough = 8, Union = 9 };
-enum class JoinKind : std::int16_t { Inner = 1, Left = 2, Right = 3 };
+enum class QueryKind : std::int16_t { kSelect = 1, kCrosstab = 6, kPassThrough = 8, kUnion = 9 };
+enum class JoinKind : std::int16_t { kInner = 1, kLeft = 2, kRight = 3 };
 
 // Of the options; in a union kQueryDistinct tells UNION from UNION ALL.
 constexpr std::int16_t kQueryAllColumns = 0x01;
@@ -63,7 +63,7 @@ struct QueryDefinition {
     std::string left = {};
     std::string right = {};
     std::string condition = {};
-    JoinKind kind = JoinKind::Inner;
+    JoinKind kind = JoinKind::kInner;
   };
   struct Parameter {
     std::string name = {};
@@ -74,7 +74,7 @@ struct QueryDefinition {
     bool descending = false;
   };
 
-  QueryKind kind = QueryKind::Select;
+  QueryKind kind = QueryKind::kSelect;
   std::vector<Parameter> parameters = {};
   std::int16_t options = 0;  // kQueryDistinct ...
   std::string top = {};      // number of rows, or percent

@@ -36,7 +36,7 @@ void RowEncoder::putFixed(std::span<const values::Variant> values) {
   const std::size_t start = row_.size();
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Column& column = definition_.columns[i];
-    if (!column.fixed || column.type == ColumnType::YesNo) continue;
+    if (!column.fixed || column.type == ColumnType::kYesNo) continue;
     row_.putZeros(start + column.fixedOffset + column.length - row_.size());
     if (values[i].isNull()) continue;
     const std::vector<std::byte> bytes = storedFixed(definition_, column, values[i]);
@@ -65,7 +65,7 @@ void RowEncoder::putNullMask(std::span<const values::Variant> values) {
   const std::size_t start = row_.size();
   row_.putZeros((values.size() + 7) / 8);
   for (std::size_t i = 0; i < values.size(); ++i) {
-    const bool yesNo = definition_.columns[i].type == ColumnType::YesNo;
+    const bool yesNo = definition_.columns[i].type == ColumnType::kYesNo;
     if (values[i].isNull() || (yesNo && !toBool(values[i]))) continue;
     row_.bytes()[start + i / 8] |= std::byte{1} << (i % 8);
   }

@@ -55,23 +55,23 @@ void putNumeric(const Column& column, const values::Variant& value, ByteBuffer& 
 
 void putFixed(const Column& column, const values::Variant& value, ByteBuffer& out) {
   switch (column.type) {
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return out.put(toByte(value));
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return out.put(toInteger(value));
-    case ColumnType::Long:
+    case ColumnType::kLong:
       return out.put(toLong(value));
-    case ColumnType::Currency:
+    case ColumnType::kCurrency:
       return out.put(toCurrency(value).units);
-    case ColumnType::Single:
+    case ColumnType::kSingle:
       return out.put(static_cast<float>(toDouble(value)));
-    case ColumnType::Double:
+    case ColumnType::kDouble:
       return out.put(toDouble(value));
-    case ColumnType::DateTime:
+    case ColumnType::kDateTime:
       return out.put(toDate(value).serial);
-    case ColumnType::Guid:
+    case ColumnType::kGuid:
       return out.put(guidBytes(toText(value)));
-    case ColumnType::Numeric:
+    case ColumnType::kNumeric:
       return putNumeric(column, value, out);
     default:
       throw RuntimeError(error::kTypeMismatch, "Type mismatch");
@@ -79,7 +79,7 @@ void putFixed(const Column& column, const values::Variant& value, ByteBuffer& ou
 }
 
 std::vector<std::byte> variableBytes(const Column& column, const values::Variant& value) {
-  if (column.type == ColumnType::Text || column.type == ColumnType::Memo)
+  if (column.type == ColumnType::kText || column.type == ColumnType::kMemo)
     return encodeText(toText(value), column.compressed);
   if (const auto* binary = value.as<values::Binary>()) return binary->bytes;
   throw RuntimeError(error::kTypeMismatch, "Type mismatch");
@@ -96,7 +96,7 @@ void checkLength(const TableDefinition& table, const Column& column, const value
                  std::size_t stored) {
   if (column.isLongValue()) return;
   const std::size_t length =
-      column.type == ColumnType::Text ? toUtf16(toText(value)).size() * 2 : stored;
+      column.type == ColumnType::kText ? toUtf16(toText(value)).size() * 2 : stored;
   if (length > column.length)
     throw RuntimeError(error::kFieldTooSmall, "The field '" + column.name + "' of table '" +
                                                   table.name + "' is too small for " +

@@ -25,61 +25,61 @@ values::Variant binary(const SecurityId& id) { return values::Binary{{id.begin()
 
 const std::vector<NewColumn>& objectColumns() {
   static const std::vector<NewColumn> kColumns = {
-      {.name = "Id", .type = ColumnType::Long},
-      {.name = "ParentId", .type = ColumnType::Long},
-      {.name = "Name", .type = ColumnType::Text},
-      {.name = "Type", .type = ColumnType::Integer},
-      {.name = "DateCreate", .type = ColumnType::DateTime},
-      {.name = "DateUpdate", .type = ColumnType::DateTime},
-      {.name = "Owner", .type = ColumnType::Binary, .securityId = true},
-      {.name = "Flags", .type = ColumnType::Long},
-      {.name = "Database", .type = ColumnType::Memo},
-      {.name = "Connect", .type = ColumnType::Memo},
-      {.name = "ForeignName", .type = ColumnType::Text},
-      {.name = "RmtInfoShort", .type = ColumnType::Binary},
-      {.name = "RmtInfoLong", .type = ColumnType::Ole},
-      {.name = "Lv", .type = ColumnType::Ole},
-      {.name = "LvProp", .type = ColumnType::Ole},
-      {.name = "LvModule", .type = ColumnType::Ole},
-      {.name = "LvExtra", .type = ColumnType::Ole},
+      {.name = "Id", .type = ColumnType::kLong},
+      {.name = "ParentId", .type = ColumnType::kLong},
+      {.name = "Name", .type = ColumnType::kText},
+      {.name = "Type", .type = ColumnType::kInteger},
+      {.name = "DateCreate", .type = ColumnType::kDateTime},
+      {.name = "DateUpdate", .type = ColumnType::kDateTime},
+      {.name = "Owner", .type = ColumnType::kBinary, .securityId = true},
+      {.name = "Flags", .type = ColumnType::kLong},
+      {.name = "Database", .type = ColumnType::kMemo},
+      {.name = "Connect", .type = ColumnType::kMemo},
+      {.name = "ForeignName", .type = ColumnType::kText},
+      {.name = "RmtInfoShort", .type = ColumnType::kBinary},
+      {.name = "RmtInfoLong", .type = ColumnType::kOle},
+      {.name = "Lv", .type = ColumnType::kOle},
+      {.name = "LvProp", .type = ColumnType::kOle},
+      {.name = "LvModule", .type = ColumnType::kOle},
+      {.name = "LvExtra", .type = ColumnType::kOle},
   };
   return kColumns;
 }
 
 const std::vector<NewColumn>& rightColumns() {
   static const std::vector<NewColumn> kColumns = {
-      {.name = "ObjectId", .type = ColumnType::Long},
-      {.name = "SID", .type = ColumnType::Binary, .securityId = true},
-      {.name = "ACM", .type = ColumnType::Long},
-      {.name = "FInheritable", .type = ColumnType::YesNo},
+      {.name = "ObjectId", .type = ColumnType::kLong},
+      {.name = "SID", .type = ColumnType::kBinary, .securityId = true},
+      {.name = "ACM", .type = ColumnType::kLong},
+      {.name = "FInheritable", .type = ColumnType::kYesNo},
   };
   return kColumns;
 }
 
 const std::vector<NewColumn>& queryColumns() {
   static const std::vector<NewColumn> kColumns = {
-      {.name = "ObjectId", .type = ColumnType::Long},
-      {.name = "Attribute", .type = ColumnType::Byte},
-      {.name = "Order", .type = ColumnType::Binary},
-      {.name = "Name1", .type = ColumnType::Text},
-      {.name = "Name2", .type = ColumnType::Text},
-      {.name = "Expression", .type = ColumnType::Memo},
-      {.name = "Flag", .type = ColumnType::Integer},
-      {.name = "LvExtra", .type = ColumnType::Long},
+      {.name = "ObjectId", .type = ColumnType::kLong},
+      {.name = "Attribute", .type = ColumnType::kByte},
+      {.name = "Order", .type = ColumnType::kBinary},
+      {.name = "Name1", .type = ColumnType::kText},
+      {.name = "Name2", .type = ColumnType::kText},
+      {.name = "Expression", .type = ColumnType::kMemo},
+      {.name = "Flag", .type = ColumnType::kInteger},
+      {.name = "LvExtra", .type = ColumnType::kLong},
   };
   return kColumns;
 }
 
 const std::vector<NewColumn>& relationColumns() {
   static const std::vector<NewColumn> kColumns = {
-      {.name = "szRelationship", .type = ColumnType::Text},
-      {.name = "grbit", .type = ColumnType::Long},
-      {.name = "ccolumn", .type = ColumnType::Long},
-      {.name = "icolumn", .type = ColumnType::Long},
-      {.name = "szObject", .type = ColumnType::Text},
-      {.name = "szColumn", .type = ColumnType::Text},
-      {.name = "szReferencedObject", .type = ColumnType::Text},
-      {.name = "szReferencedColumn", .type = ColumnType::Text},
+      {.name = "szRelationship", .type = ColumnType::kText},
+      {.name = "grbit", .type = ColumnType::kLong},
+      {.name = "ccolumn", .type = ColumnType::kLong},
+      {.name = "icolumn", .type = ColumnType::kLong},
+      {.name = "szObject", .type = ColumnType::kText},
+      {.name = "szColumn", .type = ColumnType::kText},
+      {.name = "szReferencedObject", .type = ColumnType::kText},
+      {.name = "szReferencedColumn", .type = ColumnType::kText},
   };
   return kColumns;
 }

@@ -51,13 +51,13 @@ RowId TableBuilder::add(std::vector<values::Variant> values, RowForm form) {
                        "Table '" + definition_.name + "' has fewer fields than the row.");
   takeNumber(values);
   const Bytes row = encoder_.encode(values);
-  if (form == RowForm::Deleted) {
+  if (form == RowForm::kDeleted) {
     // What the engine leaves of a deleted row: its place in the table of offsets, without bytes.
     return rows_.add({}, kRowForwarded | kRowDeleted);
   }
   ++definition_.rowCount;
   RowId id;
-  if (form == RowForm::Forwarded) {
+  if (form == RowForm::kForwarded) {
     const RowId arrived = forwardedRows_.add(row, kRowDeleted);
     const std::uint32_t pointer = rowPointer(arrived.page, arrived.row);
     id = rows_.add(std::as_bytes(std::span(&pointer, 1)), kRowForwarded);

@@ -1,8 +1,8 @@
 // One table of a new file: its columns and indexes are given at once, its rows one by one.
 //
 //   TableBuilder& sales = builder.addTable("Selling",
-//       {{.name = "S_ID", .type = ColumnType::Long}, {.name = "HISTORY", .type =
-//       ColumnType::Memo}},
+//       {{.name = "S_ID", .type = ColumnType::kLong}, {.name = "HISTORY", .type =
+//       ColumnType::kMemo}},
 //       {{.name = "PrimaryKey", .columns = {"S_ID"}, .primary = true}});
 //   sales.add({std::int32_t{1}, "이력"});
 //
@@ -26,9 +26,9 @@
 namespace jet {
 
 enum class RowForm : std::uint8_t {
-  Plain,
-  Forwarded,  // outgrew its page: its place holds a pointer to another page
-  Deleted,
+  kPlain,
+  kForwarded,  // outgrew its page: its place holds a pointer to another page
+  kDeleted,
 };
 
 class TableBuilder {
@@ -41,7 +41,7 @@ class TableBuilder {
 
   // Values by the order of the columns. Fewer values: a row from before the other columns were
   // added. Gives where the row is found.
-  RowId add(std::vector<values::Variant> values, RowForm form = RowForm::Plain);
+  RowId add(std::vector<values::Variant> values, RowForm form = RowForm::kPlain);
 
   // Page of the definition, which is also the table's id in the catalogue.
   [[nodiscard]] std::uint32_t page() const { return definition_.page; }

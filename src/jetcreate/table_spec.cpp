@@ -8,17 +8,17 @@ namespace jet::creator {
 namespace {
 
 constexpr std::uint16_t kLongestShort = 255;  // characters of text, bytes of binary
-constexpr std::size_t kMostColumns = 255;
-constexpr std::uint8_t kMostDigits = 28;
+constexpr std::size_t kMaxColumns = 255;
+constexpr std::uint8_t kMaxDigits = 28;
 
 std::uint16_t storedLength(const NewColumn& column) {
   const std::uint16_t size = column.size == 0 ? kLongestShort : column.size;
   switch (column.type) {
-    case ColumnType::YesNo:
+    case ColumnType::kYesNo:
       return 1;
-    case ColumnType::Text:
+    case ColumnType::kText:
       return static_cast<std::uint16_t>(size * 2);
-    case ColumnType::Binary:
+    case ColumnType::kBinary:
       return size;
     default:
       return static_cast<std::uint16_t>(fixedSize(column.type));  // memo, OLE: 0
@@ -26,8 +26,8 @@ std::uint16_t storedLength(const NewColumn& column) {
 }
 
 bool isFixed(ColumnType type) {
-  return type != ColumnType::Text && type != ColumnType::Memo && type != ColumnType::Binary &&
-         type != ColumnType::Ole;
+  return type != ColumnType::kText && type != ColumnType::kMemo && type != ColumnType::kBinary &&
+         type != ColumnType::kOle;
 }
 
 [[noreturn]] void refuse(const std::string& table, const std::string& reason) {
@@ -35,12 +35,12 @@ bool isFixed(ColumnType type) {
 }
 
 void checkColumn(const std::string& table, const NewColumn& column) {
-  if (column.autonumber && column.type != ColumnType::Long)
+  if (column.autonumber && column.type != ColumnType::kLong)
     refuse(table, "the autonumber '" + column.name + "' is no whole number.");
   if (column.size > kLongestShort) refuse(table, "the field '" + column.name + "' is too long.");
-  if (column.precision > kMostDigits || column.scale > column.precision)
+  if (column.precision > kMaxDigits || column.scale > column.precision)
     refuse(table, "the digits of the field '" + column.name + "' are too many.");
-  if (column.type > ColumnType::Numeric)
+  if (column.type > ColumnType::kNumeric)
     refuse(table, "the field '" + column.name + "' has a type of later versions.");
 }
 
@@ -62,9 +62,9 @@ void addColumn(const NewColumn& from, TableDefinition& definition) {
                                            (from.securityId ? kHiddenBytes : 0));
   if (!column.fixed) {
     ++definition.varColumns;
-  } else if (from.type != ColumnType::YesNo) {  // which has no bytes but its bit
+  } else if (from.type != ColumnType::kYesNo) {  // which has no bytes but its bit
     for (const Column& other : definition.columns) {
-      if (other.fixed && other.type != ColumnType::YesNo)
+      if (other.fixed && other.type != ColumnType::kYesNo)
         column.fixedOffset = static_cast<std::uint16_t>(other.fixedOffset + other.length);
     }
   }
@@ -99,7 +99,7 @@ void addIndex(const NewIndex& from, TableDefinition& definition) {
 TableDefinition planTable(const std::string& name, bool system,
                           const std::vector<NewColumn>& columns,
                           const std::vector<NewIndex>& indexes) {
-  if (columns.empty() || columns.size() > kMostColumns) refuse(name, "no fields or too many.");
+  if (columns.empty() || columns.size() > kMaxColumns) refuse(name, "no fields or too many.");
   TableDefinition definition;
   definition.name = name;
   definition.system = system;

@@ -16,7 +16,7 @@ namespace jet {
 
 struct NewColumn {
   std::string name = {};
-  ColumnType type = ColumnType::Long;
+  ColumnType type = ColumnType::kLong;
   std::uint16_t size = 0;       // characters of text (0: 255), bytes of binary (0: 255)
   bool compressed = false;      // texts are stored compressed where that is shorter
   bool autonumber = false;      // of Long: Null becomes the next number

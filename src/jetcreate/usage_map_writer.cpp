@@ -19,7 +19,7 @@ void setBit(MutableBytes bits, std::uint32_t bit) { bits[bit / 8] |= std::byte{1
 
 std::vector<std::byte> newBitPage() {
   std::vector<std::byte> page(kPageSize);
-  storeLittle(page, 0, PageType::UsageMap);
+  storeLittle(page, 0, PageType::kUsageMap);
   storeLittle(page, 1, kPageMark);
   return page;
 }
@@ -30,7 +30,7 @@ std::vector<std::byte> rowOfReferences(const NewFile& file,
     throw RuntimeError(error::kFileTooLarge,
                        "File '" + file.path() + "' got too large for its usage maps.");
   ByteBuffer row;
-  row.put(UsageMapKind::Reference);
+  row.put(UsageMapKind::kReference);
   for (std::uint32_t page : references) row.put(page);
   row.putZeros(kUsageMapRowSize - row.size());
   return {row.bytes().begin(), row.bytes().end()};
@@ -38,7 +38,7 @@ std::vector<std::byte> rowOfReferences(const NewFile& file,
 
 std::vector<std::byte> inlineRow(std::uint32_t start) {
   std::vector<std::byte> row(kUsageMapRowSize);
-  storeLittle(row, 0, UsageMapKind::Inline);
+  storeLittle(row, 0, UsageMapKind::kInline);
   storeLittle(row, 1, start);
   return row;
 }

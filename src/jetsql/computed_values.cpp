@@ -14,10 +14,10 @@ constexpr std::size_t kLargestBlock = std::size_t{256} << 10U;
 // A kind byte, then eight bytes of a number, or a length and the bytes.
 std::size_t packedSize(const EncodedValue& value) {
   switch (value.kind) {
-    case Kind::Null:
+    case Kind::kNull:
       return 1;
-    case Kind::Whole:
-    case Kind::Real:
+    case Kind::kWhole:
+    case Kind::kReal:
       return 1 + sizeof(std::int64_t);
     default:
       return 1 + sizeof(std::uint32_t) + value.bytes.size();
@@ -39,11 +39,11 @@ const char* take(const char* from, T& value) {
 char* pack(char* to, const EncodedValue& value) {
   to = put(to, value.kind);
   switch (value.kind) {
-    case Kind::Null:
+    case Kind::kNull:
       return to;
-    case Kind::Whole:
+    case Kind::kWhole:
       return put(to, value.whole);
-    case Kind::Real:
+    case Kind::kReal:
       return put(to, value.real);
     default:
       to = put(to, static_cast<std::uint32_t>(value.bytes.size()));
@@ -55,11 +55,11 @@ const char* unpack(const char* from, EncodedValue& value) {
   value = {};
   from = take(from, value.kind);
   switch (value.kind) {
-    case Kind::Null:
+    case Kind::kNull:
       return from;
-    case Kind::Whole:
+    case Kind::kWhole:
       return take(from, value.whole);
-    case Kind::Real:
+    case Kind::kReal:
       return take(from, value.real);
     default: {
       std::uint32_t size = 0;

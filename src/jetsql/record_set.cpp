@@ -79,7 +79,7 @@ void RecordSet::Implementation::edit() {
   const jet::RowId id = jet::RowId::fromNumber(rowId(position_, source));
   SourceRow& current = current_[source];
   current.position = SIZE_MAX;
-  if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::Fresh))
+  if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::kFresh))
     throw RuntimeError(error::kRowDeleted, "Record is deleted.");
   current.present = true;
   current.position = position_;

@@ -25,7 +25,7 @@ namespace jetsql {
 
 struct FieldDescription {
   std::string name;
-  values::VariantType type = values::VariantType::Null;
+  values::VariantType type = values::VariantType::kNull;
 };
 
 struct FieldValue {

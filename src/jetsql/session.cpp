@@ -116,14 +116,14 @@ std::vector<std::string> namesOf(const jet::Database& database, Wanted wanted) {
 
 std::vector<std::string> Session::tableNames() const {
   return namesOf(implementation_->schema.database(), [](jet::ObjectType type) {
-    return type == jet::ObjectType::Table || type == jet::ObjectType::LinkedTable ||
-           type == jet::ObjectType::LinkedOdbcTable;
+    return type == jet::ObjectType::kTable || type == jet::ObjectType::kLinkedTable ||
+           type == jet::ObjectType::kLinkedOdbcTable;
   });
 }
 
 std::vector<std::string> Session::queryNames() const {
   return namesOf(implementation_->schema.database(),
-                 [](jet::ObjectType type) { return type == jet::ObjectType::Query; });
+                 [](jet::ObjectType type) { return type == jet::ObjectType::kQuery; });
 }
 
 }  // namespace jetsql

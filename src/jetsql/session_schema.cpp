@@ -64,13 +64,13 @@ SchemaObject SessionSchema::find(std::string_view name) {
 
 SchemaObject SessionSchema::load(const jet::CatalogueEntry& entry) {
   switch (entry.type) {
-    case jet::ObjectType::Table:
+    case jet::ObjectType::kTable:
       return addTable(*database_, database_->openTable(entry), entry.name);
-    case jet::ObjectType::LinkedTable:
+    case jet::ObjectType::kLinkedTable:
       return addLinkedTable(entry);
-    case jet::ObjectType::LinkedOdbcTable:
+    case jet::ObjectType::kLinkedOdbcTable:
       return addExternal(entry);
-    case jet::ObjectType::Query: {
+    case jet::ObjectType::kQuery: {
       auto& query = queries_[entry.name];
       query = std::make_unique<SavedQuery>(rebuildQuery(entry.name, database_->queryRows(entry)));
       return {nullptr, query.get()};

@@ -1,6 +1,6 @@
 // A file read and written at given places.
 //
-//   auto file = RandomAccessFile::open("/shop/data.mdb", RandomAccessFile::Mode::ReadOnly);
+//   auto file = RandomAccessFile::open("/shop/data.mdb", RandomAccessFile::Mode::kReadOnly);
 //   std::size_t got = file.readAt(0, buffer);   // less than asked for only at the end of the file
 //
 // The object owns its handle and may be moved, not copied. Another program may change or lengthen
@@ -18,9 +18,9 @@
 class RandomAccessFile {
  public:
   enum class Mode {
-    ReadOnly,
-    ReadWrite,  // the file must exist
-    CreateNew,  // the file must not exist; read and write
+    kReadOnly,
+    kReadWrite,  // the file must exist
+    kCreateNew,  // the file must not exist; read and write
   };
 
   [[nodiscard]] static RandomAccessFile open(const std::string& path, Mode mode);

@@ -15,11 +15,11 @@ int openFlags(RandomAccessFile::Mode mode) {
   // Without O_NONBLOCK, opening a pipe would wait for its other end.
   constexpr int kAlways = O_CLOEXEC | O_NONBLOCK;
   switch (mode) {
-    case RandomAccessFile::Mode::ReadWrite:
+    case RandomAccessFile::Mode::kReadWrite:
       return O_RDWR | kAlways;
-    case RandomAccessFile::Mode::CreateNew:
+    case RandomAccessFile::Mode::kCreateNew:
       return O_RDWR | O_CREAT | O_EXCL | kAlways;
-    case RandomAccessFile::Mode::ReadOnly:
+    case RandomAccessFile::Mode::kReadOnly:
       break;
   }
   return O_RDONLY | kAlways;

@@ -71,7 +71,7 @@ class Connection {
 struct Column {
   std::string name;
   SQLSMALLINT sqlType = SQL_VARCHAR;
-  values::VariantType type = values::VariantType::Text;
+  values::VariantType type = values::VariantType::kText;
 };
 
 // Keeps its connection alive.

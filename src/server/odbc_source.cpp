@@ -40,15 +40,15 @@ class OdbcRows : public jetsql::ExternalRows {
 
 const char* symbol(jetsql::Comparison comparison) {
   switch (comparison) {
-    case jetsql::Comparison::Equal:
+    case jetsql::Comparison::kEqual:
       return " = ";
-    case jetsql::Comparison::Less:
+    case jetsql::Comparison::kLess:
       return " < ";
-    case jetsql::Comparison::LessOrEqual:
+    case jetsql::Comparison::kLessOrEqual:
       return " <= ";
-    case jetsql::Comparison::Greater:
+    case jetsql::Comparison::kGreater:
       return " > ";
-    case jetsql::Comparison::GreaterOrEqual:
+    case jetsql::Comparison::kGreaterOrEqual:
       return " >= ";
   }
   return " = ";
@@ -58,11 +58,11 @@ const char* symbol(jetsql::Comparison comparison) {
 // does (texts, fractions): such a condition is left to the one who asked.
 std::string literal(const values::Variant& value) {
   switch (value.type()) {
-    case values::VariantType::Byte:
-    case values::VariantType::Integer:
-    case values::VariantType::Long:
+    case values::VariantType::kByte:
+    case values::VariantType::kInteger:
+    case values::VariantType::kLong:
       return values::toText(value);
-    case values::VariantType::DateTime: {
+    case values::VariantType::kDateTime: {
       const auto& date = *value.as<values::DateTime>();
       return "{ts '" + values::dayText(date) + " " + values::timeText(date) + "'}";
     }

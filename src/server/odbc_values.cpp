@@ -20,28 +20,28 @@ struct TypeRow {
 
 // What is not here is read as text.
 constexpr std::array kTypes = {
-    TypeRow{SQL_BIT, VariantType::YesNo},
-    TypeRow{SQL_TINYINT, VariantType::Integer},
-    TypeRow{SQL_SMALLINT, VariantType::Integer},
-    TypeRow{SQL_INTEGER, VariantType::Long},
-    TypeRow{SQL_BIGINT, VariantType::Numeric},
-    TypeRow{SQL_DECIMAL, VariantType::Numeric},
-    TypeRow{SQL_NUMERIC, VariantType::Numeric},
-    TypeRow{SQL_REAL, VariantType::Single},
-    TypeRow{SQL_FLOAT, VariantType::Double},
-    TypeRow{SQL_DOUBLE, VariantType::Double},
-    TypeRow{SQL_TYPE_DATE, VariantType::DateTime},
-    TypeRow{SQL_TYPE_TIME, VariantType::DateTime},
-    TypeRow{SQL_TYPE_TIMESTAMP, VariantType::DateTime},
-    TypeRow{SQL_BINARY, VariantType::Binary},
-    TypeRow{SQL_VARBINARY, VariantType::Binary},
-    TypeRow{SQL_LONGVARBINARY, VariantType::Binary},
+    TypeRow{SQL_BIT, VariantType::kYesNo},
+    TypeRow{SQL_TINYINT, VariantType::kInteger},
+    TypeRow{SQL_SMALLINT, VariantType::kInteger},
+    TypeRow{SQL_INTEGER, VariantType::kLong},
+    TypeRow{SQL_BIGINT, VariantType::kNumeric},
+    TypeRow{SQL_DECIMAL, VariantType::kNumeric},
+    TypeRow{SQL_NUMERIC, VariantType::kNumeric},
+    TypeRow{SQL_REAL, VariantType::kSingle},
+    TypeRow{SQL_FLOAT, VariantType::kDouble},
+    TypeRow{SQL_DOUBLE, VariantType::kDouble},
+    TypeRow{SQL_TYPE_DATE, VariantType::kDateTime},
+    TypeRow{SQL_TYPE_TIME, VariantType::kDateTime},
+    TypeRow{SQL_TYPE_TIMESTAMP, VariantType::kDateTime},
+    TypeRow{SQL_BINARY, VariantType::kBinary},
+    TypeRow{SQL_VARBINARY, VariantType::kBinary},
+    TypeRow{SQL_LONGVARBINARY, VariantType::kBinary},
 };
 
 VariantType typeOf(SQLSMALLINT sqlType) {
   const auto* row = std::find_if(kTypes.begin(), kTypes.end(),
                                  [&](const TypeRow& each) { return each.sqlType == sqlType; });
-  return row == kTypes.end() ? VariantType::Text : row->type;
+  return row == kTypes.end() ? VariantType::kText : row->type;
 }
 
 // "-12.50" as the driver writes decimals.
@@ -104,29 +104,29 @@ values::Variant Query::value(std::size_t column) {
   SQLDOUBLE real = 0;
   SQL_TIMESTAMP_STRUCT stamp{};
   switch (columns_[column].type) {
-    case VariantType::YesNo:
+    case VariantType::kYesNo:
       if (!fixed(number, SQL_C_SLONG, whole)) return {};
       return whole != 0;
-    case VariantType::Integer:
+    case VariantType::kInteger:
       if (!fixed(number, SQL_C_SLONG, whole)) return {};
       return static_cast<std::int16_t>(whole);
-    case VariantType::Long:
+    case VariantType::kLong:
       if (!fixed(number, SQL_C_SLONG, whole)) return {};
       return static_cast<std::int32_t>(whole);
-    case VariantType::Single:
+    case VariantType::kSingle:
       if (!fixed(number, SQL_C_DOUBLE, real)) return {};
       return static_cast<float>(real);
-    case VariantType::Double:
+    case VariantType::kDouble:
       if (!fixed(number, SQL_C_DOUBLE, real)) return {};
       return real;
-    case VariantType::DateTime:
+    case VariantType::kDateTime:
       if (!fixed(number, SQL_C_TYPE_TIMESTAMP, stamp)) return {};
       return toDate(stamp);
-    case VariantType::Numeric: {
+    case VariantType::kNumeric: {
       const auto digits = text(number);
       return digits.isNull() ? digits : toNumeric(*digits.as<std::string>());
     }
-    case VariantType::Binary:
+    case VariantType::kBinary:
       return binary(number);
     default:
       return text(number);

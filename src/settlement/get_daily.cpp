@@ -13,7 +13,7 @@ namespace {
 using lib_결산::DailySettlement;
 using lib_결산::Figure;
 
-constexpr double kMostDays = 32767;
+constexpr double kMaxDays = 32767;
 
 // The statement's own order of the figures.
 constexpr std::array<Figure, lib_결산::kFigureCount> kColumnOrder = {
@@ -63,7 +63,7 @@ bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, valu
   show("Daily Data Load -- GetDaily In.." + values::dateText(LastDate) + ".." +
        values::dateText(LookDate));
   const double days = std::floor(LookDate.serial) - std::floor(LastDate.serial) + 1;
-  if (std::fabs(days) > kMostDays) {
+  if (std::fabs(days) > kMaxDays) {
     throw RuntimeError(error::kOverflow, "Overflow: a settlement of more than 32767 days.");
   }
   const int count = static_cast<int>(days);

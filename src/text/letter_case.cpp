@@ -8,7 +8,7 @@ namespace text {
 namespace {
 
 // Letters whose upper and lower case lie at a fixed distance, or alternate (upper even or odd).
-enum class Pairing { Distance, UpperEven, UpperOdd };
+enum class Pairing { kDistance, kUpperEven, kUpperOdd };
 struct CaseRange {
   char32_t firstUpper;
   char32_t lastUpper;
@@ -16,30 +16,30 @@ struct CaseRange {
   Pairing pairing;
 };
 constexpr std::array<CaseRange, 25> kCaseRanges{{
-    {U'A', U'Z', 32, Pairing::Distance},     {0xC0, 0xD6, 32, Pairing::Distance},  // Latin-1
-    {0xD8, 0xDE, 32, Pairing::Distance},                                           //
-    {0x100, 0x12E, 1, Pairing::UpperEven},    // Latin Extended-A
-    {0x132, 0x136, 1, Pairing::UpperEven},    //
-    {0x139, 0x147, 1, Pairing::UpperOdd},     //
-    {0x14A, 0x176, 1, Pairing::UpperEven},    //
-    {0x179, 0x17D, 1, Pairing::UpperOdd},     //
-    {0x1CD, 0x1DB, 1, Pairing::UpperOdd},     // Latin Extended-B
-    {0x1DE, 0x1EE, 1, Pairing::UpperEven},    //
-    {0x1F8, 0x21E, 1, Pairing::UpperEven},    //
-    {0x222, 0x232, 1, Pairing::UpperEven},    //
-    {0x388, 0x38A, 37, Pairing::Distance},    // Greek with tonos
-    {0x391, 0x3A1, 32, Pairing::Distance},    // Greek
-    {0x3A3, 0x3AB, 32, Pairing::Distance},    //
-    {0x3D8, 0x3EE, 1, Pairing::UpperEven},    //
-    {0x400, 0x40F, 80, Pairing::Distance},    // Cyrillic
-    {0x410, 0x42F, 32, Pairing::Distance},    //
-    {0x460, 0x480, 1, Pairing::UpperEven},    //
-    {0x48A, 0x4BE, 1, Pairing::UpperEven},    //
-    {0x4D0, 0x52E, 1, Pairing::UpperEven},    //
-    {0x531, 0x556, 48, Pairing::Distance},    // Armenian
-    {0x1E00, 0x1E94, 1, Pairing::UpperEven},  // Latin Extended Additional
-    {0x1EA0, 0x1EFE, 1, Pairing::UpperEven},  //
-    {0xFF21, 0xFF3A, 32, Pairing::Distance},  // full-width Latin
+    {U'A', U'Z', 32, Pairing::kDistance},     {0xC0, 0xD6, 32, Pairing::kDistance},  // Latin-1
+    {0xD8, 0xDE, 32, Pairing::kDistance},                                           //
+    {0x100, 0x12E, 1, Pairing::kUpperEven},    // Latin Extended-A
+    {0x132, 0x136, 1, Pairing::kUpperEven},    //
+    {0x139, 0x147, 1, Pairing::kUpperOdd},     //
+    {0x14A, 0x176, 1, Pairing::kUpperEven},    //
+    {0x179, 0x17D, 1, Pairing::kUpperOdd},     //
+    {0x1CD, 0x1DB, 1, Pairing::kUpperOdd},     // Latin Extended-B
+    {0x1DE, 0x1EE, 1, Pairing::kUpperEven},    //
+    {0x1F8, 0x21E, 1, Pairing::kUpperEven},    //
+    {0x222, 0x232, 1, Pairing::kUpperEven},    //
+    {0x388, 0x38A, 37, Pairing::kDistance},    // Greek with tonos
+    {0x391, 0x3A1, 32, Pairing::kDistance},    // Greek
+    {0x3A3, 0x3AB, 32, Pairing::kDistance},    //
+    {0x3D8, 0x3EE, 1, Pairing::kUpperEven},    //
+    {0x400, 0x40F, 80, Pairing::kDistance},    // Cyrillic
+    {0x410, 0x42F, 32, Pairing::kDistance},    //
+    {0x460, 0x480, 1, Pairing::kUpperEven},    //
+    {0x48A, 0x4BE, 1, Pairing::kUpperEven},    //
+    {0x4D0, 0x52E, 1, Pairing::kUpperEven},    //
+    {0x531, 0x556, 48, Pairing::kDistance},    // Armenian
+    {0x1E00, 0x1E94, 1, Pairing::kUpperEven},  // Latin Extended Additional
+    {0x1EA0, 0x1EFE, 1, Pairing::kUpperEven},  //
+    {0xFF21, 0xFF3A, 32, Pairing::kDistance},  // full-width Latin
 }};
 
 // Symbols, kana, Hanja and Hangul lie between these and have no case.
@@ -58,8 +58,8 @@ constexpr std::array<CasePair, 6> kCasePairs{{{0x178, 0xFF},
                                               {0x4C0, 0x4CF}}};
 
 bool inStep(const CaseRange& range, char32_t upper) {
-  return range.pairing == Pairing::Distance ||
-         (upper % 2 == 0) == (range.pairing == Pairing::UpperEven);
+  return range.pairing == Pairing::kDistance ||
+         (upper % 2 == 0) == (range.pairing == Pairing::kUpperEven);
 }
 
 template <typename Change>

@@ -65,11 +65,11 @@ TransferResult UploadData::run(std::string_view commandLine) {
   LmFtp->Connect(place_.host, place_.port, kUser, kPassword, "/");
 
   outside_.status("업로드용 Config File Load..");
-  TransferResult result{TransferEnd::ProgramEnds, true};
+  TransferResult result{TransferEnd::kProgramEnds, true};
   if (readSwitches(commandLine, result)) return result;
   if (outside_.useQuietUpload()) {
     outside_.formActivate();
-    return {TransferEnd::ProgramEnds, nothingWaits()};
+    return {TransferEnd::kProgramEnds, nothingWaits()};
   }
 
   compressLeftovers();
@@ -79,16 +79,16 @@ TransferResult UploadData::run(std::string_view commandLine) {
   const std::string chosen = newestStatement();
   if (!hasContent(chosen)) {
     outside_.status("업로드할 내용이 없습니다.. ");
-    return {TransferEnd::ProgramEnds, nothingWaits()};
+    return {TransferEnd::kProgramEnds, nothingWaits()};
   }
   outside_.status("압축되지 않은 자료 압축...");
   if (!compressChosen(chosen)) {
     outside_.status("서버로 보내기 위한 압축에 실패했습니다.");
-    return {TransferEnd::Returned, false};
+    return {TransferEnd::kReturned, false};
   }
   UploadFile(place_.uploadFolder, chosen);
   LmFtp->Disconnect();
-  return {TransferEnd::Returned, nothingWaits()};
+  return {TransferEnd::kReturned, nothingWaits()};
 }
 
 bool UploadData::readSwitches(std::string_view commandLine, TransferResult& result) {

@@ -44,12 +44,12 @@ struct TransferOutside {
 };
 
 enum class TransferEnd {
-  Returned,     // the window goes on
-  ProgramEnds,  // connection test, quiet mode, nothing to send
+  kReturned,     // the window goes on
+  kProgramEnds,  // connection test, quiet mode, nothing to send
 };
 
 struct TransferResult {
-  TransferEnd end = TransferEnd::Returned;
+  TransferEnd end = TransferEnd::kReturned;
   bool complete = true;  // nothing is left to send; for the connection test: the file was sent
 };
 

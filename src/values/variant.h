@@ -42,18 +42,18 @@ struct Binary {
 
 // In the order of Variant's alternatives.
 enum class VariantType : std::uint8_t {
-  Null,
-  YesNo,
-  Byte,
-  Integer,  // 16 bits
-  Long,     // 32 bits
-  Single,
-  Double,
-  Currency,
-  DateTime,
-  Numeric,
-  Text,
-  Binary,
+  kNull,
+  kYesNo,
+  kByte,
+  kInteger,  // 16 bits
+  kLong,     // 32 bits
+  kSingle,
+  kDouble,
+  kCurrency,
+  kDateTime,
+  kNumeric,
+  kText,
+  kBinary,
 };
 
 class Variant {

@@ -23,12 +23,12 @@ std::string makeWhole(const std::string& path, std::uint32_t key) {
   FileBuilder builder(path, {.encodingKey = key, .indexTails = true});
   auto& sales = builder.addTable("Selling",
                                  {{.name = "id"},
-                                  {.name = "day", .type = ColumnType::DateTime},
-                                  {.name = "price", .type = ColumnType::Currency},
-                                  {.name = "name", .type = ColumnType::Text, .compressed = true},
-                                  {.name = "note", .type = ColumnType::Memo},
-                                  {.name = "picture", .type = ColumnType::Ole},
-                                  {.name = "mark", .type = ColumnType::YesNo}},
+                                  {.name = "day", .type = ColumnType::kDateTime},
+                                  {.name = "price", .type = ColumnType::kCurrency},
+                                  {.name = "name", .type = ColumnType::kText, .compressed = true},
+                                  {.name = "note", .type = ColumnType::kMemo},
+                                  {.name = "picture", .type = ColumnType::kOle},
+                                  {.name = "mark", .type = ColumnType::kYesNo}},
                                  {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
                                   {.name = "day", .columns = {"-day", "price"}},
                                   {.name = "name", .columns = {"name"}}});
@@ -39,9 +39,9 @@ std::string makeWhole(const std::string& path, std::uint32_t key) {
                i % 30 == 0 ? values::Variant(values::Binary{std::vector<std::byte>(3000)})
                            : values::Variant(),
                i % 2 == 0},
-              i % 11 == 3   ? RowForm::Forwarded
-              : i % 13 == 5 ? RowForm::Deleted
-                            : RowForm::Plain);
+              i % 11 == 3   ? RowForm::kForwarded
+              : i % 13 == 5 ? RowForm::kDeleted
+                            : RowForm::kPlain);
   }
   builder.addQuery("qryDay", {.tables = {{"Selling"}}, .columns = {{"id"}}, .where = "price>3"});
   builder.finish();
@@ -87,8 +87,8 @@ Content readAll(const std::string& path) {
   Content content;
   auto database = Database::open(path);
   for (const CatalogueEntry& entry : database->catalogue()) {
-    if (entry.type == ObjectType::Query) content.clauses += database->queryRows(entry).size();
-    if (entry.type == ObjectType::Table) readTable(database->openTable(entry), content);
+    if (entry.type == ObjectType::kQuery) content.clauses += database->queryRows(entry).size();
+    if (entry.type == ObjectType::kTable) readTable(database->openTable(entry), content);
   }
   return content;
 }

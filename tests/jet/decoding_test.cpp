@@ -21,29 +21,29 @@ TEST(TextTest, StoredForms) {
     std::string stored;
     std::string text;
   } cases[] = {
-      {"UTF-16", Version::Jet4, "A\0\x00\xAC"s, "A가"},
-      {"surrogates", Version::Jet4, "\x3D\xD8\x00\xDE"s, "😀"},
-      {"half a pair", Version::Jet4,
+      {"UTF-16", Version::kJet4, "A\0\x00\xAC"s, "A가"},
+      {"surrogates", Version::kJet4, "\x3D\xD8\x00\xDE"s, "😀"},
+      {"half a pair", Version::kJet4,
        "\x3D\xD8"
        "A\0\x00\xDE"s,
        "\uFFFD"
        "A\uFFFD"},
-      {"odd byte", Version::Jet4, "A\0B"s, "A"},
-      {"compressed", Version::Jet4,
+      {"odd byte", Version::kJet4, "A\0B"s, "A"},
+      {"compressed", Version::kJet4,
        "\xFF\xFE"
        "Abc\xE9"s,
        "Abc\u00E9"},
-      {"switched", Version::Jet4,
+      {"switched", Version::kJet4,
        "\xFF\xFE"
        "A\0\x01\xAC\x41\x00\0B"s,
        "A각AB"},
-      {"ends switched", Version::Jet4,
+      {"ends switched", Version::kJet4,
        "\xFF\xFE"
        "A\0\x01"s,
        "A"},
-      {"marks only", Version::Jet4, "\xFF\xFE"s, ""},
-      {"Korean", Version::Jet3, "A\xC8\xA6 1\xB9\xF8"s, "A홀 1번"},
-      {"cut syllable", Version::Jet3, "A\xC8"s, "A\uFFFD"},
+      {"marks only", Version::kJet4, "\xFF\xFE"s, ""},
+      {"Korean", Version::kJet3, "A\xC8\xA6 1\xB9\xF8"s, "A홀 1번"},
+      {"cut syllable", Version::kJet3, "A\xC8"s, "A\uFFFD"},
   };
   for (const auto& c : cases) {
     TextDecoder decoder(c.version, 949);
@@ -58,13 +58,13 @@ class Jet3Test : public testing::Test {
   // One page of file, so that a length can be compared with something.
   Jet3Test()
       : file_(RandomAccessFile::open((folder_.path() / "f").string(),
-                                     RandomAccessFile::Mode::CreateNew),
-              formatOf(Version::Jet3), 0, false) {
+                                     RandomAccessFile::Mode::kCreateNew),
+              formatOf(Version::kJet3), 0, false) {
     definition_.maxColumns = 8;
   }
 
   void addColumn(ColumnType type, std::uint16_t number, bool fixed, std::uint16_t place) {
-    const std::uint16_t length = type == ColumnType::Long ? 4 : 0;
+    const std::uint16_t length = type == ColumnType::kLong ? 4 : 0;
     definition_.columns.push_back({.name = "c",
                                    .type = type,
                                    .number = number,
@@ -88,15 +88,15 @@ class Jet3Test : public testing::Test {
 
   support::TemporaryFolder folder_;
   PageFile file_;
-  TextDecoder text_{Version::Jet3, 949};
+  TextDecoder text_{Version::kJet3, 949};
   TableDefinition definition_;
   RowContext context_{definition_, file_, text_};
 };
 
 TEST_F(Jet3Test, ShortRow) {
-  addColumn(ColumnType::Long, 0, true, 0);
-  addColumn(ColumnType::Text, 1, false, 0);
-  addColumn(ColumnType::Text, 2, false, 1);
+  addColumn(ColumnType::kLong, 0, true, 0);
+  addColumn(ColumnType::kText, 1, false, 0);
+  addColumn(ColumnType::kText, 2, false, 1);
   // Count, long, "ab", "c"; end 8, starts 7 and 5, two of them; not Null: all three.
   const Row three =
       row("\x03\x05\0\0\0"
@@ -117,7 +117,7 @@ TEST_F(Jet3Test, ShortRow) {
 // Offsets are bytes: those of 256 and on follow from the jump table, whose entries say from which
 // column on another 256 are added.
 TEST_F(Jet3Test, JumpTable) {
-  for (std::uint16_t i = 0; i < 3; ++i) addColumn(ColumnType::Text, i, false, i);
+  for (std::uint16_t i = 0; i < 3; ++i) addColumn(ColumnType::kText, i, false, i);
   const std::string a(200, 'a');
   const std::string b(100, 'b');
   const std::string c(250, 'c');

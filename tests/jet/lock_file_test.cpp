@@ -36,8 +36,8 @@ int errorOf(const std::function<void()>& act) {
 
 class LockFileTest : public testing::Test {
  protected:
-  std::unique_ptr<LockFile> join(Sharing sharing = Sharing::Shared,
-                                 OpenFor purpose = OpenFor::Writing) {
+  std::unique_ptr<LockFile> join(Sharing sharing = Sharing::kShared,
+                                 OpenFor purpose = OpenFor::kWriting) {
     return LockFile::join(path_, purpose, sharing, noWait_);
   }
   [[nodiscard]] bool lockFileExists() const { return std::filesystem::exists(lockPath_); }
@@ -99,12 +99,12 @@ TEST_F(LockFileTest, AStaleFileIsTakenOverAndAnotherSpellingIsFound) {
 
 TEST_F(LockFileTest, AloneMeansAlone) {
   auto one = join();
-  EXPECT_EQ(errorOf([&] { (void)join(Sharing::Exclusive); }), error::kFileInUse);
+  EXPECT_EQ(errorOf([&] { (void)join(Sharing::kExclusive); }), error::kFileInUse);
   one.reset();
-  const auto alone = join(Sharing::Exclusive);
+  const auto alone = join(Sharing::kExclusive);
   EXPECT_EQ(alone->slot(), 0);
   EXPECT_EQ(errorOf([&] { (void)join(); }), error::kHeldAlone);
-  EXPECT_EQ(errorOf([&] { (void)join(Sharing::Shared, OpenFor::Reading); }), error::kHeldAlone);
+  EXPECT_EQ(errorOf([&] { (void)join(Sharing::kShared, OpenFor::kReading); }), error::kHeldAlone);
 }
 
 TEST_F(LockFileTest, WhoComesWhileTheLastOneLeavesGetsAFileOfItsOwn) {
@@ -115,7 +115,7 @@ TEST_F(LockFileTest, WhoComesWhileTheLastOneLeavesGetsAFileOfItsOwn) {
     leaver->removeName();
     leaver.reset();
   });
-  const auto user = LockFile::join(path_, OpenFor::Writing, Sharing::Shared, leaves);
+  const auto user = LockFile::join(path_, OpenFor::kWriting, Sharing::kShared, leaves);
   EXPECT_EQ(user->slot(), 1);
   EXPECT_EQ(join()->slot(), 2);  // meets the same file
   EXPECT_TRUE(lockFileExists());
@@ -123,7 +123,7 @@ TEST_F(LockFileTest, WhoComesWhileTheLastOneLeavesGetsAFileOfItsOwn) {
 
 TEST_F(LockFileTest, WhereItCannotBeMadeReadingGoesOnAndWritingDoesNot) {
   std::filesystem::create_directory(lockPath_);
-  EXPECT_EQ(join(Sharing::Shared, OpenFor::Reading), nullptr);
+  EXPECT_EQ(join(Sharing::kShared, OpenFor::kReading), nullptr);
   const int refusal = errorOf([&] { (void)join(); });
   EXPECT_TRUE(refusal == error::kCannotLock || refusal == error::kNoPermission) << refusal;
 }
@@ -131,7 +131,7 @@ TEST_F(LockFileTest, WhereItCannotBeMadeReadingGoesOnAndWritingDoesNot) {
 TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {
   SalesFile file({.rows = 20});
   Meanwhile noWait;
-  const auto other = LockFile::join(file.path(), OpenFor::Writing, Sharing::Shared, noWait);
+  const auto other = LockFile::join(file.path(), OpenFor::kWriting, Sharing::kShared, noWait);
   std::optional<PageLock> held;
   Meanwhile letsGo([&] { held.reset(); });
   const auto database = file.open(&letsGo);
@@ -171,7 +171,7 @@ TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
   theirs->updateRow(theirs->openTable("Selling"), id, theirChange);
   const std::vector<FieldChange> ourChange = {{7, values::Variant(true)}};
   ours->updateRow(table, id, ourChange);
-  const Row row = table.read(id, Table::Freshness::Fresh);
+  const Row row = table.read(id, Table::Freshness::kFresh);
   EXPECT_EQ(row.wholeNumber(4), 77);
   EXPECT_EQ(row.wholeNumber(3), 0);
   EXPECT_EQ(row.wholeNumber(7), -1);
@@ -192,7 +192,7 @@ TEST_P(CommitBytesTest, AWriteLeftInTheMiddleIsNoticed) {
   Meanwhile noWait;
   std::vector<std::unique_ptr<LockFile>> users;
   while (GetParam().ownerIsIn && users.size() < 2) {
-    users.push_back(LockFile::join(file.path(), OpenFor::Writing, Sharing::Shared, noWait));
+    users.push_back(LockFile::join(file.path(), OpenFor::kWriting, Sharing::kShared, noWait));
   }
   {
     std::fstream header(file.path(), std::ios::in | std::ios::out | std::ios::binary);

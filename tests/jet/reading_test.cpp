@@ -57,24 +57,24 @@ void expectTypedSame(const Row& row, std::size_t column, const values::Variant& 
   std::string scratch;
   std::vector<std::byte> bytes;
   switch (value.type()) {
-    case values::VariantType::Null:
+    case values::VariantType::kNull:
       EXPECT_TRUE(row.isNull(column));
       break;
-    case values::VariantType::Text:
+    case values::VariantType::kText:
       EXPECT_EQ(row.text(column, scratch), *value.as<std::string>());
       break;
-    case values::VariantType::Binary:
+    case values::VariantType::kBinary:
       EXPECT_TRUE(std::ranges::equal(row.binary(column, bytes), value.as<values::Binary>()->bytes));
       break;
-    case values::VariantType::Currency:
+    case values::VariantType::kCurrency:
       EXPECT_EQ(row.wholeNumber(column), value.as<values::Currency>()->units);
       break;
-    case values::VariantType::Single:
-    case values::VariantType::Double:
-    case values::VariantType::DateTime:
+    case values::VariantType::kSingle:
+    case values::VariantType::kDouble:
+    case values::VariantType::kDateTime:
       EXPECT_EQ(row.realNumber(column), toDouble(value));
       break;
-    case values::VariantType::Numeric:
+    case values::VariantType::kNumeric:
       break;
     default:
       EXPECT_EQ(row.wholeNumber(column), toLong(value));
@@ -104,28 +104,28 @@ TEST_F(ReadingTest, EveryTypeComesBack) {
     NewColumn column;
     std::vector<values::Variant> values;
   } cases[] = {
-      {"Yes/No", {.type = T::YesNo}, {true, false, true}},
-      {"byte", {.type = T::Byte}, {std::uint8_t{0}, std::uint8_t{255}, values::Variant()}},
+      {"Yes/No", {.type = T::kYesNo}, {true, false, true}},
+      {"byte", {.type = T::kByte}, {std::uint8_t{0}, std::uint8_t{255}, values::Variant()}},
       {"16 bits",
-       {.type = T::Integer},
+       {.type = T::kInteger},
        {std::int16_t{-32768}, std::int16_t{32767}, values::Variant()}},
-      {"32 bits", {.type = T::Long}, {INT32_MIN, values::Variant(), INT32_MAX}},
+      {"32 bits", {.type = T::kLong}, {INT32_MIN, values::Variant(), INT32_MAX}},
       {"Currency",
-       {.type = T::Currency},
+       {.type = T::kCurrency},
        {values::Currency{INT64_MIN}, values::Currency{-1}, values::Currency{INT64_MAX}}},
-      {"single", {.type = T::Single}, {-1.5F, 3.4e38F, values::Variant()}},
-      {"double", {.type = T::Double}, {-0.1, 1.7e308, 5e-324}},
+      {"single", {.type = T::kSingle}, {-1.5F, 3.4e38F, values::Variant()}},
+      {"double", {.type = T::kDouble}, {-0.1, 1.7e308, 5e-324}},
       {"date",
-       {.type = T::DateTime},
+       {.type = T::kDateTime},
        {values::DateTime{-1.25}, values::DateTime{41507.64635}, values::Variant()}},
-      {"text", {.type = T::Text}, {"", "홀 1번 'ä' 😀", repeated("가", 255)}},
+      {"text", {.type = T::kText}, {"", "홀 1번 'ä' 😀", repeated("가", 255)}},
       {"compressed",
-       {.type = T::Text, .compressed = true},
+       {.type = T::kText, .compressed = true},
        {"Latin ÿ", "Latin 한글 Latin", "각", ""}},
-      {"binary", {.type = T::Binary}, {bytesOf(0), bytesOf(1), bytesOf(255)}},
-      {"GUID", {.type = T::Guid}, {"{00112233-4455-6677-8899-AABBCCDDEEFF}", values::Variant()}},
+      {"binary", {.type = T::kBinary}, {bytesOf(0), bytesOf(1), bytesOf(255)}},
+      {"GUID", {.type = T::kGuid}, {"{00112233-4455-6677-8899-AABBCCDDEEFF}", values::Variant()}},
       {"Numeric",
-       {.type = T::Numeric, .precision = 20, .scale = 4},
+       {.type = T::kNumeric, .precision = 20, .scale = 4},
        {numeric(123456789012345, 4), numeric(5, 4, true), values::Variant()}},
   };
   auto database = made([&](FileBuilder& builder) {
@@ -155,8 +155,8 @@ TEST_F(ReadingTest, LongValuesOfEverySize) {
   for (std::size_t size = 4060; size <= 4100; ++size) sizes.push_back(size);
   for (std::size_t size = 8140; size <= 8160; ++size) sizes.push_back(size);
   auto database = made([&](FileBuilder& builder) {
-    auto& table = builder.addTable("Notes", {{.name = "memo", .type = ColumnType::Memo},
-                                             {.name = "ole", .type = ColumnType::Ole}});
+    auto& table = builder.addTable("Notes", {{.name = "memo", .type = ColumnType::kMemo},
+                                             {.name = "ole", .type = ColumnType::kOle}});
     for (const std::size_t size : sizes) {
       table.add({std::string(size / 2, 'm'), bytesOf(size)});
       table.add({repeated("긴", static_cast<int>(size / 2)), values::Variant()});
@@ -179,11 +179,11 @@ TEST_F(ReadingTest, ColumnsAddedLaterAreNullAndNo) {
   auto database = made([](FileBuilder& builder) {
     builder
         .addTable("Selling", {{.name = "id"},
-                              {.name = "gone", .type = ColumnType::Text, .deleted = true},
-                              {.name = "name", .type = ColumnType::Text},
-                              {.name = "mark", .type = ColumnType::YesNo},
-                              {.name = "price", .type = ColumnType::Currency},
-                              {.name = "note", .type = ColumnType::Memo}})
+                              {.name = "gone", .type = ColumnType::kText, .deleted = true},
+                              {.name = "name", .type = ColumnType::kText},
+                              {.name = "mark", .type = ColumnType::kYesNo},
+                              {.name = "price", .type = ColumnType::kCurrency},
+                              {.name = "note", .type = ColumnType::kMemo}})
         .add({std::int32_t{1}, "old", "짧은"});
   });
   Table& table = database->openTable("Selling");
@@ -204,13 +204,13 @@ TEST_F(ReadingTest, ScansManyPagesOnceEach) {
   std::vector<RowId> deleted;
   auto database = made([&](FileBuilder& builder) {
     auto& table =
-        builder.addTable("Big", {{.name = "id"}, {.name = "text", .type = ColumnType::Text}});
+        builder.addTable("Big", {{.name = "id"}, {.name = "text", .type = ColumnType::kText}});
     for (int i = 0; i < kRows; ++i) {
-      const RowForm form = i % 7 == 3   ? RowForm::Deleted
-                           : i % 5 == 2 ? RowForm::Forwarded
-                                        : RowForm::Plain;
+      const RowForm form = i % 7 == 3   ? RowForm::kDeleted
+                           : i % 5 == 2 ? RowForm::kForwarded
+                                        : RowForm::kPlain;
       const RowId id = table.add({std::int32_t{i}, repeated("가", 200)}, form);
-      if (form == RowForm::Deleted) {
+      if (form == RowForm::kDeleted) {
         deleted.push_back(id);
       } else {
         present[id] = i;
@@ -242,9 +242,9 @@ TEST_F(ReadingTest, DefinitionsOverSeveralPages) {
   std::vector<NewColumn> columns;
   std::vector<values::Variant> values;
   for (int i = 0; i < 255; ++i) {
-    const auto type = i % 3 == 0   ? ColumnType::Text
-                      : i % 3 == 1 ? ColumnType::Long
-                                   : ColumnType::YesNo;
+    const auto type = i % 3 == 0   ? ColumnType::kText
+                      : i % 3 == 1 ? ColumnType::kLong
+                                   : ColumnType::kYesNo;
     columns.push_back(
         {.name = "a column of a rather long name " + std::to_string(i), .type = type});
     values.emplace_back(i % 3 == 0   ? values::Variant("t" + std::to_string(i))
@@ -299,7 +299,7 @@ TEST_F(ReadingTest, TellsWhatIsNoJetFile) {
     text[kHeaderVersion] = version;
     const MutableBytes bytes = std::as_writable_bytes(std::span(text));
     const MutableBytes masked =
-        bytes.subspan(kHeaderMaskStart, formatOf(Version::Jet4).headerMaskSize);
+        bytes.subspan(kHeaderMaskStart, formatOf(Version::kJet4).headerMaskSize);
     applyRc4(kHeaderMaskKey, 0, masked);
     storeLittle(bytes, kHeaderKey, key);
     applyRc4(kHeaderMaskKey, 0, masked);
@@ -346,11 +346,11 @@ TEST_F(ReadingTest, CatalogueNamesTablesLinksAndQueries) {
   });
   const CatalogueEntry* link = database->find("MENU");
   ASSERT_NE(link, nullptr);
-  EXPECT_EQ(link->type, ObjectType::LinkedTable);
+  EXPECT_EQ(link->type, ObjectType::kLinkedTable);
   EXPECT_EQ(link->database, "C:\\pos\\menu.mdb");
   EXPECT_EQ(link->foreignName, "Set_Menu1");
   ASSERT_NE(database->find("server"), nullptr);
-  EXPECT_EQ(database->find("server")->type, ObjectType::LinkedOdbcTable);
+  EXPECT_EQ(database->find("server")->type, ObjectType::kLinkedOdbcTable);
   EXPECT_NE(database->find("server")->connect.find("DSN=head"), std::string::npos);
   EXPECT_TRUE(database->find("MSysObjects")->system);
   EXPECT_FALSE(database->find("selling")->system);
@@ -374,12 +374,12 @@ TEST_F(ReadingTest, FreshReadsPassTheCacheBy) {
   ASSERT_TRUE(scan.next());
   const Row before = scan.row();
   const auto offset = static_cast<std::size_t>(before.raw(0).data() - before.page()->bytes.data());
-  auto other = RandomAccessFile::open(database->file().path(), RandomAccessFile::Mode::ReadWrite);
+  auto other = RandomAccessFile::open(database->file().path(), RandomAccessFile::Mode::kReadWrite);
   const std::byte six{6};
   other.writeAt(std::uint64_t{before.page()->number} * 4096 + offset, {&six, 1});
 
   EXPECT_EQ(table.read(before.id()).wholeNumber(0), 5);
-  EXPECT_EQ(table.read(before.id(), Table::Freshness::Fresh).wholeNumber(0), 6);
+  EXPECT_EQ(table.read(before.id(), Table::Freshness::kFresh).wholeNumber(0), 6);
   EXPECT_EQ(table.read(before.id()).wholeNumber(0), 6);
   EXPECT_EQ(before.wholeNumber(0), 5);
 }

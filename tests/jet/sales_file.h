@@ -36,16 +36,16 @@ class SalesFile {
   // fits the null mask as it is and the others make it longer.
   static std::vector<NewColumn> columns() {
     return {{.name = "s_id"},
-            {.name = "price", .type = ColumnType::Currency},
-            {.name = "rdate", .type = ColumnType::DateTime},
-            {.name = "void", .type = ColumnType::YesNo},
-            {.name = "no", .type = ColumnType::Integer},
-            {.name = "memo", .type = ColumnType::Memo},
-            {.name = "name", .type = ColumnType::Text, .size = 100},
-            {.name = "c_upload", .type = ColumnType::YesNo},
-            {.name = "cc_upload", .type = ColumnType::YesNo},
-            {.name = "amount", .type = ColumnType::Currency},
-            {.name = "note", .type = ColumnType::Text, .size = 50}};
+            {.name = "price", .type = ColumnType::kCurrency},
+            {.name = "rdate", .type = ColumnType::kDateTime},
+            {.name = "void", .type = ColumnType::kYesNo},
+            {.name = "no", .type = ColumnType::kInteger},
+            {.name = "memo", .type = ColumnType::kMemo},
+            {.name = "name", .type = ColumnType::kText, .size = 100},
+            {.name = "c_upload", .type = ColumnType::kYesNo},
+            {.name = "cc_upload", .type = ColumnType::kYesNo},
+            {.name = "amount", .type = ColumnType::kCurrency},
+            {.name = "note", .type = ColumnType::kText, .size = 50}};
   }
 
   explicit SalesFile(const SalesOptions& options, const std::vector<NewIndex>& indexes = {}) {
@@ -70,7 +70,7 @@ class SalesFile {
                       {false, true, values::Currency{i}, values::Variant("n" + std::to_string(i))});
       }
       table.add(std::move(values),
-                options.forwarded && i % 5 == 0 ? RowForm::Forwarded : RowForm::Plain);
+                options.forwarded && i % 5 == 0 ? RowForm::kForwarded : RowForm::kPlain);
     }
     builder.finish();
     rows_ = readRows();

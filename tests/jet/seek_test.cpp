@@ -22,18 +22,18 @@ struct SeekCase {
 };
 
 const SeekCase kCases[] = {
-    {"YesNo", ColumnType::YesNo, [](int n) { return values::Variant(n % 2 == 0); }},
-    {"Byte", ColumnType::Byte,
+    {"YesNo", ColumnType::kYesNo, [](int n) { return values::Variant(n % 2 == 0); }},
+    {"Byte", ColumnType::kByte,
      [](int n) { return values::Variant(static_cast<std::uint8_t>(n + 128)); }},
-    {"Integer", ColumnType::Integer,
+    {"Integer", ColumnType::kInteger,
      [](int n) { return values::Variant(static_cast<std::int16_t>(n * 600)); }},
-    {"Long", ColumnType::Long, [](int n) { return values::Variant(std::int32_t{n * 70000}); }},
-    {"Currency", ColumnType::Currency,
+    {"Long", ColumnType::kLong, [](int n) { return values::Variant(std::int32_t{n * 70000}); }},
+    {"Currency", ColumnType::kCurrency,
      [](int n) { return values::Variant(values::Currency{n * 12'345}); }},
-    {"Single", ColumnType::Single,
+    {"Single", ColumnType::kSingle,
      [](int n) { return values::Variant(static_cast<float>(n) * 0.1F); }},
-    {"Double", ColumnType::Double, [](int n) { return values::Variant(n * -0.1); }},
-    {"DateTime", ColumnType::DateTime,
+    {"Double", ColumnType::kDouble, [](int n) { return values::Variant(n * -0.1); }},
+    {"DateTime", ColumnType::kDateTime,
      [](int n) { return values::Variant(values::DateTime{n / 7.0}); }},
 };
 
@@ -164,7 +164,7 @@ TEST(SeekEdgeTest, ZerosAndExtremes) {
   const std::string path = (folder.path() / "edges.mdb").string();
   FileBuilder builder(path);
   auto& table =
-      builder.addTable("T", {{.name = "d", .type = ColumnType::Double}, {.name = "l"}},
+      builder.addTable("T", {{.name = "d", .type = ColumnType::kDouble}, {.name = "l"}},
                        {{.name = "d", .columns = {"d"}}, {.name = "l", .columns = {"-l"}}});
   table.add({-0.0, INT32_MIN});
   table.add({0.0, INT32_MAX});

@@ -78,20 +78,20 @@ class FileBuilderTest : public testing::Test {
 const std::vector<NewColumn>& everyType() {
   static const std::vector<NewColumn> kColumns = {
       {.name = "id", .autonumber = true},
-      {.name = "yes", .type = ColumnType::YesNo},
-      {.name = "byte", .type = ColumnType::Byte},
-      {.name = "short", .type = ColumnType::Integer},
-      {.name = "money", .type = ColumnType::Currency},
-      {.name = "single", .type = ColumnType::Single},
-      {.name = "double", .type = ColumnType::Double},
-      {.name = "day", .type = ColumnType::DateTime},
-      {.name = "text", .type = ColumnType::Text, .size = 20},
-      {.name = "packed", .type = ColumnType::Text, .size = 20, .compressed = true},
-      {.name = "memo", .type = ColumnType::Memo, .compressed = true},
-      {.name = "ole", .type = ColumnType::Ole},
-      {.name = "guid", .type = ColumnType::Guid},
-      {.name = "numeric", .type = ColumnType::Numeric, .precision = 28, .scale = 3},
-      {.name = "binary", .type = ColumnType::Binary, .size = 10}};
+      {.name = "yes", .type = ColumnType::kYesNo},
+      {.name = "byte", .type = ColumnType::kByte},
+      {.name = "short", .type = ColumnType::kInteger},
+      {.name = "money", .type = ColumnType::kCurrency},
+      {.name = "single", .type = ColumnType::kSingle},
+      {.name = "double", .type = ColumnType::kDouble},
+      {.name = "day", .type = ColumnType::kDateTime},
+      {.name = "text", .type = ColumnType::kText, .size = 20},
+      {.name = "packed", .type = ColumnType::kText, .size = 20, .compressed = true},
+      {.name = "memo", .type = ColumnType::kMemo, .compressed = true},
+      {.name = "ole", .type = ColumnType::kOle},
+      {.name = "guid", .type = ColumnType::kGuid},
+      {.name = "numeric", .type = ColumnType::kNumeric, .precision = 28, .scale = 3},
+      {.name = "binary", .type = ColumnType::kBinary, .size = 10}};
   return kColumns;
 }
 
@@ -137,7 +137,7 @@ TEST_F(FileBuilderTest, LongValuesOfEveryLengthComeBack) {
   const std::vector<int> lengths = {1, 63, 64, 65, 4075, 4076, 4077, 8144, 8145, 100000};
   FileBuilder& file = builder();
   TableBuilder& table =
-      file.addTable("Long", {{.name = "n"}, {.name = "o", .type = ColumnType::Ole}});
+      file.addTable("Long", {{.name = "n"}, {.name = "o", .type = ColumnType::kOle}});
   const auto value = [](int length) {
     values::Binary binary;
     for (int i = 0; i < length; ++i) binary.bytes.push_back(static_cast<std::byte>(i * 7 / 3));
@@ -156,15 +156,15 @@ TEST_F(FileBuilderTest, RowsMayBeShortForwardedOrDeletedAndColumnsDeleted) {
   FileBuilder& file = builder();
   TableBuilder& table = file.addTable("Forms",
                                       {{.name = "id"},
-                                       {.name = "gone", .type = ColumnType::Text, .deleted = true},
-                                       {.name = "name", .type = ColumnType::Text},
-                                       {.name = "late", .type = ColumnType::Text}},
+                                       {.name = "gone", .type = ColumnType::kText, .deleted = true},
+                                       {.name = "name", .type = ColumnType::kText},
+                                       {.name = "late", .type = ColumnType::kText}},
                                       {{.name = "PrimaryKey", .columns = {"id"}, .primary = true}});
   table.add({big(1), "x", "plain", "late"});
   table.add({big(2), "x", "short"});
   const RowId forwarded =
-      table.add({big(3), "x", "forwarded", values::Variant()}, RowForm::Forwarded);
-  table.add({big(4), "x", "deleted", values::Variant()}, RowForm::Deleted);
+      table.add({big(3), "x", "forwarded", values::Variant()}, RowForm::kForwarded);
+  table.add({big(4), "x", "deleted", values::Variant()}, RowForm::kDeleted);
   table.add({big(5), "x", "last", values::Variant()});
   file.finish();
 
@@ -218,22 +218,22 @@ TEST(EntryKeyTest, KeysAreTheEngines) {
     const char* key;
   };
   const std::vector<Case> cases = {
-      {"null", ColumnType::Long, true, {}, "00"},
-      {"null descending", ColumnType::Long, false, {}, "ff"},
-      {"yes", ColumnType::YesNo, true, true, "7f00"},
-      {"no", ColumnType::YesNo, true, {}, "7fff"},
-      {"byte", ColumnType::Byte, true, big(5), "7f05"},
-      {"short", ColumnType::Integer, true, big(-2), "7f7ffe"},
-      {"whole", ColumnType::Long, true, big(0x0f000001), "7f8f000001"},
-      {"whole descending", ColumnType::Long, false, big(1), "807ffffffe"},
-      {"money", ColumnType::Currency, true, values::Currency{-1}, "7f7fffffffffffffff"},
-      {"single", ColumnType::Single, true, 1.0F, "7fbf800000"},
-      {"double", ColumnType::Double, true, -1.0, "7f400fffffffffffff"},
-      {"minus zero", ColumnType::Double, true, -0.0, "7f8000000000000000"},
-      {"day", ColumnType::DateTime, true, values::DateTime{2}, "7fc000000000000000"},
-      {"text", ColumnType::Text, true, "Table1", "7f6d4a4c5e51380100"},
-      {"underscore", ColumnType::Text, true, "t_like1 ", "7f6d2b035e595c51380100"},
-      {"bytes", ColumnType::Binary, true, values::Binary{std::vector<std::byte>(10, std::byte{1})},
+      {"null", ColumnType::kLong, true, {}, "00"},
+      {"null descending", ColumnType::kLong, false, {}, "ff"},
+      {"yes", ColumnType::kYesNo, true, true, "7f00"},
+      {"no", ColumnType::kYesNo, true, {}, "7fff"},
+      {"byte", ColumnType::kByte, true, big(5), "7f05"},
+      {"short", ColumnType::kInteger, true, big(-2), "7f7ffe"},
+      {"whole", ColumnType::kLong, true, big(0x0f000001), "7f8f000001"},
+      {"whole descending", ColumnType::kLong, false, big(1), "807ffffffe"},
+      {"money", ColumnType::kCurrency, true, values::Currency{-1}, "7f7fffffffffffffff"},
+      {"single", ColumnType::kSingle, true, 1.0F, "7fbf800000"},
+      {"double", ColumnType::kDouble, true, -1.0, "7f400fffffffffffff"},
+      {"minus zero", ColumnType::kDouble, true, -0.0, "7f8000000000000000"},
+      {"day", ColumnType::kDateTime, true, values::DateTime{2}, "7fc000000000000000"},
+      {"text", ColumnType::kText, true, "Table1", "7f6d4a4c5e51380100"},
+      {"underscore", ColumnType::kText, true, "t_like1 ", "7f6d2b035e595c51380100"},
+      {"bytes", ColumnType::kBinary, true, values::Binary{std::vector<std::byte>(10, std::byte{1})},
        "7f"
        "0101010101010101"
        "09"
@@ -264,8 +264,8 @@ TEST_P(IndexTreeTest, EveryRowIsFoundInOrder) {
   FileBuilder& file = builder({.indexTails = GetParam().tails});
   TableBuilder& table = file.addTable("T",
                                       {{.name = "id"},
-                                       {.name = "day", .type = ColumnType::DateTime},
-                                       {.name = "key", .type = ColumnType::Text}},
+                                       {.name = "day", .type = ColumnType::kDateTime},
+                                       {.name = "key", .type = ColumnType::kText}},
                                       {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
                                        {.name = "days", .columns = {"-day", "id"}},
                                        {.name = "keys", .columns = {"key"}, .ignoreNulls = true}});
@@ -314,7 +314,7 @@ INSTANTIATE_TEST_SUITE_P(Shapes, IndexTreeTest,
 // Two tables written by turns over some thousand pages: usage maps by reference, owners apart.
 TEST_F(FileBuilderTest, LargeFilesKeepTheirTablesApart) {
   constexpr int kRows = 4000;
-  const std::vector<NewColumn> columns = {{.name = "id"}, {.name = "b", .type = ColumnType::Text}};
+  const std::vector<NewColumn> columns = {{.name = "id"}, {.name = "b", .type = ColumnType::kText}};
   FileBuilder& file = builder();
   TableBuilder* tables[] = {&file.addTable("A", columns), &file.addTable("B", columns)};
   for (int i = 0; i < kRows; ++i) tables[i % 2]->add({big(i), std::string(250, 'a' + i % 26)});
@@ -349,22 +349,22 @@ TEST_F(FileBuilderTest, EncodedFilesAndPasswords) {
 
 TEST_F(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
   FileBuilder& file = builder();
-  file.addTable("Selling", {{.name = "id"}, {.name = "day", .type = ColumnType::DateTime}},
+  file.addTable("Selling", {{.name = "id"}, {.name = "day", .type = ColumnType::kDateTime}},
                 {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
                  {.name = "both", .columns = {"-day", "id"}, .unique = true}});
   QueryDefinition query;
   query.options = kQueryDistinct | kQueryTop;
   query.top = "5";
-  query.parameters = {{"From", static_cast<std::int16_t>(ColumnType::DateTime)}};
+  query.parameters = {{"From", static_cast<std::int16_t>(ColumnType::kDateTime)}};
   query.tables = {{"Selling"}, {"qryOther", "o"}};
   query.columns = {{"Selling.day"}, {"Count(*)", "n"}};
-  query.joins = {{"Selling", "o", "Selling.id = o.id", JoinKind::Left}};
+  query.joins = {{"Selling", "o", "Selling.id = o.id", JoinKind::kLeft}};
   query.where = "(Selling.id>0)";
   query.groupBy = {{"Selling.day"}};
   query.having = "(Count(*)>1)";
   query.orderBy = {{"Selling.day", true}};
   file.addQuery("qryOne", query);
-  file.addQuery("qryOther", {.kind = QueryKind::Union,
+  file.addQuery("qryOther", {.kind = QueryKind::kUnion,
                              .unionSelects = {"SELECT id FROM Selling", "SELECT 1 FROM Selling"}});
   file.addLink("other", "C:\\pos\\other.mdb", "Their");
   file.addOdbcLink("remote", "ODBC;DSN=pos;", "dbo.t");
@@ -381,9 +381,9 @@ TEST_F(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
 
   (void)open("Selling");
   const auto other = [&](const char* name) { return *database().find(name); };
-  EXPECT_EQ(other("OTHER").type, ObjectType::LinkedTable);
+  EXPECT_EQ(other("OTHER").type, ObjectType::kLinkedTable);
   EXPECT_EQ(other("other").database + "|" + other("other").foreignName, "C:\\pos\\other.mdb|Their");
-  EXPECT_EQ(other("remote").type, ObjectType::LinkedOdbcTable);
+  EXPECT_EQ(other("remote").type, ObjectType::kLinkedOdbcTable);
   EXPECT_EQ(other("remote").connect, "ODBC;DSN=pos;");
   std::string clauses;
   for (const QueryRow& row : database().queryRows(other("qryOne"))) {
@@ -415,8 +415,8 @@ TEST_F(FileBuilderTest, DuplicateKeysAreRefusedAtTheEnd) {
 TEST_F(FileBuilderTest, RefusesByNumber) {
   const std::vector<NewColumn> columns = {
       {.name = "id"},
-      {.name = "t", .type = ColumnType::Text, .size = 5},
-      {.name = "n", .type = ColumnType::Numeric, .precision = 3}};
+      {.name = "t", .type = ColumnType::kText, .size = 5},
+      {.name = "n", .type = ColumnType::kNumeric, .precision = 3}};
   const std::vector<NewIndex> indexes = {{.name = "key", .columns = {"id"}, .primary = true},
                                          {.name = "t", .columns = {"t"}}};
   FileBuilder& file = builder();
@@ -437,7 +437,7 @@ TEST_F(FileBuilderTest, RefusesByNumber) {
          file.addTable("V", columns, {{"i", {"x"}}});
        }},
       {"autonumber of text", 3001,
-       [&] { file.addTable("W", {{.name = "a", .type = ColumnType::Text, .autonumber = true}}); }},
+       [&] { file.addTable("W", {{.name = "a", .type = ColumnType::kText, .autonumber = true}}); }},
       {"too many values", 3001, [&] { table.add(std::vector<values::Variant>(4)); }},
       {"null in the key", 3314, [&] { table.add({values::Variant()}); }},
       {"text too long", 3163,

@@ -49,10 +49,10 @@ TEST(DateLiteral, FormsThatAccessWrites) {
 
 TEST(Lexer, LiteralTypes) {
   const auto tokens = tokenize("1 32768 2147483648 1.0 1e2 'a' #1/1/2000# t.5x");
-  const values::VariantType types[] = {values::VariantType::Integer, values::VariantType::Long,
-                                       values::VariantType::Double,  values::VariantType::Double,
-                                       values::VariantType::Double,  values::VariantType::Text,
-                                       values::VariantType::DateTime};
+  const values::VariantType types[] = {values::VariantType::kInteger, values::VariantType::kLong,
+                                       values::VariantType::kDouble,  values::VariantType::kDouble,
+                                       values::VariantType::kDouble,  values::VariantType::kText,
+                                       values::VariantType::kDateTime};
   for (std::size_t i = 0; i < std::size(types); ++i) {
     EXPECT_EQ(tokens[i].value.type(), types[i]) << i;
     EXPECT_EQ(tokens[i].literalOrdinal, static_cast<int>(i));

@@ -11,9 +11,9 @@ class Tickets : public ExternalSource {
   std::vector<std::string> asked;
 
   std::vector<ExternalColumn> columns(const std::string&, const std::string&) override {
-    return {{"no", values::VariantType::Long},
-            {"rdate", values::VariantType::DateTime},
-            {"name", values::VariantType::Text}};
+    return {{"no", values::VariantType::kLong},
+            {"rdate", values::VariantType::kDateTime},
+            {"name", values::VariantType::kText}};
   }
 
   std::unique_ptr<ExternalRows> open(const std::string& connect, const std::string& table,

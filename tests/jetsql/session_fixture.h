@@ -94,13 +94,13 @@ class SessionFixture : public testing::Test {
     const std::vector<jet::NewColumn> columns = {
         {.name = "id"},
         {.name = "sale"},
-        {.name = "menu", .type = ColumnType::Integer},
-        {.name = "price", .type = ColumnType::Currency},
-        {.name = "day", .type = ColumnType::DateTime},
-        {.name = "done", .type = ColumnType::YesNo},
-        {.name = "name", .type = ColumnType::Text, .size = 20},
-        {.name = "ratio", .type = ColumnType::Double},
-        {.name = "exact", .type = ColumnType::Numeric, .scale = 2}};
+        {.name = "menu", .type = ColumnType::kInteger},
+        {.name = "price", .type = ColumnType::kCurrency},
+        {.name = "day", .type = ColumnType::kDateTime},
+        {.name = "done", .type = ColumnType::kYesNo},
+        {.name = "name", .type = ColumnType::kText, .size = 20},
+        {.name = "ratio", .type = ColumnType::kDouble},
+        {.name = "exact", .type = ColumnType::kNumeric, .scale = 2}};
     jet::FileBuilder builder(path("shop.mdb"));
     auto& items = builder.addTable("Items", columns,
                                    {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
@@ -116,7 +116,7 @@ class SessionFixture : public testing::Test {
       plain.add(item(id));
     }
     auto& menu = builder.addTable(
-        "Menu", {{.name = "menu"}, {.name = "title", .type = ColumnType::Text, .size = 20}},
+        "Menu", {{.name = "menu"}, {.name = "title", .type = ColumnType::kText, .size = 20}},
         {{.name = "PrimaryKey", .columns = {"menu"}, .primary = true}});
     for (const char* title : {"김밥", "라면", "찌개"})
       menu.add({static_cast<std::int32_t>(title[0] == '\xEA'   ? 0

@@ -21,7 +21,7 @@ class LocalDatabasesTest : public testing::Test {
       jet::FileBuilder builder(path(locked ? "locked.mdb" : "data.mdb"),
                                locked ? options : jet::FileBuilder::Options());
       auto& sales = builder.addTable(
-          "Selling", {{.name = "s_id"}, {.name = "c_upload", .type = jet::ColumnType::YesNo}});
+          "Selling", {{.name = "s_id"}, {.name = "c_upload", .type = jet::ColumnType::kYesNo}});
       for (std::int32_t id = 1; id <= 3; ++id) sales.add({id, false});
       builder.finish();
     }

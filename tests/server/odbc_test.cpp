@@ -146,8 +146,8 @@ void Odbc::linkedTablesAreRead() {
   EXPECT_EQ(all({}),
             "1,가,2013-08-01,1.5,True,;2,Null,2013-08-02,Null,False,;"
             "3,나,Null,-3,True,;");
-  EXPECT_EQ(all({{"번호", jetsql::Comparison::GreaterOrEqual, std::int32_t{2}},
-                 {"날", jetsql::Comparison::Equal, values::toDateTime({2013, 8, 2})}}),
+  EXPECT_EQ(all({{"번호", jetsql::Comparison::kGreaterOrEqual, std::int32_t{2}},
+                 {"날", jetsql::Comparison::kEqual, values::toDateTime({2013, 8, 2})}}),
             "2,Null,2013-08-02,Null,False,;");
   EXPECT_EQ(thrown([&] { (void)source->columns(connect, "nosuch"); }), 3146);
   EXPECT_EQ(thrown([&] { (void)source->columns("ODBC;DSN=nosuch", table); }), 3151);

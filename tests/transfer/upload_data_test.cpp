@@ -138,7 +138,7 @@ TEST_F(UploadDataTest, LeftoversAreCompressedTogetherThenSentAndTheRunEnds) {
   leave("20130821_160000.TXT");
   leave("notes.gz");
   const TransferResult result = run();
-  EXPECT_EQ(result.end, TransferEnd::ProgramEnds);
+  EXPECT_EQ(result.end, TransferEnd::kProgramEnds);
   EXPECT_TRUE(result.complete);
   EXPECT_TRUE(left().empty());
   // Both started before the one wait.
@@ -158,7 +158,7 @@ TEST_F(UploadDataTest, UpperCaseGzIsNotCollected) {
   leave("notes.GZ");
   leave("20130821_153000.X.GZ");
   const TransferResult result = run();
-  EXPECT_EQ(result.end, TransferEnd::Returned);
+  EXPECT_EQ(result.end, TransferEnd::kReturned);
   EXPECT_THAT(left(), ElementsAre("notes.GZ"));
   EXPECT_THAT(
       world_.calls,
@@ -183,7 +183,7 @@ TEST_F(UploadDataTest, CompressionThatNeverComesEndsAfterItsLimit) {
   world_.ticks = 0xFFFFFFF0U;  // the counter wraps while waiting
   leave("20130821_153000.txt");
   const TransferResult result = run();
-  EXPECT_EQ(result.end, TransferEnd::Returned);
+  EXPECT_EQ(result.end, TransferEnd::kReturned);
   EXPECT_FALSE(result.complete);
   EXPECT_EQ(world_.statuses.back(), "서버로 보내기 위한 압축에 실패했습니다.");
   EXPECT_THAT(left(), ElementsAre("20130821_153000.txt"));
@@ -250,7 +250,7 @@ TEST_F(UploadDataTest, Words) {
   for (const auto& expected : cases) {
     SCOPED_TRACE(expected.words);
     world_ = {};
-    EXPECT_EQ(run(expected.words).end, TransferEnd::ProgramEnds);
+    EXPECT_EQ(run(expected.words).end, TransferEnd::kProgramEnds);
     EXPECT_EQ(world_.level, expected.level);
     EXPECT_EQ(world_.calls.back() == "put Pellmorn.exe /MU/Test.g", expected.connectionTest);
   }

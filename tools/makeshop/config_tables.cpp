@@ -123,7 +123,7 @@ void ConfigFile::addCard(CardPayment payment) {
 }
 
 void ConfigFile::addSale(const Sale& sale) {
-  if (sale.payment == Payment::Card) {
+  if (sale.payment == Payment::kCard) {
     addCard({.saleId = sale.id,
              .day = sale.day,
              .seconds = sale.seconds,

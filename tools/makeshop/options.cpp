@@ -10,8 +10,8 @@
 namespace makeshop {
 namespace {
 
-constexpr int kMostDays = 3660;
-constexpr int kMostSales = 5000;
+constexpr int kMaxDays = 3660;
+constexpr int kMaxSales = 5000;
 
 [[noreturn]] void refuse(const std::string& reason) {
   throw RuntimeError(error::kInvalidCall, reason + " (see --help)");
@@ -37,9 +37,9 @@ std::int32_t day(const std::string& option, const std::string& text) {
 
 void takeValue(const std::string& option, const std::string& value, Options& options) {
   if (option == "--days")
-    options.days = number(option, value, 1, kMostDays);
+    options.days = number(option, value, 1, kMaxDays);
   else if (option == "--sales-per-day")
-    options.salesPerDay = number(option, value, 0, kMostSales);
+    options.salesPerDay = number(option, value, 0, kMaxSales);
   else if (option == "--from")
     options.firstDay = day(option, value);
   else

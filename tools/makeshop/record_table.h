@@ -55,18 +55,18 @@ class RecordTable {
 inline jet::NewColumn column(const char* name, jet::ColumnType type) {
   return {.name = name, .type = type};
 }
-inline jet::NewColumn number(const char* name) { return column(name, jet::ColumnType::Long); }
+inline jet::NewColumn number(const char* name) { return column(name, jet::ColumnType::kLong); }
 inline jet::NewColumn smallNumber(const char* name) {
-  return column(name, jet::ColumnType::Integer);
+  return column(name, jet::ColumnType::kInteger);
 }
-inline jet::NewColumn money(const char* name) { return column(name, jet::ColumnType::Currency); }
-inline jet::NewColumn yesNo(const char* name) { return column(name, jet::ColumnType::YesNo); }
-inline jet::NewColumn date(const char* name) { return column(name, jet::ColumnType::DateTime); }
+inline jet::NewColumn money(const char* name) { return column(name, jet::ColumnType::kCurrency); }
+inline jet::NewColumn yesNo(const char* name) { return column(name, jet::ColumnType::kYesNo); }
+inline jet::NewColumn date(const char* name) { return column(name, jet::ColumnType::kDateTime); }
 inline jet::NewColumn text(const char* name, std::uint16_t size) {
-  return {.name = name, .type = jet::ColumnType::Text, .size = size, .compressed = true};
+  return {.name = name, .type = jet::ColumnType::kText, .size = size, .compressed = true};
 }
 inline jet::NewColumn memo(const char* name) {
-  return {.name = name, .type = jet::ColumnType::Memo, .compressed = true};
+  return {.name = name, .type = jet::ColumnType::kMemo, .compressed = true};
 }
 inline jet::NewIndex primaryKey(const char* column) {
   return {.name = "PrimaryKey", .columns = {column}, .primary = true};

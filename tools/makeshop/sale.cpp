@@ -101,8 +101,8 @@ void SaleMaker::settle(SaleWithItems& made) {
   sale.paid.units = std::max<std::int64_t>(0, sale.price.units - deductions);
   sale.vat.units = sale.paid.units / 11;  // with parts of a won
   const int way = random_.below(100);
-  sale.payment = way < 35 ? Payment::Cash : way < 92 ? Payment::Card : Payment::Credit;
-  if (sale.payment == Payment::Card) sale.cardKind = random_.pick(cardKinds());
+  sale.payment = way < 35 ? Payment::kCash : way < 92 ? Payment::kCard : Payment::kCredit;
+  if (sale.payment == Payment::kCard) sale.cardKind = random_.pick(cardKinds());
 }
 
 SaleWithItems SaleMaker::next(std::int32_t day) {

@@ -19,7 +19,7 @@
 
 namespace makeshop {
 
-enum class Payment : std::uint8_t { Cash, Card, Credit };
+enum class Payment : std::uint8_t { kCash, kCard, kCredit };
 
 struct Sale {
   std::int32_t id = 0;
@@ -47,7 +47,7 @@ struct Sale {
   values::Currency priceChange;
   values::Currency trim;
   values::Currency paid;
-  Payment payment = Payment::Cash;
+  Payment payment = Payment::kCash;
   std::string cardKind;
   std::string discountName;
   std::string history;

@@ -61,7 +61,7 @@ QueryDefinition soldItems() {
                   {"Selling_Item.amount_cost", "cost"},
                   {"[amount_price]-IIf(IsNull([amount_discount]),0,[amount_discount])", "income"}},
       .joins = {{"Selling_Item", "Set_Menu1", "Selling_Item.SM1_ID = Set_Menu1.sm1_id",
-                 JoinKind::Left}},
+                 JoinKind::kLeft}},
       .where = "(((Selling_Item.is_cancel)=False))"};
 }
 
@@ -107,7 +107,7 @@ QueryDefinition saleBase() {
                   {"Selling.S_ID"},
                   {"[Selling].[Price_Tot]", "net"},
                   {"Count(Selling_Item.SI_ID)", "items"}},
-      .joins = {{"Selling", "Selling_Item", "Selling.S_ID = Selling_Item.S_ID", JoinKind::Left}},
+      .joins = {{"Selling", "Selling_Item", "Selling.S_ID = Selling_Item.S_ID", JoinKind::kLeft}},
       .where = "(((Selling.VOID)=False))",
       .groupBy = {{"Selling.rDate"}, {"Selling.S_ID"}, {"[Selling].[Price_Tot]"}}};
 }

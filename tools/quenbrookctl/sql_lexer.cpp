@@ -57,7 +57,7 @@ Token SqlLexer::quoted(TokenKind closed, char quote) {
       }
     }
   }
-  return token(TokenKind::OpenString, text_.size() - at_);
+  return token(TokenKind::kOpenString, text_.size() - at_);
 }
 
 Token SqlLexer::variable() {
@@ -65,9 +65,9 @@ Token SqlLexer::variable() {
   behind.at_ = at_ + 1;
   const bool nameFollows =
       behind.at_ < text_.size() && (isWordPart(text_[behind.at_]) || isQuote(text_[behind.at_]));
-  if (!nameFollows) return token(TokenKind::Other, 1);
+  if (!nameFollows) return token(TokenKind::kOther, 1);
   const Token name = behind.next();
-  return token(name.kind == TokenKind::OpenString ? name.kind : TokenKind::Variable,
+  return token(name.kind == TokenKind::kOpenString ? name.kind : TokenKind::kVariable,
                name.text.size() + 1);
 }
 
@@ -77,7 +77,7 @@ Token SqlLexer::wordOrNumber() {
   if (text_.substr(at_).starts_with("0x")) {
     end = std::min(text_.find_first_not_of("0123456789abcdefABCDEF", at_ + 2), text_.size());
     const bool whole = end > at_ + 2 && (end == text_.size() || !isWordPart(text_[end]));
-    if (whole) return token(TokenKind::Number, end - at_);
+    if (whole) return token(TokenKind::kNumber, end - at_);
     end = at_;
   }
   const auto skipDigits = [&] {
@@ -100,40 +100,40 @@ Token SqlLexer::wordOrNumber() {
     }
   }
   if (number && (end == text_.size() || !isWordPart(text_[end]))) {
-    return token(TokenKind::Number, end - at_);
+    return token(TokenKind::kNumber, end - at_);
   }
   end = at_;
   while (end < text_.size() && isWordPart(text_[end])) ++end;
-  return end == at_ ? token(TokenKind::Other, 1) : token(TokenKind::Word, end - at_);
+  return end == at_ ? token(TokenKind::kOther, 1) : token(TokenKind::kWord, end - at_);
 }
 
 Token SqlLexer::next() {
   skipBlanksAndComments();
-  if (at_ >= text_.size()) return token(TokenKind::End, 0);
+  if (at_ >= text_.size()) return token(TokenKind::kEnd, 0);
   switch (const char c = text_[at_]) {
     case '\'':
     case '"':
-      return quoted(TokenKind::String, c);
+      return quoted(TokenKind::kString, c);
     case '`':
-      return quoted(TokenKind::Word, c);
+      return quoted(TokenKind::kWord, c);
     case '@':
       return variable();
     case '(':
-      return token(TokenKind::Open, 1);
+      return token(TokenKind::kOpen, 1);
     case ')':
-      return token(TokenKind::Close, 1);
+      return token(TokenKind::kClose, 1);
     case ',':
-      return token(TokenKind::Comma, 1);
+      return token(TokenKind::kComma, 1);
     case ';':
-      return token(TokenKind::Semicolon, 1);
+      return token(TokenKind::kSemicolon, 1);
     default:
       break;
   }
   for (const std::string_view pair : kPairs) {
-    if (text_.substr(at_).starts_with(pair)) return token(TokenKind::Operator, pair.size());
+    if (text_.substr(at_).starts_with(pair)) return token(TokenKind::kOperator, pair.size());
   }
   if (kOperatorCharacters.find(text_[at_]) != std::string_view::npos) {
-    return token(TokenKind::Operator, 1);
+    return token(TokenKind::kOperator, 1);
   }
   return wordOrNumber();
 }

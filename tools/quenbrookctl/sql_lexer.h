@@ -2,7 +2,7 @@
 // doubled inside quotes is one quote, double quotes are quotes too, # and "-- " open comments.
 //
 //   SqlLexer lexer("Values ('it\\'s', 7)");
-//   for (Token token = lexer.next(); token.kind != TokenKind::End; token = lexer.next()) ...
+//   for (Token token = lexer.next(); token.kind != TokenKind::kEnd; token = lexer.next()) ...
 //
 // Works on bytes of code page 949, none of whose second bytes is a quote or a backslash. Views
 // point into the text. Never fails: what is left open is a token of its own.
@@ -12,22 +12,22 @@
 #include <string_view>
 
 enum class TokenKind {
-  End,
-  String,      // with its quotes
-  OpenString,  // up to the end of the text
-  Number,
-  Word,      // a keyword or a name; `quoted` ones too
-  Variable,  // @name, @'name'
-  Operator,  // + - * / % & | ^ ~ ! = < > and their pairs
-  Open,      // (
-  Close,     // )
-  Comma,
-  Semicolon,
-  Other,
+  kEnd,
+  kString,      // with its quotes
+  kOpenString,  // up to the end of the text
+  kNumber,
+  kWord,      // a keyword or a name; `quoted` ones too
+  kVariable,  // @name, @'name'
+  kOperator,  // + - * / % & | ^ ~ ! = < > and their pairs
+  kOpen,      // (
+  kClose,     // )
+  kComma,
+  kSemicolon,
+  kOther,
 };
 
 struct Token {
-  TokenKind kind = TokenKind::End;
+  TokenKind kind = TokenKind::kEnd;
   std::string_view text;
   std::size_t at = 0;  // offset of the first byte
 };

@@ -62,8 +62,8 @@ class Checker {
     } else {
       throw Refusal{"neither DELETE nor INSERT, but " + excerpt()};
     }
-    if (word_.kind == TokenKind::Semicolon) advance();
-    if (word_.kind != TokenKind::End) refuseHere();
+    if (word_.kind == TokenKind::kSemicolon) advance();
+    if (word_.kind != TokenKind::kEnd) refuseHere();
   }
 
  private:
@@ -81,15 +81,15 @@ class Checker {
     readTable();
     columns_ = readColumns();
     expectWord("values");
-    expect(TokenKind::Open);
+    expect(TokenKind::kOpen);
     std::size_t values = 0;
     for (bool more = true; more; ++values) {
       value_ = values < columns_.size() ? columns_[values] : std::string_view("no column");
       checkExpression();
-      more = word_.kind == TokenKind::Comma;
+      more = word_.kind == TokenKind::kComma;
       if (more) advance();
     }
-    expect(TokenKind::Close);
+    expect(TokenKind::kClose);
     if (values != columns_.size()) {
       throw Refusal{std::to_string(values) + " values for " + std::to_string(columns_.size()) +
                     " columns"};
@@ -108,17 +108,17 @@ class Checker {
 
   std::vector<std::string_view> readColumns() {
     std::vector<std::string_view> columns;
-    expect(TokenKind::Open);
+    expect(TokenKind::kOpen);
     while (true) {
-      if (word_.kind != TokenKind::Word || !isColumn(word_.text)) {
+      if (word_.kind != TokenKind::kWord || !isColumn(word_.text)) {
         throw Refusal{"no column of " + std::string(table_->name) + ": " + excerpt()};
       }
       columns.push_back(word_.text);
       advance();
-      if (word_.kind != TokenKind::Comma) break;
+      if (word_.kind != TokenKind::kComma) break;
       advance();
     }
-    expect(TokenKind::Close);
+    expect(TokenKind::kClose);
     return columns;
   }
 
@@ -146,27 +146,27 @@ class Checker {
   }
 
   [[nodiscard]] bool isInfix() const {
-    return word_.kind == TokenKind::Operator ? !isOneOf(word_.text, kNoInfix)
+    return word_.kind == TokenKind::kOperator ? !isOneOf(word_.text, kNoInfix)
                                              : isOneOf(word_.text, kWordOperators);
   }
 
   void checkOperand() {
     while (isOneOf(word_.text, kPrefixes) || sameWord(word_.text, "not")) advance();
     switch (word_.kind) {
-      case TokenKind::String:
+      case TokenKind::kString:
         // Texts side by side are one text.
-        while (word_.kind == TokenKind::String) advance();
+        while (word_.kind == TokenKind::kString) advance();
         return;
-      case TokenKind::Number:
-      case TokenKind::Variable:
+      case TokenKind::kNumber:
+      case TokenKind::kVariable:
         return advance();
-      case TokenKind::Word:
+      case TokenKind::kWord:
         if (!isOneOf(word_.text, kConstants) && !isColumn(word_.text)) refuseHere();
         return advance();
-      case TokenKind::Open:
+      case TokenKind::kOpen:
         advance();
         checkExpression();
-        return expect(TokenKind::Close);
+        return expect(TokenKind::kClose);
       default:
         refuseHere();
     }
@@ -180,7 +180,7 @@ class Checker {
   }
 
   void expectWord(std::string_view word) {
-    if (word_.kind != TokenKind::Word || !sameWord(word_.text, word)) refuseHere();
+    if (word_.kind != TokenKind::kWord || !sameWord(word_.text, word)) refuseHere();
     advance();
   }
 
@@ -196,11 +196,11 @@ class Checker {
 
   [[noreturn]] void refuseHere() const {
     const std::string where = value_.empty() ? "" : " in " + std::string(value_);
-    if (word_.kind == TokenKind::OpenString) {
+    if (word_.kind == TokenKind::kOpenString) {
       throw Refusal{"a quote is left open" + where + ", from " + excerpt()};
     }
-    if (word_.kind == TokenKind::End) throw Refusal{"the statement ends early" + where};
-    if (before_ == TokenKind::String) {
+    if (word_.kind == TokenKind::kEnd) throw Refusal{"the statement ends early" + where};
+    if (before_ == TokenKind::kString) {
       throw Refusal{"a value ends early" + where + ", before " + excerpt()};
     }
     throw Refusal{"unexpected" + where + ": " + excerpt()};
@@ -218,7 +218,7 @@ class Checker {
   std::string_view statement_;
   SqlLexer lexer_;
   Token word_;
-  TokenKind before_ = TokenKind::End;
+  TokenKind before_ = TokenKind::kEnd;
   const ServerTable* table_ = nullptr;
   std::vector<std::string_view> columns_;
   std::string_view value_;  // column of the value that is being read

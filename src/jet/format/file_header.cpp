@@ -48,7 +48,7 @@ std::vector<std::byte> readPassword(Bytes header, const Format& format, double c
   const Bytes stored = header.subspan(kHeaderPassword, format.headerPasswordSize);
   std::vector<std::byte> password(stored.begin(), stored.end());
   std::size_t unit = 1;
-  if (format.version == Version::Jet4) {
+  if (format.version == Version::kJet4) {
     unmaskPassword(created, password);
     unit = 2;
   }
@@ -67,7 +67,7 @@ std::vector<std::byte> readPassword(Bytes header, const Format& format, double c
 // The password as the file would hold it.
 std::vector<std::byte> storedForm(std::string_view password, const FileHeader& header) {
   std::vector<std::byte> stored;
-  if (header.version == Version::Jet4) {
+  if (header.version == Version::kJet4) {
     stored = toUtf16(password);
   } else {
     const std::string text = CodePage(header.codePage).fromUtf8(password);
@@ -95,7 +95,7 @@ FileHeader readFileHeader(const RandomAccessFile& file) {
       (name == kAccdbName) != (header.versionByte >= kFirstAccdb)) {
     unrecognized(file.path(), "its version is not known");
   }
-  header.version = header.versionByte == 0 ? Version::Jet3 : Version::Jet4;
+  header.version = header.versionByte == 0 ? Version::kJet3 : Version::kJet4;
   const Format& format = formatOf(header.version);
   applyRc4(kHeaderMaskKey, 0, MutableBytes(bytes).subspan(kHeaderMaskStart, format.headerMaskSize));
 
@@ -103,7 +103,7 @@ FileHeader readFileHeader(const RandomAccessFile& file) {
   if (header.encodingKey != 0 && header.versionByte >= kFirstAccdb) {
     unrecognized(file.path(), "its pages are encrypted in the way of Access 2007 and later");
   }
-  if (header.version == Version::Jet3) {
+  if (header.version == Version::kJet3) {
     header.sortOrder = loadU16(bytes, kHeaderJet3SortOrder);
     header.codePage = knownCodePage(loadU16(bytes, kHeaderCodePage), file.path());
   } else {

@@ -16,7 +16,7 @@
 namespace jet {
 
 struct FileHeader {
-  Version version = Version::Jet4;
+  Version version = Version::kJet4;
   std::uint8_t versionByte = 1;   // 2 and on: .accdb
   std::uint32_t encodingKey = 0;  // 0: pages are stored plain
   int codePage = 1252;            // of Jet 3 text

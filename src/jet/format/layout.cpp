@@ -4,7 +4,7 @@ namespace jet {
 namespace {
 
 constexpr Format kJet3 = {
-    .version = Version::Jet3,
+    .version = Version::kJet3,
     .pageSize = 2048,
     .headerMaskSize = 126,
     .headerPasswordSize = 20,
@@ -55,7 +55,7 @@ constexpr Format kJet3 = {
 };
 
 constexpr Format kJet4 = {
-    .version = Version::Jet4,
+    .version = Version::kJet4,
     .pageSize = 4096,
     .headerMaskSize = 128,
     .headerPasswordSize = 40,
@@ -107,6 +107,6 @@ constexpr Format kJet4 = {
 
 }  // namespace
 
-const Format& formatOf(Version version) { return version == Version::Jet3 ? kJet3 : kJet4; }
+const Format& formatOf(Version version) { return version == Version::kJet3 ? kJet3 : kJet4; }
 
 }  // namespace jet

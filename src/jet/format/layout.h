@@ -1,7 +1,7 @@
 // Where things stand in a Jet file, for the reader, the writer and the marker alike: all that
 // differs between Jet 3 (Access 97) and Jet 4 (Access 2000 and later) is one table, `Format`.
 //
-//   const Format& f = formatOf(Version::Jet4);
+//   const Format& f = formatOf(Version::kJet4);
 //   std::uint16_t rows = loadU16(page, f.dataRowCount);
 //
 // Offsets and sizes are bytes. docs/jet-format.md draws the shapes and says where each fact is
@@ -14,18 +14,18 @@
 namespace jet {
 
 enum class Version : std::uint8_t {
-  Jet3,  // Access 97: pages of 2048 bytes, text in a code page
-  Jet4,  // Access 2000 to 2003, and the same pages in .accdb: 4096 bytes, Unicode
+  kJet3,  // Access 97: pages of 2048 bytes, text in a code page
+  kJet4,  // Access 2000 to 2003, and the same pages in .accdb: 4096 bytes, Unicode
 };
 
 // First byte of a page.
 enum class PageType : std::uint8_t {
-  Header = 0,
-  Data = 1,  // rows of a table, or long values ("LVAL" in place of the owner)
-  TableDefinition = 2,
-  IndexNode = 3,
-  IndexLeaf = 4,
-  UsageMap = 5,
+  kHeader = 0,
+  kData = 1,  // rows of a table, or long values ("LVAL" in place of the owner)
+  kTableDefinition = 2,
+  kIndexNode = 3,
+  kIndexLeaf = 4,
+  kUsageMap = 5,
 };
 
 struct Format {

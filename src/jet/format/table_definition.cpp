@@ -8,22 +8,22 @@ namespace jet {
 
 std::size_t fixedSize(ColumnType type) {
   switch (type) {
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return 1;
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-    case ColumnType::Complex:
+    case ColumnType::kLong:
+    case ColumnType::kSingle:
+    case ColumnType::kComplex:
       return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::DateTime:
-    case ColumnType::BigInt:
+    case ColumnType::kCurrency:
+    case ColumnType::kDouble:
+    case ColumnType::kDateTime:
+    case ColumnType::kBigInt:
       return 8;
-    case ColumnType::Guid:
+    case ColumnType::kGuid:
       return 16;
-    case ColumnType::Numeric:
+    case ColumnType::kNumeric:
       return 17;
     default:
       return 0;
@@ -46,37 +46,37 @@ bool sameName(std::string_view a, std::string_view b) {
 
 values::VariantType Column::variantType() const {
   switch (type) {
-    case ColumnType::YesNo:
-      return values::VariantType::YesNo;
-    case ColumnType::Byte:
-      return values::VariantType::Byte;
-    case ColumnType::Integer:
-      return values::VariantType::Integer;
-    case ColumnType::Long:
-    case ColumnType::Complex:
-      return values::VariantType::Long;
-    case ColumnType::Currency:
-      return values::VariantType::Currency;
-    case ColumnType::Single:
-      return values::VariantType::Single;
-    case ColumnType::Double:
-      return values::VariantType::Double;
-    case ColumnType::DateTime:
-      return values::VariantType::DateTime;
-    case ColumnType::Text:
-    case ColumnType::Memo:
-    case ColumnType::Guid:
-      return values::VariantType::Text;
-    case ColumnType::Numeric:
-    case ColumnType::BigInt:
-      return values::VariantType::Numeric;
-    case ColumnType::Binary:
-    case ColumnType::WideBinary:
-    case ColumnType::Ole:
-    case ColumnType::ExtendedDateTime:
+    case ColumnType::kYesNo:
+      return values::VariantType::kYesNo;
+    case ColumnType::kByte:
+      return values::VariantType::kByte;
+    case ColumnType::kInteger:
+      return values::VariantType::kInteger;
+    case ColumnType::kLong:
+    case ColumnType::kComplex:
+      return values::VariantType::kLong;
+    case ColumnType::kCurrency:
+      return values::VariantType::kCurrency;
+    case ColumnType::kSingle:
+      return values::VariantType::kSingle;
+    case ColumnType::kDouble:
+      return values::VariantType::kDouble;
+    case ColumnType::kDateTime:
+      return values::VariantType::kDateTime;
+    case ColumnType::kText:
+    case ColumnType::kMemo:
+    case ColumnType::kGuid:
+      return values::VariantType::kText;
+    case ColumnType::kNumeric:
+    case ColumnType::kBigInt:
+      return values::VariantType::kNumeric;
+    case ColumnType::kBinary:
+    case ColumnType::kWideBinary:
+    case ColumnType::kOle:
+    case ColumnType::kExtendedDateTime:
       break;
   }
-  return values::VariantType::Binary;
+  return values::VariantType::kBinary;
 }
 
 std::optional<std::size_t> TableDefinition::findColumn(std::string_view columnName) const {

@@ -20,24 +20,24 @@
 namespace jet {
 
 enum class ColumnType : std::uint8_t {
-  YesNo = 1,
-  Byte = 2,
-  Integer = 3,
-  Long = 4,
-  Currency = 5,
-  Single = 6,
-  Double = 7,
-  DateTime = 8,
-  Binary = 9,
-  Text = 10,
-  Ole = 11,
-  Memo = 12,
-  Guid = 15,
-  Numeric = 16,
-  WideBinary = 17,        // found in system tables of Access 2000: up to a page's bytes
-  Complex = 18,           // Access 2007 and later: the number of a multi-valued field's rows
-  BigInt = 19,            // Access 2016 and later
-  ExtendedDateTime = 20,  // Access 2019 and later; read as its bytes
+  kYesNo = 1,
+  kByte = 2,
+  kInteger = 3,
+  kLong = 4,
+  kCurrency = 5,
+  kSingle = 6,
+  kDouble = 7,
+  kDateTime = 8,
+  kBinary = 9,
+  kText = 10,
+  kOle = 11,
+  kMemo = 12,
+  kGuid = 15,
+  kNumeric = 16,
+  kWideBinary = 17,        // found in system tables of Access 2000: up to a page's bytes
+  kComplex = 18,           // Access 2007 and later: the number of a multi-valued field's rows
+  kBigInt = 19,            // Access 2016 and later
+  kExtendedDateTime = 20,  // Access 2019 and later; read as its bytes
 };
 
 // Bytes of a value of the type; 0 where the length is the column's own, and for Yes/No, which lives
@@ -46,7 +46,7 @@ enum class ColumnType : std::uint8_t {
 
 struct Column {
   std::string name;
-  ColumnType type = ColumnType::Long;
+  ColumnType type = ColumnType::kLong;
   std::uint16_t number = 0;   // bit in a row's null mask
   std::uint16_t ordinal = 0;  // order of display
   bool fixed = false;         // stands at fixedOffset; otherwise in the variable part at varIndex
@@ -62,7 +62,7 @@ struct Column {
   // Type of the values that the column gives. BigInt gives Numeric, GUID and memo give Text.
   [[nodiscard]] values::VariantType variantType() const;
   [[nodiscard]] bool isLongValue() const {
-    return type == ColumnType::Memo || type == ColumnType::Ole;
+    return type == ColumnType::kMemo || type == ColumnType::kOle;
   }
 };
 

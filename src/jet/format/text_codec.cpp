@@ -34,7 +34,7 @@ class Utf16Appender {
  public:
   Utf16Appender(std::string& utf8, std::size_t units) : utf8_(utf8) {
     const std::size_t before = utf8.size();
-    utf8.resize(before + kMostBytes * units);
+    utf8.resize(before + kMaxBytes * units);
     to_ = utf8.data() + before;
   }
   ~Utf16Appender() {
@@ -53,7 +53,7 @@ class Utf16Appender {
   }
 
  private:
-  static constexpr std::size_t kMostBytes = 3;  // a unit's; a pair has four
+  static constexpr std::size_t kMaxBytes = 3;  // a unit's; a pair has four
 
   static bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
@@ -149,7 +149,7 @@ TextDecoder::TextDecoder(Version version, int codePage) : version_(version), cod
 void TextDecoder::append(Bytes stored, std::string& utf8) {
   if (const auto text = plainText(stored)) {
     utf8 += *text;
-  } else if (version_ == Version::Jet3) {
+  } else if (version_ == Version::kJet3) {
     codePage_.appendUtf8(asText(stored), utf8);
   } else if (asText(stored).starts_with(kCompressedMark)) {
     appendCompressed(stored.subspan(kCompressedMark.size()), utf8);
@@ -161,7 +161,7 @@ void TextDecoder::append(Bytes stored, std::string& utf8) {
 // The stored bytes that are the text itself already.
 std::optional<std::string_view> TextDecoder::plainText(Bytes stored) const {
   std::string_view text = asText(stored);
-  if (version_ == Version::Jet4) {
+  if (version_ == Version::kJet4) {
     if (!text.starts_with(kCompressedMark)) return std::nullopt;
     text.remove_prefix(kCompressedMark.size());
     if (text.find('\0') != std::string_view::npos) return std::nullopt;

@@ -5,7 +5,7 @@
 namespace jet {
 namespace {
 
-constexpr int kMostLevels = 16;  // a tree of 2 GiB has five
+constexpr int kMaxLevels = 16;  // a tree of 2 GiB has five
 
 }  // namespace
 
@@ -28,7 +28,7 @@ void IndexCursor::descend() {
 bool IndexCursor::tryDescend() {
   IndexPagePtr page = pages_->get(*file_, root_, owner_);
   for (int level = 1; !page->isLeaf(); ++level) {
-    if (level == kMostLevels) file_->damaged(root_, "its index has no leaves");
+    if (level == kMaxLevels) file_->damaged(root_, "its index has no leaves");
     page = pages_->child(*file_, *page, page->lowerBound(first_), owner_);
     if (!page) return false;
   }

@@ -8,7 +8,7 @@
 namespace jet {
 namespace {
 
-constexpr std::size_t kMostLevels = 16;  // a tree of 2 GiB has five
+constexpr std::size_t kMaxLevels = 16;  // a tree of 2 GiB has five
 
 std::vector<std::byte> withChild(std::vector<std::byte> entry, std::uint32_t child) {
   for (int shift = 24; shift >= 0; shift -= 8) {
@@ -36,7 +36,7 @@ void IndexEdit::descend(Bytes key) {
     path_.push_back({page, nodeAt(page)});
     Step& step = path_.back();
     if (step.node.isLeaf()) break;
-    if (path_.size() == kMostLevels) edits_.file().damaged(page, "its index has no leaves");
+    if (path_.size() == kMaxLevels) edits_.file().damaged(page, "its index has no leaves");
     step.child = step.node.lowerBound(key);
     if (step.child < step.node.size()) {
       page = step.node.child(step.child);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::byte kValueAscending{0x7f};
 constexpr std::byte kValueDescending{0x80};
-constexpr std::size_t kMostKeyBytes = 8;
+constexpr std::size_t kMaxKeyBytes = 8;
 
 // A key column's values, mapped to whole numbers of the same order: for whole types the number
 // itself, for doubles their bits (negative ones turned over). So "the next value" is plus one.
@@ -34,21 +34,21 @@ KeyType wholeType() {
 
 std::optional<KeyType> keyType(ColumnType type) {
   switch (type) {
-    case ColumnType::YesNo:
+    case ColumnType::kYesNo:
       return KeyType{1, -1, 0, false};
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return wholeType<std::uint8_t>();
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return wholeType<std::int16_t>();
-    case ColumnType::Long:
+    case ColumnType::kLong:
       return wholeType<std::int32_t>();
-    case ColumnType::Currency:
+    case ColumnType::kCurrency:
       return wholeType<std::int64_t>();
-    case ColumnType::Single:
+    case ColumnType::kSingle:
       return KeyType{4, std::numeric_limits<std::int32_t>::min(),
                      std::numeric_limits<std::int32_t>::max(), true};
-    case ColumnType::Double:
-    case ColumnType::DateTime:
+    case ColumnType::kDouble:
+    case ColumnType::kDateTime:
       return KeyType{8, std::numeric_limits<Ordinal>::min(), std::numeric_limits<Ordinal>::max(),
                      true};
     default:
@@ -91,23 +91,23 @@ Comparand wholeComparand(std::int64_t units, std::int64_t perOne) {
 
 Comparand toComparand(const values::Variant& value) {
   switch (value.type()) {
-    case values::VariantType::Null:
+    case values::VariantType::kNull:
       return {.null = true};
-    case values::VariantType::YesNo:
+    case values::VariantType::kYesNo:
       return wholeComparand(*value.as<bool>() ? -1 : 0, 1);
-    case values::VariantType::Byte:
+    case values::VariantType::kByte:
       return wholeComparand(*value.as<std::uint8_t>(), 1);
-    case values::VariantType::Integer:
+    case values::VariantType::kInteger:
       return wholeComparand(*value.as<std::int16_t>(), 1);
-    case values::VariantType::Long:
+    case values::VariantType::kLong:
       return wholeComparand(*value.as<std::int32_t>(), 1);
-    case values::VariantType::Currency:
+    case values::VariantType::kCurrency:
       return wholeComparand(value.as<values::Currency>()->units, 10000);
-    case values::VariantType::Single:
+    case values::VariantType::kSingle:
       return {.real = *value.as<float>()};
-    case values::VariantType::Double:
+    case values::VariantType::kDouble:
       return {.real = *value.as<double>()};
-    case values::VariantType::DateTime:
+    case values::VariantType::kDateTime:
       return {.real = value.as<values::DateTime>()->serial};
     default:
       throw RuntimeError(error::kInvalidArgument,
@@ -119,13 +119,13 @@ Comparand toComparand(const values::Variant& value) {
 // Order of a key value against a comparand: whole numbers exactly, all else as doubles.
 int compareKey(ColumnType column, const KeyType& type, Ordinal key, const Comparand& value) {
   if (!type.real && value.whole) {
-    const Int128 units = static_cast<Int128>(key) * (column == ColumnType::Currency ? 1 : 10000);
+    const Int128 units = static_cast<Int128>(key) * (column == ColumnType::kCurrency ? 1 : 10000);
     return (units > value.units) - (units < value.units);
   }
   double real = static_cast<double>(key);
   if (type.real) {
     real = realOf(type, key);
-  } else if (column == ColumnType::Currency) {
+  } else if (column == ColumnType::kCurrency) {
     real /= 10000;
   }
   // NaN stands at both ends of the ordinals.
@@ -188,7 +188,7 @@ OrdinalRange between(ColumnType column, const KeyType& type,
 OrdinalRange equalTo(ColumnType column, const KeyType& type, const values::Variant& value) {
   const Comparand comparand = toComparand(value);
   // The usual case without a search.
-  if (!type.real && comparand.whole && column != ColumnType::Currency &&
+  if (!type.real && comparand.whole && column != ColumnType::kCurrency &&
       comparand.units % 10000 == 0) {
     const Int128 number = comparand.units / 10000;
     if (number < type.least || number > type.greatest) return kNothing;
@@ -200,12 +200,12 @@ OrdinalRange equalTo(ColumnType column, const KeyType& type, const values::Varia
 // The byte that says that the value is not Null, and its own bytes as they stand in an entry.
 void appendKey(ColumnType column, const KeyType& type, Ordinal key, bool ascending,
                std::vector<std::byte>& out) {
-  std::array<std::byte, 1 + kMostKeyBytes> bytes;
+  std::array<std::byte, 1 + kMaxKeyBytes> bytes;
   auto* at = bytes.data();
   *at++ = ascending ? kValueAscending : kValueDescending;
   auto bits = static_cast<std::uint64_t>(key);
-  if (column == ColumnType::YesNo) bits = key != 0 ? 0x00 : 0xff;  // Yes, being -1, comes first
-  const bool isSigned = column != ColumnType::YesNo && column != ColumnType::Byte;
+  if (column == ColumnType::kYesNo) bits = key != 0 ? 0x00 : 0xff;  // Yes, being -1, comes first
+  const bool isSigned = column != ColumnType::kYesNo && column != ColumnType::kByte;
   for (std::size_t i = type.size; i-- != 0;) {
     auto byte = static_cast<std::byte>(bits >> 8 * i);
     if (isSigned && i + 1 == type.size) byte ^= std::byte{0x80};

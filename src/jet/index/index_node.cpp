@@ -126,7 +126,7 @@ bool IndexNode::store(const Format& format, Page& page) const {
   if (storedSize(prefix) > room) return false;
 
   MutableBytes bytes = page.bytes;
-  bytes[0] = static_cast<std::byte>(leaf_ ? PageType::IndexLeaf : PageType::IndexNode);
+  bytes[0] = static_cast<std::byte>(leaf_ ? PageType::kIndexLeaf : PageType::kIndexNode);
   bytes[1] = std::byte{1};
   storeLittle<std::uint32_t>(bytes, kIndexOwner, owner);
   storeLittle<std::uint32_t>(bytes, format.indexPrevious, previous);

@@ -31,14 +31,14 @@ IndexPage::IndexPage(const PageFile& file, PagePtr page, std::uint32_t owner)
   const Format& format = file.format();
   const Bytes bytes = page_->bytes;
   const auto type = static_cast<PageType>(loadU8(bytes, 0));
-  if (type != PageType::IndexNode && type != PageType::IndexLeaf) {
+  if (type != PageType::kIndexNode && type != PageType::kIndexLeaf) {
     file.damaged(page_->number, "it should be part of an index");
   }
   if (loadU32(bytes, kIndexOwner) != owner) {
     file.damaged(page_->number,
                  "it is not part of an index of the table of page " + std::to_string(owner));
   }
-  leaf_ = type == PageType::IndexLeaf;
+  leaf_ = type == PageType::kIndexLeaf;
   previous_ = loadU32(bytes, format.indexPrevious);
   next_ = loadU32(bytes, format.indexNext);
   tail_ = loadU32(bytes, format.indexTail);

@@ -8,7 +8,7 @@ namespace {
 
 bool isNeutral(Bytes header, int slot, Version version) {
   const std::size_t at = kHeaderCommitBytes + 2 * static_cast<std::size_t>(slot);
-  if (version == Version::Jet3) return loadU8(header, at + 1) != 0;
+  if (version == Version::kJet3) return loadU8(header, at + 1) != 0;
   return loadU16(header, at) == 0;
 }
 

@@ -1,6 +1,6 @@
 // The commit bytes of the header page: has somebody been stopped in the middle of writing?
 //
-//   checkCommitBytes(headerAsItIs, Version::Jet4, *lockFile, path);
+//   checkCommitBytes(headerAsItIs, Version::kJet4, *lockFile, path);
 //
 // Page 0 holds 256 pairs of bytes from 600h on, pair n for the user in slot n, pair 0 for who has
 // the file alone. The engine changes its pair while it writes and puts it back after. A changed

@@ -16,7 +16,7 @@ void checkDataPage(const PageFile& file, const Page& page, std::uint32_t owner) 
 
 void checkDataPage(const PageFile& file, const Page& page) {
   const Format& format = file.format();
-  if (loadU8(page.bytes, 0) != static_cast<std::uint8_t>(PageType::Data)) {
+  if (loadU8(page.bytes, 0) != static_cast<std::uint8_t>(PageType::kData)) {
     file.damaged(page.number, "it should hold rows");
   }
   if (format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)} > format.pageSize) {

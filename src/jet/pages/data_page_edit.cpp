@@ -6,7 +6,7 @@
 namespace jet {
 namespace {
 
-constexpr std::size_t kMostRows = 255;  // a row pointer has one byte for the place
+constexpr std::size_t kMaxRows = 255;  // a row pointer has one byte for the place
 
 std::size_t offsetsEnd(const Format& format, const Page& page) {
   return format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)};
@@ -59,7 +59,7 @@ std::optional<std::uint16_t> appendRow(const PageFile& file, Page& page, Bytes b
                                        std::uint16_t flags) {
   const Format& format = file.format();
   const std::uint16_t row = rowCount(format, page);
-  if (row >= kMostRows || bytes.size() + 2 > freeSpace(file, page)) return std::nullopt;
+  if (row >= kMaxRows || bytes.size() + 2 > freeSpace(file, page)) return std::nullopt;
   const std::size_t start = rowsStart(file, page) - bytes.size();
   std::memcpy(page.bytes.data() + start, bytes.data(), bytes.size());
   storeLittle<std::uint16_t>(page.bytes, format.dataRowOffsets + 2 * std::size_t{row},
@@ -71,7 +71,7 @@ std::optional<std::uint16_t> appendRow(const PageFile& file, Page& page, Bytes b
 
 void formatDataPage(const Format& format, Page& page, std::uint32_t owner) {
   std::fill(page.bytes.begin(), page.bytes.end(), std::byte{0});
-  page.bytes[0] = static_cast<std::byte>(PageType::Data);
+  page.bytes[0] = static_cast<std::byte>(PageType::kData);
   page.bytes[1] = std::byte{1};  // as on every page of these kinds
   storeLittle<std::uint32_t>(page.bytes, kPageOwner, owner);
   storeLittle<std::uint16_t>(page.bytes, kPageFreeSpace,

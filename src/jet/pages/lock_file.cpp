@@ -98,7 +98,7 @@ std::unique_ptr<LockFile> LockFile::join(const std::string& databasePath, OpenFo
     return joinOrRefuse(databasePath, sharing, sleeper);
   } catch (const RuntimeError& failure) {
     if (failure.number() >= error::kReserved) throw;  // refused by other users, not by the system
-    if (purpose == OpenFor::Reading) return nullptr;
+    if (purpose == OpenFor::kReading) return nullptr;
     throw RuntimeError(
         failure.number() == error::kPathAccess ? error::kNoPermission : error::kCannotLock,
         "Cannot open '" + databasePath + "' for writing: " + failure.what());
@@ -110,7 +110,7 @@ std::unique_ptr<LockFile> LockFile::joinOrRefuse(const std::string& databasePath
   const std::string path = lockFilePath(databasePath);
   for (int attempt = 1;; ++attempt) {
     std::unique_ptr<LockFile> user(new LockFile(databasePath, platform::LockableFile(path)));
-    const bool taken = sharing == Sharing::Exclusive ? user->takeAll() : user->takeSlot();
+    const bool taken = sharing == Sharing::kExclusive ? user->takeAll() : user->takeSlot();
     if (taken && user->file_.isStillInPlace()) {
       user->joined_ = true;
       user->writeEntry(std::max(user->slot_, 1));
@@ -149,7 +149,7 @@ void LockFile::refuse(Sharing sharing) const {
         error::kHeldAlone,
         "The database '" + databasePath_ + "' is already opened exclusively by " + userOf(1) + ".");
   }
-  if (sharing == Sharing::Exclusive) {
+  if (sharing == Sharing::kExclusive) {
     const int slot = holder ? static_cast<int>(holder->first - kUserLocks) : 1;
     throw RuntimeError(error::kFileInUse, "Could not use '" + databasePath_ +
                                               "'; file already in use by " + userOf(slot) + ".");

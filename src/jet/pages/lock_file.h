@@ -1,6 +1,6 @@
 // How programs share one Jet file: the lock file beside it, NAME.ldb (NAME.laccdb for an .accdb).
 //
-//   auto lockFile = LockFile::join("/shop/data.mdb", OpenFor::Writing, Sharing::Shared, sleeper);
+//   auto lockFile = LockFile::join("/shop/data.mdb", OpenFor::kWriting, Sharing::kShared, sleeper);
 //   { const PageLock lock = lockFile->lockPage(83); ... read it again, change it, write it ... }
 //
 // The lock file holds up to 255 entries of 64 bytes, one for each user: 32 bytes machine name, 32
@@ -35,8 +35,8 @@
 
 namespace jet {
 
-enum class OpenFor { Reading, Writing };
-enum class Sharing { Shared, Exclusive };
+enum class OpenFor { kReading, kWriting };
+enum class Sharing { kShared, kExclusive };
 
 constexpr int kMaxUsers = 255;
 
@@ -65,7 +65,7 @@ class PageLock {
 
 class LockFile {
  public:
-  // Null where OpenFor::Reading cannot join and does without.
+  // Null where OpenFor::kReading cannot join and does without.
   [[nodiscard]] static std::unique_ptr<LockFile> join(const std::string& databasePath,
                                                       OpenFor purpose, Sharing sharing,
                                                       platform::Sleeper& sleeper);

@@ -38,7 +38,7 @@ void addReferenced(PageFile& file, std::uint32_t mapPage, Bytes row, Collector& 
     const std::uint32_t number = loadU32(row, kReferencePages + 4 * i);
     if (number == 0) continue;
     const PagePtr page = file.freshPage(number);
-    if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::UsageMap)) {
+    if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::kUsageMap)) {
       file.damaged(number, "it should hold a usage map of page " + std::to_string(mapPage));
     }
     pages.add(number, i * pagesPerMap, Bytes(page->bytes).subspan(kUsageMapPageBits));
@@ -55,10 +55,10 @@ std::vector<std::uint32_t> readUsageMap(PageFile& file, RowId map) {
 
   Collector pages(file);
   switch (static_cast<UsageMapKind>(loadU8(row, 0))) {
-    case UsageMapKind::Inline:
+    case UsageMapKind::kInline:
       pages.add(map.page, loadU32(row, 1), row.subspan(kInlineBits));
       break;
-    case UsageMapKind::Reference:
+    case UsageMapKind::kReference:
       addReferenced(file, map.page, row, pages);
       break;
     default:

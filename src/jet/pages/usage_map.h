@@ -14,7 +14,7 @@
 
 namespace jet {
 
-enum class UsageMapKind : std::uint8_t { Inline = 0, Reference = 1 };
+enum class UsageMapKind : std::uint8_t { kInline = 0, kReference = 1 };
 
 // The mapped pages, ascending. Read from the file as it is at this moment, not from the cache; a
 // page that the file does not have is damage.

@@ -36,7 +36,7 @@ class MapEdit {
     if (row.size() < kInlineBits) file.damaged(map.page, "a usage map is too short");
     const auto start = static_cast<std::size_t>(row.data() - page_.bytes.data());
     row_ = MutableBytes(page_.bytes).subspan(start, row.size());
-    if (loadU8(row_, 0) > static_cast<std::uint8_t>(UsageMapKind::Reference)) {
+    if (loadU8(row_, 0) > static_cast<std::uint8_t>(UsageMapKind::kReference)) {
       file.damaged(map.page, "a usage map is of no known kind");
     }
   }
@@ -68,7 +68,7 @@ class MapEdit {
 
  private:
   [[nodiscard]] bool isInline() const {
-    return loadU8(row_, 0) == static_cast<std::uint8_t>(UsageMapKind::Inline);
+    return loadU8(row_, 0) == static_cast<std::uint8_t>(UsageMapKind::kInline);
   }
   [[nodiscard]] bool inlineReaches(std::uint32_t page) const {
     const std::uint32_t start = loadU32(row_, kInlineStart);
@@ -89,7 +89,7 @@ class MapEdit {
       return &added;
     }
     Page& found = edits_.edit(number);
-    if (loadU8(found.bytes, 0) != static_cast<std::uint8_t>(PageType::UsageMap)) {
+    if (loadU8(found.bytes, 0) != static_cast<std::uint8_t>(PageType::kUsageMap)) {
       edits_.file().damaged(number, "it should hold a usage map");
     }
     return &found;
@@ -108,7 +108,7 @@ class MapEdit {
   Page& addMapPage() {
     Page& added = background() ? edits_.create(nextFree()) : allocatePage(edits_);
     std::ranges::fill(added.bytes, background() ? std::byte{0xff} : std::byte{0});
-    added.bytes[0] = static_cast<std::byte>(PageType::UsageMap);
+    added.bytes[0] = static_cast<std::byte>(PageType::kUsageMap);
     added.bytes[1] = std::byte{1};
     added.bytes[2] = added.bytes[3] = std::byte{0};
     edits_.schedule(added.number);
@@ -122,7 +122,7 @@ class MapEdit {
     const std::uint32_t start = loadU32(row_, kInlineStart);
     const Bytes bits = row_.subspan(kInlineBits);
     std::vector<std::byte> list(row_.size());
-    list[0] = static_cast<std::byte>(UsageMapKind::Reference);
+    list[0] = static_cast<std::byte>(UsageMapKind::kReference);
     std::vector<std::uint32_t> added;
     for (std::uint32_t i = 0; i < 8 * bits.size(); ++i) {
       const bool value = bitAt(bits, i);

@@ -13,7 +13,7 @@
 namespace jet {
 namespace {
 
-constexpr std::size_t kMostLevels = 16;
+constexpr std::size_t kMaxLevels = 16;
 constexpr std::size_t kRowPointer = 4;
 // In front of each part: whether it is Null, so that Nulls sort to the front.
 constexpr std::byte kNull{0x00};
@@ -22,17 +22,17 @@ constexpr std::byte kValue{0x7f};
 // The part of a key that a stored field makes, ascending; every byte is turned over for descending.
 std::vector<std::byte> encodePart(const Column& column, bool ascending, const StoredField& field) {
   std::vector<std::byte> part(1, kValue);
-  if (column.type == ColumnType::YesNo) {
+  if (column.type == ColumnType::kYesNo) {
     part.push_back(field ? std::byte{0x00} : std::byte{0xff});  // Yes, being -1, comes first
   } else if (!field || field->empty()) {
     part.front() = kNull;
   } else {
     const bool negative = (field->back() & std::byte{0x80}) != std::byte{0};
-    const bool real = column.type == ColumnType::Single || column.type == ColumnType::Double ||
-                      column.type == ColumnType::DateTime;
+    const bool real = column.type == ColumnType::kSingle || column.type == ColumnType::kDouble ||
+                      column.type == ColumnType::kDateTime;
     const std::byte turned = real && negative ? std::byte{0xff} : std::byte{0x00};
     std::byte sign{0x80};  // of the highest byte, unless the type has none
-    if (column.type == ColumnType::Byte || turned != std::byte{0}) sign = std::byte{0};
+    if (column.type == ColumnType::kByte || turned != std::byte{0}) sign = std::byte{0};
     for (auto byte = field->rbegin(); byte != field->rend(); ++byte) {
       part.push_back(*byte ^ turned ^ std::exchange(sign, std::byte{0}));
     }
@@ -53,7 +53,7 @@ std::optional<std::vector<std::byte>> findEntry(PageFile& file, const TableDefin
   IndexPage page = pageAt(index.rootPage);
   for (std::size_t level = 1; !page.isLeaf(); ++level) {
     const std::size_t n = page.lowerBound(prefix);
-    if (level == kMostLevels || (page.size() == 0 && page.tail() == 0)) {
+    if (level == kMaxLevels || (page.size() == 0 && page.tail() == 0)) {
       file.damaged(index.rootPage, "its index has no leaves");
     }
     std::uint32_t child = n < page.size() ? page.child(n) : page.tail();

@@ -58,13 +58,13 @@ bool Row::bit(const Column& column) const {
 
 bool Row::isNull(std::size_t position) const {
   const Column& c = column(position);
-  return c.type != ColumnType::YesNo && !bit(c);
+  return c.type != ColumnType::kYesNo && !bit(c);
 }
 
 Bytes Row::raw(std::size_t position) const { return raw(column(position)); }
 
 Bytes Row::raw(const Column& c) const {
-  if (c.type == ColumnType::YesNo) return {};
+  if (c.type == ColumnType::kYesNo) return {};
   return c.fixed ? rawFixed(c) : rawVariable(c);
 }
 
@@ -94,7 +94,7 @@ Bytes Row::rawVariable(const Column& c) const {
 
 // A jump table is there in Jet 3 rows longer than a byte can count.
 std::size_t Row::jumpCount() const {
-  return context_->file.format().version == Version::Jet3 ? (bytes_.size() - 1) / 256 : 0;
+  return context_->file.format().version == Version::kJet3 ? (bytes_.size() - 1) / 256 : 0;
 }
 
 // Entry number `count` is the end of the last column. In Jet 3 an entry is a byte; each jump table
@@ -102,7 +102,7 @@ std::size_t Row::jumpCount() const {
 // table has as many as the whole row needs, the offsets may need one less.
 std::size_t Row::variableOffset(std::size_t entry, std::size_t count, std::size_t jumps) const {
   const std::size_t first = maskOffset_ - context_->file.format().rowNumberSize - jumps;
-  if (context_->file.format().version == Version::Jet4) {
+  if (context_->file.format().version == Version::kJet4) {
     return loadU16(bytes_, first - 2 * (entry + 1));
   }
   const std::size_t used = jumps != 0 && (first - count - 1) / 256 < jumps ? jumps - 1 : jumps;
@@ -123,14 +123,14 @@ T Row::number(const Column& c) const {
 std::int64_t Row::wholeNumber(std::size_t position) const {
   const Column& c = column(position);
   switch (c.type) {
-    case ColumnType::YesNo:
+    case ColumnType::kYesNo:
       return bit(c) ? -1 : 0;
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return number<std::uint8_t>(c);
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return number<std::int16_t>(c);
-    case ColumnType::Currency:
-    case ColumnType::BigInt:
+    case ColumnType::kCurrency:
+    case ColumnType::kBigInt:
       return number<std::int64_t>(c);
     default:
       return number<std::int32_t>(c);
@@ -139,13 +139,13 @@ std::int64_t Row::wholeNumber(std::size_t position) const {
 
 double Row::realNumber(std::size_t position) const {
   const Column& c = column(position);
-  return c.type == ColumnType::Single ? number<float>(c) : number<double>(c);
+  return c.type == ColumnType::kSingle ? number<float>(c) : number<double>(c);
 }
 
 std::string_view Row::text(std::size_t position, std::string& scratch) const {
   const Column& c = column(position);
   const Bytes bytes = raw(position);
-  if (c.type == ColumnType::Memo) {
+  if (c.type == ColumnType::kMemo) {
     std::vector<std::byte> pieces;
     const Bytes value = longValue(context_->file, page_->number, bytes, pieces);
     if (pieces.empty()) return context_->text.decode(value, scratch);
@@ -153,7 +153,7 @@ std::string_view Row::text(std::size_t position, std::string& scratch) const {
     context_->text.append(value, scratch);
     return scratch;
   }
-  if (c.type != ColumnType::Guid) return context_->text.decode(bytes, scratch);
+  if (c.type != ColumnType::kGuid) return context_->text.decode(bytes, scratch);
   if (bytes.size() != kGuidSize) damaged(c, "has the wrong size");
   scratch = guidText(bytes);
   return scratch;
@@ -161,13 +161,13 @@ std::string_view Row::text(std::size_t position, std::string& scratch) const {
 
 Bytes Row::binary(std::size_t position, std::vector<std::byte>& scratch) const {
   const Bytes bytes = raw(position);
-  if (column(position).type != ColumnType::Ole) return bytes;
+  if (column(position).type != ColumnType::kOle) return bytes;
   return longValue(context_->file, page_->number, bytes, scratch);
 }
 
 values::Numeric Row::numeric(std::size_t position) const {
   const Column& c = column(position);
-  if (c.type == ColumnType::BigInt) {
+  if (c.type == ColumnType::kBigInt) {
     const auto value = number<std::int64_t>(c);
     const auto bits = static_cast<std::uint64_t>(value);
     return {.negative = value < 0, .scale = 0, .magnitude = value < 0 ? 0 - bits : bits};
@@ -181,30 +181,30 @@ values::Numeric Row::numeric(std::size_t position) const {
 
 values::Variant Row::value(std::size_t position) const {
   const Column& c = column(position);
-  if (c.type == ColumnType::YesNo) return bit(c);
+  if (c.type == ColumnType::kYesNo) return bit(c);
   if (!bit(c)) return {};
   switch (c.type) {
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return number<std::uint8_t>(c);
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return number<std::int16_t>(c);
-    case ColumnType::Long:
-    case ColumnType::Complex:
+    case ColumnType::kLong:
+    case ColumnType::kComplex:
       return number<std::int32_t>(c);
-    case ColumnType::Currency:
+    case ColumnType::kCurrency:
       return values::Currency{number<std::int64_t>(c)};
-    case ColumnType::Single:
+    case ColumnType::kSingle:
       return number<float>(c);
-    case ColumnType::Double:
+    case ColumnType::kDouble:
       return number<double>(c);
-    case ColumnType::DateTime:
+    case ColumnType::kDateTime:
       return values::DateTime{number<double>(c)};
-    case ColumnType::Numeric:
-    case ColumnType::BigInt:
+    case ColumnType::kNumeric:
+    case ColumnType::kBigInt:
       return numeric(position);
-    case ColumnType::Text:
-    case ColumnType::Memo:
-    case ColumnType::Guid:
+    case ColumnType::kText:
+    case ColumnType::kMemo:
+    case ColumnType::kGuid:
       return textValue(position);
     default:
       break;

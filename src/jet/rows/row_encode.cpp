@@ -54,27 +54,27 @@ std::size_t maskSize(std::size_t columns) { return (columns + 7) / 8; }
 
 StoredField encodeField(const Column& column, const values::Variant& value) {
   // Other flags of automatic numbers stand on ordinary columns too in the engine's own files.
-  const bool counts = column.type == ColumnType::Long && (column.flags & kColumnAutonumber) != 0;
+  const bool counts = column.type == ColumnType::kLong && (column.flags & kColumnAutonumber) != 0;
   if (!column.fixed || counts) notUpdatable(column);
-  if (column.type == ColumnType::YesNo) {
+  if (column.type == ColumnType::kYesNo) {
     if (value.isNull() || !toBool(value)) return std::nullopt;
     return std::vector<std::byte>();
   }
   if (value.isNull()) return std::nullopt;
   switch (column.type) {
-    case ColumnType::Byte:
+    case ColumnType::kByte:
       return stored(toByte(value));
-    case ColumnType::Integer:
+    case ColumnType::kInteger:
       return stored(toInteger(value));
-    case ColumnType::Long:
+    case ColumnType::kLong:
       return stored(toLong(value));
-    case ColumnType::Currency:
+    case ColumnType::kCurrency:
       return stored(toCurrency(value).units);
-    case ColumnType::Single:
+    case ColumnType::kSingle:
       return stored(toSingle(value));
-    case ColumnType::Double:
+    case ColumnType::kDouble:
       return stored(toDouble(value));
-    case ColumnType::DateTime:
+    case ColumnType::kDateTime:
       return stored(toDate(value).serial);
     default:
       notUpdatable(column);
@@ -115,7 +115,7 @@ RowEncoder::Frame RowEncoder::parse() const {
 // not `certain` to be there is told; later engines leave a few bytes between them at times.
 bool RowEncoder::parseVariablePart(Frame& frame, bool certain) const {
   const std::size_t width = format().rowNumberSize;
-  const std::size_t jumps = format().version == Version::Jet3 ? (row_.size() - 1) / kJump : 0;
+  const std::size_t jumps = format().version == Version::kJet3 ? (row_.size() - 1) / kJump : 0;
   if (frame.mask < 2 * width + jumps) return false;
   const std::size_t count =
       width == 1 ? loadU8(row_, frame.mask - 1) : loadU16(row_, frame.mask - 2);
@@ -137,7 +137,7 @@ bool RowEncoder::parseVariablePart(Frame& frame, bool certain) const {
 std::size_t RowEncoder::variableOffset(const Frame& frame, std::size_t entry, std::size_t count,
                                        std::size_t jumps) const {
   const std::size_t first = frame.mask - format().rowNumberSize - jumps;
-  if (format().version == Version::Jet4) return loadU16(row_, first - 2 * (entry + 1));
+  if (format().version == Version::kJet4) return loadU16(row_, first - 2 * (entry + 1));
   const std::size_t used = jumps != 0 && (first - count - 1) / kJump < jumps ? jumps - 1 : jumps;
   std::size_t offset = loadU8(row_, first - (entry + 1));
   for (std::size_t i = 0; i < used; ++i) {
@@ -150,7 +150,7 @@ StoredField RowEncoder::get(const Column& column) const {
   if (column.number >= frame_.columns) return std::nullopt;
   const std::size_t byte = frame_.mask + column.number / 8U;
   if ((loadU8(row_, byte) >> column.number % 8 & 1) == 0) return std::nullopt;
-  if (column.type == ColumnType::YesNo) return std::vector<std::byte>();
+  if (column.type == ColumnType::kYesNo) return std::vector<std::byte>();
   const std::size_t start = format().rowNumberSize + column.fixedOffset;
   if (!column.fixed || start + column.length > frame_.fixedEnd) {
     file_->damaged(page_, "column '" + column.name + "' lies outside its row");
@@ -160,7 +160,7 @@ StoredField RowEncoder::get(const Column& column) const {
 }
 
 void RowEncoder::set(const Column& column, const StoredField& field) {
-  const bool storesBytes = column.type != ColumnType::YesNo;
+  const bool storesBytes = column.type != ColumnType::kYesNo;
   const std::size_t start = format().rowNumberSize + column.fixedOffset;
   if (column.number >= frame_.columns || (storesBytes && start + column.length > frame_.fixedEnd)) {
     // What a missing column reads as is not worth a longer row.
@@ -188,7 +188,7 @@ void RowEncoder::makeRoomFor(const Column& column) {
     if (c.number >= frame.columns) continue;
     if (!c.fixed) {
       variableCount = std::max(variableCount, c.varIndex + std::size_t{1});
-    } else if (c.type != ColumnType::YesNo) {
+    } else if (c.type != ColumnType::kYesNo) {
       fixedSize = std::max(fixedSize, c.fixedOffset + std::size_t{c.length});
     }
   }
@@ -216,7 +216,7 @@ void RowEncoder::makeRoomFor(const Column& column) {
 std::vector<std::byte> RowEncoder::assemble(const Frame& frame, Bytes fixed, Bytes variable,
                                             Bytes mask) const {
   std::vector<std::byte> out;
-  const bool jet3 = format().version == Version::Jet3;
+  const bool jet3 = format().version == Version::kJet3;
   const auto number = [&](std::size_t value) {
     if (jet3) {
       append(out, static_cast<std::uint8_t>(value));

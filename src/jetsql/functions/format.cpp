@@ -36,7 +36,7 @@ constexpr std::array<NamedForm, 14> kNamedForms{{
     {"Yes/No", "\"Yes\";\"Yes\";\"No\""},
 }};
 
-enum class Kind { None, Number, Date, Text };
+enum class Kind { kNone, kNumber, kDate, kText };
 
 // The kind of the first character that has a meaning, outside quotes and behind no backslash.
 Kind kindOf(std::string_view pattern) {
@@ -46,15 +46,15 @@ Kind kindOf(std::string_view pattern) {
     if (c == '"') quoted = !quoted;
     if (c == '\\') ++i;
     if (quoted || c == '\\') continue;
-    if (std::string_view("0#%").find(c) != std::string_view::npos) return Kind::Number;
+    if (std::string_view("0#%").find(c) != std::string_view::npos) return Kind::kNumber;
     if (std::string_view("dmyhnswqtcDMYHNSWQTC").find(c) != std::string_view::npos)
-      return Kind::Date;
-    if (std::string_view("@&<>!").find(c) != std::string_view::npos) return Kind::Text;
+      return Kind::kDate;
+    if (std::string_view("@&<>!").find(c) != std::string_view::npos) return Kind::kText;
     if ((c == 'A' || c == 'a') && i + 1 < pattern.size() &&
         (pattern[i + 1] == '/' || pattern[i + 1] == 'M' || pattern[i + 1] == 'm'))
-      return Kind::Date;
+      return Kind::kDate;
   }
-  return Kind::None;
+  return Kind::kNone;
 }
 
 std::string_view firstSection(std::string_view pattern) {
@@ -104,9 +104,9 @@ Variant readAs(const Variant& value, Kind kind) {
   if (text == nullptr) return value;
   double number = 0;
   values::DateTime date;
-  if (kind == Kind::Number && values::parseNumber(*text, number)) return number;
-  if (kind == Kind::Date && values::parseDate(*text, date)) return date;
-  if (kind == Kind::Date && values::parseNumber(*text, number)) return number;
+  if (kind == Kind::kNumber && values::parseNumber(*text, number)) return number;
+  if (kind == Kind::kDate && values::parseDate(*text, date)) return date;
+  if (kind == Kind::kDate && values::parseNumber(*text, number)) return number;
   return value;
 }
 
@@ -118,11 +118,11 @@ std::string format(const Variant& value, std::string_view pattern, const WeekRul
   if (equalText(pattern, "General Number") || pattern.empty())
     return value.isNull() ? std::string() : toText(value);
   const Kind kind = kindOf(pattern);
-  if (value.isNull()) return kind == Kind::Number ? formatNumber(value, pattern) : std::string();
+  if (value.isNull()) return kind == Kind::kNumber ? formatNumber(value, pattern) : std::string();
   const Variant read = readAs(value, kind);
-  if (kind == Kind::Text || read.type() == VariantType::Text || read.type() == VariantType::Binary)
-    return kind == Kind::Text ? formatText(toText(read), firstSection(pattern)) : toText(read);
-  if (kind == Kind::Date) return formatDate(toDate(read), pattern, rule);
+  if (kind == Kind::kText || read.type() == VariantType::kText || read.type() == VariantType::kBinary)
+    return kind == Kind::kText ? formatText(toText(read), firstSection(pattern)) : toText(read);
+  if (kind == Kind::kDate) return formatDate(toDate(read), pattern, rule);
   return formatNumber(read, pattern);
 }
 

@@ -65,7 +65,7 @@ struct Digits {
 // Numbers that are exact are taken exactly, others with 15 significant digits.
 Digits digitsOf(const Variant& value) {
   Digits result;
-  if (value.type() == VariantType::Currency || value.type() == VariantType::Numeric) {
+  if (value.type() == VariantType::kCurrency || value.type() == VariantType::kNumeric) {
     const values::Numeric number = values::toNumeric(value);
     result.negative = number.negative;
     result.digits = values::decimalText(false, number.magnitude, 0);
@@ -89,7 +89,7 @@ Digits digitsOf(const Variant& value) {
 }
 
 struct Token {
-  enum class Kind { Literal, Zero, Digit, Point, Exponent } kind;
+  enum class Kind { kLiteral, kZero, kDigit, kPoint, kExponent } kind;
   std::string text;  // of a literal; of an exponent its sign: "+" or "-", and E or e before it
 };
 
@@ -124,18 +124,18 @@ class SectionParser {
       case '#':
         return digit(c);
       case '.':
-        if (behindPoint_) return add(Token::Kind::Literal, ".");
+        if (behindPoint_) return add(Token::Kind::kLiteral, ".");
         endWhole();
         behindPoint_ = true;
-        return add(Token::Kind::Point);
+        return add(Token::Kind::kPoint);
       case ',':
         pendingCommas_ += section_.wholePlaces > 0 && !behindPoint_ ? 1 : 0;
         return;
       case '%':
         section_.shift += 2;
-        return add(Token::Kind::Literal, "%");
+        return add(Token::Kind::kLiteral, "%");
       case '\\':
-        return add(Token::Kind::Literal, std::string(character()));
+        return add(Token::Kind::kLiteral, std::string(character()));
       case '"':
         return quoted();
       case 'E':
@@ -143,7 +143,7 @@ class SectionParser {
         if (exponent()) return;
         [[fallthrough]];
       default:
-        return add(Token::Kind::Literal, std::string(1, c));
+        return add(Token::Kind::kLiteral, std::string(1, c));
     }
   }
 
@@ -159,7 +159,7 @@ class SectionParser {
       pendingCommas_ = 0;
       ++section_.wholePlaces;
     }
-    add(c == '0' ? Token::Kind::Zero : Token::Kind::Digit);
+    add(c == '0' ? Token::Kind::kZero : Token::Kind::kDigit);
   }
 
   // Commas that no digit follows divide by a thousand each.
@@ -182,7 +182,7 @@ class SectionParser {
 
   void quoted() {
     const std::size_t end = std::min(pattern_.find('"', position_ + 1), pattern_.size());
-    add(Token::Kind::Literal, std::string(pattern_.substr(position_ + 1, end - position_ - 1)));
+    add(Token::Kind::kLiteral, std::string(pattern_.substr(position_ + 1, end - position_ - 1)));
     position_ = end;
   }
 
@@ -192,7 +192,7 @@ class SectionParser {
     if (sign != '+' && sign != '-') return false;
     endWhole();
     section_.hasExponent = true;
-    add(Token::Kind::Exponent, std::string(pattern_.substr(position_, 2)));
+    add(Token::Kind::kExponent, std::string(pattern_.substr(position_, 2)));
     ++position_;
     return true;
   }
@@ -242,25 +242,25 @@ std::string render(const Section& section, Digits digits) {
   bool behindPoint = false;
   for (const Token& token : section.tokens) {
     switch (token.kind) {
-      case Token::Kind::Literal:
+      case Token::Kind::kLiteral:
         text += token.text;
         break;
-      case Token::Kind::Point:
+      case Token::Kind::kPoint:
         if (section.wholePlaces == 0 && digits.exponent > 0)
           appendWhole(text, digits, false, digits.exponent, 1);
         text += '.';
         behindPoint = true;
         break;
-      case Token::Kind::Exponent:
+      case Token::Kind::kExponent:
         text += exponentText(section, token.text, exponent);
         break;
       default:
         if (behindPoint) {
-          if (token.kind == Token::Kind::Zero || place < lastDigit) text += digits.at(place);
+          if (token.kind == Token::Kind::kZero || place < lastDigit) text += digits.at(place);
           ++place;
           break;
         }
-        started = started || token.kind == Token::Kind::Zero || digits.exponent >= wholeLeft;
+        started = started || token.kind == Token::Kind::kZero || digits.exponent >= wholeLeft;
         if (started) appendWhole(text, digits, section.grouped, pending, wholeLeft);
         --wholeLeft;
         pending = wholeLeft;

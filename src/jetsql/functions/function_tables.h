@@ -16,7 +16,7 @@ namespace jetsql {
 [[nodiscard]] std::span<const Function> conversionFunctions();
 [[nodiscard]] std::span<const Function> controlFunctions();
 
-// Result types that do not depend on the arguments: fixedType<VariantType::Text>.
+// Result types that do not depend on the arguments: fixedType<VariantType::kText>.
 template <values::VariantType kType>
 values::VariantType fixedType(ArgumentTypes) {
   return kType;

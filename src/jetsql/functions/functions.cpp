@@ -62,7 +62,7 @@ TextArgument::TextArgument(const Variant& value) {
   if (const auto* text = value.as<std::string>()) {
     view_ = *text;
   } else {
-    converted_ = toText(convert(value, VariantType::Text));
+    converted_ = toText(convert(value, VariantType::kText));
     view_ = converted_;
   }
 }

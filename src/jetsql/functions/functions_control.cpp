@@ -14,7 +14,7 @@ bool isTrue(const Variant& value) { return !value.isNull() && toBool(value); }
 
 // The type that holds every `step`-th type from `first` on.
 VariantType commonFrom(ArgumentTypes types, std::size_t first, std::size_t step) {
-  VariantType type = VariantType::Null;
+  VariantType type = VariantType::kNull;
   for (std::size_t i = first; i < types.size(); i += step) type = commonType(type, types[i]);
   return type;
 }
@@ -36,7 +36,7 @@ Variant nz(Arguments arguments, const Environment&) {
 }
 
 VariantType nzType(ArgumentTypes types) {
-  return types.size() > 1 ? ofBoth(types) : commonType(types[0], VariantType::Text);
+  return types.size() > 1 ? ofBoth(types) : commonType(types[0], VariantType::kText);
 }
 
 // Switch(condition, value, ...): the value of the first condition that is true, else Null.
@@ -57,7 +57,7 @@ Variant choose(Arguments arguments, const Environment&) {
 
 constexpr Function kTable[] = {
     {"IIf", 3, 3, behindFirst, iif, true},
-    {"IsNull", 1, 1, fixedType<VariantType::YesNo>, isNull, true},
+    {"IsNull", 1, 1, fixedType<VariantType::kYesNo>, isNull, true},
     {"Nz", 1, 2, nzType, nz, true},
     {"Switch", 2, kAnyNumberOfArguments, everySecond, switchCase, true},
     {"Choose", 2, kAnyNumberOfArguments, behindFirst, choose, true},

@@ -71,7 +71,7 @@ Variant isDate(Arguments arguments, const Environment&) {
     values::DateTime date;
     return values::parseDate(*text, date);
   }
-  return arguments[0].type() == VariantType::DateTime;
+  return arguments[0].type() == VariantType::kDateTime;
 }
 
 std::string digitsOf(const Variant& value, int base) {
@@ -100,22 +100,22 @@ constexpr Function conversion(std::string_view name) {
   return {name, 1, 1, fixedType<kType>, to<kType>, true};
 }
 
-constexpr auto kText = fixedType<VariantType::Text>;
-constexpr auto kYesNo = fixedType<VariantType::YesNo>;
+constexpr auto kText = fixedType<VariantType::kText>;
+constexpr auto kYesNo = fixedType<VariantType::kYesNo>;
 
 constexpr Function kTable[] = {
-    conversion<VariantType::Long>("CLng"),
-    conversion<VariantType::Integer>("CInt"),
-    conversion<VariantType::Byte>("CByte"),
-    conversion<VariantType::YesNo>("CBool"),
-    conversion<VariantType::Single>("CSng"),
-    conversion<VariantType::Double>("CDbl"),
-    conversion<VariantType::Currency>("CCur"),
-    conversion<VariantType::DateTime>("CDate"),
-    conversion<VariantType::Numeric>("CDec"),
+    conversion<VariantType::kLong>("CLng"),
+    conversion<VariantType::kInteger>("CInt"),
+    conversion<VariantType::kByte>("CByte"),
+    conversion<VariantType::kYesNo>("CBool"),
+    conversion<VariantType::kSingle>("CSng"),
+    conversion<VariantType::kDouble>("CDbl"),
+    conversion<VariantType::kCurrency>("CCur"),
+    conversion<VariantType::kDateTime>("CDate"),
+    conversion<VariantType::kNumeric>("CDec"),
     {"CStr", 1, 1, kText, toTextOf, true},
-    {"CVDate", 1, 1, fixedType<VariantType::DateTime>, toDateOf},
-    {"Val", 1, 1, fixedType<VariantType::Double>, val},
+    {"CVDate", 1, 1, fixedType<VariantType::kDateTime>, toDateOf},
+    {"Val", 1, 1, fixedType<VariantType::kDouble>, val},
     {"Str", 1, 1, kText, str},
     {"Hex", 1, 1, kText, hex},
     {"Oct", 1, 1, kText, oct},

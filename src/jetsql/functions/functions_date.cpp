@@ -106,19 +106,19 @@ Variant dateAdd(Arguments arguments, const Environment&) {
   const std::int64_t count = toLong(arguments[1]);
   const DateTime date = toDate(arguments[2]);
   switch (interval(arguments[0], "DateAdd")) {
-    case Interval::Year:
+    case Interval::kYear:
       return addMonths(date, count * 12);
-    case Interval::Quarter:
+    case Interval::kQuarter:
       return addMonths(date, count * 3);
-    case Interval::Month:
+    case Interval::kMonth:
       return addMonths(date, count);
-    case Interval::Week:
+    case Interval::kWeek:
       return addSeconds(date, count * 7 * 86400);
-    case Interval::Hour:
+    case Interval::kHour:
       return addSeconds(date, count * 3600);
-    case Interval::Minute:
+    case Interval::kMinute:
       return addSeconds(date, count * 60);
-    case Interval::Second:
+    case Interval::kSecond:
       return addSeconds(date, count);
     default:
       return addSeconds(date, count * 86400);
@@ -138,21 +138,21 @@ std::int64_t difference(Interval unit, DateTime from, DateTime to, const WeekRul
     return floorDivide(secondNumber(date), size);
   };
   switch (unit) {
-    case Interval::Year:
+    case Interval::kYear:
       return b.year - a.year;
-    case Interval::Quarter:
+    case Interval::kQuarter:
       return (b.year - a.year) * 4 + (b.month - 1) / 3 - (a.month - 1) / 3;
-    case Interval::Month:
+    case Interval::kMonth:
       return (b.year - a.year) * 12 + b.month - a.month;
-    case Interval::Weekday:
+    case Interval::kWeekday:
       return days / 7;
-    case Interval::Week:
+    case Interval::kWeek:
       return (days + dayOfWeek(from, rule) - dayOfWeek(to, rule)) / 7;
-    case Interval::Hour:
+    case Interval::kHour:
       return seconds(to, 3600) - seconds(from, 3600);
-    case Interval::Minute:
+    case Interval::kMinute:
       return seconds(to, 60) - seconds(from, 60);
-    case Interval::Second:
+    case Interval::kSecond:
       return seconds(to, 1) - seconds(from, 1);
     default:
       return days;
@@ -171,23 +171,23 @@ Variant datePart(Arguments arguments, const Environment&) {
   const CivilTime civil = values::toCivil(date);
   const WeekRule rule = weekRule(arguments, 2);
   switch (interval(arguments[0], "DatePart")) {
-    case Interval::Year:
+    case Interval::kYear:
       return civil.year;
-    case Interval::Quarter:
+    case Interval::kQuarter:
       return (civil.month - 1) / 3 + 1;
-    case Interval::Month:
+    case Interval::kMonth:
       return civil.month;
-    case Interval::DayOfYear:
+    case Interval::kDayOfYear:
       return dayOfYear(date);
-    case Interval::Weekday:
+    case Interval::kWeekday:
       return dayOfWeek(date, rule);
-    case Interval::Week:
+    case Interval::kWeek:
       return weekOfYear(date, rule);
-    case Interval::Hour:
+    case Interval::kHour:
       return civil.hour;
-    case Interval::Minute:
+    case Interval::kMinute:
       return civil.minute;
-    case Interval::Second:
+    case Interval::kSecond:
       return civil.second;
     default:
       return civil.day;
@@ -208,10 +208,10 @@ Variant weekdayNameOf(Arguments arguments, const Environment&) {
   return weekdayName((number + first - 2) % 7 + 1, arguments.size() > 1 && toBool(arguments[1]));
 }
 
-constexpr auto kInteger = fixedType<VariantType::Integer>;
-constexpr auto kLong = fixedType<VariantType::Long>;
-constexpr auto kDate = fixedType<VariantType::DateTime>;
-constexpr auto kText = fixedType<VariantType::Text>;
+constexpr auto kInteger = fixedType<VariantType::kInteger>;
+constexpr auto kLong = fixedType<VariantType::kLong>;
+constexpr auto kDate = fixedType<VariantType::kDateTime>;
+constexpr auto kText = fixedType<VariantType::kText>;
 
 constexpr Function kTable[] = {
     {"Year", 1, 1, kInteger, part<&CivilTime::year>},

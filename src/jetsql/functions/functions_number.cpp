@@ -19,17 +19,17 @@ constexpr std::int64_t kCurrencyScale = 10000;
 template <typename Whole, typename Real, typename Amount, typename Exact>
 Variant apply(const Variant& value, Whole whole, Real real, Amount amount, Exact exact) {
   switch (value.type()) {
-    case VariantType::Currency:
+    case VariantType::kCurrency:
       return Currency{amount(value.as<Currency>()->units)};
-    case VariantType::Numeric:
+    case VariantType::kNumeric:
       return exact(*value.as<Numeric>());
-    case VariantType::Single:
-      return convert(real(toDouble(value)), VariantType::Single);
-    case VariantType::DateTime:
+    case VariantType::kSingle:
+      return convert(real(toDouble(value)), VariantType::kSingle);
+    case VariantType::kDateTime:
       return values::DateTime{real(value.as<values::DateTime>()->serial)};
-    case VariantType::Double:
-    case VariantType::Text:
-    case VariantType::Binary:
+    case VariantType::kDouble:
+    case VariantType::kText:
+    case VariantType::kBinary:
       return real(toDouble(value));
     default:
       return whole(toLong(value));
@@ -38,14 +38,14 @@ Variant apply(const Variant& value, Whole whole, Real real, Amount amount, Exact
 
 VariantType likeFirst(ArgumentTypes types) {
   switch (types[0]) {
-    case VariantType::Text:
-    case VariantType::Binary:
-    case VariantType::Null:
-      return VariantType::Double;
-    case VariantType::YesNo:
-    case VariantType::Byte:
-    case VariantType::Integer:
-      return VariantType::Long;
+    case VariantType::kText:
+    case VariantType::kBinary:
+    case VariantType::kNull:
+      return VariantType::kDouble;
+    case VariantType::kYesNo:
+    case VariantType::kByte:
+    case VariantType::kInteger:
+      return VariantType::kLong;
     default:
       return types[0];
   }
@@ -155,14 +155,14 @@ Variant real(Arguments arguments, const Environment&) {
   return finite(kFunction(toDouble(arguments[0])));
 }
 
-constexpr auto kDouble = fixedType<VariantType::Double>;
+constexpr auto kDouble = fixedType<VariantType::kDouble>;
 
 constexpr Function kTable[] = {
     {"Int", 1, 1, likeFirst, floorOf},
     {"Fix", 1, 1, likeFirst, fix},
     {"Abs", 1, 1, likeFirst, absolute},
     {"Round", 1, 2, likeFirst, round},
-    {"Sgn", 1, 1, fixedType<VariantType::Integer>, sign},
+    {"Sgn", 1, 1, fixedType<VariantType::kInteger>, sign},
     {"Sqr", 1, 1, kDouble, squareRoot},
     {"Log", 1, 1, kDouble, logarithm},
     {"Exp", 1, 1, kDouble, real<std::exp>},

@@ -220,9 +220,9 @@ Variant convertText(Arguments arguments, const Environment&) {
   }
 }
 
-constexpr auto kText = fixedType<VariantType::Text>;
-constexpr auto kLong = fixedType<VariantType::Long>;
-constexpr auto kInteger = fixedType<VariantType::Integer>;
+constexpr auto kText = fixedType<VariantType::kText>;
+constexpr auto kLong = fixedType<VariantType::kLong>;
+constexpr auto kInteger = fixedType<VariantType::kInteger>;
 
 constexpr Function kTable[] = {
     {"Left", 2, 2, kText, left},

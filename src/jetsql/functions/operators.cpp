@@ -32,15 +32,15 @@ double checkedReal(double value) {
 Variant addReal(Arithmetic operation, const Variant& left, const Variant& right) {
   const double a = toDouble(left);
   const double b = toDouble(right);
-  if (operation == Arithmetic::Multiply) return checkedReal(a * b);
-  return checkedReal(operation == Arithmetic::Add ? a + b : a - b);
+  if (operation == Arithmetic::kMultiply) return checkedReal(a * b);
+  return checkedReal(operation == Arithmetic::kAdd ? a + b : a - b);
 }
 
 Variant wholeArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
   const std::int64_t a = toLong(left);
   const std::int64_t b = toLong(right);
-  const std::int64_t result = operation == Arithmetic::Multiply ? a * b
-                              : operation == Arithmetic::Add    ? a + b
+  const std::int64_t result = operation == Arithmetic::kMultiply ? a * b
+                              : operation == Arithmetic::kAdd    ? a + b
                                                                 : a - b;
   if (result != static_cast<std::int32_t>(result)) throwOverflow();
   return static_cast<std::int32_t>(result);
@@ -64,7 +64,7 @@ Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Vari
   const std::int64_t a = toCurrency(left).units;
   const std::int64_t b = toCurrency(right).units;
   std::int64_t units = 0;
-  if (operation == Arithmetic::Multiply) {
+  if (operation == Arithmetic::kMultiply) {
     const auto magnitude = [](std::int64_t value) {
       return static_cast<values::Uint128>(value < 0 ? 0 - static_cast<std::uint64_t>(value)
                                                     : static_cast<std::uint64_t>(value));
@@ -75,7 +75,7 @@ Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Vari
     const auto rest = static_cast<std::int64_t>(product % kCurrencyScale);
     const bool up = rest * 2 > kCurrencyScale || (rest * 2 == kCurrencyScale && whole % 2 != 0);
     units = checkedUnits(whole + (up ? 1 : 0), (a < 0) != (b < 0));
-  } else if (operation == Arithmetic::Add ? addAmounts(a, b, &units)
+  } else if (operation == Arithmetic::kAdd ? addAmounts(a, b, &units)
                                           : subtractAmounts(a, b, &units)) {
     throwOverflow();
   }
@@ -85,8 +85,8 @@ Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Vari
 Variant numericArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
   const values::Numeric a = values::toNumeric(left);
   const values::Numeric b = values::toNumeric(right);
-  if (operation == Arithmetic::Multiply) return values::multiply(a, b);
-  return add(a, operation == Arithmetic::Add ? b : values::negated(b));
+  if (operation == Arithmetic::kMultiply) return values::multiply(a, b);
+  return add(a, operation == Arithmetic::kAdd ? b : values::negated(b));
 }
 
 template <Arithmetic kOperation>
@@ -94,15 +94,15 @@ Variant compute(Arguments arguments, const Environment&) {
   const Variant& left = arguments[0];
   const Variant& right = arguments[1];
   switch (arithmeticType(kOperation, left.type(), right.type())) {
-    case VariantType::Text:
+    case VariantType::kText:
       return *left.as<std::string>() + *right.as<std::string>();
-    case VariantType::Long:
+    case VariantType::kLong:
       return wholeArithmetic(kOperation, left, right);
-    case VariantType::Currency:
+    case VariantType::kCurrency:
       return currencyArithmetic(kOperation, left, right);
-    case VariantType::Numeric:
+    case VariantType::kNumeric:
       return numericArithmetic(kOperation, left, right);
-    case VariantType::DateTime:
+    case VariantType::kDateTime:
       return toDate(addReal(kOperation, left, right));
     default:
       return addReal(kOperation, left, right);
@@ -143,16 +143,16 @@ Variant power(Arguments arguments, const Environment&) {
 }
 
 VariantType negatedType(ArgumentTypes types) {
-  return arithmeticType(Arithmetic::Subtract, VariantType::YesNo,
-                        types[0] == VariantType::DateTime ? VariantType::Double : types[0]);
+  return arithmeticType(Arithmetic::kSubtract, VariantType::kYesNo,
+                        types[0] == VariantType::kDateTime ? VariantType::kDouble : types[0]);
 }
 
 Variant negate(Arguments arguments, const Environment& environment) {
   const Variant zero(false);
-  const std::array<Variant, 2> operands{zero, arguments[0].type() == VariantType::DateTime
+  const std::array<Variant, 2> operands{zero, arguments[0].type() == VariantType::kDateTime
                                                   ? Variant(toDouble(arguments[0]))
                                                   : arguments[0]};
-  return compute<Arithmetic::Subtract>(operands, environment);
+  return compute<Arithmetic::kSubtract>(operands, environment);
 }
 
 // & takes Null for an empty text unless both are Null.
@@ -171,13 +171,13 @@ Variant matches(Arguments arguments, const Environment&) {
 // The logical operators work on Yes/No, and bit by bit on numbers.
 VariantType logicalType(ArgumentTypes types) {
   for (const VariantType type : types)
-    if (type != VariantType::YesNo && type != VariantType::Null) return VariantType::Long;
-  return VariantType::YesNo;
+    if (type != VariantType::kYesNo && type != VariantType::kNull) return VariantType::kLong;
+  return VariantType::kYesNo;
 }
 
 Variant logical(Arguments arguments, std::int32_t bits) {
   for (const Variant& argument : arguments)
-    if (!argument.isNull() && argument.type() != VariantType::YesNo) return bits;
+    if (!argument.isNull() && argument.type() != VariantType::kYesNo) return bits;
   return bits != 0;
 }
 
@@ -216,21 +216,21 @@ Variant equivalent(Arguments arguments, const Environment&) {
   return logical(arguments, ~(toLong(arguments[0]) ^ toLong(arguments[1])));
 }
 
-constexpr auto kDouble = fixedType<VariantType::Double>;
-constexpr auto kLong = fixedType<VariantType::Long>;
+constexpr auto kDouble = fixedType<VariantType::kDouble>;
+constexpr auto kLong = fixedType<VariantType::kLong>;
 
 constexpr Function kTable[] = {
-    {"add", 2, 2, arithmetic<Arithmetic::Add>, compute<Arithmetic::Add>, false, true, addAmounts},
-    {"sub", 2, 2, arithmetic<Arithmetic::Subtract>, compute<Arithmetic::Subtract>, false, true,
+    {"add", 2, 2, arithmetic<Arithmetic::kAdd>, compute<Arithmetic::kAdd>, false, true, addAmounts},
+    {"sub", 2, 2, arithmetic<Arithmetic::kSubtract>, compute<Arithmetic::kSubtract>, false, true,
      subtractAmounts},
-    {"mul", 2, 2, arithmetic<Arithmetic::Multiply>, compute<Arithmetic::Multiply>},
+    {"mul", 2, 2, arithmetic<Arithmetic::kMultiply>, compute<Arithmetic::kMultiply>},
     {"div", 2, 2, kDouble, divide},
     {"intdiv", 2, 2, kLong, divideWhole},
     {"mod", 2, 2, kLong, modulo},
     {"pow", 2, 2, kDouble, power},
     {"neg", 1, 1, negatedType, negate},
-    {"concat", 2, 2, fixedType<VariantType::Text>, concatenate, true},
-    {"like", 2, 2, fixedType<VariantType::YesNo>, matches},
+    {"concat", 2, 2, fixedType<VariantType::kText>, concatenate, true},
+    {"like", 2, 2, fixedType<VariantType::kYesNo>, matches},
     {"and", 2, 2, logicalType, both, true},
     {"or", 2, 2, logicalType, either, true},
     {"not", 1, 1, logicalType, complement},

@@ -30,19 +30,19 @@ constexpr auto kTypes = [] {
 // something of more digits than it has.
 int rankOf(VariantType type) {
   switch (type) {
-    case VariantType::YesNo:
+    case VariantType::kYesNo:
       return 1;
-    case VariantType::Byte:
+    case VariantType::kByte:
       return 2;
-    case VariantType::Integer:
+    case VariantType::kInteger:
       return 3;
-    case VariantType::Long:
+    case VariantType::kLong:
       return 4;
-    case VariantType::Single:
+    case VariantType::kSingle:
       return 5;
-    case VariantType::Currency:
+    case VariantType::kCurrency:
       return 6;
-    case VariantType::Numeric:
+    case VariantType::kNumeric:
       return 7;
     default:
       return 8;
@@ -53,10 +53,10 @@ VariantType widerNumber(VariantType left, VariantType right) {
   if (left == right) return left;
   const VariantType wide = rankOf(left) > rankOf(right) ? left : right;
   const VariantType narrow = wide == left ? right : left;
-  if (wide == VariantType::Single && narrow == VariantType::Long) return VariantType::Double;
-  if (narrow == VariantType::Single) return VariantType::Double;
+  if (wide == VariantType::kSingle && narrow == VariantType::kLong) return VariantType::kDouble;
+  if (narrow == VariantType::kSingle) return VariantType::kDouble;
   // -1 does not fit into a Byte.
-  if (wide == VariantType::Byte && narrow == VariantType::YesNo) return VariantType::Integer;
+  if (wide == VariantType::kByte && narrow == VariantType::kYesNo) return VariantType::kInteger;
   return wide;
 }
 
@@ -86,69 +86,69 @@ char letterOf(VariantType type) { return kLetters[static_cast<std::size_t>(type)
 
 VariantType typeOfLetter(char letter) {
   const std::size_t at = static_cast<unsigned char>(letter) - std::size_t{'a'};
-  return at < kTypes.size() ? kTypes[at] : VariantType::Null;
+  return at < kTypes.size() ? kTypes[at] : VariantType::kNull;
 }
 
 bool isWholeNumber(VariantType type) {
-  return type >= VariantType::YesNo && type <= VariantType::Long;
+  return type >= VariantType::kYesNo && type <= VariantType::kLong;
 }
 
 bool isNumber(VariantType type) {
-  return (type >= VariantType::YesNo && type <= VariantType::Currency) ||
-         type == VariantType::Numeric;
+  return (type >= VariantType::kYesNo && type <= VariantType::kCurrency) ||
+         type == VariantType::kNumeric;
 }
 
 VariantType commonType(VariantType left, VariantType right) {
-  if (left == VariantType::Null || left == right) return right;
-  if (right == VariantType::Null) return left;
+  if (left == VariantType::kNull || left == right) return right;
+  if (right == VariantType::kNull) return left;
   if (isNumber(left) && isNumber(right)) return widerNumber(left, right);
-  if ((left == VariantType::DateTime && isNumber(right)) ||
-      (right == VariantType::DateTime && isNumber(left)))
-    return VariantType::DateTime;
-  return VariantType::Text;
+  if ((left == VariantType::kDateTime && isNumber(right)) ||
+      (right == VariantType::kDateTime && isNumber(left)))
+    return VariantType::kDateTime;
+  return VariantType::kText;
 }
 
 VariantType arithmeticType(Arithmetic operation, VariantType left, VariantType right) {
-  if (left == VariantType::Null || right == VariantType::Null) return VariantType::Null;
-  const bool leftDate = left == VariantType::DateTime;
-  const bool rightDate = right == VariantType::DateTime;
-  if (operation == Arithmetic::Add && left == VariantType::Text && right == VariantType::Text)
-    return VariantType::Text;
-  if (operation == Arithmetic::Add && (leftDate || rightDate)) return VariantType::DateTime;
-  if (operation == Arithmetic::Subtract && leftDate != rightDate) return VariantType::DateTime;
-  if (!isNumber(left) || !isNumber(right)) return VariantType::Double;
+  if (left == VariantType::kNull || right == VariantType::kNull) return VariantType::kNull;
+  const bool leftDate = left == VariantType::kDateTime;
+  const bool rightDate = right == VariantType::kDateTime;
+  if (operation == Arithmetic::kAdd && left == VariantType::kText && right == VariantType::kText)
+    return VariantType::kText;
+  if (operation == Arithmetic::kAdd && (leftDate || rightDate)) return VariantType::kDateTime;
+  if (operation == Arithmetic::kSubtract && leftDate != rightDate) return VariantType::kDateTime;
+  if (!isNumber(left) || !isNumber(right)) return VariantType::kDouble;
   const VariantType wide = widerNumber(left, right);
-  return isWholeNumber(wide) ? VariantType::Long : wide;
+  return isWholeNumber(wide) ? VariantType::kLong : wide;
 }
 
 Variant convert(const Variant& value, VariantType type) {
   if (value.isNull() || value.type() == type) return value;
   switch (type) {
-    case VariantType::Null:
+    case VariantType::kNull:
       return {};
-    case VariantType::YesNo:
+    case VariantType::kYesNo:
       return toBool(value);
-    case VariantType::Byte:
+    case VariantType::kByte:
       return toByte(value);
-    case VariantType::Integer:
+    case VariantType::kInteger:
       return toInteger(value);
-    case VariantType::Long:
+    case VariantType::kLong:
       return toLong(value);
-    case VariantType::Single:
+    case VariantType::kSingle:
       return toSingle(value);
-    case VariantType::Double:
+    case VariantType::kDouble:
       return toDouble(value);
-    case VariantType::Currency:
+    case VariantType::kCurrency:
       return toCurrency(value);
-    case VariantType::DateTime:
+    case VariantType::kDateTime:
       return toDate(value);
-    case VariantType::Numeric:
+    case VariantType::kNumeric:
       return values::toNumeric(value);
-    case VariantType::Text:
+    case VariantType::kText:
       // The engine, unlike CStr, shows a Yes/No as the number that it holds.
       if (const auto* yes = value.as<bool>()) return Variant(*yes ? "-1" : "0");
       return toText(value);
-    case VariantType::Binary:
+    case VariantType::kBinary:
       return toBinary(value);
   }
   return {};

@@ -1,7 +1,7 @@
 // The static types of expressions: how types combine, and how a value becomes one of another type.
 //
-//   commonType(VariantType::Integer, VariantType::Currency)   // Currency
-//   convert(Variant("12"), VariantType::Long)                 // 12
+//   commonType(VariantType::kInteger, VariantType::kCurrency)   // Currency
+//   convert(Variant("12"), VariantType::kLong)                 // 12
 //
 // Null as a type is that of an expression that has no other (the literal Null); a value of any
 // type may be Null. Errors of convert: 6 overflow, 13 type mismatch.
@@ -28,7 +28,7 @@ namespace jetsql {
 // The type of + - * of two operands. Whole numbers give Long; Currency with whole numbers or
 // Currency stays exact; a date with + or - a number stays a date, two dates with - give Double;
 // two texts with + give Text, a text beside a number counts as a number (Double).
-enum class Arithmetic { Add, Subtract, Multiply };
+enum class Arithmetic { kAdd, kSubtract, kMultiply };
 [[nodiscard]] values::VariantType arithmeticType(Arithmetic operation, values::VariantType left,
                                                  values::VariantType right);
 

@@ -80,7 +80,7 @@ void addRange(Candidate& candidate, const sqlite3_index_info& info,
 // Guesses, good enough to prefer an index to a scan and more conditions to fewer: an equality
 // leaves the square root of the rows, half of them where it is on a Yes/No, a bound a quarter.
 double rowsLeft(double rows, const Candidate& candidate, VariantType firstKey) {
-  if (candidate.plan.equal > 0) rows = firstKey == VariantType::YesNo ? rows / 2 : std::sqrt(rows);
+  if (candidate.plan.equal > 0) rows = firstKey == VariantType::kYesNo ? rows / 2 : std::sqrt(rows);
   for (int i = 1; i < candidate.plan.equal; ++i) rows /= 4;
   if (candidate.plan.lower) rows /= 4;
   if (candidate.plan.upper) rows /= 4;
@@ -94,14 +94,14 @@ VariantType typeOf(const JetTable& table, std::size_t column) {
 std::optional<Candidate> byRowId(const sqlite3_index_info& info) {
   const int equal = constraintsOn(info, -1).equal;
   if (equal < 0) return {};
-  return Candidate{{.access = Access::RowId, .equal = 1}, {equal}, 1, 1, true};
+  return Candidate{{.access = Access::kRowId, .equal = 1}, {equal}, 1, 1, true};
 }
 
 std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
                                      const sqlite3_index_info& info) {
   const jet::RealIndex& index = table.table().definition().realIndexes[number];
   Candidate candidate;
-  candidate.plan.access = Access::FileIndex;
+  candidate.plan.access = Access::kFileIndex;
   candidate.plan.target = static_cast<std::uint16_t>(number);
   std::size_t used = 0;
   for (; used < std::min(index.columns.size(), kMaxEqual); ++used) {
@@ -129,10 +129,10 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
 std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column,
                                        const sqlite3_index_info& info) {
   const VariantType type = typeOf(table, column);
-  if (type == VariantType::YesNo) return {};  // half of the rows in another order: no gain
+  if (type == VariantType::kYesNo) return {};  // half of the rows in another order: no gain
   const auto constraints = constraintsOn(info, static_cast<int>(column));
   Candidate candidate;
-  candidate.plan.access = Access::MemoryIndex;
+  candidate.plan.access = Access::kMemoryIndex;
   candidate.plan.target = static_cast<std::uint16_t>(column);
   if (constraints.equal >= 0) {
     candidate.constraints.push_back(constraints.equal);
@@ -153,12 +153,12 @@ std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column
 // anyway.
 void keepSmallInMemory(const JetTable& table, TablePlan& plan) {
   constexpr double kFewRows = 1000;
-  if (plan.access != Access::FileIndex || plan.equal != 1 || plan.lower || plan.upper) return;
+  if (plan.access != Access::kFileIndex || plan.equal != 1 || plan.lower || plan.upper) return;
   if (table.estimatedRows() > kFewRows) return;
   const std::size_t column =
       table.table().definition().realIndexes[plan.target].columns.front().column;
   if (column > kMaxTarget) return;
-  plan.access = Access::MemoryIndex;
+  plan.access = Access::kMemoryIndex;
   plan.target = static_cast<std::uint16_t>(column);
 }
 
@@ -171,7 +171,7 @@ void orderHere(const JetTable& table, sqlite3_index_info& info, Candidate& best)
     return;
   }
   const bool finds =
-      best.plan.access == Access::FileIndex || best.plan.access == Access::MemoryIndex;
+      best.plan.access == Access::kFileIndex || best.plan.access == Access::kMemoryIndex;
   if (!finds || best.plan.equal == 0) return;
   std::vector<RowOrder::Term> terms;
   for (const auto& term : std::span(info.aOrderBy, static_cast<std::size_t>(info.nOrderBy))) {

@@ -10,12 +10,12 @@ namespace jetsql {
 
 class JetTable;
 
-enum class Access : std::uint8_t { Scan, RowId, FileIndex, MemoryIndex };
+enum class Access : std::uint8_t { kScan, kRowId, kFileIndex, kMemoryIndex };
 
 // The values that come with it, in this order: those of the equalities, the lower bound, the upper
 // bound.
 struct TablePlan {
-  Access access = Access::Scan;
+  Access access = Access::kScan;
   std::uint8_t equal = 0;  // leading key columns compared for equality
   bool lower = false;
   bool lowerInclusive = false;

@@ -36,7 +36,7 @@ class Sum : public Aggregate {
   void step(const Variant& value) override {
     if (value.isNull()) return;
     ++count_;
-    if (value.type() == VariantType::Currency || value.type() == VariantType::Numeric) {
+    if (value.type() == VariantType::kCurrency || value.type() == VariantType::kNumeric) {
       exact_ = exact_ ? add(*exact_, values::toNumeric(value)) : values::toNumeric(value);
     } else {
       addReal(toDouble(value));
@@ -130,14 +130,14 @@ const unsigned char* signature(sqlite3_value* value) {
 bool isWhole(sqlite3_value* value, VariantType type) {
   if (sqlite3_value_type(value) != SQLITE_INTEGER) return false;
   const std::int64_t whole = sqlite3_value_int64(value);
-  return (type == VariantType::Long && whole == static_cast<std::int32_t>(whole)) ||
-         (type == VariantType::Integer && whole == static_cast<std::int16_t>(whole));
+  return (type == VariantType::kLong && whole == static_cast<std::int32_t>(whole)) ||
+         (type == VariantType::kInteger && whole == static_cast<std::int16_t>(whole));
 }
 
 // What one group has gathered, and the type of its result.
 struct Group {
   std::unique_ptr<Aggregate> aggregate;
-  VariantType type = VariantType::Null;
+  VariantType type = VariantType::kNull;
 };
 
 // In SQLite's own memory for the group, which begins as zeros and is not told when it ends but by

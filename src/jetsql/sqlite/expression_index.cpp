@@ -10,8 +10,8 @@ namespace jetsql {
 namespace {
 
 constexpr double kFewRows = 1000;
-constexpr double kMostRows = 1 << 20;  // some 40 MiB of keys, most of them in SQLite's own file
-constexpr std::size_t kMostTables = 16;
+constexpr double kMaxRows = 1 << 20;  // some 40 MiB of keys, most of them in SQLite's own file
+constexpr std::size_t kMaxTables = 16;
 
 bool run(sqlite3* connection, const std::string& sql) {
   return sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
@@ -24,7 +24,7 @@ std::optional<std::string> ComputedKeys::find(sqlite3* connection, const JetTabl
   for (const Known& known : known_)
     if (known.table == &table && known.key.expression == key.expression) return known.name;
   const double rows = table.estimatedRows();
-  if (rows < kFewRows || rows > kMostRows || known_.size() == kMostTables) return {};
+  if (rows < kFewRows || rows > kMaxRows || known_.size() == kMaxTables) return {};
   Known made{&table, key, "keys" + std::to_string(known_.size()), 0};
   if (!run(connection, "CREATE TEMP TABLE " + made.name + " (key" +
                            (key.isText ? " COLLATE JET" : "") +

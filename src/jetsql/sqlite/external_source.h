@@ -2,7 +2,7 @@
 // "ODBC;DSN=shop;DATABASE=central". Whoever opens sessions hands in a source that can reach them.
 //
 //   auto columns = source.columns(connect, "TicketTB");
-//   auto rows = source.open(connect, "TicketTB", {{"rdate", Comparison::Equal, day}});
+//   auto rows = source.open(connect, "TicketTB", {{"rdate", Comparison::kEqual, day}});
 //   while (rows->next()) use(rows->value(0));
 //
 // Errors: 3151 the connection failed, 3146 the call failed (with the driver's text).
@@ -19,15 +19,15 @@ namespace jetsql {
 
 struct ExternalColumn {
   std::string name;
-  values::VariantType type = values::VariantType::Text;
+  values::VariantType type = values::VariantType::kText;
 };
 
-enum class Comparison { Equal, Less, LessOrEqual, Greater, GreaterOrEqual };
+enum class Comparison { kEqual, kLess, kLessOrEqual, kGreater, kGreaterOrEqual };
 
 // A condition that a row must meet. A source may apply it or leave it: it is checked again.
 struct ExternalCondition {
   std::string column;
-  Comparison comparison = Comparison::Equal;
+  Comparison comparison = Comparison::kEqual;
   values::Variant value;  // of the column's type, never Null
 };
 

@@ -15,15 +15,15 @@ namespace {
 std::optional<Comparison> comparisonOf(unsigned char operation) {
   switch (operation) {
     case SQLITE_INDEX_CONSTRAINT_EQ:
-      return Comparison::Equal;
+      return Comparison::kEqual;
     case SQLITE_INDEX_CONSTRAINT_LT:
-      return Comparison::Less;
+      return Comparison::kLess;
     case SQLITE_INDEX_CONSTRAINT_LE:
-      return Comparison::LessOrEqual;
+      return Comparison::kLessOrEqual;
     case SQLITE_INDEX_CONSTRAINT_GT:
-      return Comparison::Greater;
+      return Comparison::kGreater;
     case SQLITE_INDEX_CONSTRAINT_GE:
-      return Comparison::GreaterOrEqual;
+      return Comparison::kGreaterOrEqual;
     default:
       return {};
   }
@@ -31,8 +31,8 @@ std::optional<Comparison> comparisonOf(unsigned char operation) {
 
 // Texts and floats compare differently elsewhere: a condition on them could lose rows there.
 bool comparesAlike(values::VariantType type) {
-  return isWholeNumber(type) || type == values::VariantType::Currency ||
-         type == values::VariantType::DateTime;
+  return isWholeNumber(type) || type == values::VariantType::kCurrency ||
+         type == values::VariantType::kDateTime;
 }
 
 // The plan's text holds two characters per condition: the column and the comparison.
@@ -99,20 +99,20 @@ void ExternalTable::registerIn(sqlite3* connection) {
 void ExternalTable::choosePlan(sqlite3_index_info& info) const {
   constexpr double kRows = 100000;  // nobody knows; each run is a call to another system
   constexpr double kCall = 10000;
-  constexpr int kMostColumns = 250;
+  constexpr int kMaxColumns = 250;
   std::string plan;
   double rows = kRows;
   for (int i = 0; i < info.nConstraint; ++i) {
     const auto& constraint = info.aConstraint[i];
     const auto comparison = comparisonOf(constraint.op);
     if (constraint.usable == 0 || !comparison || constraint.iColumn < 0 ||
-        constraint.iColumn >= kMostColumns ||
+        constraint.iColumn >= kMaxColumns ||
         !comparesAlike(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type))
       continue;
     plan += static_cast<char>(constraint.iColumn + 1);
     plan += static_cast<char>('0' + static_cast<int>(*comparison));
     info.aConstraintUsage[i].argvIndex = static_cast<int>(plan.size() / 2);
-    rows /= *comparison == Comparison::Equal ? 100 : 4;
+    rows /= *comparison == Comparison::kEqual ? 100 : 4;
   }
   info.idxStr = sqlite3_mprintf("%s", plan.c_str());
   info.needToFreeIdxStr = 1;

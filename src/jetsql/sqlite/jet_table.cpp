@@ -19,15 +19,15 @@ using values::Variant;
 using values::VariantType;
 
 constexpr int kLookupsBeforeIndex = 1;  // scans until an index is worth its building
-constexpr std::size_t kMostIndexedRows = std::size_t{1} << 21U;  // 32 MiB in one index
+constexpr std::size_t kMaxIndexedRows = std::size_t{1} << 21U;  // 32 MiB in one index
 
 // What a bound or an equality asks of a key column, as a Jet value. Nothing where SQLite's value is
 // not of the column's kind.
 std::optional<Variant> keyValue(sqlite3_value* value, VariantType type) {
   const int held = sqlite3_value_type(value);
   if (held != SQLITE_INTEGER && held != SQLITE_FLOAT) return {};
-  if (type == VariantType::DateTime) return values::DateTime{sqlite3_value_double(value)};
-  if (type == VariantType::Currency) {
+  if (type == VariantType::kDateTime) return values::DateTime{sqlite3_value_double(value)};
+  if (type == VariantType::kCurrency) {
     if (held != SQLITE_INTEGER) return {};
     return values::Currency{sqlite3_value_int64(value)};
   }
@@ -61,18 +61,18 @@ class Cursor {
 
   void next() {
     switch (access_) {
-      case Access::Scan:
+      case Access::kScan:
         atEnd_ = !scan_->next();
         return;
-      case Access::RowId:
+      case Access::kRowId:
         atEnd_ = true;
         return;
-      case Access::FileIndex:
+      case Access::kFileIndex:
         do {
           atEnd_ = !fileIndex_->next();
         } while (!atEnd_ && !read(fileIndex_->rowId()));
         return;
-      case Access::MemoryIndex:
+      case Access::kMemoryIndex:
         do {
           atEnd_ = entries_.empty();
           if (atEnd_) return;
@@ -92,13 +92,13 @@ class Cursor {
     for (; !atEnd_; next()) order.add(row());
     ordered_.clear();
     for (const std::int64_t number : order.rows()) ordered_.push_back({0, number});
-    access_ = Access::MemoryIndex;
+    access_ = Access::kMemoryIndex;
     entries_ = ordered_;
     next();
   }
 
   [[nodiscard]] const jet::Row& row() const {
-    return access_ == Access::Scan ? scan_->row() : row_;
+    return access_ == Access::kScan ? scan_->row() : row_;
   }
 
   // False for a row that is gone, which an index may still name.
@@ -107,21 +107,21 @@ class Cursor {
   // Ready for the first next(); false where nothing can be found.
   bool begin(const TablePlan& plan, std::span<sqlite3_value*> values) {
     switch (plan.access) {
-      case Access::Scan:
+      case Access::kScan:
         beginScan();
         return true;
-      case Access::RowId:
+      case Access::kRowId:
         return beginRow(values[0]);
-      case Access::FileIndex:
+      case Access::kFileIndex:
         return beginFileIndex(plan, values);
-      case Access::MemoryIndex:
+      case Access::kMemoryIndex:
         return beginMemoryIndex(plan, values);
     }
     return false;
   }
 
   void beginScan() {
-    access_ = Access::Scan;
+    access_ = Access::kScan;
     scan_.emplace(table_.table());
   }
 
@@ -130,7 +130,7 @@ class Cursor {
   bool beginRow(sqlite3_value* value) {
     single_ = {0, sqlite3_value_int64(value)};
     entries_ = {&single_, 1};
-    access_ = Access::MemoryIndex;
+    access_ = Access::kMemoryIndex;
     return sqlite3_value_type(value) == SQLITE_INTEGER;
   }
 
@@ -180,7 +180,7 @@ class Cursor {
   }
 
   JetTable& table_;
-  Access access_ = Access::Scan;
+  Access access_ = Access::kScan;
   bool atEnd_ = true;
   std::optional<jet::TableCursor> scan_;
   std::optional<jet::IndexCursor> fileIndex_;
@@ -199,22 +199,22 @@ void Cursor::setColumn(sqlite3_context* context, int number) {
   const jet::Row& current = row();
   if (current.isNull(column)) return sqlite3_result_null(context);
   switch (table_.schema().columns[column].type) {
-    case VariantType::YesNo:
-    case VariantType::Byte:
-    case VariantType::Integer:
-    case VariantType::Long:
-    case VariantType::Currency:
+    case VariantType::kYesNo:
+    case VariantType::kByte:
+    case VariantType::kInteger:
+    case VariantType::kLong:
+    case VariantType::kCurrency:
       return sqlite3_result_int64(context, current.wholeNumber(column));
-    case VariantType::Single:
-    case VariantType::Double:
-    case VariantType::DateTime:
+    case VariantType::kSingle:
+    case VariantType::kDouble:
+    case VariantType::kDateTime:
       return sqlite3_result_double(context, current.realNumber(column));
-    case VariantType::Text: {
+    case VariantType::kText: {
       const std::string_view text = current.text(column, text_);
       return sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT,
                                    SQLITE_UTF8);
     }
-    case VariantType::Numeric: {
+    case VariantType::kNumeric: {
       const auto bytes = encodeNumeric(current.numeric(column));
       return sqlite3_result_blob64(context, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
     }
@@ -251,7 +251,7 @@ double JetTable::estimatedRows() const { return std::max<double>(table_.definiti
 std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
   ColumnUse& use = uses_[column];
   if (use.index == nullptr && use.lookups++ >= kLookupsBeforeIndex &&
-      table_.definition().rowCount <= kMostIndexedRows)
+      table_.definition().rowCount <= kMaxIndexedRows)
     use.index = std::make_shared<MemoryIndex>(table_, column);
   return use.index;
 }

@@ -16,7 +16,7 @@ namespace {
 
 using values::VariantType;
 
-bool isWholeKey(VariantType type) { return isWholeNumber(type) || type == VariantType::Currency; }
+bool isWholeKey(VariantType type) { return isWholeNumber(type) || type == VariantType::kCurrency; }
 
 // The bits of a double as a whole number of the same order.
 std::int64_t realKey(double value) {
@@ -42,8 +42,8 @@ class KeyReader {
   [[nodiscard]] std::int64_t key(const jet::Row& row) {
     if (isWholeKey(type_)) return row.wholeNumber(column_);
     if (hasOrderedKeys(type_)) return realKey(row.realNumber(column_));
-    if (type_ == VariantType::Text) return textKey(row.text(column_, text_));
-    if (type_ == VariantType::Numeric) {
+    if (type_ == VariantType::kText) return textKey(row.text(column_, text_));
+    if (type_ == VariantType::kNumeric) {
       const auto bytes = encodeNumeric(row.numeric(column_));
       return hashKey(bytes.data(), bytes.size());
     }
@@ -79,8 +79,8 @@ std::optional<std::int64_t> wholeKeyOf(sqlite3_value* value) {
 }  // namespace
 
 bool hasOrderedKeys(VariantType type) {
-  return isWholeKey(type) || type == VariantType::Single || type == VariantType::Double ||
-         type == VariantType::DateTime;
+  return isWholeKey(type) || type == VariantType::kSingle || type == VariantType::kDouble ||
+         type == VariantType::kDateTime;
 }
 
 std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column, VariantType type) {
@@ -92,8 +92,8 @@ std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column, 
 
 MemoryIndex::MemoryIndex(jet::Table& table, std::size_t column) {
   // The definition's count is a hint; a wrong one must not cost much.
-  constexpr std::uint32_t kMostReserved = 1U << 20U;
-  entries_.reserve(std::min(table.definition().rowCount, kMostReserved));
+  constexpr std::uint32_t kMaxReserved = 1U << 20U;
+  entries_.reserve(std::min(table.definition().rowCount, kMaxReserved));
   KeyReader reader(table, column);
   for (jet::TableCursor scan = table.scan(); scan.next();) {
     const jet::Row& row = scan.row();
@@ -122,7 +122,7 @@ std::optional<std::int64_t> keyOf(sqlite3_value* value, VariantType type) {
     if (!isNumeric(value)) return {};
     return isWholeKey(type) ? wholeKeyOf(value) : realKey(sqlite3_value_double(value));
   }
-  if (type == VariantType::Text) {
+  if (type == VariantType::kText) {
     if (held != SQLITE_TEXT) return {};
     const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
     return textKey({text, static_cast<std::size_t>(sqlite3_value_bytes(value))});

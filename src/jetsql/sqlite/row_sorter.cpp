@@ -42,7 +42,7 @@ std::string RowOrder::packed(std::span<const Term> terms) {
 }
 
 bool RowOrder::canOrderBy(VariantType type) {
-  return hasOrderedKeys(type) || type == VariantType::Text;
+  return hasOrderedKeys(type) || type == VariantType::kText;
 }
 
 RowOrder::RowOrder(const SchemaTable& table, std::string_view terms) : table_(table) {
@@ -60,7 +60,7 @@ void RowOrder::appendKey(const jet::Row& row, const Term& term) {
   const VariantType type = table_.columns[term.column].type;
   std::optional<std::int64_t> number;
   bool isNull = row.isNull(term.column);
-  if (!isNull && type != VariantType::Text) {
+  if (!isNull && type != VariantType::kText) {
     number = orderedKey(row, term.column, type);
     isNull = !number;
   }

@@ -44,13 +44,13 @@ bool divideByTen(Limbs& limbs) {
 }
 
 std::int64_t wholeOf(const EncodedValue& value) {
-  if (value.kind != EncodedValue::Kind::Real) return value.whole;
+  if (value.kind != EncodedValue::Kind::kReal) return value.whole;
   if (!(std::abs(value.real) < 9.2e18)) throw RuntimeError(error::kOverflow, "Overflow.");
   return static_cast<std::int64_t>(std::nearbyint(value.real));
 }
 
 double realOf(const EncodedValue& value) {
-  return value.kind == EncodedValue::Kind::Real ? value.real : static_cast<double>(value.whole);
+  return value.kind == EncodedValue::Kind::kReal ? value.real : static_cast<double>(value.whole);
 }
 
 template <typename Whole>
@@ -69,14 +69,14 @@ values::Binary binaryOf(std::string_view bytes) {
 // An expression without a static type is what SQLite made of it.
 VariantType dynamicType(EncodedValue::Kind kind) {
   switch (kind) {
-    case EncodedValue::Kind::Whole:
-      return VariantType::Long;
-    case EncodedValue::Kind::Real:
-      return VariantType::Double;
-    case EncodedValue::Kind::Text:
-      return VariantType::Text;
+    case EncodedValue::Kind::kWhole:
+      return VariantType::kLong;
+    case EncodedValue::Kind::kReal:
+      return VariantType::kDouble;
+    case EncodedValue::Kind::kText:
+      return VariantType::kText;
     default:
-      return VariantType::Binary;
+      return VariantType::kBinary;
   }
 }
 
@@ -125,13 +125,13 @@ EncodedValue encodedValue(sqlite3_value* value) {
   const int type = sqlite3_value_type(value);
   switch (type) {
     case SQLITE_INTEGER:
-      return {Kind::Whole, sqlite3_value_int64(value), 0, {}};
+      return {Kind::kWhole, sqlite3_value_int64(value), 0, {}};
     case SQLITE_FLOAT:
-      return {Kind::Real, 0, sqlite3_value_double(value), {}};
+      return {Kind::kReal, 0, sqlite3_value_double(value), {}};
     case SQLITE_TEXT:
     case SQLITE_BLOB: {
       const void* bytes = sqlite3_value_blob(value);
-      return {type == SQLITE_TEXT ? Kind::Text : Kind::Blob, 0, 0,
+      return {type == SQLITE_TEXT ? Kind::kText : Kind::kBlob, 0, 0,
               bytesOf(bytes, sqlite3_value_bytes(value))};
     }
     default:
@@ -144,13 +144,13 @@ EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
   const int type = sqlite3_column_type(statement, column);
   switch (type) {
     case SQLITE_INTEGER:
-      return {Kind::Whole, sqlite3_column_int64(statement, column), 0, {}};
+      return {Kind::kWhole, sqlite3_column_int64(statement, column), 0, {}};
     case SQLITE_FLOAT:
-      return {Kind::Real, 0, sqlite3_column_double(statement, column), {}};
+      return {Kind::kReal, 0, sqlite3_column_double(statement, column), {}};
     case SQLITE_TEXT:
     case SQLITE_BLOB: {
       const void* bytes = sqlite3_column_blob(statement, column);
-      return {type == SQLITE_TEXT ? Kind::Text : Kind::Blob, 0, 0,
+      return {type == SQLITE_TEXT ? Kind::kText : Kind::kBlob, 0, 0,
               bytesOf(bytes, sqlite3_column_bytes(statement, column))};
     }
     default:
@@ -159,28 +159,28 @@ EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
 }
 
 Variant decode(const EncodedValue& value, VariantType type) {
-  if (value.kind == EncodedValue::Kind::Null) return {};
-  if (type == VariantType::Null) type = dynamicType(value.kind);
+  if (value.kind == EncodedValue::Kind::kNull) return {};
+  if (type == VariantType::kNull) type = dynamicType(value.kind);
   switch (type) {
-    case VariantType::YesNo:
+    case VariantType::kYesNo:
       return wholeOf(value) != 0;
-    case VariantType::Byte:
+    case VariantType::kByte:
       return wholeNumber<std::uint8_t>(value);
-    case VariantType::Integer:
+    case VariantType::kInteger:
       return wholeNumber<std::int16_t>(value);
-    case VariantType::Long:
+    case VariantType::kLong:
       return wholeNumber<std::int32_t>(value);
-    case VariantType::Single:
+    case VariantType::kSingle:
       return static_cast<float>(realOf(value));
-    case VariantType::Double:
+    case VariantType::kDouble:
       return realOf(value);
-    case VariantType::Currency:
+    case VariantType::kCurrency:
       return values::Currency{wholeOf(value)};
-    case VariantType::DateTime:
+    case VariantType::kDateTime:
       return values::DateTime{realOf(value)};
-    case VariantType::Numeric:
+    case VariantType::kNumeric:
       return decodeNumeric(value.bytes.data(), value.bytes.size());
-    case VariantType::Binary:
+    case VariantType::kBinary:
       return binaryOf(value.bytes);
     default:
       return std::string(value.bytes);

@@ -29,7 +29,7 @@ constexpr std::size_t kNumericSize = 25;
 
 // A value as SQLite holds it. `bytes` lie where they were read.
 struct EncodedValue {
-  enum class Kind : unsigned char { Null, Whole, Real, Text, Blob } kind = Kind::Null;
+  enum class Kind : unsigned char { kNull, kWhole, kReal, kText, kBlob } kind = Kind::kNull;
   std::int64_t whole = 0;
   double real = 0;
   std::string_view bytes;

@@ -69,7 +69,7 @@ class VirtualModule {
     std::string columns;
     for (std::size_t i = 0; i < table.schema().columns.size(); ++i) {
       columns += (i == 0 ? "c" : ", c") + std::to_string(i);
-      if (table.schema().columns[i].type == values::VariantType::Text) columns += " COLLATE JET";
+      if (table.schema().columns[i].type == values::VariantType::kText) columns += " COLLATE JET";
     }
     const int status =
         sqlite3_declare_vtab(connection, ("CREATE TABLE t(" + columns + ")").c_str());

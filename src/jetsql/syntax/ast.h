@@ -15,49 +15,49 @@ namespace jetsql {
 struct Query;
 
 enum class Operator {
-  Or,
-  And,
-  Xor,
-  Eqv,
-  Imp,
-  Not,
-  Equal,
-  NotEqual,
-  Less,
-  LessOrEqual,
-  Greater,
-  GreaterOrEqual,
-  Like,
-  Add,
-  Subtract,
-  Multiply,
-  Divide,
-  IntDivide,
-  Mod,
-  Power,
-  Concat,
-  Negate,
+  kOr,
+  kAnd,
+  kXor,
+  kEqv,
+  kImp,
+  kNot,
+  kEqual,
+  kNotEqual,
+  kLess,
+  kLessOrEqual,
+  kGreater,
+  kGreaterOrEqual,
+  kLike,
+  kAdd,
+  kSubtract,
+  kMultiply,
+  kDivide,
+  kIntDivide,
+  kMod,
+  kPower,
+  kConcat,
+  kNegate,
 };
 
 struct Expression {
   enum class Kind {
-    Literal,    // value, literalOrdinal
-    Name,       // path
-    Star,       // the * of Count(*)
-    Unary,      // operation, arguments[0]
-    Binary,     // operation, arguments[0], arguments[1]
-    Call,       // path[0], arguments
-    Between,    // arguments[0] Between arguments[1] And arguments[2]; negated
-    InList,     // arguments[0] In (arguments[1], ...); negated
-    InQuery,    // arguments[0] In (query); negated
-    IsNull,     // arguments[0]; negated
-    Scalar,     // (query)
-    Exists,     // query; negated
-    Quantified  // arguments[0] operation Any/All (query)
+    kLiteral,    // value, literalOrdinal
+    kName,       // path
+    kStar,       // the * of Count(*)
+    kUnary,      // operation, arguments[0]
+    kBinary,     // operation, arguments[0], arguments[1]
+    kCall,       // path[0], arguments
+    kBetween,    // arguments[0] Between arguments[1] And arguments[2]; negated
+    kInList,     // arguments[0] In (arguments[1], ...); negated
+    kInQuery,    // arguments[0] In (query); negated
+    kIsNull,     // arguments[0]; negated
+    kScalar,     // (query)
+    kExists,     // query; negated
+    kQuantified  // arguments[0] operation Any/All (query)
   };
 
-  Kind kind = Kind::Literal;
-  Operator operation = Operator::Equal;
+  Kind kind = Kind::kLiteral;
+  Operator operation = Operator::kEqual;
   values::Variant value;
   int literalOrdinal = -1;  // place among the literals of the text; -1 for True, False and Null
   std::vector<std::string> path;  // t.f and t!f give {t, f}
@@ -77,14 +77,14 @@ struct SelectItem {
 };
 
 struct TableReference {
-  enum class Kind { Name, Subquery, Join };
-  enum class JoinType { Inner, Left, Right };
+  enum class Kind { kName, kSubquery, kJoin };
+  enum class JoinType { kInner, kLeft, kRight };
 
-  Kind kind = Kind::Name;
+  Kind kind = Kind::kName;
   std::string name;
   std::string alias;             // empty when none is given
   std::unique_ptr<Query> query;  // Subquery
-  JoinType joinType = JoinType::Inner;
+  JoinType joinType = JoinType::kInner;
   std::unique_ptr<TableReference> left;
   std::unique_ptr<TableReference> right;
   ExpressionPtr on;
@@ -96,9 +96,9 @@ struct OrderItem {
 };
 
 struct Select {
-  enum class Duplicates { Keep, Distinct, DistinctRow };
+  enum class Duplicates { kKeep, kDistinct, kDistinctRow };
 
-  Duplicates duplicates = Duplicates::Keep;
+  Duplicates duplicates = Duplicates::kKeep;
   std::optional<int> top;
   bool topIsPercent = false;
   std::vector<SelectItem> items;

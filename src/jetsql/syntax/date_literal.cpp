@@ -9,8 +9,8 @@ namespace jetsql {
 namespace {
 
 struct Piece {
-  enum class Kind { Number, Word, Colon, Separator };
-  Kind kind = Kind::Separator;
+  enum class Kind { kNumber, kWord, kColon, kSeparator };
+  Kind kind = Kind::kSeparator;
   int number = 0;
   std::size_t digits = 0;
   std::string word;  // lower case
@@ -25,15 +25,15 @@ std::optional<std::vector<Piece>> cut(std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
     Piece piece;
     if (isDigit(text[i])) {
-      piece.kind = Piece::Kind::Number;
+      piece.kind = Piece::Kind::kNumber;
       for (; i < text.size() && isDigit(text[i]) && piece.digits < 5; ++i, ++piece.digits)
         piece.number = piece.number * 10 + (text[i] - '0');
     } else if (isLetter(text[i])) {
-      piece.kind = Piece::Kind::Word;
+      piece.kind = Piece::Kind::kWord;
       for (; i < text.size() && isLetter(text[i]); ++i)
         piece.word += static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
     } else if (text[i] == ':') {
-      piece.kind = Piece::Kind::Colon;
+      piece.kind = Piece::Kind::kColon;
       ++i;
     } else if (std::string_view(" \t\r\n/-,").find(text[i++]) != std::string_view::npos) {
       continue;
@@ -74,8 +74,8 @@ bool readDay(const std::vector<Piece>& pieces, values::CivilTime& civil) {
   std::vector<Piece> numbers;
   int named = 0;
   for (const Piece& piece : pieces) {
-    if (piece.kind == Piece::Kind::Number) numbers.push_back(piece);
-    if (piece.kind == Piece::Kind::Word) {
+    if (piece.kind == Piece::Kind::kNumber) numbers.push_back(piece);
+    if (piece.kind == Piece::Kind::kWord) {
       if (named != 0 || (named = monthOf(piece.word)) == 0) return false;
     }
   }
@@ -99,7 +99,7 @@ bool readTime(const std::vector<Piece>& pieces, const std::string& half, values:
   std::size_t count = 0;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     const bool wantsNumber = i % 2 == 0;
-    if (wantsNumber != (pieces[i].kind == Piece::Kind::Number)) return false;
+    if (wantsNumber != (pieces[i].kind == Piece::Kind::kNumber)) return false;
     if (!wantsNumber) continue;
     if (count == parts.size()) return false;
     parts[count++] = pieces[i].number;
@@ -128,7 +128,7 @@ std::optional<values::DateTime> parseDateLiteral(std::string_view text) {
   }
   // The time begins with the number before the first colon, or is the number before AM or PM.
   auto time = pieces->begin();
-  while (time != pieces->end() && time->kind != Piece::Kind::Colon) ++time;
+  while (time != pieces->end() && time->kind != Piece::Kind::kColon) ++time;
   if ((time != pieces->end() || !half.empty()) && time != pieces->begin()) --time;
   const std::vector<Piece> day(pieces->begin(), time);
   const std::vector<Piece> clock(time, pieces->end());

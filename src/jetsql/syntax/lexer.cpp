@@ -14,9 +14,9 @@ std::vector<Token> tokenize(std::string_view text) {
                 .value = {},
                 .position = scanner.begin(),
                 .end = scanner.end()};
-    if (token.kind == TokenKind::Bracketed)
+    if (token.kind == TokenKind::kBracketed)
       token.text = token.text.substr(1, token.text.size() - 2);
-    if (token.kind == TokenKind::Literal) {
+    if (token.kind == TokenKind::kLiteral) {
       token.value = scanner.literal();
       token.literalOrdinal = literals++;
     }
@@ -27,7 +27,7 @@ std::vector<Token> tokenize(std::string_view text) {
 }
 
 bool isWord(const Token& token, std::string_view upperCaseWord) {
-  if (token.kind != TokenKind::Word || token.text.size() != upperCaseWord.size()) return false;
+  if (token.kind != TokenKind::kWord || token.text.size() != upperCaseWord.size()) return false;
   for (std::size_t i = 0; i < upperCaseWord.size(); ++i) {
     const char c = token.text[i];
     if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != upperCaseWord[i]) return false;
@@ -36,7 +36,7 @@ bool isWord(const Token& token, std::string_view upperCaseWord) {
 }
 
 bool isSymbol(const Token& token, std::string_view symbol) {
-  return token.kind == TokenKind::Symbol && token.text == symbol;
+  return token.kind == TokenKind::kSymbol && token.text == symbol;
 }
 
 }  // namespace jetsql

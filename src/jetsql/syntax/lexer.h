@@ -16,10 +16,10 @@
 
 namespace jetsql {
 
-enum class TokenKind { End, Word, Bracketed, Literal, Symbol };
+enum class TokenKind { kEnd, kWord, kBracketed, kLiteral, kSymbol };
 
 struct Token {
-  TokenKind kind = TokenKind::End;
+  TokenKind kind = TokenKind::kEnd;
   std::string text;          // word; bracketed name without brackets; symbol
   values::Variant value;     // Literal: Integer, Long, Double, Text or DateTime
   int literalOrdinal = -1;   // Literal: its place among the literals

@@ -14,7 +14,7 @@ QueryShape queryShape(std::string_view text) {
     Scanner scanner(text);
     for (std::size_t previous = 0; scanner.next(); previous = scanner.end()) {
       if (scanner.begin() != previous && previous != 0) shape.key += ' ';
-      if (scanner.kind() != TokenKind::Literal) {
+      if (scanner.kind() != TokenKind::kLiteral) {
         shape.key += scanner.text();
         continue;
       }

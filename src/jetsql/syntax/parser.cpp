@@ -11,7 +11,7 @@
 namespace jetsql {
 namespace {
 
-constexpr int kMostJoins = 60;  // SQLite joins up to 64 tables; the engine 32
+constexpr int kMaxJoins = 60;  // SQLite joins up to 64 tables; the engine 32
 
 constexpr std::string_view kQueryWords[] = {"SELECT", "TRANSFORM", "PARAMETERS", "TABLE"};
 
@@ -104,7 +104,7 @@ std::unique_ptr<Query> Parser::crosstab() {
 void Parser::pivot(Crosstab& crosstab) {
   tokens_.expectWord("PIVOT", error::kTransformSyntax);
   crosstab.pivot = expression();
-  if (crosstab.pivot->kind != Expression::Kind::InList || crosstab.pivot->negated) return;
+  if (crosstab.pivot->kind != Expression::Kind::kInList || crosstab.pivot->negated) return;
   auto parts = std::move(crosstab.pivot->arguments);
   crosstab.pivot = std::move(parts.front());
   for (std::size_t i = 1; i < parts.size(); ++i) crosstab.headings.push_back(std::move(parts[i]));
@@ -143,10 +143,10 @@ Select Parser::select() {
   Select result;
   for (bool more = true; more;) {
     if (tokens_.acceptWord("DISTINCT")) {
-      result.duplicates = Select::Duplicates::Distinct;
+      result.duplicates = Select::Duplicates::kDistinct;
     } else if (tokens_.acceptWord("DISTINCTROW")) {
-      result.duplicates = Select::Duplicates::DistinctRow;
-    } else if (tokens_.atWord("TOP") && tokens_.peek(1).kind == TokenKind::Literal) {
+      result.duplicates = Select::Duplicates::kDistinctRow;
+    } else if (tokens_.atWord("TOP") && tokens_.peek(1).kind == TokenKind::kLiteral) {
       top(result);
     } else {
       more = tokens_.acceptWord("ALL");
@@ -220,17 +220,17 @@ std::vector<TableReference> Parser::from() {
 TableReference Parser::joinedTable() {
   TableReference left = tablePrimary();
   while (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"})) {
-    if (++joins_ > kMostJoins) tokens_.fail(error::kQueryTooComplex);
+    if (++joins_ > kMaxJoins) tokens_.fail(error::kQueryTooComplex);
     TableReference join;
-    join.kind = TableReference::Kind::Join;
+    join.kind = TableReference::Kind::kJoin;
     if (tokens_.acceptWord("LEFT")) {
-      join.joinType = TableReference::JoinType::Left;
+      join.joinType = TableReference::JoinType::kLeft;
     } else if (tokens_.acceptWord("RIGHT")) {
-      join.joinType = TableReference::JoinType::Right;
+      join.joinType = TableReference::JoinType::kRight;
     } else {
       tokens_.acceptWord("INNER");
     }
-    if (join.joinType != TableReference::JoinType::Inner) tokens_.acceptWord("OUTER");
+    if (join.joinType != TableReference::JoinType::kInner) tokens_.acceptWord("OUTER");
     tokens_.expectWord("JOIN", error::kJoinSyntax);
     join.left = std::make_unique<TableReference>(std::move(left));
     // a INNER JOIN b INNER JOIN c ON ... ON ... is not the engine's language: it wants parentheses.
@@ -247,14 +247,14 @@ TableReference Parser::tablePrimary() {
   if (++depth_ > 100) tokens_.fail(error::kQueryTooComplex);
   TableReference table;
   if (atSubquery()) {
-    table.kind = TableReference::Kind::Subquery;
+    table.kind = TableReference::Kind::kSubquery;
     table.query = subquery();
   } else if (tokens_.acceptSymbol("(")) {
     table = joinedTable();
     tokens_.expectSymbol(")", error::kFromSyntax);
     --depth_;
     return table;
-  } else if (tokens_.peek().kind == TokenKind::Bracketed && isSymbol(tokens_.peek(1), ".") &&
+  } else if (tokens_.peek().kind == TokenKind::kBracketed && isSymbol(tokens_.peek(1), ".") &&
              beginsStatement(tokens_.peek().text)) {
     table = legacySubquery();
   } else {
@@ -270,7 +270,7 @@ TableReference Parser::tablePrimary() {
 // [SELECT ...]. AS x is how older versions wrote (SELECT ...) AS x.
 TableReference Parser::legacySubquery() {
   TableReference table;
-  table.kind = TableReference::Kind::Subquery;
+  table.kind = TableReference::Kind::kSubquery;
   Parser inner(tokens_.take().text);
   table.query = inner.statement();
   tokens_.expectSymbol(".", error::kFromSyntax);
@@ -302,7 +302,7 @@ std::vector<OrderItem> Parser::orderBy() {
 }
 
 std::string Parser::name(int errorNumber) {
-  const bool bare = tokens_.peek().kind == TokenKind::Word;
+  const bool bare = tokens_.peek().kind == TokenKind::kWord;
   if (!tokens_.atName() || (bare && isClauseWord(tokens_.peek()))) tokens_.fail(errorNumber);
   return tokens_.take().text;
 }
@@ -315,7 +315,7 @@ bool beginsStatement(std::string_view text) {
   std::size_t end = first;
   while (end < text.size() && (((text[end] | 0x20) >= 'a') && ((text[end] | 0x20) <= 'z'))) ++end;
   const Token word{
-      .kind = TokenKind::Word, .text = std::string(text.substr(first, end - first)), .value = {}};
+      .kind = TokenKind::kWord, .text = std::string(text.substr(first, end - first)), .value = {}};
   return isAny(word, kQueryWords) || isAny(word, kActionWords);
 }
 

@@ -13,7 +13,7 @@ namespace jetsql {
 namespace {
 
 // More than any query needs would exhaust the stack of whoever reads or walks the tree.
-constexpr int kMostNested = 100;
+constexpr int kMaxNested = 100;
 constexpr int kDeepest = 400;
 
 struct BinaryOperator {
@@ -21,18 +21,18 @@ struct BinaryOperator {
   Operator operation;
 };
 
-constexpr std::array<BinaryOperator, 5> kLogical{{{"IMP", Operator::Imp},
-                                                  {"EQV", Operator::Eqv},
-                                                  {"XOR", Operator::Xor},
-                                                  {"OR", Operator::Or},
-                                                  {"AND", Operator::And}}};
+constexpr std::array<BinaryOperator, 5> kLogical{{{"IMP", Operator::kImp},
+                                                  {"EQV", Operator::kEqv},
+                                                  {"XOR", Operator::kXor},
+                                                  {"OR", Operator::kOr},
+                                                  {"AND", Operator::kAnd}}};
 
-constexpr std::array<BinaryOperator, 6> kComparisons{{{"=", Operator::Equal},
-                                                      {"<>", Operator::NotEqual},
-                                                      {"<=", Operator::LessOrEqual},
-                                                      {">=", Operator::GreaterOrEqual},
-                                                      {"<", Operator::Less},
-                                                      {">", Operator::Greater}}};
+constexpr std::array<BinaryOperator, 6> kComparisons{{{"=", Operator::kEqual},
+                                                      {"<>", Operator::kNotEqual},
+                                                      {"<=", Operator::kLessOrEqual},
+                                                      {">=", Operator::kGreaterOrEqual},
+                                                      {"<", Operator::kLess},
+                                                      {">", Operator::kGreater}}};
 
 struct ArithmeticOperator {
   std::string_view token;
@@ -40,13 +40,13 @@ struct ArithmeticOperator {
   std::size_t level;
 };
 constexpr std::size_t kArithmeticLevels = 5;
-constexpr std::array<ArithmeticOperator, 7> kArithmetic{{{"&", Operator::Concat, 0},
-                                                         {"+", Operator::Add, 1},
-                                                         {"-", Operator::Subtract, 1},
-                                                         {"MOD", Operator::Mod, 2},
-                                                         {"\\", Operator::IntDivide, 3},
-                                                         {"*", Operator::Multiply, 4},
-                                                         {"/", Operator::Divide, 4}}};
+constexpr std::array<ArithmeticOperator, 7> kArithmetic{{{"&", Operator::kConcat, 0},
+                                                         {"+", Operator::kAdd, 1},
+                                                         {"-", Operator::kSubtract, 1},
+                                                         {"MOD", Operator::kMod, 2},
+                                                         {"\\", Operator::kIntDivide, 3},
+                                                         {"*", Operator::kMultiply, 4},
+                                                         {"/", Operator::kDivide, 4}}};
 
 ExpressionPtr node(Expression::Kind kind) {
   auto made = std::make_unique<Expression>();
@@ -61,14 +61,14 @@ void adopt(Expression& parent, ExpressionPtr child) {
 }
 
 ExpressionPtr unaryNode(Operator operation, ExpressionPtr operand) {
-  auto made = node(Expression::Kind::Unary);
+  auto made = node(Expression::Kind::kUnary);
   made->operation = operation;
   adopt(*made, std::move(operand));
   return made;
 }
 
 ExpressionPtr binaryNode(Operator operation, ExpressionPtr left, ExpressionPtr right) {
-  auto made = node(Expression::Kind::Binary);
+  auto made = node(Expression::Kind::kBinary);
   made->operation = operation;
   adopt(*made, std::move(left));
   adopt(*made, std::move(right));
@@ -79,7 +79,7 @@ ExpressionPtr binaryNode(Operator operation, ExpressionPtr left, ExpressionPtr r
 
 ExpressionPtr Parser::expression() {
   const std::size_t first = tokens_.position();
-  if (++depth_ > kMostNested) tokens_.fail(error::kQueryTooComplex);
+  if (++depth_ > kMaxNested) tokens_.fail(error::kQueryTooComplex);
   auto result = binaryLevel(0);
   --depth_;
   deepest_ = std::max(deepest_, result->depth);
@@ -101,8 +101,8 @@ ExpressionPtr Parser::logicalNot() {
   bool odd = true;
   while (tokens_.acceptWord("NOT")) odd = !odd;
   auto operand = comparison();
-  return odd ? unaryNode(Operator::Not, std::move(operand))
-             : unaryNode(Operator::Not, unaryNode(Operator::Not, std::move(operand)));
+  return odd ? unaryNode(Operator::kNot, std::move(operand))
+             : unaryNode(Operator::kNot, unaryNode(Operator::kNot, std::move(operand)));
 }
 
 ExpressionPtr Parser::comparison() {
@@ -117,7 +117,7 @@ ExpressionPtr Parser::comparison() {
     }
     if (found) continue;
     if (tokens_.acceptWord("IS")) {
-      auto test = node(Expression::Kind::IsNull);
+      auto test = node(Expression::Kind::kIsNull);
       test->negated = tokens_.acceptWord("NOT");
       tokens_.expectWord("NULL", error::kExpressionSyntax);
       adopt(*test, std::move(left));
@@ -138,22 +138,22 @@ ExpressionPtr Parser::comparison() {
 // Like, In and Between, which may have a Not before them.
 ExpressionPtr Parser::negatable(ExpressionPtr left, bool negated) {
   if (tokens_.acceptWord("LIKE")) {
-    auto like = binaryNode(Operator::Like, std::move(left), arithmeticLevel(0));
-    return negated ? unaryNode(Operator::Not, std::move(like)) : std::move(like);
+    auto like = binaryNode(Operator::kLike, std::move(left), arithmeticLevel(0));
+    return negated ? unaryNode(Operator::kNot, std::move(like)) : std::move(like);
   }
   ExpressionPtr test;
   if (tokens_.acceptWord("BETWEEN")) {
-    test = node(Expression::Kind::Between);
+    test = node(Expression::Kind::kBetween);
     adopt(*test, std::move(left));
     adopt(*test, arithmeticLevel(0));
     tokens_.expectWord("AND", error::kExpressionSyntax);
     adopt(*test, arithmeticLevel(0));
   } else {
     tokens_.expectWord("IN", error::kExpressionSyntax);
-    test = node(Expression::Kind::InList);
+    test = node(Expression::Kind::kInList);
     adopt(*test, std::move(left));
     if (atSubquery()) {
-      test->kind = Expression::Kind::InQuery;
+      test->kind = Expression::Kind::kInQuery;
       test->query = subquery();
       test->depth = std::max(test->depth, subqueryDepth_);
     } else {
@@ -169,7 +169,7 @@ ExpressionPtr Parser::negatable(ExpressionPtr left, bool negated) {
 ExpressionPtr Parser::quantifiedOr(Operator operation, ExpressionPtr left) {
   if (!tokens_.atAnyWord({"ANY", "SOME", "ALL"}) || !isSymbol(tokens_.peek(1), "("))
     return binaryNode(operation, std::move(left), arithmeticLevel(0));
-  auto test = node(Expression::Kind::Quantified);
+  auto test = node(Expression::Kind::kQuantified);
   test->operation = operation;
   test->all = isWord(tokens_.take(), "ALL");
   adopt(*test, std::move(left));
@@ -200,7 +200,7 @@ ExpressionPtr Parser::unary() {
     if (tokens_.take().text == "-") minus = !minus;
   }
   auto operand = power();
-  return minus ? unaryNode(Operator::Negate, std::move(operand)) : std::move(operand);
+  return minus ? unaryNode(Operator::kNegate, std::move(operand)) : std::move(operand);
 }
 
 ExpressionPtr Parser::power() {
@@ -208,23 +208,23 @@ ExpressionPtr Parser::power() {
   while (tokens_.acceptSymbol("^")) {
     const bool minus = tokens_.acceptSymbol("-");
     auto exponent = primary();
-    if (minus) exponent = unaryNode(Operator::Negate, std::move(exponent));
-    base = binaryNode(Operator::Power, std::move(base), std::move(exponent));
+    if (minus) exponent = unaryNode(Operator::kNegate, std::move(exponent));
+    base = binaryNode(Operator::kPower, std::move(base), std::move(exponent));
   }
   return base;
 }
 
 ExpressionPtr Parser::primary() {
   if (tokens_.atSymbol("(")) return parenthesized();
-  if (tokens_.peek().kind == TokenKind::Literal) {
+  if (tokens_.peek().kind == TokenKind::kLiteral) {
     const Token& token = tokens_.take();
-    auto literal = node(Expression::Kind::Literal);
+    auto literal = node(Expression::Kind::kLiteral);
     literal->value = token.value;
     literal->literalOrdinal = token.literalOrdinal;
     return literal;
   }
   if (tokens_.acceptWord("EXISTS")) {
-    auto exists = node(Expression::Kind::Exists);
+    auto exists = node(Expression::Kind::kExists);
     exists->query = subquery();
     exists->depth = std::max(exists->depth, subqueryDepth_);
     return exists;
@@ -235,7 +235,7 @@ ExpressionPtr Parser::primary() {
 
 ExpressionPtr Parser::parenthesized() {
   if (atSubquery()) {
-    auto scalar = node(Expression::Kind::Scalar);
+    auto scalar = node(Expression::Kind::kScalar);
     scalar->query = subquery();
     scalar->depth = std::max(scalar->depth, subqueryDepth_);
     return scalar;
@@ -251,17 +251,17 @@ ExpressionPtr Parser::constant() {
   if (isSymbol(tokens_.peek(1), ".") || isSymbol(tokens_.peek(1), "!")) return nullptr;
   const bool yes = tokens_.atWord("TRUE");
   if (!yes && !tokens_.atAnyWord({"FALSE", "NULL"})) return nullptr;
-  auto literal = node(Expression::Kind::Literal);
+  auto literal = node(Expression::Kind::kLiteral);
   if (!tokens_.atWord("NULL")) literal->value = yes;
   tokens_.take();
   return literal;
 }
 
 ExpressionPtr Parser::nameOrCall() {
-  const bool isCall = tokens_.peek().kind == TokenKind::Word && isSymbol(tokens_.peek(1), "(");
+  const bool isCall = tokens_.peek().kind == TokenKind::kWord && isSymbol(tokens_.peek(1), "(");
   if (isCall && (!isClauseWord(tokens_.peek()) || tokens_.atAnyWord({"LEFT", "RIGHT"})))
     return call(tokens_.take().text);
-  auto reference = node(Expression::Kind::Name);
+  auto reference = node(Expression::Kind::kName);
   const std::size_t first = tokens_.position();
   reference->path.push_back(name(error::kExpressionSyntax));
   while (tokens_.atSymbol(".") || tokens_.atSymbol("!")) {
@@ -274,13 +274,13 @@ ExpressionPtr Parser::nameOrCall() {
 }
 
 ExpressionPtr Parser::call(const std::string& function) {
-  auto made = node(Expression::Kind::Call);
+  auto made = node(Expression::Kind::kCall);
   made->path.push_back(function);
   tokens_.expectSymbol("(", error::kExpressionSyntax);
   if (tokens_.acceptSymbol(")")) return made;
   if (tokens_.atSymbol("*") && isSymbol(tokens_.peek(1), ")")) {
     tokens_.take();
-    adopt(*made, node(Expression::Kind::Star));
+    adopt(*made, node(Expression::Kind::kStar));
   } else {
     for (auto& argument : expressionList()) adopt(*made, std::move(argument));
   }
@@ -297,7 +297,7 @@ bool Parser::atSubquery() const {
 }
 
 std::unique_ptr<Query> Parser::subquery() {
-  if (++depth_ > kMostNested) tokens_.fail(error::kQueryTooComplex);
+  if (++depth_ > kMaxNested) tokens_.fail(error::kQueryTooComplex);
   const int around = std::exchange(deepest_, 0);
   tokens_.expectSymbol("(", error::kExpressionSyntax);
   auto inner = query();

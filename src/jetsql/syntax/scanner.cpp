@@ -61,25 +61,25 @@ bool Scanner::next() {
   while (end_ < text_.size() && isBlank(text_[end_])) ++end_;
   begin_ = end_;
   if (begin_ == text_.size()) {
-    kind_ = TokenKind::End;
+    kind_ = TokenKind::kEnd;
     return false;
   }
   const char c = text_[begin_];
   // In t.5x a point belongs to the name before it, not to a number.
   const bool afterName =
-      begin_ == previousEnd && (previous == TokenKind::Word || previous == TokenKind::Bracketed);
+      begin_ == previousEnd && (previous == TokenKind::kWord || previous == TokenKind::kBracketed);
   if (isWordStart(c)) {
-    kind_ = TokenKind::Word;
+    kind_ = TokenKind::kWord;
     while (isWordPart(at(end_))) ++end_;
   } else if (isDigit(c) || (c == '.' && isDigit(at(begin_ + 1)) && !afterName)) {
     scanNumber();
   } else if (c == '\'' || c == '"') {
     scanQuoted(c);
   } else if (c == '#') {
-    kind_ = TokenKind::Literal;
+    kind_ = TokenKind::kLiteral;
     scanUpTo('#');
   } else if (c == '[') {
-    kind_ = TokenKind::Bracketed;
+    kind_ = TokenKind::kBracketed;
     scanUpTo(']');
   } else {
     scanSymbol();
@@ -88,7 +88,7 @@ bool Scanner::next() {
 }
 
 void Scanner::scanQuoted(char quote) {
-  kind_ = TokenKind::Literal;
+  kind_ = TokenKind::kLiteral;
   for (++end_; end_ < text_.size(); ++end_) {
     if (text_[end_] != quote) continue;
     ++end_;
@@ -108,7 +108,7 @@ void Scanner::scanUpTo(char last) {
 }
 
 void Scanner::scanNumber() {
-  kind_ = TokenKind::Literal;
+  kind_ = TokenKind::kLiteral;
   while (isDigit(at(end_))) ++end_;
   if (at(end_) == '.') {
     ++end_;
@@ -123,7 +123,7 @@ void Scanner::scanNumber() {
 }
 
 void Scanner::scanSymbol() {
-  kind_ = TokenKind::Symbol;
+  kind_ = TokenKind::kSymbol;
   const std::string_view two = text_.substr(begin_, 2);
   if (two == "<>" || two == "<=" || two == ">=") {
     end_ = begin_ + 2;

@@ -35,7 +35,7 @@ class Scanner {
   void scanSymbol();
 
   std::string_view text_;
-  TokenKind kind_ = TokenKind::End;
+  TokenKind kind_ = TokenKind::kEnd;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
 };

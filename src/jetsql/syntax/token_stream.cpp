@@ -66,7 +66,7 @@ std::string TokenStream::textSince(std::size_t first) const {
 bool TokenStream::anyLiteralSince(std::size_t first) const {
   return std::any_of(tokens_.begin() + static_cast<std::ptrdiff_t>(first),
                      tokens_.begin() + static_cast<std::ptrdiff_t>(position_),
-                     [](const Token& token) { return token.kind == TokenKind::Literal; });
+                     [](const Token& token) { return token.kind == TokenKind::kLiteral; });
 }
 
 void TokenStream::fail(int errorNumber) const {

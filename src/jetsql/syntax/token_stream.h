@@ -20,7 +20,7 @@ class TokenStream {
   }
   const Token& take() {
     const Token& token = peek();
-    if (token.kind != TokenKind::End) ++position_;
+    if (token.kind != TokenKind::kEnd) ++position_;
     return token;
   }
 
@@ -28,9 +28,9 @@ class TokenStream {
   [[nodiscard]] bool atAnyWord(std::initializer_list<std::string_view> words) const;
   [[nodiscard]] bool atSymbol(std::string_view symbol) const { return isSymbol(peek(), symbol); }
   [[nodiscard]] bool atName() const {
-    return peek().kind == TokenKind::Word || peek().kind == TokenKind::Bracketed;
+    return peek().kind == TokenKind::kWord || peek().kind == TokenKind::kBracketed;
   }
-  [[nodiscard]] bool atEnd() const { return peek().kind == TokenKind::End; }
+  [[nodiscard]] bool atEnd() const { return peek().kind == TokenKind::kEnd; }
 
   // Takes the token when it is the one asked for.
   bool acceptWord(std::string_view word);

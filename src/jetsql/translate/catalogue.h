@@ -19,7 +19,7 @@ struct Translation;
 
 struct SchemaColumn {
   std::string name;
-  values::VariantType type = values::VariantType::Null;
+  values::VariantType type = values::VariantType::kNull;
 };
 
 // In SQLite a table's columns are named c0, c1, ... in this order, its rows by rowid.

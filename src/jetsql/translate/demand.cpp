@@ -11,20 +11,20 @@ namespace {
 using Kind = Expression::Kind;
 
 bool isConstant(const Expression& expression) {
-  if (expression.kind == Kind::Literal) return true;
-  return expression.kind == Kind::Unary && isConstant(*expression.arguments.front());
+  if (expression.kind == Kind::kLiteral) return true;
+  return expression.kind == Kind::kUnary && isConstant(*expression.arguments.front());
 }
 
 Operator mirrored(Operator operation) {
   switch (operation) {
-    case Operator::Less:
-      return Operator::Greater;
-    case Operator::LessOrEqual:
-      return Operator::GreaterOrEqual;
-    case Operator::Greater:
-      return Operator::Less;
-    case Operator::GreaterOrEqual:
-      return Operator::LessOrEqual;
+    case Operator::kLess:
+      return Operator::kGreater;
+    case Operator::kLessOrEqual:
+      return Operator::kGreaterOrEqual;
+    case Operator::kGreater:
+      return Operator::kLess;
+    case Operator::kGreaterOrEqual:
+      return Operator::kLessOrEqual;
     default:
       return operation;
   }
@@ -32,23 +32,23 @@ Operator mirrored(Operator operation) {
 
 void collect(const Expression& condition, std::vector<DemandShape>& shapes) {
   const auto& operands = condition.arguments;
-  if (condition.kind == Kind::Binary && condition.operation == Operator::And) {
+  if (condition.kind == Kind::kBinary && condition.operation == Operator::kAnd) {
     collect(*operands[0], shapes);
     collect(*operands[1], shapes);
     return;
   }
-  const bool compares = condition.kind == Kind::Binary && condition.operation >= Operator::Equal &&
-                        condition.operation <= Operator::GreaterOrEqual &&
-                        condition.operation != Operator::NotEqual;
+  const bool compares = condition.kind == Kind::kBinary && condition.operation >= Operator::kEqual &&
+                        condition.operation <= Operator::kGreaterOrEqual &&
+                        condition.operation != Operator::kNotEqual;
   const bool tests =
-      (condition.kind == Kind::Between || condition.kind == Kind::InList) && !condition.negated;
+      (condition.kind == Kind::kBetween || condition.kind == Kind::kInList) && !condition.negated;
   if (!compares && !tests) return;
   DemandShape shape{operands[0].get(), condition.kind, condition.operation, {}};
   for (std::size_t i = 1; i < operands.size(); ++i) shape.values.push_back(operands[i].get());
-  if (compares && operands[0]->kind != Kind::Name) {
+  if (compares && operands[0]->kind != Kind::kName) {
     shape = {operands[1].get(), condition.kind, mirrored(condition.operation), {operands[0].get()}};
   }
-  if (shape.column->kind == Kind::Name &&
+  if (shape.column->kind == Kind::kName &&
       std::all_of(shape.values.begin(), shape.values.end(),
                   [](const Expression* value) { return isConstant(*value); }))
     shapes.push_back(std::move(shape));
@@ -62,7 +62,7 @@ bool samePath(const std::vector<std::string>& left, const std::vector<std::strin
 
 bool isGroupedBy(const Select& select, const std::vector<std::string>& path) {
   return std::any_of(select.groupBy.begin(), select.groupBy.end(), [&](const auto& group) {
-    return group->kind == Kind::Name && samePath(group->path, path);
+    return group->kind == Kind::kName && samePath(group->path, path);
   });
 }
 
@@ -82,7 +82,7 @@ std::vector<std::string> itemNames(const Select& select) {
   std::vector<std::string> names;
   for (const SelectItem& item : select.items) {
     names.push_back(item.alias);
-    if (item.alias.empty() && item.expression && item.expression->kind == Kind::Name)
+    if (item.alias.empty() && item.expression && item.expression->kind == Kind::kName)
       names.back() = item.expression->path.back();
   }
   return names;
@@ -99,7 +99,7 @@ std::vector<Demand> handedOn(const Select& select, const std::vector<Demand>& de
       if (!item.expression) {
         inner.path = {demand.path.back()};
         if (!item.starTable.empty()) inner.path.insert(inner.path.begin(), item.starTable);
-      } else if (equalText(names[i], demand.path.back()) && item.expression->kind == Kind::Name) {
+      } else if (equalText(names[i], demand.path.back()) && item.expression->kind == Kind::kName) {
         inner.path = item.expression->path;
       } else {
         continue;
@@ -137,9 +137,9 @@ std::string demandText(const Demand& demand, const Sql& value) {
   std::vector<std::string> values;
   for (std::size_t i = 1; i < operands.size(); ++i) values.push_back(operands[i].text);
   const std::string column = collated(operands[0]);
-  if (demand.kind == Kind::Between)
+  if (demand.kind == Kind::kBetween)
     return "(" + column + " BETWEEN " + joined(values, " AND ") + ")";
-  if (demand.kind == Kind::InList) return "(" + column + " IN (" + joined(values, ", ") + "))";
+  if (demand.kind == Kind::kInList) return "(" + column + " IN (" + joined(values, ", ") + "))";
   return "(" + column + std::string(comparisonSymbol(demand.operation)) + values.front() + ")";
 }
 

@@ -20,15 +20,15 @@ namespace jetsql {
 // of them fail for Null, so that they hold as well beneath the optional side of an outer join.
 struct Demand {
   std::vector<std::string> path;  // the column, as a name of the FROM that it is handed to
-  Expression::Kind kind = Expression::Kind::Binary;
-  Operator operation = Operator::Equal;
+  Expression::Kind kind = Expression::Kind::kBinary;
+  Operator operation = Operator::kEqual;
   std::vector<Sql> values;
 };
 
 struct DemandShape {
   const Expression* column = nullptr;  // a Name
-  Expression::Kind kind = Expression::Kind::Binary;
-  Operator operation = Operator::Equal;
+  Expression::Kind kind = Expression::Kind::kBinary;
+  Operator operation = Operator::kEqual;
   std::vector<const Expression*> values;  // without names in them
 };
 

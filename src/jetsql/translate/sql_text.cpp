@@ -37,8 +37,8 @@ std::string hexText(const char* bytes, std::size_t count) {
 }
 
 bool isFloating(VariantType type) {
-  return type == VariantType::Single || type == VariantType::Double ||
-         type == VariantType::DateTime;
+  return type == VariantType::kSingle || type == VariantType::kDouble ||
+         type == VariantType::kDateTime;
 }
 
 struct Kinds {
@@ -53,10 +53,10 @@ struct Kinds {
 Kinds kindsOf(std::span<const Sql> operands) {
   Kinds kinds;
   for (const Sql& operand : operands) {
-    kinds.text = kinds.text || operand.type == VariantType::Text;
-    kinds.binary = kinds.binary || operand.type == VariantType::Binary;
-    kinds.currency = kinds.currency || operand.type == VariantType::Currency;
-    kinds.numeric = kinds.numeric || operand.type == VariantType::Numeric;
+    kinds.text = kinds.text || operand.type == VariantType::kText;
+    kinds.binary = kinds.binary || operand.type == VariantType::kBinary;
+    kinds.currency = kinds.currency || operand.type == VariantType::kCurrency;
+    kinds.numeric = kinds.numeric || operand.type == VariantType::kNumeric;
     kinds.floating = kinds.floating || isFloating(operand.type);
     kinds.whole = kinds.whole || isWholeNumber(operand.type);
   }
@@ -69,11 +69,11 @@ void convertScaled(std::span<Sql> operands, const Kinds& kinds) {
   if (!kinds.currency && !kinds.numeric) return;
   for (Sql& operand : operands) {
     const bool scaled =
-        operand.type == VariantType::Currency || operand.type == VariantType::Numeric;
+        operand.type == VariantType::kCurrency || operand.type == VariantType::kNumeric;
     if (kinds.floating) {
-      if (scaled) operand = convertTo(operand, VariantType::Double);
+      if (scaled) operand = convertTo(operand, VariantType::kDouble);
     } else {
-      operand = convertTo(operand, kinds.numeric ? VariantType::Numeric : VariantType::Currency);
+      operand = convertTo(operand, kinds.numeric ? VariantType::kNumeric : VariantType::kCurrency);
     }
   }
 }
@@ -89,13 +89,13 @@ std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& 
 // a & b & c in SQLite's own words, where a literal among them keeps the whole from being Null: Null
 // stands for no text. Empty where the operator has to be called.
 std::string concatenation(std::span<const Sql> operands) {
-  constexpr std::size_t kMostOperands = 100;  // SQLite takes only so deep an expression
+  constexpr std::size_t kMaxOperands = 100;  // SQLite takes only so deep an expression
   const auto isLiteral = [](const Sql& operand) { return operand.literal; };
-  if (operands.size() > kMostOperands || std::none_of(operands.begin(), operands.end(), isLiteral))
+  if (operands.size() > kMaxOperands || std::none_of(operands.begin(), operands.end(), isLiteral))
     return {};
   std::vector<std::string> parts;
   for (const Sql& operand : operands) {
-    const std::string text = convertTo(operand, VariantType::Text).text;
+    const std::string text = convertTo(operand, VariantType::kText).text;
     parts.push_back(operand.literal ? text : "ifnull(" + text + ", '')");
   }
   return "(" + joined(parts, " || ") + ")";
@@ -105,15 +105,15 @@ std::string concatenation(std::span<const Sql> operands) {
 
 std::string_view comparisonSymbol(Operator operation) {
   switch (operation) {
-    case Operator::Equal:
+    case Operator::kEqual:
       return " = ";
-    case Operator::NotEqual:
+    case Operator::kNotEqual:
       return " <> ";
-    case Operator::Less:
+    case Operator::kLess:
       return " < ";
-    case Operator::LessOrEqual:
+    case Operator::kLessOrEqual:
       return " <= ";
-    case Operator::Greater:
+    case Operator::kGreater:
       return " > ";
     default:
       return " >= ";
@@ -146,31 +146,31 @@ std::string joined(std::span<const std::string> parts, std::string_view separato
 Sql constant(const values::Variant& value) {
   Sql sql{.text = "NULL", .type = value.type(), .literal = !value.isNull()};
   switch (value.type()) {
-    case VariantType::Null:
+    case VariantType::kNull:
       break;
-    case VariantType::YesNo:
-    case VariantType::Byte:
-    case VariantType::Integer:
-    case VariantType::Long:
+    case VariantType::kYesNo:
+    case VariantType::kByte:
+    case VariantType::kInteger:
+    case VariantType::kLong:
       sql.text = std::to_string(toLong(value));
       break;
-    case VariantType::Single:
-    case VariantType::Double:
+    case VariantType::kSingle:
+    case VariantType::kDouble:
       sql.text = realText(toDouble(value));
       break;
-    case VariantType::DateTime:
+    case VariantType::kDateTime:
       sql.text = realText(value.as<values::DateTime>()->serial);
       break;
-    case VariantType::Currency:
+    case VariantType::kCurrency:
       sql.text = std::to_string(value.as<values::Currency>()->units);
       break;
-    case VariantType::Numeric:
+    case VariantType::kNumeric:
       sql.text = "jet_convert('mx', " + quotedText(toText(value)) + ")";
       break;
-    case VariantType::Text:
+    case VariantType::kText:
       sql.text = quotedText(*value.as<std::string>());
       break;
-    case VariantType::Binary: {
+    case VariantType::kBinary: {
       const auto& bytes = value.as<values::Binary>()->bytes;
       sql.text = hexText(reinterpret_cast<const char*>(bytes.data()), bytes.size());
       break;
@@ -183,29 +183,29 @@ std::string valueOf(const Sql& sql) { return sql.truth ? "-" + sql.text : sql.te
 
 std::string truthOf(const Sql& sql) {
   switch (sql.type) {
-    case VariantType::Text:
-    case VariantType::Binary:
+    case VariantType::kText:
+    case VariantType::kBinary:
       throw RuntimeError(error::kCriteriaTypeMismatch,
                          "Data type mismatch in criteria expression.");
-    case VariantType::Numeric:
-      return convertTo(sql, VariantType::Double).text;
+    case VariantType::kNumeric:
+      return convertTo(sql, VariantType::kDouble).text;
     default:
       return sql.text;
   }
 }
 
 std::string collated(const Sql& sql) {
-  return sql.type == VariantType::Text ? sql.text + " COLLATE JET" : valueOf(sql);
+  return sql.type == VariantType::kText ? sql.text + " COLLATE JET" : valueOf(sql);
 }
 
 Sql convertTo(const Sql& sql, VariantType type) {
   if (sql.type == type) return sql;
-  if (sql.type == VariantType::Null || type == VariantType::Null) return {sql.text, type};
+  if (sql.type == VariantType::kNull || type == VariantType::kNull) return {sql.text, type};
   // Whole numbers of more bits, and amounts from whole numbers, need no call.
   if (isWholeNumber(sql.type) && isWholeNumber(type) && sql.type < type &&
-      type != VariantType::Byte)
+      type != VariantType::kByte)
     return {valueOf(sql), type};
-  if (isWholeNumber(sql.type) && type == VariantType::Currency)
+  if (isWholeNumber(sql.type) && type == VariantType::kCurrency)
     return {"(" + valueOf(sql) + " * 10000)", type};  // 32 bits cannot overflow
   return {callText("convert", type, std::array{sql}), type};
 }
@@ -238,7 +238,7 @@ Sql truthChain(std::string_view keyword, const Sql& left, const Sql& right) {
   std::vector<std::string> texts;
   texts.reserve(operands.size());
   for (const Sql& operand : operands) texts.push_back(operand.text);
-  return {"(" + joined(texts, keyword) + ")", VariantType::YesNo, true, keyword,
+  return {"(" + joined(texts, keyword) + ")", VariantType::kYesNo, true, keyword,
           std::move(operands)};
 }
 
@@ -254,7 +254,7 @@ void makeComparable(std::span<Sql> operands, int mismatch) {
 }
 
 VariantType makeAlike(std::span<Sql> values) {
-  VariantType type = VariantType::Null;
+  VariantType type = VariantType::kNull;
   for (const Sql& value : values) type = commonType(type, value.type);
   for (Sql& value : values) value = {valueOf(convertTo(value, type)), type};
   return type;

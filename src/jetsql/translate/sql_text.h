@@ -1,8 +1,8 @@
 // Pieces of SQLite SQL with the Jet type that they stand for, and how they are made into one
 // another: constants, conversions, calls, truth values.
 //
-//   Sql price{"t0.c3", VariantType::Currency};
-//   convertTo(price, VariantType::Double).text     // jet_convert('dc', t0.c3)
+//   Sql price{"t0.c3", VariantType::kCurrency};
+//   convertTo(price, VariantType::kDouble).text     // jet_convert('dc', t0.c3)
 //
 // A comparison in SQLite is 1 or 0, a Yes/No field in Jet -1 or 0: `truth` tells the two apart.
 #pragma once
@@ -20,7 +20,7 @@ namespace jetsql {
 
 struct Sql {
   std::string text;
-  values::VariantType type = values::VariantType::Null;
+  values::VariantType type = values::VariantType::kNull;
   bool truth = false;  // a Yes/No as SQLite computes it: 1 or 0
   // Of a + b + c: the operator and its operands. Chains are written flat, since SQLite's parser
   // takes only so much nesting.

@@ -43,7 +43,7 @@ struct Translation {
   };
   struct Column {
     std::string name;  // as Jet names it: alias, field, table.field for doubles, Expr1000
-    values::VariantType type = values::VariantType::Null;
+    values::VariantType type = values::VariantType::kNull;
     std::optional<BaseColumn> base;  // else computed
     std::size_t computed = 0;        // ordinal among the computed values
   };

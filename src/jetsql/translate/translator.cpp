@@ -12,7 +12,7 @@ namespace jetsql {
 namespace {
 
 // Saved queries that each use another twice would grow without end.
-constexpr std::size_t kMostExpansions = 400;
+constexpr std::size_t kMaxExpansions = 400;
 
 std::string trimmedName(std::string_view text) {
   while (!text.empty() && std::string_view(" \t\r\n;").find(text.back()) != std::string_view::npos)
@@ -38,7 +38,7 @@ std::vector<SchemaColumn> columnsOf(const SelectPlan& plan) {
 
 std::vector<std::string> valuesOf(const SelectPlan& plan) {
   std::vector<std::string> values;
-  const bool compared = plan.select->duplicates == Select::Duplicates::Distinct;
+  const bool compared = plan.select->duplicates == Select::Duplicates::kDistinct;
   for (const Output& output : plan.outputs)
     values.push_back(compared ? collated(output.value) : valueOf(output.value));
   return values;
@@ -80,7 +80,7 @@ Translation Translator::translate(const Query& query, std::vector<values::Varian
 // A select that keeps rows apart gives row identities where it can; any other gives values.
 Translation Translator::rowsOf(const SelectPlan& plan) {
   Translation result;
-  const bool rows = !plan.grouped && plan.select->duplicates != Select::Duplicates::Distinct;
+  const bool rows = !plan.grouped && plan.select->duplicates != Select::Duplicates::kDistinct;
   std::vector<std::optional<std::size_t>> position(plan.scope.sources.size());
   std::vector<std::string> projection;
   for (const Output& output : plan.outputs) {
@@ -155,10 +155,10 @@ std::string Translator::unionOrder(const Query& query, const NestedQuery& result
   std::vector<std::string> terms;
   for (const OrderItem& item : query.orderBy) {
     std::size_t column = result.columns.size();
-    if (item.expression->kind == Expression::Kind::Name) {
+    if (item.expression->kind == Expression::Kind::kName) {
       for (std::size_t i = result.columns.size(); i-- > 0;)
         if (equalText(result.columns[i].name, item.expression->path.back())) column = i;
-    } else if (item.expression->kind == Expression::Kind::Literal) {
+    } else if (item.expression->kind == Expression::Kind::kLiteral) {
       column = static_cast<std::size_t>(toLong(item.expression->value)) - 1;
     }
     if (column >= result.columns.size()) {
@@ -167,7 +167,7 @@ std::string Translator::unionOrder(const Query& query, const NestedQuery& result
     }
     terms.push_back(
         std::to_string(column + 1) +
-        (result.columns[column].type == values::VariantType::Text ? " COLLATE JET" : "") +
+        (result.columns[column].type == values::VariantType::kText ? " COLLATE JET" : "") +
         (item.descending ? " DESC" : ""));
   }
   return terms.empty() ? "" : " ORDER BY " + joined(terms, ", ");
@@ -178,7 +178,7 @@ NestedQuery Translator::savedQuery(const SavedQuery& query, const Use& use) {
   const std::string folded = text::lowerCase(query.name);
   if (std::find(expanding_.begin(), expanding_.end(), folded) != expanding_.end())
     throw RuntimeError(error::kCircularQuery, "Circular reference caused by '" + query.name + "'.");
-  if (++expansions_ > kMostExpansions)
+  if (++expansions_ > kMaxExpansions)
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
   expanding_.push_back(folded);
   // Its literals belong to another text than the one whose literals are lifted.

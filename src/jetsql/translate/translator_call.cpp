@@ -36,24 +36,24 @@ std::string functionName(const Expression& call) {
 }
 
 VariantType averageType(VariantType type) {
-  return type == VariantType::Currency || type == VariantType::Numeric ? type : VariantType::Double;
+  return type == VariantType::kCurrency || type == VariantType::kNumeric ? type : VariantType::kDouble;
 }
 
 // Whole numbers of 32 bits are summed up as Double, as the engine does; SQLite adds them exactly.
 Sql sumOf(const Sql& argument, const std::string& filter) {
   const VariantType type = argument.type;
-  if (type == VariantType::Currency) return {"SUM(" + argument.text + ")" + filter, type};
-  if (type == VariantType::Numeric)
+  if (type == VariantType::kCurrency) return {"SUM(" + argument.text + ")" + filter, type};
+  if (type == VariantType::kNumeric)
     return {callText("sum", type, std::array{argument}) + filter, type};
-  if (isWholeNumber(type) && type != VariantType::Long)
-    return {callText("sum", VariantType::Long, std::array{argument}) + filter, VariantType::Long};
-  return {"CAST(SUM(" + valueOf(argument) + ")" + filter + " AS REAL)", VariantType::Double};
+  if (isWholeNumber(type) && type != VariantType::kLong)
+    return {callText("sum", VariantType::kLong, std::array{argument}) + filter, VariantType::kLong};
+  return {"CAST(SUM(" + valueOf(argument) + ")" + filter + " AS REAL)", VariantType::kDouble};
 }
 
 }  // namespace
 
 bool isAggregateCall(const Expression& expression) {
-  return expression.kind == Expression::Kind::Call &&
+  return expression.kind == Expression::Kind::kCall &&
          isOneOf(kAggregates, functionName(expression));
 }
 
@@ -93,7 +93,7 @@ Sql Translator::call(const Expression& expression, Place& place) {
 Sql Translator::choice(const Expression& expression, Place& place) {
   const std::string name = functionName(expression);
   std::vector<Sql> values = arguments(expression, place);
-  if (name == "isnull") return {"(" + valueOf(values[0]) + " IS NULL)", VariantType::YesNo, true};
+  if (name == "isnull") return {"(" + valueOf(values[0]) + " IS NULL)", VariantType::kYesNo, true};
   if (name == "iif") {
     const VariantType type = makeAlike(std::span(values).subspan(1));
     return {"CASE WHEN " + truthOf(values[0]) + " THEN " + values[1].text + " ELSE " +
@@ -104,7 +104,7 @@ Sql Translator::choice(const Expression& expression, Place& place) {
   std::string sql = "CASE";
   if (name == "choose") {
     results.assign(values.begin() + 1, values.end());
-    sql += " " + convertTo(values[0], VariantType::Long).text;
+    sql += " " + convertTo(values[0], VariantType::kLong).text;
   } else {
     if (values.size() % 2 != 0) failArgumentCount(expression);
     for (std::size_t i = 1; i < values.size(); i += 2) results.push_back(values[i]);
@@ -123,9 +123,9 @@ Sql Translator::aggregate(const Expression& expression, Place& place) {
                                                  expression.path.front() + ").");
   if (expression.arguments.size() != 1) failArgumentCount(expression);
   const std::string filter = place.filter.empty() ? "" : " FILTER (WHERE " + place.filter + ")";
-  if (expression.arguments.front()->kind == Expression::Kind::Star) {
+  if (expression.arguments.front()->kind == Expression::Kind::kStar) {
     if (name != "count") failArgumentCount(expression);
-    return {"COUNT(*)" + filter, VariantType::Long};
+    return {"COUNT(*)" + filter, VariantType::kLong};
   }
   Place inside = place;
   inside.groups = nullptr;
@@ -133,15 +133,15 @@ Sql Translator::aggregate(const Expression& expression, Place& place) {
   inside.aggregateError = error::kAggregateInAggregate;
   const Sql value = this->expression(*expression.arguments.front(), inside);
   const Sql argument{valueOf(value), value.type};
-  if (name == "count") return {"COUNT(" + argument.text + ")" + filter, VariantType::Long};
+  if (name == "count") return {"COUNT(" + argument.text + ")" + filter, VariantType::kLong};
   if (name == "min" || name == "max")
     return {name + "(" + collated(argument) + ")" + filter, argument.type};
   if (name == "first" || name == "last")
     return {callText(name, argument.type, std::array{argument}) + filter, argument.type};
-  if (argument.type == VariantType::Text || argument.type == VariantType::Binary)
+  if (argument.type == VariantType::kText || argument.type == VariantType::kBinary)
     throw RuntimeError(error::kCriteriaTypeMismatch, "Data type mismatch in criteria expression.");
   if (name == "sum") return sumOf(argument, filter);
-  const VariantType type = name == "avg" ? averageType(argument.type) : VariantType::Double;
+  const VariantType type = name == "avg" ? averageType(argument.type) : VariantType::kDouble;
   return {callText(name, type, std::array{argument}) + filter, type};
 }
 

@@ -7,7 +7,7 @@
 namespace jetsql {
 namespace {
 
-constexpr std::size_t kMostColumns = 255;
+constexpr std::size_t kMaxColumns = 255;
 constexpr std::string_view kNullHeading = "<>";
 
 std::string headingName(const values::Variant& heading) {
@@ -48,7 +48,7 @@ std::vector<values::Variant> Translator::headings(const Crosstab& crosstab, cons
                                                   const Sql& pivot) {
   std::vector<values::Variant> values;
   for (const ExpressionPtr& heading : crosstab.headings) {
-    if (heading->kind != Expression::Kind::Literal)
+    if (heading->kind != Expression::Kind::kLiteral)
       throw RuntimeError(error::kTransformSyntax,
                          "Syntax error in TRANSFORM statement: a heading of PIVOT is no constant.");
     values.push_back(heading->value);
@@ -65,7 +65,7 @@ std::vector<values::Variant> Translator::headings(const Crosstab& crosstab, cons
     query.exactTextOnly = true;
     values = schema_.values(query);
   }
-  if (values.size() + plan.outputs.size() > kMostColumns)
+  if (values.size() + plan.outputs.size() > kMaxColumns)
     throw RuntimeError(error::kTooManyFields, "Too many fields defined: the crosstab has " +
                                                   std::to_string(values.size()) + " headings.");
   return values;

@@ -16,31 +16,31 @@ using values::VariantType;
 
 std::string_view operatorName(Operator operation) {
   switch (operation) {
-    case Operator::Or:
+    case Operator::kOr:
       return "or";
-    case Operator::And:
+    case Operator::kAnd:
       return "and";
-    case Operator::Xor:
+    case Operator::kXor:
       return "xor";
-    case Operator::Eqv:
+    case Operator::kEqv:
       return "eqv";
-    case Operator::Imp:
+    case Operator::kImp:
       return "imp";
-    case Operator::Like:
+    case Operator::kLike:
       return "like";
-    case Operator::Add:
+    case Operator::kAdd:
       return "add";
-    case Operator::Subtract:
+    case Operator::kSubtract:
       return "sub";
-    case Operator::Multiply:
+    case Operator::kMultiply:
       return "mul";
-    case Operator::Divide:
+    case Operator::kDivide:
       return "div";
-    case Operator::IntDivide:
+    case Operator::kIntDivide:
       return "intdiv";
-    case Operator::Mod:
+    case Operator::kMod:
       return "mod";
-    case Operator::Power:
+    case Operator::kPower:
       return "pow";
     default:
       return "concat";
@@ -48,14 +48,14 @@ std::string_view operatorName(Operator operation) {
 }
 
 bool isComparison(Operator operation) {
-  return operation >= Operator::Equal && operation <= Operator::GreaterOrEqual;
+  return operation >= Operator::kEqual && operation <= Operator::kGreaterOrEqual;
 }
 
 bool isTruth(const Sql& sql) {
-  return sql.type == VariantType::YesNo || sql.type == VariantType::Null;
+  return sql.type == VariantType::kYesNo || sql.type == VariantType::kNull;
 }
 
-Sql truth(const std::string& text) { return {"(" + text + ")", VariantType::YesNo, true}; }
+Sql truth(const std::string& text) { return {"(" + text + ")", VariantType::kYesNo, true}; }
 
 Sql comparison(Operator operation, const Sql& left, const Sql& right, int mismatch) {
   std::array<Sql, 2> operands{left, right};
@@ -100,9 +100,9 @@ std::optional<FoundColumn> findColumn(Scope& scope, const std::vector<std::strin
 }
 
 Sql Translator::expression(const Expression& expression, Place& place) {
-  if (place.groups != nullptr && expression.kind != Expression::Kind::Literal &&
+  if (place.groups != nullptr && expression.kind != Expression::Kind::kLiteral &&
       !isAggregateCall(expression) && !containsAggregate(expression) &&
-      expression.kind != Expression::Kind::Scalar) {
+      expression.kind != Expression::Kind::kScalar) {
     Place plain = place;
     plain.groups = nullptr;
     Sql whole = ungrouped(expression, plain);
@@ -115,33 +115,33 @@ Sql Translator::expression(const Expression& expression, Place& place) {
 Sql Translator::ungrouped(const Expression& expression, Place& place) {
   using Kind = Expression::Kind;
   switch (expression.kind) {
-    case Kind::Literal:
+    case Kind::kLiteral:
       return literal(expression);
-    case Kind::Name:
+    case Kind::kName:
       return name(expression, place);
-    case Kind::Unary:
+    case Kind::kUnary:
       return unary(expression, place);
-    case Kind::Binary:
+    case Kind::kBinary:
       return binary(expression, place);
-    case Kind::Call:
+    case Kind::kCall:
       return call(expression, place);
-    case Kind::Between:
+    case Kind::kBetween:
       return between(expression, place);
-    case Kind::InList:
+    case Kind::kInList:
       return inList(expression, place);
-    case Kind::InQuery:
+    case Kind::kInQuery:
       return inQuery(expression, place);
-    case Kind::IsNull: {
+    case Kind::kIsNull: {
       const Sql operand = this->expression(*expression.arguments.front(), place);
       return truth(valueOf(operand) + (expression.negated ? " IS NOT NULL" : " IS NULL"));
     }
-    case Kind::Scalar:
+    case Kind::kScalar:
       return scalar(expression, place);
-    case Kind::Exists:
+    case Kind::kExists:
       return truth("EXISTS (" + nested(*expression.query, {.outer = place.scope}).sql + ")");
-    case Kind::Quantified:
+    case Kind::kQuantified:
       return quantified(expression, place);
-    case Kind::Star:
+    case Kind::kStar:
       break;
   }
   throw RuntimeError(error::kExpressionSyntax,
@@ -196,7 +196,7 @@ std::optional<Sql> Translator::aliasedValue(const Expression& expression, Place&
 
 Sql Translator::unary(const Expression& expression, Place& place) {
   const Sql operand = this->expression(*expression.arguments.front(), place);
-  if (expression.operation == Operator::Negate) return unaryCall("neg", operand);
+  if (expression.operation == Operator::kNegate) return unaryCall("neg", operand);
   if (isTruth(operand)) return truth("NOT " + operand.text);
   return unaryCall("not", operand);
 }
@@ -206,7 +206,7 @@ Sql Translator::binary(const Expression& expression, Place& place) {
   const Sql right = this->expression(*expression.arguments[1], place);
   if (isComparison(expression.operation))
     return comparison(expression.operation, left, right, place.mismatch);
-  if (expression.operation <= Operator::Imp) return logical(expression.operation, left, right);
+  if (expression.operation <= Operator::kImp) return logical(expression.operation, left, right);
   return binaryCall(operatorName(expression.operation), left, right);
 }
 
@@ -214,8 +214,8 @@ Sql Translator::binary(const Expression& expression, Place& place) {
 // conditions within reach the tables.
 Sql Translator::logical(Operator operation, const Sql& left, const Sql& right) const {
   if (isTruth(left) && isTruth(right)) {
-    if (operation == Operator::And) return truthChain(" AND ", left, right);
-    if (operation == Operator::Or) return truthChain(" OR ", left, right);
+    if (operation == Operator::kAnd) return truthChain(" AND ", left, right);
+    if (operation == Operator::kOr) return truthChain(" OR ", left, right);
   }
   return binaryCall(operatorName(operation), left, right);
 }

@@ -47,7 +47,7 @@ void Translator::planFrom(SelectPlan& plan, const std::vector<Demand>& demands) 
 
 Translator::Fragment Translator::fragment(const TableReference& table, Scope& scope,
                                           const Use& use) {
-  return table.kind == TableReference::Kind::Join ? join(table, scope, use)
+  return table.kind == TableReference::Kind::kJoin ? join(table, scope, use)
                                                   : source(table, scope, use);
 }
 
@@ -61,7 +61,7 @@ Translator::Fragment Translator::source(const TableReference& table, Scope& scop
   const std::string alias = nextAlias();
   ScopeSource source;
   std::string sql;
-  if (table.kind == TableReference::Kind::Subquery) {
+  if (table.kind == TableReference::Kind::kSubquery) {
     const NestedQuery query = nested(*table.query, own);
     source = querySource(query, alias);
     sql = "(" + query.sql + ")";
@@ -98,11 +98,11 @@ Translator::Fragment Translator::join(const TableReference& table, Scope& scope,
   Place place{.scope = &scope,
               .aggregateError = error::kAggregateInJoin,
               .mismatch = error::kJoinTypeMismatch};
-  if (table.joinType == TableReference::JoinType::Inner) {
+  if (table.joinType == TableReference::JoinType::kInner) {
     const std::string on = truthOf(expression(*table.on, place));
     return innerJoin(std::move(left), std::move(right), on);
   }
-  if (table.joinType == TableReference::JoinType::Right) std::swap(left, right);
+  if (table.joinType == TableReference::JoinType::kRight) std::swap(left, right);
   if (!right.single) derive(right, scope);
   Fragment result = std::move(left);
   result.sql += " LEFT JOIN " + right.sql + " ON " + truthOf(expression(*table.on, place));

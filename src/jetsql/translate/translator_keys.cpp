@@ -22,9 +22,9 @@ struct Reads {
 // False for an expression that is not made of fields of one table and constants alone.
 bool collect(const Expression& expression, Scope& scope, Reads& reads) {
   switch (expression.kind) {
-    case Kind::Literal:
+    case Kind::kLiteral:
       return true;
-    case Kind::Name: {
+    case Kind::kName: {
       const auto found = findColumn(scope, expression.path);
       if (!found || found->scope != &scope) return false;
       if (reads.source && *reads.source != found->source) return false;
@@ -32,16 +32,16 @@ bool collect(const Expression& expression, Scope& scope, Reads& reads) {
       reads.columns.push_back(found->column);
       return true;
     }
-    case Kind::Call: {
+    case Kind::kCall: {
       const Function* function = findFunction(expression.path.front());
       if (function == nullptr || !function->deterministic) return false;
       break;
     }
-    case Kind::Unary:
-    case Kind::Binary:
-    case Kind::Between:
-    case Kind::InList:
-    case Kind::IsNull:
+    case Kind::kUnary:
+    case Kind::kBinary:
+    case Kind::kBetween:
+    case Kind::kInList:
+    case Kind::kIsNull:
       break;
     default:
       return false;
@@ -58,10 +58,10 @@ void Translator::seekByKeys(SelectPlan& plan, const Use& use) {
   if (select.top || !inlineLiterals_ || plan.scope.sources.size() != 1) return;
   const std::vector<std::string> names = itemNames(select);
   for (const Demand& demand : use.demands) {
-    if (demand.kind != Kind::Binary || demand.operation != Operator::Equal) continue;
+    if (demand.kind != Kind::kBinary || demand.operation != Operator::kEqual) continue;
     for (std::size_t i = 0; i < names.size(); ++i) {
       const Expression* expression = select.items[i].expression.get();
-      if (expression == nullptr || expression->kind == Kind::Name ||
+      if (expression == nullptr || expression->kind == Kind::kName ||
           !equalText(names[i], demand.path.back()))
         continue;
       seekByKey(plan, demand, *expression);
@@ -91,7 +91,7 @@ void Translator::seekByKey(SelectPlan& plan, const Demand& demand, const Express
     columns[i].second.text = "k.c" + std::to_string(i);
   Place there{.scope = &alone};
   const ComputedKey key{valueOf(this->expression(expression, there)), reads.columns,
-                        value.type == values::VariantType::Text};
+                        value.type == values::VariantType::kText};
   const auto table = schema_.keyTable(*source.table, key);
   if (!table) return;
   const std::string keys = nextAlias();

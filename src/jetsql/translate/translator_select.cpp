@@ -39,8 +39,8 @@ std::string sortKey(const Sql& sql) {
 
 // Types of which values that compare equal are the same, whatever they are compared with.
 bool hasOneFormEach(values::VariantType type) {
-  return isWholeNumber(type) || type == values::VariantType::Single ||
-         type == values::VariantType::Double || type == values::VariantType::DateTime;
+  return isWholeNumber(type) || type == values::VariantType::kSingle ||
+         type == values::VariantType::kDouble || type == values::VariantType::kDateTime;
 }
 
 std::string columnList(std::string_view prefix, std::size_t count) {
@@ -111,7 +111,7 @@ void Translator::applyDemands(SelectPlan& plan, const Use& use) const {
           std::any_of(plan.groups.begin(), plan.groups.end(),
                       [&](const Sql& group) { return group.text == output.value.text; })) {
         plan.conditions.push_back(demandText(demand, output.value));
-        if (demand.kind == Expression::Kind::Binary && demand.operation == Operator::Equal &&
+        if (demand.kind == Expression::Kind::kBinary && demand.operation == Operator::kEqual &&
             hasOneFormEach(output.value.type))
           plan.fixed.push_back(output.value.text);
       }
@@ -125,7 +125,7 @@ void Translator::planOutputs(SelectPlan& plan, Place& place) {
     }
     Output output;
     output.value = expression(*item.expression, place);
-    if (item.expression->kind == Expression::Kind::Name) {
+    if (item.expression->kind == Expression::Kind::kName) {
       const auto found = findColumn(plan.scope, item.expression->path);
       if (found && found->scope == &plan.scope)
         output = fieldOutput(plan.scope, found->source, found->column);
@@ -175,12 +175,12 @@ void Translator::nameOutputs(SelectPlan& plan) const {
 }
 
 void Translator::planOrder(SelectPlan& plan, Place& place) {
-  const bool distinct = plan.select->duplicates == Select::Duplicates::Distinct;
+  const bool distinct = plan.select->duplicates == Select::Duplicates::kDistinct;
   for (const OrderItem& item : plan.select->orderBy) {
     const Expression& by = *item.expression;
     Sql term;
-    if (by.kind == Expression::Kind::Literal && by.literalOrdinal >= 0) {
-      const int ordinal = by.value.type() == values::VariantType::Text ? 0 : toLong(by.value);
+    if (by.kind == Expression::Kind::kLiteral && by.literalOrdinal >= 0) {
+      const int ordinal = by.value.type() == values::VariantType::kText ? 0 : toLong(by.value);
       if (ordinal < 1 || static_cast<std::size_t>(ordinal) > plan.outputs.size())
         throw RuntimeError(error::kOrderBySyntax,
                            "Syntax error in ORDER BY clause: no column " + toText(by.value) + ".");
@@ -199,7 +199,7 @@ void Translator::planOrder(SelectPlan& plan, Place& place) {
 
 // DISTINCTROW drops rows that differ only in tables of which nothing is shown.
 void Translator::planDistinctRow(SelectPlan& plan) const {
-  if (plan.select->duplicates != Select::Duplicates::DistinctRow || plan.grouped) return;
+  if (plan.select->duplicates != Select::Duplicates::kDistinctRow || plan.grouped) return;
   const auto& sources = plan.scope.sources;
   if (std::all_of(sources.begin(), sources.end(), [](const auto& source) { return source.used; }))
     return;
@@ -234,7 +234,7 @@ std::vector<std::string> Translator::groupTerms(const SelectPlan& plan) const {
 std::string Translator::render(const SelectPlan& plan, const std::vector<std::string>& projection,
                                bool keepOrder) const {
   const Select& select = *plan.select;
-  const bool distinct = select.duplicates == Select::Duplicates::Distinct;
+  const bool distinct = select.duplicates == Select::Duplicates::kDistinct;
   const std::vector<std::string> terms = orderTerms(plan);
   const bool ranks = select.top && (!terms.empty() || select.topIsPercent);
   std::vector<std::string> columns;
@@ -262,7 +262,7 @@ std::string Translator::render(const SelectPlan& plan, const std::vector<std::st
 std::string Translator::ranked(const SelectPlan& plan, const std::string& sql,
                                std::size_t columns) const {
   const Select& select = *plan.select;
-  const bool distinct = select.duplicates == Select::Duplicates::Distinct;
+  const bool distinct = select.duplicates == Select::Duplicates::kDistinct;
   std::vector<std::string> by;
   for (std::size_t i = 0; i < plan.order.size(); ++i) {
     std::string column = "o" + std::to_string(i);
