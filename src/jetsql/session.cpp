@@ -1,5 +1,4 @@
 #include "jetsql/session.h"
-#include "jetsql/syntax/normalized_query.h"
 
 #include <utility>
 
@@ -61,14 +60,15 @@ PreparedQuery Session::Implementation::prepare(const Translation& translation) {
 
 std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source,
                                                          const std::shared_ptr<Session>& session) {
-  QueryShape shape = queryShape(source);
-  if (const PreparedQuery* query = cache_.find(shape.key))
-    return run(*query, shape.literals, session);
+  NormalizedQuery text = normalize(source);
+  if (const PreparedQuery* query = cache_.find(text.key))
+    return run(*query, text.literals, session);
   if (const PreparedQuery* query = cache_.find(exactKey(source))) return run(*query, {}, session);
-  const Translation translation = translate(source, schema);
+  std::string key = text.key;
+  const Translation translation = translate(std::move(text), schema);
   PreparedQuery prepared = prepare(translation);
   if (translation.dataDependent) return run(prepared, translation.literals, session);
-  std::string key = translation.exactTextOnly ? exactKey(source) : std::move(shape.key);
+  if (translation.exactTextOnly) key = exactKey(source);
   return run(cache_.insert(std::move(key), std::move(prepared)), translation.literals, session);
 }
 

@@ -149,7 +149,7 @@ std::optional<std::string> QueryFixture::keyTable(const SchemaTable& table,
 std::string QueryFixture::run(const std::string& text) {
   std::string result;
   try {
-    for (const auto& row : rows(translate(text, *this))) {
+    for (const auto& row : rows(translate(normalize(text), *this))) {
       if (!result.empty()) result += '|';
       for (std::size_t i = 0; i < row.size(); ++i) result += (i == 0 ? "" : ",") + shown(row[i]);
     }
@@ -162,7 +162,7 @@ std::string QueryFixture::run(const std::string& text) {
 std::string QueryFixture::fields(const std::string& text) {
   std::string result;
   try {
-    for (const Translation::Column& column : translate(text, *this).columns)
+    for (const Translation::Column& column : translate(normalize(text), *this).columns)
       result += (result.empty() ? "" : " ") + column.name + ":" + letterOf(column.type);
   } catch (const RuntimeError& problem) {
     return "error " + std::to_string(problem.number());
@@ -179,7 +179,7 @@ void QueryFixture::addIndex(const std::string& table, const std::string& field) 
 }
 
 int QueryFixture::scans(const std::string& text, const std::string& table) {
-  const Translation query = translate(text, *this);
+  const Translation query = translate(normalize(text), *this);
   const Statement statement = prepare("EXPLAIN QUERY PLAN " + query.sql, query.literals);
   int found = 0;
   while (step(statement)) {

@@ -124,6 +124,8 @@ class SessionFixture : public testing::Test {
                                                                : 2),
                 title});
     builder.addTable("Nothing", {{.name = "id"}});
+    builder.addTable("Till 1", {{.name = "id"}}).add({11});
+    builder.addTable("Till 2", {{.name = "id"}}).add({22});
     builder.addQuery("Cheap", {.tables = {{"Items"}},
                                .columns = {{"Items.id"}, {"Items.price"}},
                                .where = "Items.price<3"});

@@ -33,6 +33,9 @@ TEST_F(SessionTest, ACachedQueryIsNotTakenForAnother) {
       {"SELECT 'b' & 2 FROM Menu WHERE menu = 0", "b2"},
       {"SELECT id FROM Cheap WHERE id < 3", "1|2"},
       {"SELECT id FROM Cheap WHERE id < 2", "1"},
+      // A number in the name of a table is no literal.
+      {"Till 1", "11"},
+      {"Till 2", "22"},
   };
   for (int round = 0; round < 3; ++round)
     for (const Case& c : cases) EXPECT_EQ(rows(c.query), c.expected) << c.query;
@@ -171,7 +174,7 @@ TEST_F(SessionTest, WhatCannotBeUpdated) {
 TEST_F(SessionTest, NamesAreListed) {
   session_ = open();
   EXPECT_EQ(session_->tableNames(),
-            (std::vector<std::string>{"Items", "Plain", "Menu", "Nothing"}));
+            (std::vector<std::string>{"Items", "Plain", "Menu", "Nothing", "Till 1", "Till 2"}));
   EXPECT_EQ(session_->queryNames(), std::vector<std::string>{"Cheap"});
 }
 

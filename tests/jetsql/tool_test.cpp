@@ -32,7 +32,8 @@ TEST_F(ToolTest, PrintsRowsAsCsv) {
 
 TEST_F(ToolTest, ListsNames) {
   EXPECT_EQ(tool({path("shop.mdb")}),
-            "0 table\tItems\ntable\tPlain\ntable\tMenu\ntable\tNothing\nquery\tCheap\n");
+            "0 table\tItems\ntable\tPlain\ntable\tMenu\ntable\tNothing\ntable\tTill 1\n"
+            "table\tTill 2\nquery\tCheap\n");
 }
 
 TEST_F(ToolTest, ReportsErrors) {

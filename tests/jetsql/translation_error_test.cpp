@@ -77,7 +77,8 @@ TEST_F(TranslationErrorTest, Numbers) {
 
 TEST_F(TranslationErrorTest, CountsUnknownNamesOnce) {
   try {
-    static_cast<void>(translate("PARAMETERS p Long; SELECT a, A, b FROM Sales WHERE p = c", *this));
+    static_cast<void>(
+        translate(normalize("PARAMETERS p Long; SELECT a, A, b FROM Sales WHERE p = c"), *this));
     FAIL();
   } catch (const RuntimeError& problem) {
     EXPECT_EQ(problem.number(), 3061);

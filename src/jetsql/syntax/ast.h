@@ -121,7 +121,9 @@ struct Query {
   std::vector<bool> keepsAll;           // of each select but the first: UNION ALL before it
   std::vector<OrderItem> orderBy;       // of a union
   std::optional<Crosstab> crosstab;     // over selects[0]
-  bool literalsShapeIt = false;         // TOP, PIVOT ... IN, ordinals, grouped literals
+  // Some literals shape the SQL itself (TOP, PIVOT ... IN, ordinals, grouped literals), so that
+  // none of them can be a parameter of a statement.
+  bool notParameterizable = false;
 };
 
 }  // namespace jetsql

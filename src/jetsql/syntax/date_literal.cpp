@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cctype>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -60,60 +61,59 @@ int fullYear(const Piece& piece) {
   return piece.number + (piece.number < 30 ? 2000 : 1900);
 }
 
-bool setDay(int year, int month, int day, values::CivilTime& civil) {
-  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1) return false;
-  if (day > values::daySerial(year, month + 1, 1) - values::daySerial(year, month, 1)) return false;
+std::optional<values::CivilTime> existingDay(int year, int month, int day) {
+  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1) return std::nullopt;
+  if (day > values::daySerial(year, month + 1, 1) - values::daySerial(year, month, 1))
+    return std::nullopt;
+  values::CivilTime civil;
   civil.year = year;
   civil.month = month;
   civil.day = day;
-  return true;
+  return civil;
 }
 
 // Three numbers, or two and the name of a month.
-bool readDay(const std::vector<Piece>& pieces, values::CivilTime& civil) {
+std::optional<values::CivilTime> readDay(std::span<const Piece> pieces) {
   std::vector<Piece> numbers;
   int named = 0;
   for (const Piece& piece : pieces) {
     if (piece.kind == Piece::Kind::kNumber) numbers.push_back(piece);
     if (piece.kind == Piece::Kind::kWord) {
-      if (named != 0 || (named = monthOf(piece.word)) == 0) return false;
+      if (named != 0 || (named = monthOf(piece.word)) == 0) return std::nullopt;
     }
   }
   if (named != 0) {
-    if (numbers.size() != 2) return false;
+    if (numbers.size() != 2) return std::nullopt;
     const bool yearFirst = numbers[0].digits > 2;
-    return setDay(fullYear(numbers[yearFirst ? 0 : 1]), named, numbers[yearFirst ? 1 : 0].number,
-                  civil);
+    return existingDay(fullYear(numbers[yearFirst ? 0 : 1]), named,
+                       numbers[yearFirst ? 1 : 0].number);
   }
-  if (numbers.size() != 3) return false;
+  if (numbers.size() != 3) return std::nullopt;
   if (numbers[0].digits > 2)
-    return setDay(numbers[0].number, numbers[1].number, numbers[2].number, civil);
+    return existingDay(numbers[0].number, numbers[1].number, numbers[2].number);
   const int year = fullYear(numbers[2]);
-  return setDay(year, numbers[0].number, numbers[1].number, civil) ||
-         setDay(year, numbers[1].number, numbers[0].number, civil);
+  const auto monthFirst = existingDay(year, numbers[0].number, numbers[1].number);
+  return monthFirst ? monthFirst : existingDay(year, numbers[1].number, numbers[0].number);
 }
 
-// hour:minute[:second], on a clock of 12 hours when `half` is given.
-bool readTime(const std::vector<Piece>& pieces, const std::string& half, values::CivilTime& civil) {
+// Hour, minute and second of hour:minute[:second], on a clock of 12 hours when `half` is given.
+std::optional<std::array<int, 3>> readTime(std::span<const Piece> pieces, std::string_view half) {
   std::array<int, 3> parts{0, 0, 0};
   std::size_t count = 0;
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     const bool wantsNumber = i % 2 == 0;
-    if (wantsNumber != (pieces[i].kind == Piece::Kind::kNumber)) return false;
+    if (wantsNumber != (pieces[i].kind == Piece::Kind::kNumber)) return std::nullopt;
     if (!wantsNumber) continue;
-    if (count == parts.size()) return false;
+    if (count == parts.size()) return std::nullopt;
     parts[count++] = pieces[i].number;
   }
-  if (pieces.size() % 2 == 0) return false;
+  if (pieces.size() % 2 == 0) return std::nullopt;
   if (!half.empty()) {
-    if (parts[0] < 1 || parts[0] > 12) return false;
+    if (parts[0] < 1 || parts[0] > 12) return std::nullopt;
     parts[0] = parts[0] % 12 + (half == "pm" ? 12 : 0);
   }
-  if (parts[0] > 23 || parts[1] > 59 || parts[2] > 59) return false;
-  civil.hour = parts[0];
-  civil.minute = parts[1];
-  civil.second = parts[2];
-  return true;
+  if (parts[0] > 23 || parts[1] > 59 || parts[2] > 59) return std::nullopt;
+  return parts;
 }
 
 }  // namespace
@@ -126,17 +126,24 @@ std::optional<values::DateTime> parseDateLiteral(std::string_view text) {
     half = pieces->back().word;
     pieces->pop_back();
   }
+  if (pieces->empty()) return std::nullopt;
   // The time begins with the number before the first colon, or is the number before AM or PM.
   auto time = pieces->begin();
   while (time != pieces->end() && time->kind != Piece::Kind::kColon) ++time;
   if ((time != pieces->end() || !half.empty()) && time != pieces->begin()) --time;
-  const std::vector<Piece> day(pieces->begin(), time);
-  const std::vector<Piece> clock(time, pieces->end());
-  values::CivilTime civil;
-  if (day.empty() && clock.empty()) return std::nullopt;
-  if (!day.empty() && !readDay(day, civil)) return std::nullopt;
-  if (!clock.empty() && !readTime(clock, half, civil)) return std::nullopt;
-  return values::toDateTime(civil);
+  const std::span<const Piece> day(pieces->begin(), time);
+  const std::span<const Piece> clock(time, pieces->end());
+  std::optional<values::CivilTime> civil = values::CivilTime();
+  if (!day.empty()) civil = readDay(day);
+  if (!civil) return std::nullopt;
+  if (!clock.empty()) {
+    const auto parts = readTime(clock, half);
+    if (!parts) return std::nullopt;
+    civil->hour = (*parts)[0];
+    civil->minute = (*parts)[1];
+    civil->second = (*parts)[2];
+  }
+  return values::toDateTime(*civil);
 }
 
 }  // namespace jetsql

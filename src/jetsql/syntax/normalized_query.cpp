@@ -1,32 +1,34 @@
 #include "jetsql/syntax/normalized_query.h"
 
 #include "jetsql/functions/value_types.h"
-#include "jetsql/syntax/scanner.h"
-#include "values/runtime_error.h"
 
 namespace jetsql {
 
-QueryShape queryShape(std::string_view text) {
+NormalizedQuery normalize(std::string_view text) {
   constexpr char kMark = '\x01';
-  QueryShape shape;
-  shape.key.reserve(text.size());
+  constexpr std::size_t kBytesPerToken = 4;  // of common texts, at least
+  NormalizedQuery query;
+  query.text = text;
+  query.key.reserve(text.size());
+  query.tokens.reserve(text.size() / kBytesPerToken + 1);
   try {
     Scanner scanner(text);
-    for (std::size_t previous = 0; scanner.next(); previous = scanner.end()) {
-      if (scanner.begin() != previous && previous != 0) shape.key += ' ';
-      if (scanner.kind() != TokenKind::kLiteral) {
-        shape.key += scanner.text();
+    for (std::size_t previousEnd = 0; scanner.next(); previousEnd = query.tokens.back().end) {
+      const Token& token = query.tokens.emplace_back(scanner.token());
+      if (token.position != previousEnd && previousEnd != 0) query.key += ' ';
+      if (token.kind != TokenKind::kLiteral) {
+        query.key += text.substr(token.position, token.end - token.position);
         continue;
       }
-      shape.literals.push_back(scanner.literal());
-      shape.key += kMark;
-      shape.key += letterOf(shape.literals.back().type());
+      query.literals.push_back(scanner.literal());
+      query.key += kMark;
+      query.key += letterOf(query.literals.back().type());
     }
-  } catch (const RuntimeError&) {
-    // The text is faulty; its translation says how.
-    return {.key = std::string(text), .literals = {}};
+  } catch (const RuntimeError& fault) {
+    query = {text, std::string(text), {}, {}, fault};
   }
-  return shape;
+  query.tokens.push_back({.text = {}, .position = text.size(), .end = text.size()});
+  return query;
 }
 
 }  // namespace jetsql

@@ -47,7 +47,7 @@ std::unique_ptr<Query> Parser::statement() {
   } else if (!tokens_.atEnd()) {
     tokens_.fail(error::kExpressionSyntax);
   }
-  result->literalsShapeIt = literalsShapeIt_;
+  result->notParameterizable = notParameterizable_;
   return result;
 }
 
@@ -89,7 +89,7 @@ std::vector<std::string> Parser::parameters() {
 
 std::unique_ptr<Query> Parser::crosstab() {
   tokens_.expectWord("TRANSFORM", error::kTransformSyntax);
-  literalsShapeIt_ = true;
+  notParameterizable_ = true;
   auto result = std::make_unique<Query>();
   result->crosstab.emplace();
   result->crosstab->value = expression();
@@ -165,8 +165,8 @@ Select Parser::select() {
 
 void Parser::top(Select& select) {
   tokens_.take();
-  literalsShapeIt_ = true;
-  const int count = wholeNumber(tokens_.take().value);
+  notParameterizable_ = true;
+  const int count = wholeNumber(tokens_.literal(tokens_.take()));
   if (count < 0) tokens_.fail(error::kSelectSyntax);
   select.top = count;
   select.topIsPercent = tokens_.acceptWord("PERCENT");
@@ -200,13 +200,13 @@ void Parser::clausesAfterFrom(Select& select) {
     tokens_.expectWord("BY", error::kGroupBySyntax);
     const std::size_t first = tokens_.position();
     select.groupBy = expressionList();
-    literalsShapeIt_ = literalsShapeIt_ || tokens_.anyLiteralSince(first);
+    notParameterizable_ = notParameterizable_ || tokens_.anyLiteralSince(first);
   }
   if (tokens_.acceptWord("HAVING")) select.having = expression();
   if (tokens_.acceptWord("ORDER")) {
     const std::size_t first = tokens_.position();
     select.orderBy = orderBy();
-    literalsShapeIt_ = literalsShapeIt_ || tokens_.anyLiteralSince(first);
+    notParameterizable_ = notParameterizable_ || tokens_.anyLiteralSince(first);
   }
 }
 
@@ -271,10 +271,10 @@ TableReference Parser::tablePrimary() {
 TableReference Parser::legacySubquery() {
   TableReference table;
   table.kind = TableReference::Kind::kSubquery;
-  Parser inner(tokens_.take().text);
-  table.query = inner.statement();
+  const NormalizedQuery inner = normalize(tokens_.take().text);
+  table.query = Parser(inner).statement();
   tokens_.expectSymbol(".", error::kFromSyntax);
-  literalsShapeIt_ = true;  // its literals are not counted with those of the whole text
+  notParameterizable_ = true;  // its literals are not counted with those of the whole text
   return table;
 }
 
@@ -304,18 +304,19 @@ std::vector<OrderItem> Parser::orderBy() {
 std::string Parser::name(int errorNumber) {
   const bool bare = tokens_.peek().kind == TokenKind::kWord;
   if (!tokens_.atName() || (bare && isClauseWord(tokens_.peek()))) tokens_.fail(errorNumber);
-  return tokens_.take().text;
+  return std::string(tokens_.take().text);
 }
 
-std::unique_ptr<Query> parseQuery(std::string_view text) { return Parser(text).statement(); }
+std::unique_ptr<Query> parseQuery(const NormalizedQuery& query) {
+  return Parser(query).statement();
+}
 
 bool beginsStatement(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r\n(");
   if (first == std::string_view::npos) return false;
   std::size_t end = first;
   while (end < text.size() && (((text[end] | 0x20) >= 'a') && ((text[end] | 0x20) <= 'z'))) ++end;
-  const Token word{
-      .kind = TokenKind::kWord, .text = std::string(text.substr(first, end - first)), .value = {}};
+  const Token word{.kind = TokenKind::kWord, .text = text.substr(first, end - first)};
   return isAny(word, kQueryWords) || isAny(word, kActionWords);
 }
 

@@ -1,6 +1,6 @@
 // A query text made into its tree.
 //
-//   std::unique_ptr<Query> query = parseQuery("SELECT TOP 3 * FROM Selling ORDER BY price DESC");
+//   auto query = parseQuery(normalize("SELECT TOP 3 * FROM Selling ORDER BY price DESC"));
 //
 // Errors: 3075 in an expression, 3131 to 3145 in a clause, 3219 for a statement that gives no rows,
 // 3129 for a text that is no statement, 3360 for one nested too deeply.
@@ -10,10 +10,11 @@
 #include <string_view>
 
 #include "jetsql/syntax/ast.h"
+#include "jetsql/syntax/normalized_query.h"
 
 namespace jetsql {
 
-[[nodiscard]] std::unique_ptr<Query> parseQuery(std::string_view text);
+[[nodiscard]] std::unique_ptr<Query> parseQuery(const NormalizedQuery& query);
 
 // Whether the text begins as a query or another statement does; else it can only be a name.
 [[nodiscard]] bool beginsStatement(std::string_view text);

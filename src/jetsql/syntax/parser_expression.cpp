@@ -219,8 +219,8 @@ ExpressionPtr Parser::primary() {
   if (tokens_.peek().kind == TokenKind::kLiteral) {
     const Token& token = tokens_.take();
     auto literal = node(Expression::Kind::kLiteral);
-    literal->value = token.value;
-    literal->literalOrdinal = token.literalOrdinal;
+    literal->value = tokens_.literal(token);
+    literal->literalOrdinal = static_cast<int>(token.literal);
     return literal;
   }
   if (tokens_.acceptWord("EXISTS")) {
@@ -260,14 +260,14 @@ ExpressionPtr Parser::constant() {
 ExpressionPtr Parser::nameOrCall() {
   const bool isCall = tokens_.peek().kind == TokenKind::kWord && isSymbol(tokens_.peek(1), "(");
   if (isCall && (!isClauseWord(tokens_.peek()) || tokens_.atAnyWord({"LEFT", "RIGHT"})))
-    return call(tokens_.take().text);
+    return call(std::string(tokens_.take().text));
   auto reference = node(Expression::Kind::kName);
   const std::size_t first = tokens_.position();
   reference->path.push_back(name(error::kExpressionSyntax));
   while (tokens_.atSymbol(".") || tokens_.atSymbol("!")) {
     tokens_.take();
     if (!tokens_.atName()) tokens_.fail(error::kExpressionSyntax);
-    reference->path.push_back(tokens_.take().text);
+    reference->path.emplace_back(tokens_.take().text);
   }
   reference->source = tokens_.textSince(first);
   return reference;

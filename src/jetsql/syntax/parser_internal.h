@@ -13,7 +13,7 @@ namespace jetsql {
 
 class Parser {
  public:
-  explicit Parser(std::string_view text) : tokens_(text) {}
+  explicit Parser(const NormalizedQuery& query) : tokens_(query) {}
 
   // The whole text, up to its end.
   std::unique_ptr<Query> statement();
@@ -61,7 +61,7 @@ class Parser {
   int deepest_ = 0;        // tree of the query being read, in levels
   int subqueryDepth_ = 0;  // tree of the subquery read last
   int joins_ = 0;
-  bool literalsShapeIt_ = false;
+  bool notParameterizable_ = false;
 };
 
 // Words that end a name's place: they cannot stand bare as a table's alias or a field's name.

@@ -55,6 +55,19 @@ values::Variant number(std::string_view digits) {
 
 }  // namespace
 
+bool isWord(const Token& token, std::string_view upperCaseWord) {
+  if (token.kind != TokenKind::kWord || token.text.size() != upperCaseWord.size()) return false;
+  for (std::size_t i = 0; i < upperCaseWord.size(); ++i) {
+    const char c = token.text[i];
+    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != upperCaseWord[i]) return false;
+  }
+  return true;
+}
+
+bool isSymbol(const Token& token, std::string_view symbol) {
+  return token.kind == TokenKind::kSymbol && token.text == symbol;
+}
+
 bool Scanner::next() {
   const std::size_t previousEnd = end_;
   const TokenKind previous = kind_;
@@ -84,7 +97,15 @@ bool Scanner::next() {
   } else {
     scanSymbol();
   }
+  if (kind_ == TokenKind::kLiteral) ++literals_;
   return true;
+}
+
+Token Scanner::token() const {
+  Token token{.kind = kind_, .text = written(), .position = begin_, .end = end_};
+  if (kind_ == TokenKind::kBracketed) token.text = token.text.substr(1, token.text.size() - 2);
+  if (kind_ == TokenKind::kLiteral) token.literal = literals_ - 1;
+  return token;
 }
 
 void Scanner::scanQuoted(char quote) {
@@ -135,7 +156,7 @@ void Scanner::scanSymbol() {
 }
 
 values::Variant Scanner::literal() const {
-  const std::string_view token = text();
+  const std::string_view token = written();
   if (token.front() == '\'' || token.front() == '"') return {unquote(token)};
   if (token.front() != '#') return number(token);
   const auto date = parseDateLiteral(token.substr(1, token.size() - 2));

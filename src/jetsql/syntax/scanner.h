@@ -1,34 +1,52 @@
-// Cuts a query text into tokens without copying: what the lexer and the cache of prepared
-// statements have in common, so that both see the same literals in the same order.
+// Cuts a query text into tokens without copying.
+//
+//   Scanner scanner("SELECT [no], 기념일_년 FROM t WHERE d = #8/2/2013#");
+//   while (scanner.next()) use(scanner.token());
+//
+// Words are kept as written; keywords are told by context, since Jet takes many of them as names.
+// Tokens refer to the text, which outlives them.
+//
+// Errors: 3075 (a text, name or date that does not end, a date that does not exist, a character
+// that has no meaning).
 #pragma once
 
 #include <cstddef>
 #include <string_view>
 
-#include "jetsql/syntax/lexer.h"
 #include "values/variant.h"
 
 namespace jetsql {
+
+enum class TokenKind { kEnd, kWord, kBracketed, kLiteral, kSymbol };
+
+struct Token {
+  TokenKind kind = TokenKind::kEnd;
+  std::string_view text;     // as written; a bracketed name without its brackets
+  std::size_t position = 0;  // of the first byte in the query text
+  std::size_t end = 0;       // of the byte after the last
+  std::size_t literal = 0;   // of a literal: its number among the literals of the text, from 0
+};
+
+// Whether the token is this word, written in any case: isWord(t, "SELECT").
+[[nodiscard]] bool isWord(const Token& token, std::string_view upperCaseWord);
+[[nodiscard]] bool isSymbol(const Token& token, std::string_view symbol);
 
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : text_(text) {}
 
-  // To the next token; false at the end. Errors: 3075.
+  // To the next token; false at the end of the text.
   bool next();
 
-  [[nodiscard]] TokenKind kind() const { return kind_; }
-  [[nodiscard]] std::size_t begin() const { return begin_; }
-  [[nodiscard]] std::size_t end() const { return end_; }
-  [[nodiscard]] std::string_view text() const { return text_.substr(begin_, end_ - begin_); }
-
-  // Of a literal token. Error 3075 for a date that does not exist.
+  [[nodiscard]] Token token() const;
+  // Of a literal token: Integer, Long, Double, Text or DateTime.
   [[nodiscard]] values::Variant literal() const;
 
  private:
   [[nodiscard]] char at(std::size_t position) const {
     return position < text_.size() ? text_[position] : '\0';
   }
+  [[nodiscard]] std::string_view written() const { return text_.substr(begin_, end_ - begin_); }
   void scanQuoted(char quote);
   void scanUpTo(char last);
   void scanNumber();
@@ -38,6 +56,7 @@ class Scanner {
   TokenKind kind_ = TokenKind::kEnd;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
+  std::size_t literals_ = 0;  // up to and with the current token
 };
 
 }  // namespace jetsql

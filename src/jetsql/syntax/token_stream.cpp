@@ -33,6 +33,10 @@ constexpr Message kMessages[] = {
 
 }  // namespace
 
+TokenStream::TokenStream(const NormalizedQuery& query) : query_(query) {
+  if (query.fault) throw RuntimeError(*query.fault);
+}
+
 bool TokenStream::atAnyWord(std::initializer_list<std::string_view> words) const {
   return std::any_of(words.begin(), words.end(), [this](auto word) { return atWord(word); });
 }
@@ -59,13 +63,14 @@ void TokenStream::expectSymbol(std::string_view symbol, int errorNumber) {
 
 std::string TokenStream::textSince(std::size_t first) const {
   if (first >= position_) return {};
-  const std::size_t begin = tokens_[first].position;
-  return std::string(text_.substr(begin, tokens_[position_ - 1].end - begin));
+  const std::size_t begin = query_.tokens[first].position;
+  return std::string(query_.text.substr(begin, query_.tokens[position_ - 1].end - begin));
 }
 
 bool TokenStream::anyLiteralSince(std::size_t first) const {
-  return std::any_of(tokens_.begin() + static_cast<std::ptrdiff_t>(first),
-                     tokens_.begin() + static_cast<std::ptrdiff_t>(position_),
+  const auto begin = query_.tokens.begin();
+  return std::any_of(begin + static_cast<std::ptrdiff_t>(first),
+                     begin + static_cast<std::ptrdiff_t>(position_),
                      [](const Token& token) { return token.kind == TokenKind::kLiteral; });
 }
 
@@ -74,7 +79,7 @@ void TokenStream::fail(int errorNumber) const {
       std::find_if(std::begin(kMessages), std::end(kMessages),
                    [&](const Message& candidate) { return candidate.number == errorNumber; });
   std::string description(message == std::end(kMessages) ? "Syntax error" : message->text);
-  const std::string_view rest = text_.substr(std::min(peek().position, text_.size()));
+  const std::string_view rest = query_.text.substr(peek().position);
   description += rest.empty() ? " at its end" : " at '" + std::string(rest.substr(0, 60)) + "'";
   throw RuntimeError(errorNumber, description + ".");
 }

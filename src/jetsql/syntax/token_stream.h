@@ -1,22 +1,22 @@
-// Where the parser stands in a text: the token ahead, and how it is taken or refused.
+// The parser's position in a scanned text: the next token, and how it is taken or refused.
 #pragma once
 
 #include <initializer_list>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "jetsql/syntax/lexer.h"
+#include "jetsql/syntax/normalized_query.h"
 
 namespace jetsql {
 
 class TokenStream {
  public:
-  explicit TokenStream(std::string_view text) : text_(text), tokens_(tokenize(text)) {}
+  // The query outlives the stream. Throws its fault, where it has one.
+  explicit TokenStream(const NormalizedQuery& query);
 
   [[nodiscard]] const Token& peek(std::size_t ahead = 0) const {
     const std::size_t at = position_ + ahead;
-    return at < tokens_.size() ? tokens_[at] : tokens_.back();
+    return at < query_.tokens.size() ? query_.tokens[at] : query_.tokens.back();
   }
   const Token& take() {
     const Token& token = peek();
@@ -31,6 +31,11 @@ class TokenStream {
     return peek().kind == TokenKind::kWord || peek().kind == TokenKind::kBracketed;
   }
   [[nodiscard]] bool atEnd() const { return peek().kind == TokenKind::kEnd; }
+
+  // The value of a token of the kind kLiteral.
+  [[nodiscard]] const values::Variant& literal(const Token& token) const {
+    return query_.literals[token.literal];
+  }
 
   // Takes the token when it is the one asked for.
   bool acceptWord(std::string_view word);
@@ -48,8 +53,7 @@ class TokenStream {
   [[noreturn]] void fail(int errorNumber) const;
 
  private:
-  std::string_view text_;
-  std::vector<Token> tokens_;
+  const NormalizedQuery& query_;
   std::size_t position_ = 0;
 };
 

@@ -1,7 +1,8 @@
 // A query text of Jet SQL made into SQLite SQL against a schema.
 //
-//   Translation t = translate("SELECT Items.*, Menu.name AS menu FROM Items LEFT JOIN Menu "
-//                             "ON Items.m_id = Menu.m_id WHERE s_id = 7", schema);
+//   Translation t = translate(normalize("SELECT Items.*, Menu.name AS menu FROM Items LEFT JOIN
+//   Menu "
+//                             "ON Items.m_id = Menu.m_id WHERE s_id = 7"), schema);
 //   t.sql:      SELECT t0.rowid, t1.rowid FROM "Items" AS t0 LEFT JOIN ... WHERE t0.c1 = ?1
 //   t.sources:  Items, Menu         t.literals: {7}
 //   t.columns:  each a column of a source, or a computed value
@@ -9,8 +10,9 @@
 // The SQL selects the rowid of each source in order (NULL for the empty side of an outer join),
 // then the computed values in order, in the encodings of their types.
 //
-// Literals: the values to bind to ?1, ?2, ... The texts that have the same queryShape give the same
-// Translation but for `literals`, unless `exactTextOnly`: then some literal shaped the SQL itself.
+// Literals: the values to bind to ?1, ?2, ... Texts of the same normalized key give the same
+// Translation but for `literals`, unless `exactTextOnly`: then some literal shaped the SQL itself,
+// or the text is the name of a table.
 //
 // Errors (RuntimeError, the engine's numbers): 3061 unknown names, parameters included (with their
 // count), 3075 syntax of an expression, 3078 unknown table or query, 3079 ambiguous name, 3085
@@ -26,6 +28,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jetsql/syntax/normalized_query.h"
 #include "jetsql/translate/catalogue.h"
 #include "values/variant.h"
 
@@ -59,6 +62,6 @@ struct Translation {
 };
 
 // `text` is a query or the name of a table or saved query.
-[[nodiscard]] Translation translate(std::string_view text, SchemaSource& schema);
+[[nodiscard]] Translation translate(NormalizedQuery text, SchemaSource& schema);
 
 }  // namespace jetsql

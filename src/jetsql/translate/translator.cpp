@@ -1,5 +1,4 @@
 #include "jetsql/translate/translator.h"
-#include "jetsql/syntax/normalized_query.h"
 
 #include <algorithm>
 
@@ -46,20 +45,25 @@ std::vector<std::string> valuesOf(const SelectPlan& plan) {
 
 }  // namespace
 
-Translation translate(std::string_view text, SchemaSource& schema) {
-  const std::string asName = trimmedName(text);
+Translation translate(NormalizedQuery text, SchemaSource& schema) {
+  const std::string asName = trimmedName(text.text);
   Translator translator(schema);
   const SchemaObject object = schema.find(asName);
-  if (object.table != nullptr || object.query != nullptr)
-    return translator.translate(*selectAll(asName), {});
-  if (!beginsStatement(text))
+  if (object.table != nullptr || object.query != nullptr) {
+    Translation translation = translator.translate(*selectAll(asName));
+    translation.exactTextOnly = true;  // a number in the name of a table is no literal
+    return translation;
+  }
+  if (!beginsStatement(text.text))
     throw RuntimeError(error::kUnknownTable,
                        "Could not find the input table or query '" + asName + "'.");
-  return translator.translate(*parseQuery(text), queryShape(text).literals);
+  Translation translation = translator.translate(*parseQuery(text));
+  if (!translation.exactTextOnly) translation.literals = std::move(text.literals);
+  return translation;
 }
 
-Translation Translator::translate(const Query& query, std::vector<values::Variant> literals) {
-  inlineLiterals_ = query.literalsShapeIt;
+Translation Translator::translate(const Query& query) {
+  inlineLiterals_ = query.notParameterizable;
   for (const std::string& parameter : query.parameters) unknown_.insert(text::lowerCase(parameter));
   Translation result;
   if (query.selects.size() == 1 && !query.crosstab) {
@@ -71,8 +75,7 @@ Translation Translator::translate(const Query& query, std::vector<values::Varian
       result.columns.push_back({column.name, column.type, std::nullopt, result.computedCount++});
   }
   failWhereUnknown();
-  result.exactTextOnly = query.literalsShapeIt;
-  if (!result.exactTextOnly) result.literals = std::move(literals);
+  result.exactTextOnly = query.notParameterizable;
   result.dataDependent = dataDependent_;
   return result;
 }
@@ -183,7 +186,7 @@ NestedQuery Translator::savedQuery(const SavedQuery& query, const Use& use) {
   expanding_.push_back(folded);
   // Its literals belong to another text than the one whose literals are lifted.
   const bool around = std::exchange(inlineLiterals_, true);
-  NestedQuery result = nested(*parseQuery(query.text), use);
+  NestedQuery result = nested(*parseQuery(normalize(query.text)), use);
   inlineLiterals_ = around;
   expanding_.pop_back();
   return result;

@@ -3,7 +3,7 @@
 // serves one query. See translation.h for what comes out and for the errors.
 //
 //   Translator translator(schema);
-//   Translation t = translator.translate(*parseQuery(text));
+//   Translation t = translator.translate(*parseQuery(normalize(text)));
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ class Translator {
  public:
   explicit Translator(SchemaSource& schema) : schema_(schema) {}
 
-  [[nodiscard]] Translation translate(const Query& query, std::vector<values::Variant> literals);
+  [[nodiscard]] Translation translate(const Query& query);
 
  private:
   // A part of a FROM: what stands left or right of a JOIN.

@@ -36,7 +36,8 @@ std::string functionName(const Expression& call) {
 }
 
 VariantType averageType(VariantType type) {
-  return type == VariantType::kCurrency || type == VariantType::kNumeric ? type : VariantType::kDouble;
+  return type == VariantType::kCurrency || type == VariantType::kNumeric ? type
+                                                                         : VariantType::kDouble;
 }
 
 // Whole numbers of 32 bits are summed up as Double, as the engine does; SQLite adds them exactly.

@@ -48,7 +48,7 @@ void Translator::planFrom(SelectPlan& plan, const std::vector<Demand>& demands) 
 Translator::Fragment Translator::fragment(const TableReference& table, Scope& scope,
                                           const Use& use) {
   return table.kind == TableReference::Kind::kJoin ? join(table, scope, use)
-                                                  : source(table, scope, use);
+                                                   : source(table, scope, use);
 }
 
 // Of the demands those on this source; an unqualified name may be a field of any.

@@ -1,4 +1,4 @@
-#include "jetsql/syntax/lexer.h"
+#include "jetsql/syntax/normalized_query.h"
 
 #include <gtest/gtest.h>
 
@@ -47,18 +47,18 @@ TEST(DateLiteral, FormsThatAccessWrites) {
   EXPECT_EQ(values::timeText(*time), "14:30:00");
 }
 
-TEST(Lexer, LiteralTypes) {
-  const auto tokens = tokenize("1 32768 2147483648 1.0 1e2 'a' #1/1/2000# t.5x");
+TEST(Scanner, LiteralTypes) {
+  const auto query = normalize("1 32768 2147483648 1.0 1e2 'a' #1/1/2000# t.5x");
   const values::VariantType types[] = {values::VariantType::kInteger, values::VariantType::kLong,
                                        values::VariantType::kDouble,  values::VariantType::kDouble,
                                        values::VariantType::kDouble,  values::VariantType::kText,
                                        values::VariantType::kDateTime};
   for (std::size_t i = 0; i < std::size(types); ++i) {
-    EXPECT_EQ(tokens[i].value.type(), types[i]) << i;
-    EXPECT_EQ(tokens[i].literalOrdinal, static_cast<int>(i));
+    EXPECT_EQ(query.literals[i].type(), types[i]) << i;
+    EXPECT_EQ(query.tokens[i].literal, i);
   }
-  EXPECT_TRUE(isWord(tokens[7], "T"));
-  EXPECT_TRUE(isSymbol(tokens[8], "."));
+  EXPECT_TRUE(isWord(query.tokens[7], "T"));
+  EXPECT_TRUE(isSymbol(query.tokens[8], "."));
 }
 
 }  // namespace
