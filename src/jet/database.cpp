@@ -206,7 +206,7 @@ void Database::readQueries() {
   while (scan.next()) {
     fields.moveTo(scan.row());
     QueryRow row;
-    row.attribute = static_cast<std::uint8_t>(fields.number("Attribute"));
+    row.attribute = static_cast<QueryAttribute>(fields.number("Attribute"));
     row.flag = static_cast<std::int16_t>(fields.number("Flag"));
     row.expression = fields.text("Expression");
     row.name1 = fields.text("Name1");

@@ -21,6 +21,7 @@
 
 #include "jet/format/bytes.h"
 #include "jet/format/file_header.h"
+#include "jet/format/query_attributes.h"
 #include "jet/format/text_codec.h"
 #include "jet/pages/lock_file.h"
 #include "jet/pages/page_file.h"
@@ -48,16 +49,6 @@ struct CatalogueEntry {
   std::string database;     // of a linked table: path of the other file
   std::string connect;      // connection text, with password where it needs one
   std::string foreignName;  // name over there
-};
-
-// A row of MSysQueries: one clause of a stored query. docs/jet-format.md lists the attributes.
-struct QueryRow {
-  std::uint8_t attribute = 0;
-  std::int16_t flag = 0;
-  values::Variant expression;  // Null or Text, as are the names
-  values::Variant name1;
-  values::Variant name2;
-  std::vector<std::byte> order;
 };
 
 class Database {

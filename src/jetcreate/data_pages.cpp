@@ -6,7 +6,10 @@
 #include "jet/format/layout.h"
 #include "jetcreate/layout.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::size_t kOffsetSize = 2;
@@ -55,4 +58,4 @@ void DataPages::closePage() {
   page_.clear();
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -17,7 +17,7 @@
 #include "jet/format/row_id.h"
 #include "jetcreate/new_file.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 class DataPages {
  public:
@@ -25,13 +25,13 @@ class DataPages {
   DataPages(NewFile& file, std::uint32_t owner) : file_(file), owner_(owner) {}
 
   // `flags`: kRowForwarded, kRowDeleted or both, in the row's offset.
-  RowId add(Bytes row, std::uint16_t flags = 0);
+  jet::RowId add(jet::Bytes row, std::uint16_t flags = 0);
 
   // The next row starts a new page.
   void closePage();
 
   // Where the next row of that size will be placed. Hands out the page where a new one is needed.
-  [[nodiscard]] RowId placeFor(std::size_t size);
+  [[nodiscard]] jet::RowId placeFor(std::size_t size);
 
   void finish() { closePage(); }
 
@@ -50,4 +50,4 @@ class DataPages {
   std::vector<std::uint32_t> withRoom_;
 };
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -8,7 +8,10 @@
 #include "jetcreate/layout.h"
 #include "jetcreate/text_encoder.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::uint32_t kNoRelation = 0xffffffff;
@@ -176,4 +179,4 @@ void writeDefinition(NewFile& file, const TableDefinition& definition,
   }
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

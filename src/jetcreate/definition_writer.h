@@ -15,11 +15,11 @@
 #include "jet/format/table_definition.h"
 #include "jetcreate/new_file.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 struct LongValueMaps {
-  RowId ownedPages;
-  RowId freePages;
+  jet::RowId ownedPages;
+  jet::RowId freePages;
 };
 
 // What definition pages hold beside what a reader keeps of them.
@@ -30,10 +30,10 @@ struct DefinitionExtras {
 };
 
 [[nodiscard]] std::vector<std::uint32_t> allocateDefinition(NewFile& file,
-                                                            const TableDefinition& definition,
+                                                            const jet::TableDefinition& definition,
                                                             const DefinitionExtras& extras);
 
-void writeDefinition(NewFile& file, const TableDefinition& definition,
+void writeDefinition(NewFile& file, const jet::TableDefinition& definition,
                      const DefinitionExtras& extras, const std::vector<std::uint32_t>& pages);
 
-}  // namespace jet::creator
+}  // namespace jetcreate

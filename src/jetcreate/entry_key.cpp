@@ -11,7 +11,10 @@
 #include "jetcreate/text_encoder.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::byte kNullKey{0x00};
@@ -133,4 +136,4 @@ void appendKey(const TableDefinition& table, const Column& column, bool ascendin
   for (auto byte = key.begin() + start; byte != key.end(); ++byte) *byte = ~*byte;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -15,9 +15,9 @@
 #include "jet/format/table_definition.h"
 #include "values/variant.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
-void appendKey(const TableDefinition& table, const Column& column, bool ascending,
+void appendKey(const jet::TableDefinition& table, const jet::Column& column, bool ascending,
                const values::Variant& value, std::vector<std::byte>& key);
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -8,10 +8,11 @@
 #include "jetcreate/layout.h"
 #include "jetcreate/usage_map_writer.h"
 
-namespace jet {
-namespace {
+namespace jetcreate {
 
-using namespace creator;
+using namespace jet;
+
+namespace {
 
 // Page 1: two maps of 69 bytes. The first is the file's; of the second nothing is known but that
 // it is empty. The page names itself as its owner.
@@ -85,4 +86,4 @@ void FileBuilder::finish() {
   file_.write(0, headerPage(file_.encodingKey(), options_.password));
 }
 
-}  // namespace jet
+}  // namespace jetcreate

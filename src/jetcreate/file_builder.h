@@ -26,7 +26,7 @@
 #include "jetcreate/table_builder.h"
 #include "values/date_time.h"
 
-namespace jet {
+namespace jetcreate {
 
 class FileBuilder {
  public:
@@ -58,9 +58,9 @@ class FileBuilder {
 
  private:
   Options options_;
-  creator::NewFile file_;
-  std::unique_ptr<creator::SystemTables> system_;
+  NewFile file_;
+  std::unique_ptr<SystemTables> system_;
   std::vector<std::unique_ptr<TableBuilder>> tables_;
 };
 
-}  // namespace jet
+}  // namespace jetcreate

@@ -11,7 +11,10 @@
 #include "jetcreate/text_encoder.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 void putAscii(MutableBytes page, std::size_t offset, std::string_view text) {
@@ -57,4 +60,4 @@ std::vector<std::byte> headerPage(std::uint32_t encodingKey, const std::string& 
   return page;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

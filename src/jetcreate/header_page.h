@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace jet::creator {
+namespace jetcreate {
 
 // 2003-10-30 13:19:46 as days since 1899-12-30, to the bit.
 constexpr std::uint64_t kCreatedBits = 0x40e29ff17d1f72bc;
@@ -27,4 +27,4 @@ constexpr SecurityId kCreatorId{std::byte{0xa7}, std::byte{0x36}};  // of an obj
 [[nodiscard]] std::vector<std::byte> headerPage(std::uint32_t encodingKey,
                                                 const std::string& password);
 
-}  // namespace jet::creator
+}  // namespace jetcreate

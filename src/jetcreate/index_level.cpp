@@ -4,7 +4,10 @@
 
 #include "jetcreate/layout.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::size_t kRowSize = 4;    // page and place at the end of every entry
@@ -82,4 +85,4 @@ std::vector<IndexChild> IndexLevel::finish() {
   return std::move(children_);
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

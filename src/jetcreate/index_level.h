@@ -15,7 +15,7 @@
 #include "jet/format/layout.h"
 #include "jetcreate/new_file.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 struct IndexChild {
   std::uint32_t page = 0;
@@ -24,10 +24,10 @@ struct IndexChild {
 
 class IndexLevel {
  public:
-  IndexLevel(NewFile& file, std::uint32_t owner, PageType type)
+  IndexLevel(NewFile& file, std::uint32_t owner, jet::PageType type)
       : file_(file), owner_(owner), type_(type) {}
 
-  void add(Bytes entry);
+  void add(jet::Bytes entry);
 
   // On a node: the child's last entry, then its page.
   void addChild(const IndexChild& child);
@@ -43,7 +43,7 @@ class IndexLevel {
 
   NewFile& file_;
   std::uint32_t owner_;
-  PageType type_;
+  jet::PageType type_;
   IndexChild tail_;
   std::vector<std::vector<std::byte>> entries_;  // of the page being filled
   std::size_t size_ = 0;                         // of entries_ when nothing is left out
@@ -52,4 +52,4 @@ class IndexLevel {
   std::vector<IndexChild> children_;
 };
 
-}  // namespace jet::creator
+}  // namespace jetcreate

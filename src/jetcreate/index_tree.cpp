@@ -7,7 +7,10 @@
 #include "jetcreate/layout.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::size_t kRowSize = 4;  // at the end of every entry
@@ -67,4 +70,4 @@ BuiltIndex IndexTree::build(NewFile& file, std::uint32_t owner, bool unique, boo
   return built;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -17,7 +17,7 @@
 #include "jet/format/row_id.h"
 #include "jetcreate/new_file.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 struct BuiltIndex {
   std::uint32_t root = 0;
@@ -27,7 +27,7 @@ struct BuiltIndex {
 
 class IndexTree {
  public:
-  void add(Bytes key, RowId row);
+  void add(jet::Bytes key, jet::RowId row);
 
   // `tails`: as trees are that grew by appending, whose rightmost node names its last child apart
   // from its entries. Where there is one leaf only, it makes no difference.
@@ -39,8 +39,8 @@ class IndexTree {
     std::uint16_t size = 0;  // with the four bytes of the row
   };
 
-  [[nodiscard]] Bytes bytesOf(const Entry& entry) const {
-    return Bytes(bytes_).subspan(entry.offset, entry.size);
+  [[nodiscard]] jet::Bytes bytesOf(const Entry& entry) const {
+    return jet::Bytes(bytes_).subspan(entry.offset, entry.size);
   }
   [[nodiscard]] std::uint32_t countDistinct(const NewFile& file, bool unique) const;
 
@@ -48,4 +48,4 @@ class IndexTree {
   std::vector<Entry> entries_;
 };
 
-}  // namespace jet::creator
+}  // namespace jetcreate

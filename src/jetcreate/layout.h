@@ -9,7 +9,7 @@
 
 #include "jet/format/bytes.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 constexpr std::size_t kPageSize = 4096;
 constexpr std::size_t kDataHeaderSize = 14;   // in front of a data page's row offsets
@@ -48,4 +48,4 @@ constexpr std::uint8_t kSystemCascade = 0x04;   // in both cascade bytes of a sy
   return page << 8 | row;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -6,7 +6,9 @@
 #include "jet/format/rc4.h"
 #include "jetcreate/layout.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
 
 void NewFile::write(std::uint32_t page, Bytes bytes) {
   assert(page < count_ && bytes.size() == kPageSize);
@@ -20,4 +22,4 @@ void NewFile::write(std::uint32_t page, Bytes bytes) {
   file_.writeAt(offset, encoded);
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

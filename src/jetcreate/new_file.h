@@ -14,13 +14,14 @@
 #include "jet/format/bytes.h"
 #include "platform/random_access_file.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 class NewFile {
  public:
   // `encodingKey` other than 0: every page but the first is encoded with it.
   NewFile(const std::string& path, std::uint32_t encodingKey)
-      : file_(RandomAccessFile::open(path, RandomAccessFile::Mode::kCreateNew)), key_(encodingKey) {}
+      : file_(RandomAccessFile::open(path, RandomAccessFile::Mode::kCreateNew)),
+        key_(encodingKey) {}
 
   [[nodiscard]] std::uint32_t allocate() { return count_++; }
   [[nodiscard]] std::uint32_t pageCount() const { return count_; }
@@ -28,7 +29,7 @@ class NewFile {
   [[nodiscard]] const std::string& path() const { return file_.path(); }
 
   // `bytes` is the whole page.
-  void write(std::uint32_t page, Bytes bytes);
+  void write(std::uint32_t page, jet::Bytes bytes);
 
   void sync() { file_.sync(); }
 
@@ -38,4 +39,4 @@ class NewFile {
   std::uint32_t count_ = 0;
 };
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -3,7 +3,10 @@
 #include <map>
 #include <utility>
 
-namespace jet {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 values::Variant textOrNull(const std::string& text) {
@@ -22,7 +25,7 @@ class RowList {
  public:
   void add(QueryAttribute attribute, const Clause& clause = {}) {
     QueryRow row;
-    row.attribute = static_cast<std::uint8_t>(attribute);
+    row.attribute = attribute;
     row.flag = clause.flag;
     row.expression = textOrNull(clause.expression);
     row.name1 = textOrNull(clause.name1);
@@ -56,8 +59,8 @@ std::vector<QueryRow> queryRows(const QueryDefinition& query) {
   rows.add(QueryAttribute::kStart);
   rows.add(QueryAttribute::kEnd);
   rows.add(QueryAttribute::kKind, {.flag = static_cast<std::int16_t>(query.kind),
-                                  .expression = query.passThrough,
-                                  .name1 = query.connect});
+                                   .expression = query.passThrough,
+                                   .name1 = query.connect});
   for (const auto& parameter : query.parameters)
     rows.add(QueryAttribute::kParameter, {.flag = parameter.type, .name1 = parameter.name});
   rows.add(QueryAttribute::kOptions, {.flag = query.options, .name1 = query.top});
@@ -68,9 +71,9 @@ std::vector<QueryRow> queryRows(const QueryDefinition& query) {
   }
   for (const auto& join : query.joins) {
     rows.add(QueryAttribute::kJoin, {.flag = static_cast<std::int16_t>(join.kind),
-                                    .expression = join.condition,
-                                    .name1 = join.left,
-                                    .name2 = join.right});
+                                     .expression = join.condition,
+                                     .name1 = join.left,
+                                     .name2 = join.right});
   }
   if (!query.where.empty()) rows.add(QueryAttribute::kWhere, {.expression = query.where});
   for (const auto& group : query.groupBy)
@@ -96,4 +99,4 @@ std::int32_t catalogueFlags(QueryKind kind) {
   }
 }
 
-}  // namespace jet
+}  // namespace jetcreate

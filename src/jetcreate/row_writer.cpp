@@ -8,8 +8,9 @@
 #include "jetcreate/stored_value.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
-namespace {}  // namespace
+namespace jetcreate {
+
+using namespace jet;
 
 RowEncoder::RowEncoder(NewFile& file, const TableDefinition& definition)
     : file_(file), definition_(definition) {
@@ -115,4 +116,4 @@ void RowEncoder::finish() {
   for (auto& [position, pages] : longValues_) pages.finish();
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

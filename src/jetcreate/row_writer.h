@@ -20,14 +20,14 @@
 #include "jetcreate/new_file.h"
 #include "values/variant.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 class RowEncoder {
  public:
   // Keeps a reference to the definition, whose columns stand in the order of their numbers.
-  RowEncoder(NewFile& file, const TableDefinition& definition);
+  RowEncoder(NewFile& file, const jet::TableDefinition& definition);
 
-  [[nodiscard]] Bytes encode(std::span<const values::Variant> values);
+  [[nodiscard]] jet::Bytes encode(std::span<const values::Variant> values);
 
   // Writes the long-value pages that are still open.
   void finish();
@@ -41,12 +41,12 @@ class RowEncoder {
   void putNullMask(std::span<const values::Variant> values);
   [[nodiscard]] std::vector<std::byte> variableBytes(std::size_t position,
                                                      const values::Variant& value);
-  [[nodiscard]] std::vector<std::byte> placeLongValue(std::size_t position, Bytes bytes);
+  [[nodiscard]] std::vector<std::byte> placeLongValue(std::size_t position, jet::Bytes bytes);
 
   NewFile& file_;
-  const TableDefinition& definition_;
+  const jet::TableDefinition& definition_;
   std::map<std::size_t, DataPages> longValues_;
-  ByteBuffer row_;
+  jet::ByteBuffer row_;
 };
 
-}  // namespace jet::creator
+}  // namespace jetcreate

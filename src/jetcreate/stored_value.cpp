@@ -10,7 +10,10 @@
 #include "jetcreate/text_encoder.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::size_t kGuidSize = 16;
@@ -146,4 +149,4 @@ std::vector<std::byte> storedVariable(const TableDefinition& table, const Column
   return bytes;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

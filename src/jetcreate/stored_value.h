@@ -10,19 +10,20 @@
 #include "jet/format/table_definition.h"
 #include "values/variant.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 // column.length bytes. Not for Yes/No, whose value is its bit in the null mask.
-[[nodiscard]] std::vector<std::byte> storedFixed(const TableDefinition& table, const Column& column,
+[[nodiscard]] std::vector<std::byte> storedFixed(const jet::TableDefinition& table,
+                                                 const jet::Column& column,
                                                  const values::Variant& value);
 
 // Text and memo encoded (compressed where the column says so), binary, OLE and GUID as their bytes.
-[[nodiscard]] std::vector<std::byte> storedVariable(const TableDefinition& table,
-                                                    const Column& column,
+[[nodiscard]] std::vector<std::byte> storedVariable(const jet::TableDefinition& table,
+                                                    const jet::Column& column,
                                                     const values::Variant& value);
 
 // The 16 bytes of "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}"; the first three groups are numbers,
 // low byte first. Error 13 for another form.
 [[nodiscard]] std::vector<std::byte> guidBytes(const std::string& text);
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -9,7 +9,10 @@
 #include "jetcreate/layout.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 // Ids of what every file holds.
@@ -191,8 +194,8 @@ std::int32_t SystemTables::addObject(const NewObject& object) {
 
 void SystemTables::addQueryRows(std::int32_t id, const std::vector<QueryRow>& rows) {
   for (const QueryRow& row : rows) {
-    queries_.add({id, row.attribute, values::Binary{row.order}, row.name1, row.name2,
-                  row.expression, row.flag, values::Variant()});
+    queries_.add({id, static_cast<std::uint8_t>(row.attribute), values::Binary{row.order},
+                  row.name1, row.name2, row.expression, row.flag, values::Variant()});
   }
 }
 
@@ -200,4 +203,4 @@ void SystemTables::finish(bool tails) {
   for (TableBuilder* table : {&objects_, &rights_, &queries_, &relations_}) table->finish(tails);
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -13,12 +13,12 @@
 #include <string>
 #include <vector>
 
-#include "jet/database.h"
+#include "jet/format/query_attributes.h"
 #include "jetcreate/new_file.h"
 #include "jetcreate/table_builder.h"
 #include "values/date_time.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 // Types of objects in MSysObjects.
 constexpr std::int16_t kTableObject = 1;
@@ -48,7 +48,7 @@ class SystemTables {
 
   // A table, link or query of the user's; gives its id. Error 3012 for a name that is taken.
   std::int32_t addObject(const NewObject& object);
-  void addQueryRows(std::int32_t id, const std::vector<QueryRow>& rows);
+  void addQueryRows(std::int32_t id, const std::vector<jet::QueryRow>& rows);
 
   void finish(bool tails);
 
@@ -64,4 +64,4 @@ class SystemTables {
   TableBuilder relations_;
 };
 
-}  // namespace jet::creator
+}  // namespace jetcreate

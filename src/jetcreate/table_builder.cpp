@@ -10,10 +10,11 @@
 #include "jetcreate/usage_map_writer.h"
 #include "values/runtime_error.h"
 
-namespace jet {
-namespace {
+namespace jetcreate {
 
-using namespace creator;
+using namespace jet;
+
+namespace {
 
 DefinitionExtras deletedOf(const std::vector<NewColumn>& columns) {
   DefinitionExtras extras;
@@ -136,4 +137,4 @@ void TableBuilder::finish(bool tails) {
   writeDefinition(file_, definition_, extras_, pages_);
 }
 
-}  // namespace jet
+}  // namespace jetcreate

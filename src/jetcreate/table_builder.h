@@ -23,7 +23,7 @@
 #include "jetcreate/table_spec.h"
 #include "values/variant.h"
 
-namespace jet {
+namespace jetcreate {
 
 enum class RowForm : std::uint8_t {
   kPlain,
@@ -33,7 +33,7 @@ enum class RowForm : std::uint8_t {
 
 class TableBuilder {
  public:
-  TableBuilder(creator::NewFile& file, bool system, const std::string& name,
+  TableBuilder(NewFile& file, bool system, const std::string& name,
                const std::vector<NewColumn>& columns, const std::vector<NewIndex>& indexes);
   TableBuilder(const TableBuilder&) = delete;
   TableBuilder& operator=(const TableBuilder&) = delete;
@@ -41,7 +41,7 @@ class TableBuilder {
 
   // Values by the order of the columns. Fewer values: a row from before the other columns were
   // added. Gives where the row is found.
-  RowId add(std::vector<values::Variant> values, RowForm form = RowForm::kPlain);
+  jet::RowId add(std::vector<values::Variant> values, RowForm form = RowForm::kPlain);
 
   // Page of the definition, which is also the table's id in the catalogue.
   [[nodiscard]] std::uint32_t page() const { return definition_.page; }
@@ -52,19 +52,19 @@ class TableBuilder {
 
  private:
   void takeNumber(std::vector<values::Variant>& values);
-  void addKeys(const std::vector<values::Variant>& values, RowId row);
+  void addKeys(const std::vector<values::Variant>& values, jet::RowId row);
   void writeIndexes(bool tails);
   void writeMaps();
 
-  creator::NewFile& file_;
-  TableDefinition definition_;
-  creator::DefinitionExtras extras_;
+  NewFile& file_;
+  jet::TableDefinition definition_;
+  DefinitionExtras extras_;
   std::vector<std::uint32_t> pages_;  // of the definition
-  creator::DataPages rows_;
-  creator::DataPages forwardedRows_;
-  creator::RowEncoder encoder_;
-  std::vector<creator::IndexTree> trees_;  // of each real index
+  DataPages rows_;
+  DataPages forwardedRows_;
+  RowEncoder encoder_;
+  std::vector<IndexTree> trees_;  // of each real index
   std::vector<std::vector<std::uint32_t>> indexPages_;
 };
 
-}  // namespace jet
+}  // namespace jetcreate

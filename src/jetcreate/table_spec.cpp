@@ -4,7 +4,10 @@
 #include "jetcreate/layout.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::uint16_t kLongestShort = 255;  // characters of text, bytes of binary
@@ -112,4 +115,4 @@ TableDefinition planTable(const std::string& name, bool system,
   return definition;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

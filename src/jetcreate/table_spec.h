@@ -12,11 +12,11 @@
 
 #include "jet/format/table_definition.h"
 
-namespace jet {
+namespace jetcreate {
 
 struct NewColumn {
   std::string name = {};
-  ColumnType type = ColumnType::kLong;
+  jet::ColumnType type = jet::ColumnType::kLong;
   std::uint16_t size = 0;       // characters of text (0: 255), bytes of binary (0: 255)
   bool compressed = false;      // texts are stored compressed where that is shorter
   bool autonumber = false;      // of Long: Null becomes the next number
@@ -34,11 +34,8 @@ struct NewIndex {
   bool ignoreNulls = false;  // rows whose key is Null stay out of it
 };
 
-namespace creator {
+[[nodiscard]] jet::TableDefinition planTable(const std::string& name, bool system,
+                                             const std::vector<NewColumn>& columns,
+                                             const std::vector<NewIndex>& indexes);
 
-[[nodiscard]] TableDefinition planTable(const std::string& name, bool system,
-                                        const std::vector<NewColumn>& columns,
-                                        const std::vector<NewIndex>& indexes);
-
-}  // namespace creator
-}  // namespace jet
+}  // namespace jetcreate

@@ -5,7 +5,10 @@
 
 #include "jet/format/bytes.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -96,4 +99,4 @@ std::vector<std::byte> encodeText(std::string_view utf8, bool compress) {
   return plain;
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -8,7 +8,10 @@
 #include "jetcreate/layout.h"
 #include "values/runtime_error.h"
 
-namespace jet::creator {
+namespace jetcreate {
+
+using namespace jet;
+
 namespace {
 
 constexpr std::uint32_t kInlinePages = 512;
@@ -87,4 +90,4 @@ std::vector<std::byte> encodeFreePages(NewFile& file) {
   return rowOfReferences(file, references);
 }
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -14,7 +14,7 @@
 
 #include "jetcreate/new_file.h"
 
-namespace jet::creator {
+namespace jetcreate {
 
 constexpr std::size_t kUsageMapRowSize = 69;
 
@@ -26,4 +26,4 @@ constexpr std::size_t kUsageMapRowSize = 69;
 // last. To be made when every other page has been handed out; may hand out pages for itself.
 [[nodiscard]] std::vector<std::byte> encodeFreePages(NewFile& file);
 
-}  // namespace jet::creator
+}  // namespace jetcreate

@@ -17,6 +17,8 @@
 namespace jet {
 namespace {
 
+using namespace jetcreate;
+
 constexpr std::size_t kPage = 4096;
 
 std::string makeWhole(const std::string& path, std::uint32_t key) {

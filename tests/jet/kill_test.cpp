@@ -13,6 +13,8 @@
 namespace jet {
 namespace {
 
+using namespace jetcreate;
+
 struct KillCase {
   const char* name;
   SalesOptions options;

@@ -16,6 +16,8 @@
 namespace jet {
 namespace {
 
+using namespace jetcreate;
+
 class ReadingTest : public testing::Test {
  protected:
   [[nodiscard]] std::string path(const std::string& name = "made.mdb") const {
@@ -360,7 +362,7 @@ TEST_F(ReadingTest, CatalogueNamesTablesLinksAndQueries) {
   std::string clauses;
   for (const QueryRow& row : database->queryRows(*database->find("QRYDAY"))) {
     if (!row.expression.isNull())
-      clauses += std::to_string(row.attribute) + toText(row.expression) + ";";
+      clauses += std::to_string(static_cast<int>(row.attribute)) + toText(row.expression) + ";";
   }
   EXPECT_EQ(clauses, "6id;6id+1;8id>3;");
 }

@@ -9,6 +9,8 @@
 namespace jet {
 namespace {
 
+using namespace jetcreate;
+
 const auto kEvery = [](std::int64_t) { return true; };
 const auto kYes = [](std::int64_t) { return values::Variant(true); };
 

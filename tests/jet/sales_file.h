@@ -27,14 +27,14 @@ struct SalesOptions {
   int shortRows = 0;       // of them, from before the marks were added; every second one
   bool forwarded = false;  // every fifth row outgrew its page before
   bool longNotes = true;   // a page takes few rows, and has no room left
-  FileBuilder::Options file = {};
+  jetcreate::FileBuilder::Options file = {};
 };
 
 class SalesFile {
  public:
   // Columns: those behind `name` are missing from short rows. Seven in front, so that the eighth
   // fits the null mask as it is and the others make it longer.
-  static std::vector<NewColumn> columns() {
+  static std::vector<jetcreate::NewColumn> columns() {
     return {{.name = "s_id"},
             {.name = "price", .type = ColumnType::kCurrency},
             {.name = "rdate", .type = ColumnType::kDateTime},
@@ -48,11 +48,13 @@ class SalesFile {
             {.name = "note", .type = ColumnType::kText, .size = 50}};
   }
 
-  explicit SalesFile(const SalesOptions& options, const std::vector<NewIndex>& indexes = {}) {
-    FileBuilder builder(path(), options.file);
-    std::vector<NewIndex> all = {{.name = "PrimaryKey", .columns = {"s_id"}, .primary = true}};
+  explicit SalesFile(const SalesOptions& options,
+                     const std::vector<jetcreate::NewIndex>& indexes = {}) {
+    jetcreate::FileBuilder builder(path(), options.file);
+    std::vector<jetcreate::NewIndex> all = {
+        {.name = "PrimaryKey", .columns = {"s_id"}, .primary = true}};
     all.insert(all.end(), indexes.begin(), indexes.end());
-    TableBuilder& table = builder.addTable("Selling", columns(), all);
+    jetcreate::TableBuilder& table = builder.addTable("Selling", columns(), all);
     for (int i = 0; i < options.rows; ++i) {
       const bool isShort = i % 2 == 0 && i / 2 < options.shortRows;
       const std::string name =
@@ -69,8 +71,8 @@ class SalesFile {
         values.insert(values.end(),
                       {false, true, values::Currency{i}, values::Variant("n" + std::to_string(i))});
       }
-      table.add(std::move(values),
-                options.forwarded && i % 5 == 0 ? RowForm::kForwarded : RowForm::kPlain);
+      table.add(std::move(values), options.forwarded && i % 5 == 0 ? jetcreate::RowForm::kForwarded
+                                                                   : jetcreate::RowForm::kPlain);
     }
     builder.finish();
     rows_ = readRows();

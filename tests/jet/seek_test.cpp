@@ -13,6 +13,8 @@
 namespace jet {
 namespace {
 
+using namespace jetcreate;
+
 constexpr int kRows = 1500;  // an index of two levels and many leaves
 
 struct SeekCase {

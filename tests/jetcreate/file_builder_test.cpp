@@ -18,6 +18,8 @@
 namespace jet {
 namespace {
 
+using namespace jetcreate;
+
 std::string hex(Bytes bytes) {
   std::string text;
   for (std::byte byte : bytes) {
@@ -204,8 +206,7 @@ TEST(TextEncoderTest, CompressesWhereThatIsShorter) {
                                      "98b078007900e4b2"},
                                     {"bytes that are no text", "a\x80z", "6100fdff7a00"},
                                     {"beyond the first plane", "😀", "3dd800de"}};
-  for (const Case& c : kCases)
-    EXPECT_EQ(hex(creator::encodeText(c.text, true)), c.stored) << c.name;
+  for (const Case& c : kCases) EXPECT_EQ(hex(encodeText(c.text, true)), c.stored) << c.name;
 }
 
 // The engine's own keys, as seen in indexes of files that it made.
@@ -245,7 +246,7 @@ TEST(EntryKeyTest, KeysAreTheEngines) {
     column.type = c.type;
     column.length = 20;
     std::vector<std::byte> key;
-    creator::appendKey(table, column, c.ascending, c.value, key);
+    appendKey(table, column, c.ascending, c.value, key);
     EXPECT_EQ(hex(key), c.key) << c.name;
   }
 }
@@ -387,7 +388,7 @@ TEST_F(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
   EXPECT_EQ(other("remote").connect, "ODBC;DSN=pos;");
   std::string clauses;
   for (const QueryRow& row : database().queryRows(other("qryOne"))) {
-    clauses += std::to_string(row.attribute) + ":" + std::to_string(row.flag);
+    clauses += std::to_string(static_cast<int>(row.attribute)) + ":" + std::to_string(row.flag);
     for (const values::Variant* text : {&row.name1, &row.name2, &row.expression})
       clauses += "|" + (text->isNull() ? "" : toText(*text));
     clauses += "\n";

@@ -47,7 +47,7 @@ class Tickets : public ExternalSource {
 class LinkedTableTest : public SessionFixture {
  protected:
   LinkedTableTest() {
-    jet::FileBuilder builder(path("links.mdb"));
+    jetcreate::FileBuilder builder(path("links.mdb"));
     builder.addTable("Own", {{.name = "id"}}).add({std::int32_t{3}});
     builder.addLink("Meals", "C:\\POS\\Data\\SHOP.MDB", "Menu");
     builder.addLink("Missing", "C:\\POS\\gone.mdb", "Menu");

@@ -91,7 +91,7 @@ class SessionFixture : public testing::Test {
 
   void build() {
     using jet::ColumnType;
-    const std::vector<jet::NewColumn> columns = {
+    const std::vector<jetcreate::NewColumn> columns = {
         {.name = "id"},
         {.name = "sale"},
         {.name = "menu", .type = ColumnType::kInteger},
@@ -101,7 +101,7 @@ class SessionFixture : public testing::Test {
         {.name = "name", .type = ColumnType::kText, .size = 20},
         {.name = "ratio", .type = ColumnType::kDouble},
         {.name = "exact", .type = ColumnType::kNumeric, .scale = 2}};
-    jet::FileBuilder builder(path("shop.mdb"));
+    jetcreate::FileBuilder builder(path("shop.mdb"));
     auto& items = builder.addTable("Items", columns,
                                    {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
                                     {.name = "bySale", .columns = {"sale", "menu"}},

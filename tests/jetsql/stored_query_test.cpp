@@ -10,7 +10,7 @@ jet::QueryRow row(int attribute, int flag, const char* expression, const char* n
   const auto value = [](const char* text) {
     return *text == '\0' ? values::Variant() : values::Variant(text);
   };
-  return {static_cast<std::uint8_t>(attribute),
+  return {static_cast<jet::QueryAttribute>(attribute),
           static_cast<std::int16_t>(flag),
           value(expression),
           value(name1),

@@ -15,11 +15,11 @@ namespace {
 class LocalDatabasesTest : public testing::Test {
  protected:
   LocalDatabasesTest() {
-    jet::FileBuilder::Options options;
+    jetcreate::FileBuilder::Options options;
     options.password = "비밀";
     for (const bool locked : {false, true}) {
-      jet::FileBuilder builder(path(locked ? "locked.mdb" : "data.mdb"),
-                               locked ? options : jet::FileBuilder::Options());
+      jetcreate::FileBuilder builder(path(locked ? "locked.mdb" : "data.mdb"),
+                                     locked ? options : jetcreate::FileBuilder::Options());
       auto& sales = builder.addTable(
           "Selling", {{.name = "s_id"}, {.name = "c_upload", .type = jet::ColumnType::kYesNo}});
       for (std::int32_t id = 1; id <= 3; ++id) sales.add({id, false});

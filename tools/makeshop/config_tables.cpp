@@ -93,15 +93,15 @@ const std::vector<Field<DayAmount>>& bookingFields() {
   return kFields;
 }
 
-std::vector<jet::NewIndex> indexes(const Options& options, const char* key, const char* day) {
-  std::vector<jet::NewIndex> list = {primaryKey(key)};
+std::vector<jetcreate::NewIndex> indexes(const Options& options, const char* key, const char* day) {
+  std::vector<jetcreate::NewIndex> list = {primaryKey(key)};
   if (options.indexes) list.push_back(indexOn(day));
   return list;
 }
 
 }  // namespace
 
-ConfigFile::ConfigFile(jet::FileBuilder& builder, const Options& options, Random& random,
+ConfigFile::ConfigFile(jetcreate::FileBuilder& builder, const Options& options, Random& random,
                        Texts& texts)
     : random_(random),
       texts_(texts),

@@ -54,7 +54,7 @@ struct DayAmount {
 
 class ConfigFile {
  public:
-  ConfigFile(jet::FileBuilder& builder, const Options& options, Random& random, Texts& texts);
+  ConfigFile(jetcreate::FileBuilder& builder, const Options& options, Random& random, Texts& texts);
 
   void addSale(const Sale& sale);
   void addDay(std::int32_t day);

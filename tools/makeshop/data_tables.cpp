@@ -147,9 +147,9 @@ const std::vector<Field<MenuGroup>>& groupFields() {
 }
 
 // The key and, unless the shop is to have none, an index on a day or on the sale.
-std::vector<jet::NewIndex> indexes(const Options& options, const char* key,
-                                   const std::vector<const char*>& others) {
-  std::vector<jet::NewIndex> list = {primaryKey(key)};
+std::vector<jetcreate::NewIndex> indexes(const Options& options, const char* key,
+                                         const std::vector<const char*>& others) {
+  std::vector<jetcreate::NewIndex> list = {primaryKey(key)};
   if (!options.indexes) return list;
   for (const char* other : others) list.push_back(indexOn(other));
   return list;
@@ -157,7 +157,7 @@ std::vector<jet::NewIndex> indexes(const Options& options, const char* key,
 
 }  // namespace
 
-DataFile::DataFile(jet::FileBuilder& builder, const Options& options)
+DataFile::DataFile(jetcreate::FileBuilder& builder, const Options& options)
     : sales_(builder, "Selling", saleFields(), indexes(options, "S_ID", {"rDate"})),
       items_(builder, "Selling_Item", itemFields(), indexes(options, "SI_ID", {"S_ID", "rDate"})),
       attendances_(builder, "Employee_Item", attendanceFields(),

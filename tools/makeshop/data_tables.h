@@ -37,7 +37,7 @@ struct SettledCredit {
 
 class DataFile {
  public:
-  DataFile(jet::FileBuilder& builder, const Options& options);
+  DataFile(jetcreate::FileBuilder& builder, const Options& options);
 
   void addSale(const SaleWithItems& made, bool beforeMarks);
   void addDay(Random& random, Texts& texts, std::int32_t day);

@@ -56,8 +56,8 @@ const std::vector<Field<Outgo>>& fields() {
   return kFields;
 }
 
-std::vector<jet::NewIndex> indexes(const Options& options) {
-  std::vector<jet::NewIndex> list = {primaryKey("og_id")};
+std::vector<jetcreate::NewIndex> indexes(const Options& options) {
+  std::vector<jetcreate::NewIndex> list = {primaryKey("og_id")};
   if (options.indexes) {
     list.push_back(indexOn("idate"));
     list.push_back(indexOn("rdate"));
@@ -67,7 +67,7 @@ std::vector<jet::NewIndex> indexes(const Options& options) {
 
 }  // namespace
 
-OutgoFile::OutgoFile(jet::FileBuilder& builder, const Options& options)
+OutgoFile::OutgoFile(jetcreate::FileBuilder& builder, const Options& options)
     : outgoes_(builder, "outgo_item", fields(), indexes(options)) {}
 
 void OutgoFile::addDay(Random& random, Texts& texts, std::int32_t day) {

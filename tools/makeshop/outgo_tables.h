@@ -33,7 +33,7 @@ struct Outgo {
 
 class OutgoFile {
  public:
-  OutgoFile(jet::FileBuilder& builder, const Options& options);
+  OutgoFile(jetcreate::FileBuilder& builder, const Options& options);
 
   void addDay(Random& random, Texts& texts, std::int32_t day);
 

@@ -19,15 +19,16 @@ namespace makeshop {
 
 template <typename Record>
 struct Field {
-  jet::NewColumn column;
+  jetcreate::NewColumn column;
   values::Variant (*value)(const Record& record);
 };
 
 template <typename Record>
 class RecordTable {
  public:
-  RecordTable(jet::FileBuilder& builder, const std::string& name,
-              const std::vector<Field<Record>>& fields, const std::vector<jet::NewIndex>& indexes)
+  RecordTable(jetcreate::FileBuilder& builder, const std::string& name,
+              const std::vector<Field<Record>>& fields,
+              const std::vector<jetcreate::NewIndex>& indexes)
       : fields_(fields), table_(builder.addTable(name, columns(fields), indexes)) {}
 
   // `lateColumns`: the columns at the end that did not exist yet when the row was written.
@@ -40,38 +41,48 @@ class RecordTable {
   }
 
  private:
-  static std::vector<jet::NewColumn> columns(const std::vector<Field<Record>>& fields) {
-    std::vector<jet::NewColumn> columns;
+  static std::vector<jetcreate::NewColumn> columns(const std::vector<Field<Record>>& fields) {
+    std::vector<jetcreate::NewColumn> columns;
     columns.reserve(fields.size());
     for (const auto& field : fields) columns.push_back(field.column);
     return columns;
   }
 
   const std::vector<Field<Record>>& fields_;  // lives as long as the program
-  jet::TableBuilder& table_;
+  jetcreate::TableBuilder& table_;
 };
 
 // Columns and indexes in short.
-inline jet::NewColumn column(const char* name, jet::ColumnType type) {
+inline jetcreate::NewColumn column(const char* name, jet::ColumnType type) {
   return {.name = name, .type = type};
 }
-inline jet::NewColumn number(const char* name) { return column(name, jet::ColumnType::kLong); }
-inline jet::NewColumn smallNumber(const char* name) {
+inline jetcreate::NewColumn number(const char* name) {
+  return column(name, jet::ColumnType::kLong);
+}
+inline jetcreate::NewColumn smallNumber(const char* name) {
   return column(name, jet::ColumnType::kInteger);
 }
-inline jet::NewColumn money(const char* name) { return column(name, jet::ColumnType::kCurrency); }
-inline jet::NewColumn yesNo(const char* name) { return column(name, jet::ColumnType::kYesNo); }
-inline jet::NewColumn date(const char* name) { return column(name, jet::ColumnType::kDateTime); }
-inline jet::NewColumn text(const char* name, std::uint16_t size) {
+inline jetcreate::NewColumn money(const char* name) {
+  return column(name, jet::ColumnType::kCurrency);
+}
+inline jetcreate::NewColumn yesNo(const char* name) {
+  return column(name, jet::ColumnType::kYesNo);
+}
+inline jetcreate::NewColumn date(const char* name) {
+  return column(name, jet::ColumnType::kDateTime);
+}
+inline jetcreate::NewColumn text(const char* name, std::uint16_t size) {
   return {.name = name, .type = jet::ColumnType::kText, .size = size, .compressed = true};
 }
-inline jet::NewColumn memo(const char* name) {
+inline jetcreate::NewColumn memo(const char* name) {
   return {.name = name, .type = jet::ColumnType::kMemo, .compressed = true};
 }
-inline jet::NewIndex primaryKey(const char* column) {
+inline jetcreate::NewIndex primaryKey(const char* column) {
   return {.name = "PrimaryKey", .columns = {column}, .primary = true};
 }
-inline jet::NewIndex indexOn(const char* column) { return {.name = column, .columns = {column}}; }
+inline jetcreate::NewIndex indexOn(const char* column) {
+  return {.name = column, .columns = {column}};
+}
 
 // Values in short: no text is Null.
 inline values::Variant orNull(const std::string& text) {

@@ -4,7 +4,7 @@ namespace makeshop {
 namespace {
 
 using jet::JoinKind;
-using jet::QueryDefinition;
+using jetcreate::QueryDefinition;
 
 // Sums by day of one table: what most of them are.
 QueryDefinition sumsByDay(const std::string& table, const std::string& value,
@@ -122,7 +122,7 @@ QueryDefinition dayTotals() {
 
 }  // namespace
 
-void addConfigQueries(jet::FileBuilder& builder) {
+void addConfigQueries(jetcreate::FileBuilder& builder) {
   builder.addQuery("qryRstCredit", credits());
   builder.addQuery("qryRstTicket", sumsByDay("ticket", "price_get", "price_gets"));
   builder.addQuery("qryODBCRstTicket", sumsByDay("odbc_ticket", "price_get", "price_gets"));
@@ -130,7 +130,7 @@ void addConfigQueries(jet::FileBuilder& builder) {
   builder.addQuery("qryCardItem", cardSlips());
 }
 
-void addDataQueries(jet::FileBuilder& builder) {
+void addDataQueries(jetcreate::FileBuilder& builder) {
   builder.addQuery("qryRstCreditTerminate", settledCredits());
   builder.addQuery("qrySoldItems", soldItems());
   builder.addQuery("qryRstSellingItemSum", itemSums());

@@ -5,7 +5,7 @@
 
 namespace makeshop {
 
-void addConfigQueries(jet::FileBuilder& builder);
-void addDataQueries(jet::FileBuilder& builder);
+void addConfigQueries(jetcreate::FileBuilder& builder);
+void addDataQueries(jetcreate::FileBuilder& builder);
 
 }  // namespace makeshop

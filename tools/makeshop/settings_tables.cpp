@@ -9,7 +9,7 @@
 namespace makeshop {
 namespace {
 
-using jet::TableBuilder;
+using jetcreate::TableBuilder;
 using values::DateTime;
 using values::Variant;
 
@@ -17,7 +17,7 @@ Variant small(int value) { return static_cast<std::int16_t>(value); }
 Variant big(std::int32_t value) { return value; }
 
 // XX has no rate.
-void addCardRates(jet::FileBuilder& builder) {
+void addCardRates(jetcreate::FileBuilder& builder) {
   TableBuilder& table = builder.addTable(
       "Credit_code", {number("cc_id"), text("Card_Kind", 10), smallNumber("Rate")},
       {primaryKey("cc_id"), {.name = "Card_Kind", .columns = {"Card_Kind"}, .unique = true}});
@@ -27,7 +27,7 @@ void addCardRates(jet::FileBuilder& builder) {
     table.add({big(++id), kind, small(rate)});
 }
 
-void addFreeGifts(jet::FileBuilder& builder) {
+void addFreeGifts(jetcreate::FileBuilder& builder) {
   TableBuilder& table = builder.addTable(
       "free_gift", {number("fg_id"), number("kind"), smallNumber("no"), yesNo("used")},
       {primaryKey("fg_id")});
@@ -36,7 +36,7 @@ void addFreeGifts(jet::FileBuilder& builder) {
 }
 
 // Staff and tables from a day on.
-void addStaff(jet::FileBuilder& builder, const Options& options) {
+void addStaff(jetcreate::FileBuilder& builder, const Options& options) {
   TableBuilder& table = builder.addTable(
       "set_basic2",
       {number("si2_id"), date("rDate"), smallNumber("num_employee"), smallNumber("num_table")},
@@ -50,7 +50,7 @@ void addStaff(jet::FileBuilder& builder, const Options& options) {
 
 }  // namespace
 
-void addSettings(jet::FileBuilder& builder, const Options& options) {
+void addSettings(jetcreate::FileBuilder& builder, const Options& options) {
   addCardRates(builder);
   addFreeGifts(builder);
   builder

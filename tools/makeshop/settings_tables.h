@@ -7,6 +7,6 @@
 
 namespace makeshop {
 
-void addSettings(jet::FileBuilder& builder, const Options& options);
+void addSettings(jetcreate::FileBuilder& builder, const Options& options);
 
 }  // namespace makeshop

@@ -49,10 +49,11 @@ int salesOf(Random& random, const Options& options) {
 
 void writeDatabases(const Options& options) {
   const auto path = [&](const char* name) { return platform::joinPath(options.folder, name); };
-  const jet::FileBuilder::Options creation{.created = {static_cast<double>(options.firstDay)}};
-  jet::FileBuilder dataBuilder(path("data.mdb"), creation);
-  jet::FileBuilder configBuilder(path("config.mdb"), creation);
-  jet::FileBuilder outgoBuilder(path("outgo.mdb"), creation);
+  const jetcreate::FileBuilder::Options creation{
+      .created = {static_cast<double>(options.firstDay)}};
+  jetcreate::FileBuilder dataBuilder(path("data.mdb"), creation);
+  jetcreate::FileBuilder configBuilder(path("config.mdb"), creation);
+  jetcreate::FileBuilder outgoBuilder(path("outgo.mdb"), creation);
 
   Random random(options.seed);
   Texts texts(random, options.plain);
@@ -74,7 +75,8 @@ void writeDatabases(const Options& options) {
   config.finishCustomers();
   addDataQueries(dataBuilder);
   addConfigQueries(configBuilder);
-  for (jet::FileBuilder* builder : {&dataBuilder, &configBuilder, &outgoBuilder}) builder->finish();
+  for (jetcreate::FileBuilder* builder : {&dataBuilder, &configBuilder, &outgoBuilder})
+    builder->finish();
 }
 
 void removeFiles(const std::string& folder) {

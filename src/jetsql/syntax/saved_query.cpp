@@ -10,36 +10,15 @@
 namespace jetsql {
 namespace {
 
-// The column Attribute of MSysQueries.
-enum Attribute : std::uint8_t {
-  kKind = 1,       // flag: the kind of query
-  kParameter = 2,  // name1; flag: its type
-  kOptions = 3,    // flag: the bits below; name1: the number of TOP
-  kOtherFile = 4,  // name1: the database of an IN clause
-  kTable = 5,      // name1, name2: alias; expression: a subquery or a part of a union
-  kColumn = 6,     // expression, name1: alias; flag in a crosstab: the roles below
-  kJoin = 7,       // name1 and name2: the tables; expression; flag: 1 inner, 2 left, 3 right
-  kWhere = 8,      // expression, as in all further ones
-  kGroupBy = 9,    // flag in a crosstab: as for columns
-  kHaving = 10,
-  kOrderBy = 11,  // name1: D for descending
-};
+using jet::QueryAttribute;
+using jet::QueryKind;
 
-enum Kind { kSelectKind = 1, kCrosstabKind = 6, kUnionKind = 9, kLastKind = 9 };
+constexpr int kLastKind = static_cast<int>(QueryKind::kUnion);
 
 constexpr std::array<std::string_view, kLastKind + 1> kKindNames{
+    // by QueryKind
     "",       "select",   "make-table",      "append",       "update",
     "delete", "crosstab", "data definition", "pass-through", "union"};
-
-enum Option {
-  kAllColumns = 1,
-  kDistinct = 2,  // of a union: without ALL
-  kDistinctRow = 8,
-  kTop = 16,
-  kPercent = 32
-};
-
-enum Role { kValue = 0, kPivot = 1, kRowHeading = 2 };
 
 std::string textOf(const values::Variant& value) {
   const auto* text = value.as<std::string>();
@@ -67,38 +46,39 @@ class Rebuilder {
 
   // Nothing where the rows make no query of that kind.
   std::string select() {
-    return parameters() + "SELECT " + options() + columns(kValue, true) + from() + clauses();
+    return parameters() + "SELECT " + options() + columns(jet::kCrosstabValue, true) + from() +
+           clauses();
   }
 
   std::string crosstab() {
-    const std::string value = columns(kValue, false);
-    const std::string pivot = columns(kPivot, false);
+    const std::string value = columns(jet::kCrosstabValue, false);
+    const std::string pivot = columns(jet::kCrosstabPivot, false);
     if (value.empty() || pivot.empty()) return {};
-    return parameters() + "TRANSFORM " + value + " SELECT " + columns(kRowHeading, true) + from() +
-           clauses() + " PIVOT " + withoutAlias(pivot);
+    return parameters() + "TRANSFORM " + value + " SELECT " + columns(jet::kCrosstabRow, true) +
+           from() + clauses() + " PIVOT " + withoutAlias(pivot);
   }
 
   std::string unionOf() {
     std::string text;
-    const bool keepsAll = (flagOf(kOptions) & kDistinct) == 0;
-    for (const jet::QueryRow* row : all(kTable)) {
+    const bool keepsAll = (flagOf(QueryAttribute::kOptions) & jet::kQueryDistinct) == 0;
+    for (const jet::QueryRow* row : all(QueryAttribute::kTable)) {
       if (!text.empty()) text += keepsAll ? " UNION ALL " : " UNION ";
       text += textOf(row->expression);
     }
     return text.empty() ? text : parameters() + text + orderBy();
   }
 
-  [[nodiscard]] const jet::QueryRow* first(Attribute attribute) const {
+  [[nodiscard]] const jet::QueryRow* first(QueryAttribute attribute) const {
     const auto found = all(attribute);
     return found.empty() ? nullptr : found.front();
   }
-  [[nodiscard]] int flagOf(Attribute attribute) const {
+  [[nodiscard]] int flagOf(QueryAttribute attribute) const {
     const auto* row = first(attribute);
     return row == nullptr ? 0 : row->flag;
   }
 
  private:
-  [[nodiscard]] std::vector<const jet::QueryRow*> all(Attribute attribute) const {
+  [[nodiscard]] std::vector<const jet::QueryRow*> all(QueryAttribute attribute) const {
     std::vector<const jet::QueryRow*> found;
     for (const jet::QueryRow& row : rows_)
       if (row.attribute == attribute) found.push_back(&row);
@@ -107,43 +87,45 @@ class Rebuilder {
 
   [[nodiscard]] std::string parameters() const {
     std::string text;
-    for (const jet::QueryRow* row : all(kParameter))
+    for (const jet::QueryRow* row : all(QueryAttribute::kParameter))
       text += (text.empty() ? "PARAMETERS " : ", ") + bracketed(textOf(row->name1)) + " Value";
     return text.empty() ? text : text + "; ";
   }
 
   [[nodiscard]] std::string options() const {
-    const int flags = flagOf(kOptions);
+    const int flags = flagOf(QueryAttribute::kOptions);
     std::string text;
-    if ((flags & kDistinct) != 0) text += "DISTINCT ";
-    if ((flags & kDistinctRow) != 0) text += "DISTINCTROW ";
-    if ((flags & kTop) != 0) text += "TOP " + textOf(first(kOptions)->name1) + " ";
-    if ((flags & kTop) != 0 && (flags & kPercent) != 0) text += "PERCENT ";
+    if ((flags & jet::kQueryDistinct) != 0) text += "DISTINCT ";
+    if ((flags & jet::kQueryDistinctRow) != 0) text += "DISTINCTROW ";
+    if ((flags & jet::kQueryTop) != 0)
+      text += "TOP " + textOf(first(QueryAttribute::kOptions)->name1) + " ";
+    if ((flags & jet::kQueryTop) != 0 && (flags & jet::kQueryTopPercent) != 0) text += "PERCENT ";
     return text;
   }
 
-  [[nodiscard]] std::string columns(Role role, bool list) const {
+  [[nodiscard]] std::string columns(std::int16_t role, bool list) const {
     std::string text;
-    for (const jet::QueryRow* row : all(kColumn)) {
+    for (const jet::QueryRow* row : all(QueryAttribute::kColumn)) {
       if (row->flag != role) continue;
       if (!list && !text.empty()) break;
       const std::string alias = textOf(row->name1);
       text += (text.empty() ? "" : ", ") + textOf(row->expression) +
               (alias.empty() ? "" : " AS " + bracketed(alias));
     }
-    if (list && (flagOf(kOptions) & kAllColumns) != 0) text += text.empty() ? "*" : ", *";
+    if (list && (flagOf(QueryAttribute::kOptions) & jet::kQueryAllColumns) != 0)
+      text += text.empty() ? "*" : ", *";
     return text;
   }
 
   [[nodiscard]] std::string withoutAlias(const std::string& column) const {
-    for (const jet::QueryRow* row : all(kColumn))
-      if (row->flag == kPivot) return textOf(row->expression);
+    for (const jet::QueryRow* row : all(QueryAttribute::kColumn))
+      if (row->flag == jet::kCrosstabPivot) return textOf(row->expression);
     return column;
   }
 
   std::string from() {
     std::vector<Part> parts;
-    for (const jet::QueryRow* row : all(kTable)) {
+    for (const jet::QueryRow* row : all(QueryAttribute::kTable)) {
       const std::string name = textOf(row->name1);
       const std::string alias = textOf(row->name2);
       const std::string subquery = textOf(row->expression);
@@ -151,7 +133,7 @@ class Rebuilder {
                            (alias.empty() ? "" : " AS " + bracketed(alias)),
                        {alias.empty() ? name : alias}});
     }
-    for (const jet::QueryRow* row : all(kJoin)) addJoin(parts, *row);
+    for (const jet::QueryRow* row : all(QueryAttribute::kJoin)) addJoin(parts, *row);
     std::string text;
     for (const Part& part : parts) text += (text.empty() ? " FROM " : ", ") + part.text;
     return text;
@@ -172,9 +154,10 @@ class Rebuilder {
       left->text += " AND " + condition;
       return;
     }
-    const std::string_view how = row.flag == 2   ? " LEFT JOIN "
-                                 : row.flag == 3 ? " RIGHT JOIN "
-                                                 : " INNER JOIN ";
+    const auto kind = static_cast<jet::JoinKind>(row.flag);
+    const std::string_view how = kind == jet::JoinKind::kLeft    ? " LEFT JOIN "
+                                 : kind == jet::JoinKind::kRight ? " RIGHT JOIN "
+                                                                 : " INNER JOIN ";
     Part both{left->enclosed() + std::string(how) + right->enclosed() + " ON " + condition,
               left->names, false};
     both.names.insert(both.names.end(), right->names.begin(), right->names.end());
@@ -185,21 +168,23 @@ class Rebuilder {
 
   [[nodiscard]] std::string clauses() const {
     std::string text;
-    if (const auto* row = first(kWhere)) text += " WHERE " + textOf(row->expression);
-    const bool isCrosstab = flagOf(kKind) == kCrosstabKind;
+    if (const auto* row = first(QueryAttribute::kWhere))
+      text += " WHERE " + textOf(row->expression);
+    const bool isCrosstab = flagOf(QueryAttribute::kKind) == static_cast<int>(QueryKind::kCrosstab);
     std::string groups;
-    for (const jet::QueryRow* row : all(kGroupBy)) {
-      if (isCrosstab && row->flag != kRowHeading) continue;
+    for (const jet::QueryRow* row : all(QueryAttribute::kGroupBy)) {
+      if (isCrosstab && row->flag != jet::kCrosstabRow) continue;
       groups += (groups.empty() ? " GROUP BY " : ", ") + textOf(row->expression);
     }
     text += groups;
-    if (const auto* row = first(kHaving)) text += " HAVING " + textOf(row->expression);
+    if (const auto* row = first(QueryAttribute::kHaving))
+      text += " HAVING " + textOf(row->expression);
     return text + orderBy();
   }
 
   [[nodiscard]] std::string orderBy() const {
     std::string text;
-    for (const jet::QueryRow* row : all(kOrderBy))
+    for (const jet::QueryRow* row : all(QueryAttribute::kOrderBy))
       text += (text.empty() ? " ORDER BY " : ", ") + textOf(row->expression) +
               (equalText(textOf(row->name1), "D") ? " DESC" : "");
     return text;
@@ -215,19 +200,22 @@ SavedQuery rebuildQuery(const std::string& name, std::span<const jet::QueryRow> 
   const auto refused = [&name](int number, const std::string& what) {
     return SavedQuery{name, {}, number, "The query '" + name + "' " + what};
   };
-  const int kind = rebuilder.first(kKind) == nullptr ? kSelectKind : rebuilder.flagOf(kKind);
-  if (kind < kSelectKind || kind > kLastKind)
-    return refused(error::kNoStatement, "is of an unknown kind, " + std::to_string(kind) + ".");
-  if (kind != kSelectKind && kind != kCrosstabKind && kind != kUnionKind)
+  const int number = rebuilder.first(QueryAttribute::kKind) == nullptr
+                         ? static_cast<int>(QueryKind::kSelect)
+                         : rebuilder.flagOf(QueryAttribute::kKind);
+  if (number < static_cast<int>(QueryKind::kSelect) || number > kLastKind)
+    return refused(error::kNoStatement, "is of an unknown kind, " + std::to_string(number) + ".");
+  const auto kind = static_cast<QueryKind>(number);
+  if (kind != QueryKind::kSelect && kind != QueryKind::kCrosstab && kind != QueryKind::kUnion)
     return refused(error::kInvalidOperation,
                    "gives no rows that can be read: it is of the kind '" +
-                       std::string(kKindNames[static_cast<std::size_t>(kind)]) + "'.");
-  if (rebuilder.first(kOtherFile) != nullptr)
+                       std::string(kKindNames[static_cast<std::size_t>(number)]) + "'.");
+  if (rebuilder.first(QueryAttribute::kOtherDatabase) != nullptr)
     return refused(error::kInvalidOperation, "reads another database by an IN clause.");
   std::string text;
-  if (kind == kSelectKind) text = rebuilder.select();
-  if (kind == kCrosstabKind) text = rebuilder.crosstab();
-  if (kind == kUnionKind) text = rebuilder.unionOf();
+  if (kind == QueryKind::kSelect) text = rebuilder.select();
+  if (kind == QueryKind::kCrosstab) text = rebuilder.crosstab();
+  if (kind == QueryKind::kUnion) text = rebuilder.unionOf();
   if (rows.empty() || text.empty()) return refused(error::kNoStatement, "has no readable content.");
   return {name, text, 0, {}};
 }
