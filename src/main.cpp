@@ -2,8 +2,8 @@
 //
 //   quenbrook T2013/08/01-2013/08/21
 //
-// Qt comes to life on the way to the windows only: an unattended start needs no display.
-// Exit status: 0 every step passed, 1 the job's trap was entered, 2 start-up ended the program.
+// Qt is initialised for an interactive start only: an unattended one needs no display.
+// Exit status: 0 every step passed, 1 a step of the job failed, 2 start-up ended the program.
 
 #include <exception>
 #include <memory>
@@ -27,7 +27,7 @@
 namespace {
 
 constexpr int kAllPassed = 0;
-constexpr int kTrapEntered = 1;
+constexpr int kStepFailed = 1;
 constexpr int kStartUpEnded = 2;
 
 int runUnattended(Program& program, const settings::StartValues& start) {
@@ -35,7 +35,7 @@ int runUnattended(Program& program, const settings::StartValues& start) {
   ui::HeadlessUploadView view;
   FrmQuenbrook form(start, program.clock, program.messages, job.driver(), view);
   form.Form_Load();
-  return form.jobFailed() ? kTrapEntered : kAllPassed;
+  return form.jobFailed() ? kStepFailed : kAllPassed;
 }
 
 int runWindows(Program& program, const settings::StartValues& start,
@@ -47,17 +47,17 @@ int runWindows(Program& program, const settings::StartValues& start,
                                         central, program.instance});
   if (!windows.open()) return kStartUpEnded;
   application.run();
-  return windows.upload().jobFailed() ? kTrapEntered : kAllPassed;
+  return windows.upload().jobFailed() ? kStepFailed : kAllPassed;
 }
 
-// What the platform shows when an error reaches no trap.
+// The report of an error that no routine catches.
 void showRuntimeError(platform::MessageDisplay& messages, int number, const std::string& text) {
   messages.show({"런타임 오류 '" + std::to_string(number) + "':\r\n\r\n" + text,
                  platform::Icon::kCritical,
                  {}});
 }
 
-// `application` is there on the way to the windows, and missing on the way to the unattended job.
+// `application` is null in an unattended start.
 int run(const std::string& commandLine, platform::MessageDisplay& messages,
         ui::qt::Application* application) {
   Program program(messages, platform::programFolder());

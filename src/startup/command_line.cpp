@@ -10,7 +10,7 @@ constexpr std::size_t kOneDay = 11;  // characters: run mode, date
 constexpr std::size_t kRange = 22;   // run mode, date, any character, date
 constexpr std::size_t kDate = 10;
 
-// Where each character begins, and the end of the text behind them.
+// The byte offset of each character, and the length of the text as the last element.
 std::vector<std::size_t> characterStarts(std::string_view text) {
   std::vector<std::size_t> starts;
   for (std::size_t at = 0; at < text.size(); ++at) {

@@ -14,7 +14,7 @@ struct CommandLine {
   std::string toDate;
 };
 
-// `text` is UTF-8 and taken without trimming; its length counts characters, not bytes.
+// `text` is UTF-8 and is not trimmed; its length is counted in characters, not bytes.
 [[nodiscard]] CommandLine splitCommandLine(std::string_view text);
 
 }  // namespace StartMod

@@ -13,12 +13,12 @@ namespace {
 constexpr const char* kManager = "경영자";
 constexpr const char* kPaths = "경로";
 
-// A repeat of a line end takes the first letter of the pair only.
+// Four line ends were meant; only the first character of each CR LF pair is repeated.
 constexpr const char* kFourReturns = "\r\r\r\r";
 constexpr const char* kProgramEnds = "프로그램을 종료합니다.";
 
-// The style argument of a message box is a number; a text is converted. The error of a text that is
-// none does not quote it.
+// The style argument of a message box is a number, so a text is converted. The error of a text that
+// is not a number does not quote the text.
 platform::Icon boxStyle(const std::string& style) {
   constexpr double kCriticalStyle = 16;
   double number = 0;
@@ -28,17 +28,17 @@ platform::Icon boxStyle(const std::string& style) {
   return number == kCriticalStyle ? platform::Icon::kCritical : platform::Icon::kNone;
 }
 
-// Prompt and style of this box stand in each other's place, and shops know the run-time error that
-// comes of it; so the text is never seen.
-void reportMissingConfig(const Surroundings& around) {
-  around.log.MsgDebug("E)config.ini가 없어 종료함.", "");
+// Prompt and style are deliberately swapped here: the conversion fails with error 13, which is what
+// shops know of a missing config.ini. The text itself is never shown.
+void reportMissingConfig(const Dependencies& parts) {
+  parts.log.MsgDebug("E)config.ini가 없어 종료함.", "");
   const auto text = std::string("지정된 위치에 환경파일이 없습니다 ") + kFourReturns + kProgramEnds;
-  around.messages.show({"환경파일 오류", boxStyle(text), {}});
+  parts.messages.show({"환경파일 오류", boxStyle(text), {}});
 }
 
-void reportMissingDatabase(const Surroundings& around, const std::string& folders) {
-  around.log.MsgDebug("E)지정된 위치(" + folders + ")에 데이터베이스가 없어 종료", "_Trans");
-  around.messages.show(
+void reportMissingDatabase(const Dependencies& parts, const std::string& folders) {
+  parts.log.MsgDebug("E)지정된 위치(" + folders + ")에 데이터베이스가 없어 종료", "_Trans");
+  parts.messages.show(
       {"지정된 위치(" + folders + ")에 데이터베이스가 없습니다." + kFourReturns + kProgramEnds,
        platform::Icon::kCritical, "데이터베이스 오류"});
 }
@@ -49,7 +49,7 @@ std::string folderOf(const settings::StartValues& values, const char* key) {
   return folder.empty() ? own : folder;
 }
 
-void takeCommandLine(std::string_view text, settings::StartValues& values) {
+void applyCommandLine(std::string_view text, settings::StartValues& values) {
   const auto parts = splitCommandLine(text);
   values.commandLine = text;
   values.runMode = parts.runMode;
@@ -57,7 +57,7 @@ void takeCommandLine(std::string_view text, settings::StartValues& values) {
   values.toDate = parts.toDate;
 }
 
-void takeManager(const settings::Settings& settings, settings::StartValues& values) {
+void readManagerSection(const settings::Settings& settings, settings::StartValues& values) {
   values.serverDatabaseName = settings.read(kManager, "SvrDbName", "");
   values.shop.group = settings.read(kManager, "Group", "");
   values.shop.tradeName = settings.read(kManager, "상호", "");
@@ -66,23 +66,23 @@ void takeManager(const settings::Settings& settings, settings::StartValues& valu
 
 }  // namespace
 
-Start Main(std::string_view commandLine, const Surroundings& around) {
+Start Main(std::string_view commandLine, const Dependencies& parts) {
   Start start;
   auto& values = start.values;
-  values.programFolder = around.programFolder;
-  takeCommandLine(commandLine, values);
+  values.programFolder = parts.programFolder;
+  applyCommandLine(commandLine, values);
   values.configPath = platform::joinPath(values.programFolder, "config.ini");
   if (!platform::fileExists(values.configPath)) {
-    reportMissingConfig(around);
+    reportMissingConfig(parts);
     return start;
   }
-  around.settings.setFile(values.configPath);
-  takeManager(around.settings, values);
+  parts.settings.setFile(values.configPath);
+  readManagerSection(parts.settings, values);
   const auto folder = folderOf(values, "DB");
   const auto second = folderOf(values, "PrnDB");
   const auto data = platform::joinPath(folder, "data.mdb");
   if (!platform::fileExists(data)) {
-    reportMissingDatabase(around, folder + "," + second);
+    reportMissingDatabase(parts, folder + "," + second);
     return start;
   }
   values.dataPath = data;

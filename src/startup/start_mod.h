@@ -1,12 +1,12 @@
-// StartMod: what runs before any window exists. It reads the command line and config.ini, works out
-// where the shop's databases lie, makes sure that the sales database is there, and says which
-// window comes next.
+// StartMod: start-up, before any window exists. Main reads the command line and config.ini, finds
+// the folder of the shop's databases, checks that the sales database exists, and tells which window
+// to open.
 //
 //   const auto start = StartMod::Main(commandLine, {folder, settings, log, messages});
 //   if (start.next == StartMod::Next::kUploadWindow) ...
 //
-// Two ends come before any window: without data.mdb a message is shown and Next is kEnd; without
-// config.ini error 13 is thrown, which ends the program with the platform's run-time error box.
+// Without data.mdb a message is shown and Next is kEnd. Errors: 13 when config.ini is missing; the
+// caller shows it as the platform's run-time error and ends the program.
 #pragma once
 
 #include <string>
@@ -26,14 +26,14 @@ struct Start {
   Next next = Next::kEnd;
 };
 
-// Handed in by the program.
-struct Surroundings {
+// Handed in by the program; used during Main only.
+struct Dependencies {
   std::string programFolder;
-  settings::Settings& settings;  // stays pointed at config.ini
+  settings::Settings& settings;  // its file is config.ini afterwards
   lib_Message2::MessageLog& log;
   platform::MessageDisplay& messages;
 };
 
-[[nodiscard]] Start Main(std::string_view commandLine, const Surroundings& around);
+[[nodiscard]] Start Main(std::string_view commandLine, const Dependencies& parts);
 
 }  // namespace StartMod

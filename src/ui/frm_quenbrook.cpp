@@ -7,10 +7,10 @@
 namespace {
 
 constexpr std::chrono::milliseconds kTick{1000};
-constexpr int kAllCustomers = 3;  // the box that "tick all" leaves out: no job reads it
+constexpr int kAllCustomers = 3;  // not ticked by "tick all": no job step reads it
 
 constexpr const char* kNoDayPicked = "일자를 선택하시지 않았습니다. 일자를 선택하시기 바랍니다...";
-constexpr const char* kFromBehindTo =
+constexpr const char* kFromAfterTo =
     "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..";
 
 values::DateTime toDay(const std::string& text) { return values::toDate(values::Variant(text)); }
@@ -27,13 +27,13 @@ void FrmQuenbrook::Form_Load() {
   view_.startTimer(kTick);
   Timer1_Timer();
   if (start_.runMode == "T") {
-    takeFrom(start_.fromDate);
-    takeTo(start_.toDate);
+    setFromDate(start_.fromDate);
+    setToDate(start_.toDate);
     SSCommand1_Click();
     cmdStart_Click();
   } else {
-    takeFrom(today());
-    takeTo(today());
+    setFromDate(today());
+    setToDate(today());
   }
   setCaption("");
   view_.setCalendarDay(toDay(today()));
@@ -61,20 +61,20 @@ void FrmQuenbrook::MonthView1_DateClick(values::DateTime day) {
 }
 
 void FrmQuenbrook::sspFromB_Click() {
-  if (dayPicked()) takeFrom(pickedDate_);
+  if (requirePickedDate()) setFromDate(pickedDate_);
 }
 
 void FrmQuenbrook::sspToB_Click() {
-  if (!dayPicked()) return;
-  takeTo(pickedDate_);
+  if (!requirePickedDate()) return;
+  setToDate(pickedDate_);
   view_.setCalendarVisible(false);
   if (fromDate_.serial > toDate_.serial) {
-    messages_.show({kFromBehindTo, platform::Icon::kNone, {}});
+    messages_.show({kFromAfterTo, platform::Icon::kNone, {}});
   }
 }
 
 void FrmQuenbrook::sspCurrent_Click() {
-  takeTo(today());
+  setToDate(today());
   view_.setCalendarVisible(false);
 }
 
@@ -112,12 +112,12 @@ std::string FrmQuenbrook::today() const {
   return platform::formatTime(clock_.now(), platform::kDayFormat);
 }
 
-void FrmQuenbrook::takeFrom(const std::string& text) {
+void FrmQuenbrook::setFromDate(const std::string& text) {
   view_.setFrom(text);
   fromDate_ = toDay(text);
 }
 
-void FrmQuenbrook::takeTo(const std::string& text) {
+void FrmQuenbrook::setToDate(const std::string& text) {
   view_.setTo(text);
   toDate_ = toDay(text);
 }
@@ -127,7 +127,7 @@ void FrmQuenbrook::tick(int index, bool ticked) {
   view_.setTick(index, ticked);
 }
 
-bool FrmQuenbrook::dayPicked() {
+bool FrmQuenbrook::requirePickedDate() {
   if (!pickedDate_.empty()) return true;
   messages_.show({kNoDayPicked, platform::Icon::kNone, {}});
   return false;

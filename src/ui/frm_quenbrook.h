@@ -1,12 +1,13 @@
-// FrmQuenbrook: the upload window's state and event handlers, free of any toolkit.
+// FrmQuenbrook: the upload window's state and event handlers, independent of any toolkit.
 //
 //   FrmQuenbrook form(start, clock, messages, driver, view);
-//   form.Form_Load();              // run mode T: the whole job, before it returns
+//   form.Form_Load();              // in run mode T the whole job runs before it returns
 //   return form.jobFailed() ? 1 : 0;
 //
-// Keeps references; the view calls the handlers and is told what to show. Two handlers may be
-// entered while a job yields: the job is never started a second time, and cmdEnd does nothing.
-// Errors: Form_Load throws 13 when the command line's dates are no dates; the other handlers and
+// Keeps references. The view calls the handlers, and the handlers tell the view what to show. While
+// a job runs it yields to the message loop, so handlers are entered again: cmdStart and cmdEnd then
+// do nothing.
+// Errors: Form_Load throws 13 when a date of the command line is not a date; the other handlers and
 // the job itself throw nothing.
 #pragma once
 
@@ -44,7 +45,7 @@ class FrmQuenbrook : private job::Window {
 
   [[nodiscard]] bool loaded() const { return loaded_; }
   [[nodiscard]] bool jobRunning() const { return jobRunning_; }
-  // Whether the latest job's trap was entered.
+  // Whether a step of the last job failed.
   [[nodiscard]] bool jobFailed() const { return jobFailed_; }
 
  private:
@@ -54,10 +55,11 @@ class FrmQuenbrook : private job::Window {
   void setHourglass(bool on) override { view_.setHourglass(on); }
 
   [[nodiscard]] std::string today() const;
-  void takeFrom(const std::string& text);
-  void takeTo(const std::string& text);
+  void setFromDate(const std::string& text);
+  void setToDate(const std::string& text);
   void tick(int index, bool ticked);
-  [[nodiscard]] bool dayPicked();
+  // False, after a message, when no date was picked yet.
+  [[nodiscard]] bool requirePickedDate();
 
   const settings::StartValues& start_;
   const platform::Clock& clock_;

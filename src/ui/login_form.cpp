@@ -9,14 +9,14 @@ namespace {
 
 using ui::LoginField;
 
-// Both ends' blanks, and nothing else that might look empty.
+// Without leading and trailing blanks (U+0020 only).
 std::string trimmed(const std::string& text) {
   const auto first = text.find_first_not_of(' ');
   if (first == std::string::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-// The typed texts are pasted as they stand: an apostrophe makes the server refuse the query.
+// The typed texts are not escaped: with an apostrophe the server refuses the query.
 std::string operatorQuery(const std::string& tradeName, const std::string& loginId) {
   return "Select * From EmployeeTB  Where EMP_EP_DELEGATE = '" + tradeName + "'   And EMP_ID = '" +
          loginId + "'";
@@ -82,7 +82,7 @@ void 로그인::refuse(const char* message, LoginField next) {
   view_.setHourglass(false);
 }
 
-// Every stop behind the wait pointer leaves it as it is, but for the two that set it back.
+// Refusals after the wait pointer is set leave it set, except the two that go through refuse.
 void 로그인::logIn() {
   central_.buildConnectionString();
   const std::string tradeName = view_.text(LoginField::kTxtSangho);
@@ -104,7 +104,7 @@ void 로그인::logIn() {
     view_.setFocus(LoginField::kTxtPW);
     return;
   }
-  letIn();
+  openMainWindow();
 }
 
 bool 로그인::passwordMatches(const server::RecordSet& rows) const {
@@ -113,7 +113,7 @@ bool 로그인::passwordMatches(const server::RecordSet& rows) const {
   return wanted == trimmed(view_.text(LoginField::kTxtPW));
 }
 
-void 로그인::letIn() {
+void 로그인::openMainWindow() {
   view_.hide();
   view_.yield();
   view_.close();

@@ -1,13 +1,13 @@
-// 로그인: the login window's event handlers, free of any toolkit. It lets an operator in whom the
-// central database knows by trade name, login id and password.
+// 로그인: the login window's event handlers, independent of any toolkit. It opens the main window
+// for an operator whose trade name, login id and password are in the central database.
 //
 //   로그인 login(central, instance, messages, view, [&] { main.show(); });
 //   if (!login.Form_Load()) return 2;   // another instance runs
 //
-// Keeps references; the view calls the handlers and is told what to show.
-// Errors: the logins have no trap of their own. What the database layer raises (an unreachable
-// server, a query that the server refuses) passes through cmdLogin_Click, Image1_Click and
-// txtPW_Enter and ends the program.
+// Keeps references. The view calls the handlers, and the handlers tell the view what to show.
+// Errors: the login has no trap of its own. Errors of the database layer (an unreachable server, a
+// query that the server refuses) pass through cmdLogin_Click, Image1_Click and txtPW_Enter and end
+// the program.
 #pragma once
 
 #include <functional>
@@ -44,7 +44,7 @@ class 로그인 {
   void refuse(const char* message, ui::LoginField next);
   void logIn();
   [[nodiscard]] bool passwordMatches(const server::RecordSet& rows) const;
-  void letIn();
+  void openMainWindow();
 
   server::CentralDatabase& central_;
   const platform::InstanceLock& instance_;

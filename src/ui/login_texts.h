@@ -1,4 +1,4 @@
-// The login window's fixed texts. Trailing blanks belong to them.
+// The login window's fixed texts. Trailing blanks are part of them.
 #pragma once
 
 namespace ui::text {
@@ -7,7 +7,7 @@ constexpr const char* kLogin = "로그인";             // cmdLogin
 constexpr const char* kCancel = "취소";              // cmdCancel
 constexpr const char* kChangePassword = "암호변경";  // cmdChange
 
-// Captions that the shops' window leaves to its pictures.
+// Labels of the fields.
 constexpr const char* kTradeName = "상호(&S)";
 constexpr const char* kLoginId = "로그인 ID(&I)";
 constexpr const char* kPassword = "암호(&P)";

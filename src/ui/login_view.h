@@ -1,7 +1,7 @@
-// What a window must be able to do to be the login window's face. It shows what it is told and
-// reports what was typed and clicked to 로그인; it knows no rule.
+// The login window as 로그인 sees it. A view shows what it is told and reports what was typed and
+// clicked; it contains no rules.
 //
-// Calls come on the window thread only. None throws.
+// Called on the window thread only. Nothing throws.
 #pragma once
 
 #include <string>
@@ -10,10 +10,10 @@ namespace ui {
 
 enum class LoginField { kTxtSangho, kTxtLogin, kTxtPW };
 
-// A picture button stands on a panel, whose colour shows that it is pressed.
+// Each picture button lies on a panel, whose colour shows that the button is pressed.
 enum class LoginPicture { kImage1, kImage3 };
 enum class PanelColour {
-  kHighlightedText,  // the system's own, number 14
+  kHighlightedText,  // the platform's system colour 14
   kReleased,         // red 250, green 129, blue 107
 };
 
@@ -28,8 +28,8 @@ class LoginView {
   virtual void setHourglass(bool on) = 0;  // the screen's mouse pointer
   virtual void centre() = 0;
   virtual void hide() = 0;
-  virtual void yield() = 0;  // handles what waits in the message loop, then returns
-  virtual void close() = 0;  // unloads the window, which reports Form_Unload
+  virtual void yield() = 0;  // processes pending window events
+  virtual void close() = 0;  // unloads the window, which calls Form_Unload
 };
 
 }  // namespace ui

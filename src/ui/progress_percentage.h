@@ -1,4 +1,4 @@
-// How far a progress text says that the work has come.
+// The percentage inside a progress text.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 
 namespace ui {
 
-// 22.7 for "Selling ... 2013-08-02 ... 1,204/5,310 (22.7%)"; nothing for a text without "(…%)".
+// 22.7 for "Selling ... 2013-08-02 ... 1,204/5,310 (22.7%)"; nullopt for a text without "(…%)".
 [[nodiscard]] std::optional<double> progressPercentage(std::string_view caption);
 
 }  // namespace ui

@@ -1,4 +1,4 @@
-// The upload window's fixed texts. Leading blanks belong to them.
+// The upload window's fixed texts. Leading blanks are part of them.
 #pragma once
 
 #include <array>
@@ -15,12 +15,12 @@ constexpr const char* kCalendarHint = "클릭을 하시면 달력이 나타납�
 constexpr const char* kUntickAll = "전체해제";                             // SSCommand3
 constexpr const char* kStart = "업로드 Start";                             // cmdStart
 
-// Captions that the shops' window leaves to its pictures; only these may carry a shortcut.
+// Captions of our own choice; only these may have a shortcut.
 constexpr const char* kTickAll = "전체선택(&A)";   // SSCommand1
 constexpr const char* kCalendar = "달력(&C)";      // cmdCalendar
-constexpr const char* kTakeFrom = "시작일자(&F)";  // sspFromB
-constexpr const char* kTakeTo = "종료일자(&T)";    // sspToB
-constexpr const char* kTakeToday = "오늘(&N)";     // sspCurrent
+constexpr const char* kSetFrom = "시작일자(&F)";   // sspFromB
+constexpr const char* kSetTo = "종료일자(&T)";     // sspToB
+constexpr const char* kSetToday = "오늘(&N)";      // sspCurrent
 constexpr const char* kHideCalendar = "닫기(&H)";  // SSPanel9
 constexpr const char* kEnd = "종료(&X)";           // cmdEnd
 

@@ -1,7 +1,7 @@
-// What a window must be able to do to be the upload window's face. It shows what it is told and
-// reports what was clicked to FrmQuenbrook; it knows no rule.
+// The upload window as FrmQuenbrook sees it. A view shows what it is told and reports what was
+// clicked; it contains no rules.
 //
-// Calls come on the window thread only. None throws.
+// Called on the window thread only. Nothing throws.
 #pragma once
 
 #include <chrono>
@@ -33,12 +33,12 @@ class UploadView {
   virtual void setJobRunning(bool running) = 0;
 
   virtual void centre() = 0;
-  virtual void yield() = 0;  // handles what waits in the message loop, then returns
-  virtual void close() = 0;  // unloads the window, which reports Form_Unload
+  virtual void yield() = 0;  // processes pending window events
+  virtual void close() = 0;  // unloads the window, which calls Form_Unload
 };
 
-// The face of an unattended run: there is none. Captions of the progress panel go to standard
-// output, a line each.
+// The view of an unattended run: captions of the progress panel are printed to standard output, one
+// line each; everything else is ignored.
 class HeadlessUploadView : public UploadView {
  public:
   void startTimer(std::chrono::milliseconds) override {}

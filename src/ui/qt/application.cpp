@@ -11,8 +11,8 @@ namespace {
 
 constexpr int kStartUpEnded = 2;
 
-// Qt's own way out of a missing display is an abort.
-void endOnFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+// Without a display Qt reports a fatal message and would abort.
+void handleQtMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
   if (type == QtDebugMsg || type == QtInfoMsg) return;
   std::fprintf(stderr, "quenbrook: %s\n", text.toUtf8().constData());
   if (type == QtFatalMsg) std::_Exit(kStartUpEnded);
@@ -22,7 +22,7 @@ void endOnFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QSt
 
 Application::Application(std::string programName)
     : programName_(std::move(programName)), arguments_{programName_.data(), nullptr} {
-  qInstallMessageHandler(endOnFatal);
+  qInstallMessageHandler(handleQtMessage);
   QLocale::setDefault(QLocale(QLocale::Korean, QLocale::SouthKorea));
   application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
   QGuiApplication::setQuitOnLastWindowClosed(false);

@@ -1,9 +1,11 @@
-// The Qt application of an interactive start; nothing else makes one, so an unattended start loads
-// no plugin and needs no display.
+// The Qt application of an interactive start. An unattended start creates none, so it loads no
+// plugin and needs no display.
 //
 //   ui::qt::Application application("quenbrook");
-//   connect(button, &QPushButton::clicked, this, application.guarded([&] { form.cmdStart_Click();
-//   })); window.show(); application.run();   // until quit; throws what a handler threw
+//   const auto click = application.guarded([&] { form.cmdStart_Click(); });
+//   connect(button, &QPushButton::clicked, this, click);
+//   window.show();
+//   application.run();   // until quit; rethrows what a handler threw
 //
 // Without a display it says so on standard error and ends the program with status 2.
 #pragma once
@@ -24,11 +26,12 @@ class Application {
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
 
-  // The handler, with what it throws kept from Qt's event loop: it ends run instead.
+  // Wraps an event handler: an exception must not pass through Qt's event loop, so it is kept, the
+  // loop ends, and run rethrows it.
   [[nodiscard]] std::function<void()> guarded(std::function<void()> handler);
 
-  // The program ends when no window is loaded: asked some moments after each closing, since one
-  // window may have opened another meanwhile.
+  // The program ends when no window is loaded. Evaluated from the event loop after each closing,
+  // because the handler that closed one window may open another.
   void setAnyLoaded(std::function<bool()> anyLoaded) { anyLoaded_ = std::move(anyLoaded); }
   void windowClosed();
 

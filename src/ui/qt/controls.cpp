@@ -9,7 +9,7 @@ Button::Button(QWidget* parent, const char* name, const char* caption)
   setObjectName(name);
 }
 
-// Room beside the caption, and a height that a finger hits.
+// Larger than the style's hint: a comfortable touch target.
 QSize Button::sizeHint() const {
   const int letter = fontMetrics().height();
   return QPushButton::sizeHint() + QSize(letter, letter / 3);

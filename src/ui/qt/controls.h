@@ -1,8 +1,8 @@
-// The controls that the windows are made of, under their names.
+// The controls of both windows. `name` is the object name.
 //
 //   auto* start = makeButton(this, "cmdStart", ui::text::kStart);
 //
-// Each belongs to its parent.
+// The parent owns each.
 #pragma once
 
 #include <QFrame>
@@ -12,7 +12,7 @@
 
 namespace ui::qt {
 
-// A button that Enter presses as well as the blank, wherever it stands.
+// A push button that Enter presses as well as the space bar.
 class Button : public QPushButton {
  public:
   Button(QWidget* parent, const char* name, const char* caption);
@@ -25,10 +25,10 @@ class Button : public QPushButton {
 
 [[nodiscard]] QLabel* makeLabel(QWidget* parent, const char* name, const char* caption);
 
-// A label with a sunken edge: what is shown and cannot be typed over.
+// A label with a sunken frame: a value that cannot be edited.
 [[nodiscard]] QLabel* makePanel(QWidget* parent, const char* name, const char* caption);
 
-// A heading across the window, light on dark.
+// A heading over the width of the window, light on dark.
 [[nodiscard]] QLabel* makeHeading(QWidget* parent, const char* name, const char* caption);
 
 void enlarge(QWidget* widget, double factor);

@@ -14,7 +14,7 @@ namespace {
 
 const QColor kReleasedColour(250, 129, 107);
 
-// The pictures of the shops' window, drawn: a white sign on nothing.
+// The picture of a button: a white sign on a transparent ground.
 QIcon drawSign(QChar sign, int size) {
   QPixmap picture(size, size);
   picture.fill(Qt::transparent);

@@ -1,4 +1,4 @@
-// The login window's face: fields, buttons and pictures, bound to 로그인's handlers.
+// The login window's view in Qt: fields, buttons and pictures, connected to 로그인's handlers.
 //
 //   LoginWindow view(application);
 //   로그인 login(central, instance, messages, view, showMain);
@@ -22,7 +22,7 @@ class LoginWindow final : public Window, public LoginView {
  public:
   explicit LoginWindow(Application& application);
 
-  // The form outlives the window's use.
+  // The form must outlive the window.
   void bind(로그인& form);
 
   [[nodiscard]] std::string text(LoginField field) const override;
@@ -40,7 +40,7 @@ class LoginWindow final : public Window, public LoginView {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  // A picture button and the panel it stands on.
+  // A picture button and the panel under it.
   struct Picture {
     QFrame* panel = nullptr;
     QToolButton* image = nullptr;

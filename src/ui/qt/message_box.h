@@ -1,4 +1,4 @@
-// Message boxes on the screen.
+// Message boxes of the windows.
 //
 //   ui::qt::MessageBox messages;
 //   messages.show({"상호명을 입력하십시요,,", platform::Icon::kNone, ""});

@@ -37,9 +37,9 @@ UploadWindow::UploadWindow(Application& application)
       cmdCalendar_(new Button(this, "cmdCalendar", text::kCalendar)),
       fCalendar_(new QFrame(this)),
       monthView1_(new QCalendarWidget(fCalendar_)),
-      sspFromB_(new Button(fCalendar_, "sspFromB", text::kTakeFrom)),
-      sspToB_(new Button(fCalendar_, "sspToB", text::kTakeTo)),
-      sspCurrent_(new Button(fCalendar_, "sspCurrent", text::kTakeToday)),
+      sspFromB_(new Button(fCalendar_, "sspFromB", text::kSetFrom)),
+      sspToB_(new Button(fCalendar_, "sspToB", text::kSetTo)),
+      sspCurrent_(new Button(fCalendar_, "sspCurrent", text::kSetToday)),
       sspPanel9_(new Button(fCalendar_, "SSPanel9", text::kHideCalendar)),
       boxes_(new QGroupBox(this)),
       ssCommand1_(new Button(boxes_, "SSCommand1", text::kTickAll)),
@@ -136,7 +136,7 @@ void UploadWindow::layOut() {
   auto* middle = new QHBoxLayout;
   middle->addWidget(boxes_, 1);
   middle->addWidget(fCalendar_);
-  // The window keeps its size when the calendar comes and goes.
+  // The window keeps its size when the calendar is shown and hidden.
   boxes_->setMinimumHeight(fCalendar_->sizeHint().height());
 
   auto* ends = new QHBoxLayout;
@@ -208,7 +208,7 @@ void UploadWindow::setFrom(const std::string& text) {
 
 void UploadWindow::setTo(const std::string& text) { sspTo_->setText(QString::fromStdString(text)); }
 
-// The keys go where the eye goes: into the calendar, and from it to the start button.
+// The keyboard focus moves into the calendar, and from it to the start button.
 void UploadWindow::setCalendarVisible(bool visible) {
   fCalendar_->setVisible(visible);
   if (visible) {
@@ -226,7 +226,7 @@ void UploadWindow::setTick(int index, bool ticked) {
   chk1_.at(static_cast<std::size_t>(index))->setChecked(ticked);
 }
 
-// Painted at once: between the steps of a job nothing yields.
+// Repainted at once, because a job does not process window events between its steps.
 void UploadWindow::setProgress(const std::string& text) {
   sspRem_->setText(QString::fromStdString(text).remove('\r'));
   const auto percentage = progressPercentage(text);

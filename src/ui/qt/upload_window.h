@@ -1,5 +1,5 @@
-// The upload window's face: dates, calendar, boxes, start and progress, bound to FrmQuenbrook's
-// handlers.
+// The upload window's view in Qt: dates, calendar, check boxes, start and progress, connected to
+// FrmQuenbrook's handlers.
 //
 //   UploadWindow view(application);
 //   FrmQuenbrook form(start, clock, messages, driver, view);
@@ -25,7 +25,7 @@ class UploadWindow final : public Window, public UploadView {
  public:
   explicit UploadWindow(Application& application);
 
-  // The form outlives the window's use.
+  // The form must outlive the window.
   void bind(FrmQuenbrook& form);
 
   void startTimer(std::chrono::milliseconds interval) override { timer1_.start(interval); }

@@ -6,7 +6,7 @@
 namespace ui::qt {
 
 Window::Window() {
-  // Read at arm's length, standing: somewhat larger than a desk's programs.
+  // Larger than the desktop's font: a till's screen is read standing, at arm's length.
   constexpr double kLarger = 1.15;
   QFont larger = font();
   larger.setPointSizeF(larger.pointSizeF() * kLarger);
@@ -15,8 +15,8 @@ Window::Window() {
 
 bool Window::event(QEvent* event) {
   if (event->type() == QEvent::WindowDeactivate) {
-    leftForBox_ = QApplication::activeModalWidget() != nullptr;
-  } else if (event->type() == QEvent::WindowActivate && !leftForBox_) {
+    deactivatedByDialog_ = QApplication::activeModalWidget() != nullptr;
+  } else if (event->type() == QEvent::WindowActivate && !deactivatedByDialog_) {
     activated();
   }
   return QWidget::event(event);

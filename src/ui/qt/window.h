@@ -1,4 +1,4 @@
-// What both windows share: how they stand on the screen, and what counts as their activation.
+// What both windows share: their place on the screen, and what counts as an activation.
 #pragma once
 
 #include <QEvent>
@@ -11,16 +11,16 @@ class Window : public QWidget {
  protected:
   Window();
 
-  // The window came to the front; the return from one of the program's own message boxes is none.
+  // The window became active. Not called on the return from the program's own message boxes.
   virtual void activated() = 0;
   bool event(QEvent* event) override;
 
   void centreOnScreen();
-  // The order in which the tab key visits them.
+  // Sets the tab order.
   static void setTabs(const std::vector<QWidget*>& widgets);
 
  private:
-  bool leftForBox_ = false;
+  bool deactivatedByDialog_ = false;
 };
 
 // The screen's mouse pointer: the hourglass, or the default.

@@ -1,8 +1,8 @@
-// The two windows of an interactive start, with their forms: the login first, and the upload window
-// once it has let the operator in.
+// The two windows of an interactive start with their forms: the login window first, and the upload
+// window after a successful login.
 //
 //   ui::qt::Windows windows(application, {start, clock, messages, driver, central, instance});
-//   if (!windows.open()) return 2;   // another instance runs, and the operator knows
+//   if (!windows.open()) return 2;   // another instance runs; a message was shown
 //   application.run();
 //   return windows.upload().jobFailed() ? 1 : 0;
 #pragma once

@@ -5,8 +5,8 @@
 #include <QTimer>
 
 #include "ui/progress_percentage.h"
+#include "ui/qt/accepting_server.h"
 #include "ui/qt/message_box.h"
-#include "ui/qt/open_door.h"
 #include "ui/qt/window_fixture.h"
 
 namespace ui::qt {
@@ -16,13 +16,13 @@ constexpr const char* kNoDay = "일자를 선택하시지 않았습니다. 일�
 constexpr const char* kBackwards =
     "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..";
 
-struct WithOpenDoor {
-  OpenDoor door;
+struct WithAcceptingServer {
+  AcceptingServer acceptingServer;
 };
 
-class UploadWindowTest : private WithOpenDoor, public WindowTest {
+class UploadWindowTest : private WithAcceptingServer, public WindowTest {
  protected:
-  UploadWindowTest() : WindowTest(door) {}
+  UploadWindowTest() : WindowTest(acceptingServer) {}
 
   void SetUp() override {
     start.shop.group = "A01";

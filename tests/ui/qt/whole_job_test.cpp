@@ -4,7 +4,7 @@
 
 #include "program.h"
 #include "startup/start_mod.h"
-#include "ui/qt/open_door.h"
+#include "ui/qt/accepting_server.h"
 #include "ui/qt/window_fixture.h"
 
 namespace ui::qt {
@@ -54,8 +54,8 @@ TEST(WholeJob, ShowsItsCaptionsInOrder) {
   const auto start = StartMod::Main("", {shop, program.settings, program.log, messages});
   ASSERT_EQ(start.next, StartMod::Next::kLoginWindow);
   Job job(program, start.values);
-  OpenDoor door;
-  server::CentralDatabase central(door, {});
+  AcceptingServer acceptingServer;
+  server::CentralDatabase central(acceptingServer, {});
   const support::FakeClock clock;  // 2013-08-21
   Windows windows(application,
                   {start.values, clock, messages, job.driver(), central, program.instance});

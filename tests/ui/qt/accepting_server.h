@@ -1,4 +1,4 @@
-// A central server that lets everybody in.
+// A central server that accepts every login.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 
 namespace ui::qt {
 
-struct OpenDoor : server::Provider {
+struct AcceptingServer : server::Provider {
   struct Connection : server::Connection {
     void setConnectionString(const std::string&) override {}
     void open() override {}
