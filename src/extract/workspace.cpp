@@ -111,6 +111,7 @@ void Workspace::forEachRow(RecordSetHandle& handle, std::string_view query, cons
   try {
     for (std::int32_t number = 1; number <= count; ++number) {
       eachRow(rows, number);
+      ++records;
       walk.rowDone();
       rows.moveNext();
       around.progress.yield();

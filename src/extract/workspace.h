@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "localdb/database_access.h"
+#include "log/failure.h"
 #include "log/job_log.h"
 #include "platform/clock.h"
 #include "platform/code_page.h"
@@ -90,6 +91,11 @@ class Workspace {
   DayRange days;
   std::string statementPath;
   std::string statement;  // the one being built; its storage is used again for the next
+
+  // Records whose statements were written since the job began; the settlement counts its days.
+  std::int32_t records = 0;
+  // What went wrong without ending the step that met it.
+  std::vector<joblog::Failure> failures;
 
   std::shared_ptr<localdb::Database> database;
   RecordSetHandle sales;

@@ -24,10 +24,14 @@ std::optional<int> port(const Settings& settings, const char* key) {
 
 }  // namespace
 
+std::string centralHost(const Settings& settings) {
+  const std::string host = settings.read(kSection, "ServerHost", "");
+  return host.empty() ? kCentralHost : host;
+}
+
 CentralServer centralServer(const Settings& settings) {
   CentralServer server;
-  const std::string host = settings.read(kSection, "ServerHost", "");
-  if (!host.empty()) server.host = host;
+  server.host = centralHost(settings);
   server.ftpPort = port(settings, "FtpPort").value_or(kFtpPort);
   server.databasePort = port(settings, "DbPort");
   return server;

@@ -25,4 +25,7 @@ struct CentralServer {
 
 [[nodiscard]] CentralServer centralServer(const Settings& settings);
 
+// The host alone, whatever the ports say.
+[[nodiscard]] std::string centralHost(const Settings& settings);
+
 }  // namespace settings

@@ -8,7 +8,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace lib_결산 {
@@ -81,8 +83,18 @@ struct FigureInfo {
   return figures()[static_cast<std::size_t>(figure)];
 }
 
+// Why a computation ended early.
+struct DayFailure {
+  int step = 0;    // of the computation, 1 to 22
+  int number = 0;  // of the error
+  std::string description;
+};
+
 class DailySettlement {
  public:
+  // The figures from its step on are 0; those of the step itself may be either.
+  std::optional<DayFailure> failure;
+
   [[nodiscard]] std::int32_t operator[](Figure figure) const {
     return values_[static_cast<std::size_t>(figure)];
   }

@@ -51,6 +51,15 @@ std::string insertDay(const extract::ShopLiterals& shop, std::string_view day,
   return statement + ");";
 }
 
+// The day is sent all the same.
+void noteFailure(extract::Workspace& work, values::DateTime day,
+                 const DailySettlement& settlement) {
+  const auto failure = settlement.failure.value_or(lib_결산::DayFailure{});
+  work.failures.push_back({"결산 " + values::dateText(day), failure.number,
+                           std::to_string(failure.step) + "단계: " + failure.description,
+                           "구하지 못한 숫자는 0으로 보냅니다."});
+}
+
 }  // namespace
 
 bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, values::DateTime LastDate,
@@ -71,11 +80,12 @@ bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, valu
     const values::DateTime day{LastDate.serial + i};
     show("Daily Data Load -- GetDailyData Call 연결 Start " + values::dateText(day));
     DailySettlement settlement;
-    static_cast<void>(lib_결산::GetDailyData(sources, day, settlement));
+    if (!lib_결산::GetDailyData(sources, day, settlement)) noteFailure(work, day, settlement);
     const std::string dayLiteral = extract::SqlText(day);
     work.write(deleteDay(work.shop, dayLiteral));
     progress.yield();
     work.write(insertDay(work.shop, dayLiteral, settlement));
+    ++work.records;
     progress.yield();
     progress.yield();
   }

@@ -3,7 +3,8 @@
 //
 //   GetDaily(work, sources, work.days.first, work.days.last);
 //
-// A day whose computation failed is sent with the figures that were reached. Errors, which end it
+// A day whose computation failed is sent with the figures that were reached, and is noted in
+// work.failures. Errors, which end it
 // and reach the caller: 6 for more than 32767 days, those of the statement file and the job log.
 #pragma once
 

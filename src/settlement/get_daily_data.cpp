@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "extract/conversions.h"
@@ -29,6 +30,13 @@ struct Source {
   Figure figure;
 };
 using SourceList = std::initializer_list<Source>;
+
+// Fields of a query's first row whose sum is added to a figure.
+struct FirstRowSource {
+  std::initializer_list<std::string_view> fields;
+  Figure figure;
+};
+using FirstRowSources = std::initializer_list<FirstRowSource>;
 
 // An empty value is a missing one.
 bool isOn(const std::string& setting) { return !setting.empty() && values::toBool(setting); }
@@ -79,7 +87,7 @@ class Computation {
   [[nodiscard]] Rows open(std::string_view source, std::int32_t type = localdb::kOpenDynaset);
   void sumRows(const std::string& query, SourceList sources);
   void sumRows(localdb::RecordSet& rows, SourceList sources);
-  void takeFirstRow(const std::string& query, SourceList sources);
+  void takeFirstRow(const std::string& query, FirstRowSources sources);
 
   const Sources& sources_;
   const values::DateTime lookupDate_;
@@ -116,10 +124,12 @@ Computation::Rows Computation::open(std::string_view source, std::int32_t type) 
 
 void Computation::sumRows(localdb::RecordSet& rows, SourceList sources) {
   if (rows.recordCount() == 0) return;
+  // A field is looked up when the first row comes to it: one that is missing leaves the figures
+  // before it with that row's values.
   std::vector<std::size_t> places;
-  for (const Source& source : sources) places.push_back(rows.fieldIndex(source.field));
   for (rows.moveFirst(); !rows.atEnd(); rows.moveNext()) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
+      if (places.size() == i) places.push_back(rows.fieldIndex(sources.begin()[i].field));
       std::int32_t& figure = figures_[sources.begin()[i].figure];
       figure = checkedAdd(figure, NzLong(rows.field(places[i])));
     }
@@ -130,13 +140,16 @@ void Computation::sumRows(const std::string& query, SourceList sources) {
   sumRows(*open(query), sources);
 }
 
-void Computation::takeFirstRow(const std::string& query, SourceList sources) {
+void Computation::takeFirstRow(const std::string& query, FirstRowSources sources) {
   const Rows rows = open(query);
   if (rows->recordCount() == 0) return;
   rows->moveFirst();
-  for (const Source& source : sources) {
-    std::int32_t& figure = figures_[source.figure];
-    figure = checkedAdd(figure, NzLong(rows->field(source.field)));
+  for (const FirstRowSource& source : sources) {
+    std::int32_t sum = 0;  // a figure whose sum overflows stays as it was
+    for (const std::string_view field : source.fields) {
+      sum = checkedAdd(sum, NzLong(rows->field(field)));
+    }
+    figures_[source.figure] = checkedAdd(figures_[source.figure], sum);
   }
 }
 
@@ -174,12 +187,11 @@ void Computation::readShop() {
 
   begin(6, "set_basic3");
   // Without a day: the table holds what the till counted since it was opened.
-  takeFirstRow("SELECT * FROM set_basic3 ", {{"hand_amount", Figure::시제},
-                                             {"num_drawer", Figure::돈통열린회수},
-                                             {"num_drawer2", Figure::돈통열린회수},
-                                             {"num_drawer3", Figure::돈통열린회수},
-                                             {"num_paper", Figure::전표건수},
-                                             {"num_cancel", Figure::취소건수}});
+  takeFirstRow("SELECT * FROM set_basic3 ",
+               {{{"hand_amount"}, Figure::시제},
+                {{"num_drawer", "num_drawer2", "num_drawer3"}, Figure::돈통열린회수},
+                {{"num_paper"}, Figure::전표건수},
+                {{"num_cancel"}, Figure::취소건수}});
 }
 
 void Computation::readCredit() {
@@ -208,7 +220,7 @@ void Computation::readTickets() {
   begin(8, "qryODBCRstRicket Or qryRstTicket");
   if (!reachable) return;
   const std::string query = odbcCustomer_ ? "qryODBCRstTicket " : "qryRstTicket ";
-  takeFirstRow("SELECT * FROM " + query + dateFilter_, {{"price_gets", Figure::상품권판매}});
+  takeFirstRow("SELECT * FROM " + query + dateFilter_, {{{"price_gets"}, Figure::상품권판매}});
 }
 
 void Computation::readCards() {
@@ -229,7 +241,7 @@ void Computation::readSales() {
   openDatabase("data.mdb");
   begin(14, "qryRstCreditTerminate");
   takeFirstRow("SELECT * FROM qryRstCreditTerminate " + dateFilter_,
-               {{"prices", Figure::외상종료액}});
+               {{{"prices"}, Figure::외상종료액}});
 
   begin(15, "Selling");
   if (const Rows sales = open("SELECT * FROM selling " + dateFilter_)) {
@@ -280,12 +292,12 @@ void Computation::readOutgo() {
   // Types 2 and 3 are both outlay and cash taken out; the outlay counts the price of the one kind
   // and what was paid of the other.
   takeFirstRow(query("price) as JiGeupAekS", "etc_type=1 OR etc_type=2 OR etc_type=4) "),
-               {{"JiGeupAekS", Figure::지출액}});
+               {{{"JiGeupAekS"}, Figure::지출액}});
   takeFirstRow(query("JiGeupAek) as JiGeupAekS", "etc_type=3 OR etc_type=5) "),
-               {{"JiGeupAekS", Figure::지출액}});
+               {{{"JiGeupAekS"}, Figure::지출액}});
   takeFirstRow(query("JiGeupAek) as JiGeupAekS", "etc_type=2 OR etc_type=3 OR etc_type=6) "),
-               {{"JiGeupAekS", Figure::출금}});
-  takeFirstRow(query("price) as prices", "etc_type=9)"), {{"prices", Figure::현금입금}});
+               {{{"JiGeupAekS"}, Figure::출금}});
+  takeFirstRow(query("price) as prices", "etc_type=9)"), {{{"prices"}, Figure::현금입금}});
   database_.reset();
 }
 
@@ -294,21 +306,21 @@ void Computation::readOutgo() {
 bool GetDailyData(const Sources& sources, values::DateTime LookupDate,
                   DailySettlement& settlement) noexcept {
   settlement = {};
-  int step = 1;
-  int number = kOutOfMemory;
   try {
     Computation computation(sources, LookupDate, settlement);
+    DayFailure failed;
     try {
       computation.run();
       return true;
     } catch (const RuntimeError& failure) {
-      step = computation.step();
-      number = failure.number();
+      failed = {computation.step(), failure.number(), failure.description()};
     } catch (const std::bad_alloc&) {
-      step = computation.step();
+      failed = {computation.step(), kOutOfMemory, "Out of memory"};
     }
     sources.message("E)lib_결산->GetDailyData(LookupDate:=" + values::dateText(LookupDate) +
-                    ")[Erl:=" + std::to_string(step) + "](Eno:=" + std::to_string(number) + ")");
+                    ")[Erl:=" + std::to_string(failed.step) +
+                    "](Eno:=" + std::to_string(failed.number) + ")");
+    settlement.failure = std::move(failed);
   } catch (const std::exception&) {
     return false;  // not even its failure can be told
   }

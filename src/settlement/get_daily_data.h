@@ -4,8 +4,8 @@
 //   GetDailyData(sources, date, day);   // false: day holds the figures reached, the rest are 0
 //
 // The databases are those of the program folder, whatever the configuration says. Never throws: a
-// failure is a line of the message log that carries the number of the failing step. The three
-// databases are opened one after the other and closed before it returns.
+// failure is a line of the message log that carries the number of the failing step, and stands in
+// day.failure. The three databases are opened one after the other and closed before it returns.
 #pragma once
 
 #include <functional>

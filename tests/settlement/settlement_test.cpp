@@ -286,6 +286,26 @@ TEST_F(SettlementTest, AFailedDayKeepsTheFiguresReachedAndIsSent) {
   EXPECT_FALSE(settle());
   EXPECT_EQ(figures[Figure::총판매액], 5);
   EXPECT_EQ(figures[Figure::현금매출], 0);
+  ASSERT_EQ(work.failures.size(), std::size(rows));
+  EXPECT_EQ(
+      joblog::failureLine(work.failures.back()),
+      "결산 2013-08-21: (6) 19단계: Overflow: a figure reached 2147483652 - 구하지 못한 숫자는 "
+      "0으로 보냅니다.");
+}
+
+// Within a row the figures are added in order, and a sum of fields is one figure.
+TEST_F(SettlementTest, AFailureWithinARowKeepsTheFiguresBeforeIt) {
+  row("qryRstSelling ") = {{"price_credits", 3}, {"team_nos", 4}};
+  databases.answers["qryRstSelling "].missing = {"coupons"};
+  EXPECT_FALSE(settle());
+  EXPECT_EQ(figures[Figure::외상매출], 3);
+  EXPECT_EQ(figures[Figure::테이블수], 4);
+  EXPECT_EQ(figures.failure->step, 18);
+
+  row("set_basic3 ") = {{"hand_amount", 84500}, {"num_drawer", INT32_MAX}, {"num_drawer2", 1}};
+  EXPECT_FALSE(settle());
+  EXPECT_EQ(figures[Figure::시제], 84500);
+  EXPECT_EQ(figures[Figure::돈통열린회수], 0);
 }
 
 TEST_F(SettlementTest, EveryDayOfTheRangeIsSentOnce) {
