@@ -3,7 +3,8 @@
 //   quenbrook T2013/08/01-2013/08/21
 //
 // Qt is initialised for an interactive start only: an unattended one needs no display.
-// Exit status: 0 every step passed, 1 a step of the job failed, 2 start-up ended the program.
+// Exit status: 0 every step and every settlement day passed, 1 one failed (each failure is a line
+// on standard error and in quenbrook-errors.log), 2 start-up ended the program.
 
 #include <exception>
 #include <memory>

@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include "log/failure.h"
 #include "probes/network_probe.h"
 #include "server/odbc_source.h"
 #include "settings/central_server.h"
@@ -15,11 +16,14 @@ Job::Job(Program& program, const settings::StartValues& start)
                   program.jobLog,
                   [&](const std::string& line) { program.log.MsgDebug(line, ""); },
                   [&] { return centralAnswers(program); }},
-      driver_({start, databases_, program.settings, program.clock, program.ticks, program.jobLog,
-               program.log, [this] { databases_.closeIdle(); }},
+      driver_({start, databases_, program.settings, program.clock, program.ticks, program.sleeper,
+               program.jobLog, program.log, [this] { databases_.closeIdle(); },
+               [&](const joblog::Failure& failure) {
+                 program.errors.report(joblog::failureLine(failure));
+               }},
               job::jobSteps(settlement_)) {}
 
 bool Job::centralAnswers(Program& program) {
-  const auto server = settings::centralServer(program.settings);
-  return lib_Network::PING(program.network, program.log, server.host);
+  // The ports are no business of a probe; a wrong one must not end the settlement.
+  return lib_Network::PING(program.network, program.log, settings::centralHost(program.settings));
 }

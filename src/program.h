@@ -14,6 +14,7 @@
 #include "job/job_driver.h"
 #include "job/job_steps.h"
 #include "localdb/local_databases.h"
+#include "log/error_log.h"
 #include "log/job_log.h"
 #include "log/message_log.h"
 #include "platform/clock.h"
@@ -34,11 +35,13 @@ struct Program {
   platform::InstanceLock instance{folder};
   platform::SystemClock clock;
   platform::SystemTickCounter ticks;
+  platform::SystemSleeper sleeper;
   platform::SystemMemory memory;
   platform::SystemNetwork network;
   lib_Setting::ProfileReader settings;
   lib_Message2::MessageLog log{folder, clock, memory, messages};
   joblog::JobLog jobLog{folder, clock};
+  joblog::ErrorLog errors{folder, clock};
 };
 
 // Keeps references to both.

@@ -1,10 +1,11 @@
 // The job as the upload window sees it: what is asked for, whom it shows its progress, how it ends.
 //
-//   failed = !driver.run({ticks, from, to}, window);
+//   const job::JobVerdict verdict = driver.run({ticks, from, to}, window);
 #pragma once
 
 #include <array>
 
+#include "job/job_verdict.h"
 #include "log/job_log.h"
 #include "values/date_time.h"
 
@@ -25,9 +26,10 @@ class Window : public joblog::Progress {
 class Driver {
  public:
   virtual ~Driver() = default;
-  // Runs one job from the creation of its statement file to its final name. False when a step
-  // failed; the steps behind it were run all the same. Never throws.
-  virtual bool run(const Request& request, Window& window) noexcept = 0;
+  // Runs one job from the creation of its statement file to its final name. The steps after one
+  // that failed are run all the same. Where another job works in the same folder, it waits until
+  // that one has ended; the caption says so, and the window keeps processing its events.
+  [[nodiscard]] virtual JobVerdict run(const Request& request, Window& window) noexcept = 0;
 };
 
 }  // namespace job

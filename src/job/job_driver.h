@@ -1,12 +1,12 @@
 // The job driver: one run turns the ticked kinds of local data into one statement file under
 // AutoLoadData, step by step, each shown in the progress panel and logged.
 //
-//   job::JobDriver driver(surroundings, job::jobSteps(settlementSources));
-//   const bool allPassed = driver.run({ticks, from, to}, window);
+//   job::JobDriver driver(dependencies, job::jobSteps(settlementSources));
+//   const job::JobVerdict verdict = driver.run({ticks, from, to}, window);
 //
 // One trap stands around every single step: what fails is logged and the next step is run. A run
-// that wrote nothing deletes its file, so that the rename behind it fails: such a run ends in the
-// trap, always has, and counts as failed.
+// that wrote nothing deletes its file, so that the rename after it fails: such a run ends in the
+// trap, always has, and counts as failed. Jobs of one program folder run one after the other.
 #pragma once
 
 #include <functional>
@@ -25,27 +25,27 @@
 namespace job {
 
 // Handed in by the program; all of it outlives the driver.
-struct Surroundings {
+struct Dependencies {
   const settings::StartValues& start;
   localdb::DatabaseAccess& databases;
   settings::Settings& settings;
   const platform::Clock& clock;
   const platform::TickCounter& ticks;
+  platform::Sleeper& sleeper;
   joblog::JobLog& jobLog;
   lib_Message2::MessageLog& messageLog;
-  std::function<void()> letGo;  // closes the database files that no step has open any more
+  std::function<void()> closeIdle;  // closes the database files that no step has open any more
+  std::function<void(const joblog::Failure&)> reportFailure;  // each, when it is met
 };
 
 class JobDriver : public Driver {
  public:
-  JobDriver(const Surroundings& around, std::vector<Step> steps);
+  JobDriver(Dependencies dependencies, std::vector<Step> steps);
 
-  bool run(const Request& request, Window& window) noexcept override;
+  [[nodiscard]] JobVerdict run(const Request& request, Window& window) noexcept override;
 
  private:
-  class Run;
-
-  Surroundings around_;
+  Dependencies dependencies_;
   std::vector<Step> steps_;
 };
 

@@ -21,6 +21,7 @@ struct Step {
   std::string_view start;  // progress texts; a time stamp follows each
   std::string_view end;
   std::function<void(extract::Workspace&)> collect;
+  std::string_view name;  // short, for counts and failures
   StepKind kind = StepKind::kRecords;
 };
 

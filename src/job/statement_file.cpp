@@ -5,11 +5,36 @@
 
 namespace job {
 
+namespace {
+
+constexpr std::chrono::milliseconds kPause{50};
+
+bool isTaken(const std::string& working) {
+  const std::string finished = finalPath(working);
+  return platform::fileExists(working) || platform::fileExists(finished) ||
+         platform::fileExists(finished + ".gz");
+}
+
+}  // namespace
+
+std::string statementFolder(const std::string& programFolder) {
+  return platform::joinPath(programFolder, "AutoLoadData");
+}
+
 std::string workingPath(const settings::StartValues& start, const platform::LocalTime& moment) {
-  const auto folder = platform::joinPath(start.programFolder, "AutoLoadData");
   const auto name = platform::formatTime(moment, platform::kFileStampFormat) + "_" +
                     extract::SqlText(values::Variant(start.shop.tradeName)) + ".tx";
-  return platform::joinPath(folder, name);
+  return platform::joinPath(statementFolder(start.programFolder), name);
+}
+
+std::string freeWorkingPath(const settings::StartValues& start, const platform::Clock& clock,
+                            platform::Sleeper& sleeper) {
+  std::string path = workingPath(start, clock.now());
+  while (isTaken(path)) {
+    sleeper.sleep(kPause);
+    path = workingPath(start, clock.now());
+  }
+  return path;
 }
 
 std::string finalPath(const std::string& working) { return working + "t"; }

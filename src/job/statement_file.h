@@ -1,7 +1,7 @@
 // The life of a statement file: made under its working name, checked, renamed; the final name says
 // that it is whole and may be sent.
 //
-//   const auto path = job::workingPath(start, clock.now());   // .../20130821_153045_Hanok.tx
+//   const auto path = job::freeWorkingPath(start, clock, sleeper);  // .../20130821_153045_Hanok.tx
 //   ... statements are appended ...
 //   if (holdsStatement(platform::readFirstLine(path))) platform::renameFile(path, finalPath(path));
 //
@@ -16,10 +16,17 @@
 
 namespace job {
 
+[[nodiscard]] std::string statementFolder(const std::string& programFolder);
+
 // Named by the moment at which the job starts and the trade name, which is escaped as in a
 // statement.
 [[nodiscard]] std::string workingPath(const settings::StartValues& start,
                                       const platform::LocalTime& moment);
+
+// The same at the first moment, from now on, at which no file of that name is there as .tx, .txt or
+// .txt.gz: waits for the next second where one is. The caller holds the folder's job lock.
+[[nodiscard]] std::string freeWorkingPath(const settings::StartValues& start,
+                                          const platform::Clock& clock, platform::Sleeper& sleeper);
 
 // The working name and a "t": .tx becomes .txt.
 [[nodiscard]] std::string finalPath(const std::string& working);

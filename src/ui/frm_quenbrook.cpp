@@ -94,7 +94,7 @@ void FrmQuenbrook::cmdStart_Click() {
   if (jobRunning_) return;
   jobRunning_ = true;
   view_.setJobRunning(true);
-  jobFailed_ = !driver_.run({chk1_, fromDate_, toDate_}, *this);
+  verdict_ = driver_.run({chk1_, fromDate_, toDate_}, *this);
   jobRunning_ = false;
   view_.setJobRunning(false);
 }

@@ -45,8 +45,9 @@ class FrmQuenbrook : private job::Window {
 
   [[nodiscard]] bool loaded() const { return loaded_; }
   [[nodiscard]] bool jobRunning() const { return jobRunning_; }
-  // Whether a step of the last job failed.
-  [[nodiscard]] bool jobFailed() const { return jobFailed_; }
+  // Of the latest job; passed before the first.
+  [[nodiscard]] const job::JobVerdict& verdict() const { return verdict_; }
+  [[nodiscard]] bool jobFailed() const { return !verdict_.passed(); }
 
  private:
   void setCaption(std::string_view text) override;
@@ -74,5 +75,5 @@ class FrmQuenbrook : private job::Window {
   std::array<bool, ui::kBoxCount> chk1_{};
   bool loaded_ = false;
   bool jobRunning_ = false;
-  bool jobFailed_ = false;
+  job::JobVerdict verdict_;
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "job/job_turn.h"
 #include "platform/code_page.h"
 #include "platform/files.h"
 #include "settings/profile_reader.h"
@@ -23,9 +24,10 @@ struct FakeWindow : Window {
   std::vector<std::string> captions;
   std::string pointer;
   int yields = 0;
+  std::function<void()> whileYielding = [] {};
   void setCaption(std::string_view text) override { captions.emplace_back(text); }
   [[nodiscard]] std::string caption() const override { return captions.back(); }
-  void yield() override { ++yields; }
+  void yield() override { ++yields, whileYielding(); }
   void setHourglass(bool on) override { pointer += on ? "11 " : "0 "; }
 };
 
@@ -57,12 +59,13 @@ class JobDriverTest : public testing::Test {
   }
   // A run with the boxes ticked; the fake steps are those of the real table.
   bool run(std::initializer_list<std::size_t> boxes) {
-    JobDriver driver({start, databases, settings, clock, ticks, jobLog, messageLog,
-                      [this] { called += "closed "; }},
+    JobDriver driver({start, databases, settings, clock, ticks, sleeper, jobLog, messageLog,
+                      [this] { called += "closed "; }, [](const joblog::Failure&) {}},
                      steps);
     Request request{{}, {41487}, {41507}};  // 2013-08-01 to 2013-08-21
     for (const auto box : boxes) request.ticked.at(box) = true;
-    return driver.run(request, window);
+    verdict = driver.run(request, window);
+    return verdict.passed();
   }
   std::function<void(extract::Workspace&)> writing(const std::string& line) {
     return [this, line](extract::Workspace& work) {
@@ -81,12 +84,14 @@ class JobDriverTest : public testing::Test {
   settings::StartValues start;
   joblog::JobLog jobLog{folder.path().string(), clock};
   lib_Message2::MessageLog messageLog{folder.path().string(), clock, memory, messages};
+  support::AdvancingSleeper sleeper{clock};
   FakeWindow window;
+  JobVerdict verdict;
   std::string called;
   std::vector<Step> steps = {
-      {0, "Selling Start ", "Selling End ", writing("Delete 1;")},
-      {6, "Employee_item  Start ", "Employee_Item End ", writing("Insert 2;")},
-      {5, "DailyData Start..From : ", "DailyData End ", writing("Insert 3;"),
+      {0, "Selling Start ", "Selling End ", writing("Delete 1;"), "매출"},
+      {6, "Employee_item  Start ", "Employee_Item End ", writing("Insert 2;"), "출퇴근"},
+      {5, "DailyData Start..From : ", "DailyData End ", writing("Insert 3;"), "결산",
        StepKind::kSettlement},
   };
   const std::string final = "AutoLoadData/20130821_153045_Kim\\'s.txt";
@@ -124,6 +129,27 @@ TEST_F(JobDriverTest, AnEmptyRunDeletesItsFileAndEndsInTheTrap) {
   EXPECT_EQ(text("config.ini"), "");
 }
 
+TEST_F(JobDriverTest, AJobWhoseNameIsTakenTakesTheNextFreeSecond) {
+  const std::string stem = "AutoLoadData/20130821_15304";
+  for (const auto* name : {"5_Kim\\'s.tx", "6_Kim\\'s.txt", "7_Kim\\'s.txt.gz"}) {
+    platform::appendToFile(path(stem + name), "another's");
+  }
+  EXPECT_TRUE(run({0}));
+  EXPECT_EQ(verdict.statementFile, path(stem + "8_Kim\\'s.txt"));
+  EXPECT_EQ(text(stem + "5_Kim\\'s.tx"), "another's");
+}
+
+TEST_F(JobDriverTest, AJobWaitsForTheOneThatHoldsTheFolder) {
+  auto other = platform::FolderLock::tryTake(path("AutoLoadData"), kJobLock);
+  window.whileYielding = [&] {
+    if (window.yields == 3) other.reset();
+  };
+  EXPECT_TRUE(run({0}));
+  EXPECT_EQ(window.captions.front(), kWaitingText);
+  EXPECT_EQ(std::ranges::count(window.captions, kWaitingText), 1);
+  EXPECT_FALSE(fs::exists(path("AutoLoadData/.job.lock")));
+}
+
 TEST_F(JobDriverTest, OnlyAFirstLineWithAStatementIsKept) {
   const struct {
     const char* line;
@@ -132,7 +158,7 @@ TEST_F(JobDriverTest, OnlyAFirstLineWithAStatementIsKept) {
       {"insert into X;", false}, {"update X;", false}, {"REPLACE", false}, {"x Insert", true}};
   for (const auto& row : rows) {
     fs::remove(path(final));
-    steps = {{0, "", "", writing(row.line)}};
+    steps = {{0, "", "", writing(row.line), ""}};
     EXPECT_EQ(run({0}), row.kept) << row.line;
     EXPECT_EQ(fs::exists(path(final)), row.kept) << row.line;
   }
@@ -140,7 +166,18 @@ TEST_F(JobDriverTest, OnlyAFirstLineWithAStatementIsKept) {
 
 TEST_F(JobDriverTest, AFailingStepIsLoggedAndTheNextOneRuns) {
   steps[1].collect = [](extract::Workspace&) { throw RuntimeError(94, "Null"); };
+  steps[2].collect = [](extract::Workspace& work) {
+    work.write("Insert 3;");
+    work.records += 21;
+    work.failures.push_back({"결산 2013-08-02", 6, "18단계: Overflow", "0"});
+  };
   EXPECT_FALSE(run({0, 5, 6}));
+  ASSERT_EQ(verdict.failures.size(), 2U);
+  EXPECT_TRUE(
+      joblog::failureLine(verdict.failures[0]).starts_with("출퇴근: (94) Null - 실패한 뒤"));
+  EXPECT_EQ(verdict.failures[1].step, "결산 2013-08-02");
+  EXPECT_EQ(verdict.counts.back().records, 21);
+  EXPECT_EQ(verdict.statementFile, path(final));
   EXPECT_EQ(text(final), "Delete 1;\r\nInsert 3;\r\n");
   EXPECT_EQ(text("130821_XPDll.log"), "E)frmAuto->TMR_Timer[0](94)Null\r\n");
   EXPECT_NE(text("H20130821D.log").find(kTrap + "\r\nEmployee_Item End "), std::string::npos);

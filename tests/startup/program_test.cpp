@@ -69,6 +69,10 @@ TEST_F(ProgramTest, AShopWhoseFilesAreDamagedStillGetsItsDeletes) {
   for (const auto* name : {"data.mdb", "config.mdb", "outgo.mdb"}) file(name, "scribbled over");
   EXPECT_EQ(run("T2013/08/21"), 1);
   EXPECT_NE(output.find("전송오류... Trans\n"), std::string::npos) << output;
+  for (const auto* failure : {"매출: (91) ", "결산 2013-08-21: (91) 4단계: "}) {
+    EXPECT_NE(output.find(std::string("\n") + failure), std::string::npos) << output;
+    EXPECT_NE(text("", "-errors.log").find(failure), std::string::npos);
+  }
   EXPECT_TRUE(text("AutoLoadData/", "_한옥.txt")
                   .starts_with("Delete FROM SellingTB  Where SL_GROUP = 'A01'   And SL_SANGHO = "
                                "'한옥'   And SL_RDATE >= '2013-08-21'"));

@@ -19,6 +19,13 @@ struct FakeClock : platform::Clock {
   [[nodiscard]] int utcMilliseconds() const override { return milliseconds; }
 };
 
+// A pause takes no time, and moves the clock by a second.
+struct AdvancingSleeper : platform::Sleeper {
+  explicit AdvancingSleeper(FakeClock& movedClock) : clock(movedClock) {}
+  FakeClock& clock;
+  void sleep(std::chrono::milliseconds) override { ++clock.time.second; }
+};
+
 struct FakeTicks : platform::TickCounter {
   [[nodiscard]] std::int32_t ticks() const override { return 0; }
 };

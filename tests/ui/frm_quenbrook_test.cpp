@@ -38,11 +38,13 @@ struct FakeView : ui::UploadView {
 struct FakeDriver : job::Driver {
   std::vector<job::Request> requests;
   bool passes = true;
-  bool run(const job::Request& request, job::Window& window) noexcept override {
+  job::JobVerdict run(const job::Request& request, job::Window& window) noexcept override {
     requests.push_back(request);
     window.setCaption("busy");
     window.yield();
-    return passes;
+    job::JobVerdict verdict;
+    if (!passes) verdict.failures.push_back({"매출", 94, "Null", ""});
+    return verdict;
   }
 };
 

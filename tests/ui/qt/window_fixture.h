@@ -25,9 +25,11 @@ namespace ui::qt {
 struct ScriptedDriver : job::Driver {
   std::vector<job::Request> requests;
   std::function<bool(job::Window&)> script = [](job::Window&) { return true; };
-  bool run(const job::Request& request, job::Window& window) noexcept override {
+  job::JobVerdict run(const job::Request& request, job::Window& window) noexcept override {
     requests.push_back(request);
-    return script(window);
+    job::JobVerdict verdict;
+    if (!script(window)) verdict.failures.push_back({"매출", 94, "Null", ""});
+    return verdict;
   }
 };
 
