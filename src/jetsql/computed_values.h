@@ -1,7 +1,7 @@
 // The computed values of a query's rows, packed: a few bytes a value instead of a Variant.
 //
 //   ComputedValues values(types);          // Text, Long
-//   values.append(statement, 1);       // columns 1 and 2 of the row that the statement stands on
+//   values.append(statement, 1);       // columns 1 and 2 of the current row
 //   Variant text = values.get(0, 0);   // row, value
 #pragma once
 
@@ -30,7 +30,7 @@ class ComputedValues {
     std::size_t used = 0;
   };
 
-  // Space for one row in the last block; a new block where that is full.
+  // Space for one row in the last block, or in a new one.
   [[nodiscard]] char* reserve(std::size_t size);
 
   const std::vector<values::VariantType>& types_;

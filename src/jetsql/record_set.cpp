@@ -6,14 +6,12 @@
 #include <utility>
 
 #include "jetsql/functions/value_types.h"
-#include "jetsql/record_set_rows.h"
+#include "jetsql/record_set_implementation.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
 
 using values::Variant;
-
-namespace {}  // namespace
 
 void RecordSet::Implementation::append(sqlite3_stmt* statement) {
   const auto sources = static_cast<int>(layout_->sources.size());
@@ -52,7 +50,7 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
   if (into.present) {
     jet::Table& table = layout_->sources[source]->table();
     const jet::RowId row = jet::RowId::fromNumber(id);
-    if (!table.tryReadNext(row, into.row)) into.row = table.read(row);  // which says what is wrong
+    if (!table.tryReadNext(row, into.row)) into.row = table.read(row);  // throws what is wrong
   }
   into.position = position_;
 }
@@ -65,8 +63,8 @@ Variant RecordSet::Implementation::field(std::size_t index) {
   const Translation::Column& column = layout_->columns[index];
   if (!column.base) return values_.get(position_, column.computed);
   if (editing_) {
-    const auto changed = changes_.find(column.base->column);
-    if (changed != changes_.end()) return changed->second;
+    const auto changed = changeOfColumn(column.base->column);
+    if (changed != changes_.end()) return changed->value;
   }
   const jet::Row* current = row(column.base->source);
   return current == nullptr ? Variant() : current->value(column.base->column);
@@ -92,15 +90,20 @@ void RecordSet::Implementation::setField(std::size_t index, const Variant& value
   needUpdatable();
   if (!editing_)
     throw RuntimeError(error::kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
-  addChange(index, value, changes_);
+  jet::FieldChange change = changeOf(index, value);
+  const auto earlier = changeOfColumn(change.column);
+  if (earlier == changes_.end())
+    changes_.push_back(std::move(change));
+  else
+    *earlier = std::move(change);
 }
 
-void RecordSet::Implementation::addChange(std::size_t index, const Variant& value,
-                                          Changes& changes) const {
+jet::FieldChange RecordSet::Implementation::changeOf(std::size_t index,
+                                                     const Variant& value) const {
   const Translation::Column& column = layout_->columns[index];
   if (!column.base)
     throw RuntimeError(error::kReadOnly, "Cannot update. Field '" + column.name + "' is computed.");
-  changes[column.base->column] = convert(value, column.type);
+  return {column.base->column, convert(value, column.type)};
 }
 
 void RecordSet::Implementation::update() {
@@ -114,7 +117,7 @@ void RecordSet::Implementation::update() {
 }
 
 void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
-                                           const Changes& changes) {
+                                           std::span<const jet::FieldChange> changes) {
   needUpdatable();
   if (first > count_ || count > count_ - first)
     throw RuntimeError(error::kNoCurrentRecord, "No current record.");
@@ -122,7 +125,7 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
   std::vector<jet::RowId> ids;
   for (std::size_t position = first; position < first + count; ++position)
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
-  std::ranges::sort(ids, {}, &jet::RowId::number);  // as they stand in the file
+  std::ranges::sort(ids, {}, &jet::RowId::number);  // the order of the file
   current_[source] = {};
   layout_->sources[source]->write(ids, changes);
 }
@@ -168,9 +171,9 @@ void RecordSet::update() { alive().update(); }
 void RecordSet::updateRows(std::size_t first, std::size_t count,
                            std::span<const FieldValue> values) {
   Implementation& rows = alive();
-  Implementation::Changes changes;
+  std::vector<jet::FieldChange> changes;
   for (const FieldValue& field : values)
-    rows.addChange(fieldIndex(field.name), field.value, changes);
+    changes.push_back(rows.changeOf(fieldIndex(field.name), field.value));
   rows.updateRows(first, count, changes);
 }
 

@@ -1,5 +1,4 @@
-// The rows that a query gives, in their order, to be walked and, where they come from one table,
-// changed.
+// The rows of a query in its order. Those of a query on one table can be updated.
 //
 //   auto rows = session->openRecordSet("SELECT * FROM Selling WHERE s_id = 7");
 //   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext()) use(rows->field("price"));
@@ -19,19 +18,10 @@
 #include <string_view>
 #include <vector>
 
+#include "jetsql/record_set_types.h"
 #include "values/variant.h"
 
 namespace jetsql {
-
-struct FieldDescription {
-  std::string name;
-  values::VariantType type = values::VariantType::kNull;
-};
-
-struct FieldValue {
-  std::string_view name;
-  values::Variant value;
-};
 
 class RecordSet {
  public:
@@ -64,8 +54,9 @@ class RecordSet {
   void setField(std::string_view name, const values::Variant& value);
   void update();
 
-  // The fields `values` of `count` rows from number `first` (0 and on) in one go, in the order of
-  // the file; the current row stays. With an error those before the one that met it are saved.
+  // Writes the fields `values` of `count` rows from number `first` (0 and on) together, in the
+  // order of the file; the current row stays. On an error the rows before the failing one are
+  // written.
   void updateRows(std::size_t first, std::size_t count, std::span<const FieldValue> values);
 
   void close();

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "jetsql/record_set_rows.h"
-#include "jetsql/session_schema.h"
+#include "jetsql/record_set_implementation.h"
+#include "jetsql/session_catalogue.h"
 #include "jetsql/statement_cache.h"
 #include "jetsql/translate/translation.h"
 
@@ -13,13 +13,13 @@ class Session::Implementation {
  public:
   Implementation(const std::filesystem::path& file, const SessionOptions& options,
                  const platform::Clock& clock)
-      : schema(file, options, clock) {}
+      : catalogue(file, options, clock) {}
 
-  // The rows of a query, from the cache or prepared anew.
+  // Runs a query, prepared now or taken from the cache.
   [[nodiscard]] std::unique_ptr<RecordSet> open(std::string_view source,
                                                 const std::shared_ptr<Session>& session);
 
-  SessionSchema schema;
+  SessionCatalogue catalogue;
 
  private:
   [[nodiscard]] PreparedQuery prepare(const Translation& translation);
@@ -27,16 +27,16 @@ class Session::Implementation {
                                                const std::vector<values::Variant>& literals,
                                                const std::shared_ptr<Session>& session);
 
-  StatementCache cache_;  // behind the schema: statements go before the connection
+  StatementCache cache_;  // declared after the catalogue: statements go before the connection
 };
 
 namespace {
 
-// The key of a text that is not to be taken for one that differs in its literals.
+// The cache key of a text whose literals are part of its SQL.
 std::string exactKey(std::string_view text) { return '\x01' + std::string(text); }
 
 std::shared_ptr<const QueryLayout> layoutOf(const Translation& translation,
-                                            const SessionSchema& schema) {
+                                            const SessionCatalogue& catalogue) {
   auto layout = std::make_shared<QueryLayout>();
   layout->columns = translation.columns;
   layout->computedTypes.resize(translation.computedCount);
@@ -47,7 +47,7 @@ std::shared_ptr<const QueryLayout> layoutOf(const Translation& translation,
     if (!column.base) layout->computedTypes.at(column.computed) = column.type;
   }
   for (const Translation::Source& source : translation.sources)
-    layout->sources.push_back(schema.jetTable(source.table));
+    layout->sources.push_back(catalogue.jetTable(source.table));
   layout->updatable = translation.updatable;
   return layout;
 }
@@ -55,7 +55,7 @@ std::shared_ptr<const QueryLayout> layoutOf(const Translation& translation,
 }  // namespace
 
 PreparedQuery Session::Implementation::prepare(const Translation& translation) {
-  return {schema.prepare(translation.sql), layoutOf(translation, schema)};
+  return {catalogue.prepare(translation.sql), layoutOf(translation, catalogue)};
 }
 
 std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source,
@@ -65,7 +65,7 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
     return run(*query, text.literals, session);
   if (const PreparedQuery* query = cache_.find(exactKey(source))) return run(*query, {}, session);
   std::string key = text.key;
-  const Translation translation = translate(std::move(text), schema);
+  const Translation translation = translate(std::move(text), catalogue);
   PreparedQuery prepared = prepare(translation);
   if (translation.dataDependent) return run(prepared, translation.literals, session);
   if (translation.exactTextOnly) key = exactKey(source);
@@ -75,14 +75,14 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
 std::unique_ptr<RecordSet> Session::Implementation::run(
     const PreparedQuery& query, const std::vector<values::Variant>& literals,
     const std::shared_ptr<Session>& session) {
-  schema.refreshKeys();
+  catalogue.refreshIndexes();
   sqlite3_stmt* statement = query.statement.get();
   const ResetOnExit reset(statement);
   for (std::size_t i = 0; i < literals.size(); ++i)
     bind(statement, static_cast<int>(i) + 1, literals[i]);
   auto rows =
-      std::make_unique<RecordSet::Implementation>(session, query.layout, !schema.readOnly());
-  while (schema.step(statement)) rows->append(statement);
+      std::make_unique<RecordSet::Implementation>(session, query.layout, !catalogue.readOnly());
+  while (catalogue.step(statement)) rows->append(statement);
   rows->endOfRows();
   return std::make_unique<RecordSet>(std::move(rows));
 }
@@ -115,14 +115,14 @@ std::vector<std::string> namesOf(const jet::Database& database, Wanted wanted) {
 }  // namespace
 
 std::vector<std::string> Session::tableNames() const {
-  return namesOf(implementation_->schema.database(), [](jet::ObjectType type) {
+  return namesOf(implementation_->catalogue.database(), [](jet::ObjectType type) {
     return type == jet::ObjectType::kTable || type == jet::ObjectType::kLinkedTable ||
            type == jet::ObjectType::kLinkedOdbcTable;
   });
 }
 
 std::vector<std::string> Session::queryNames() const {
-  return namesOf(implementation_->schema.database(),
+  return namesOf(implementation_->catalogue.database(),
                  [](jet::ObjectType type) { return type == jet::ObjectType::kQuery; });
 }
 

@@ -3,9 +3,9 @@
 //   auto session = Session::open("/shop/data.mdb", {.readOnly = false}, clock);
 //   auto rows = session->openRecordSet("SELECT * FROM Selling WHERE rDate = #2013-08-02#");
 //
-// A session keeps what is worth keeping between queries: prepared statements (a text that differs
-// only in its literals is prepared once) and indexes built in memory for tables that have none.
-// Both live as long as the session does. Record sets keep their session alive.
+// A session caches prepared statements (texts that differ only in their literals share one) and
+// indexes built in memory for columns without an index. Both live as long as the session does.
+// Record sets keep their session alive.
 //
 // Errors: those of opening a Jet file (3024, 3031, 3049, 3343, ...), of the language (3061 unknown
 // name or a parameter without value, 3075 syntax, 3078 unknown table or query), of linked tables
@@ -19,23 +19,16 @@
 #include <vector>
 
 #include "jetsql/record_set.h"
-#include "jetsql/sqlite/external_source.h"
+#include "jetsql/session_options.h"
 #include "platform/clock.h"
 
 namespace jetsql {
-
-struct SessionOptions {
-  bool readOnly = true;
-  bool exclusive = false;
-  std::string password;                // of the database; empty: none
-  ExternalSource* external = nullptr;  // tables linked to other systems; outlives the session
-};
 
 class Session : public std::enable_shared_from_this<Session> {
  public:
   class Implementation;
 
-  // The clock, behind Date() and Now(), outlives the session.
+  // The clock, which Date() and Now() read, outlives the session.
   [[nodiscard]] static std::shared_ptr<Session> open(const std::filesystem::path& file,
                                                      const SessionOptions& options,
                                                      const platform::Clock& clock);

@@ -1,5 +1,4 @@
-// The prepared queries of a session, the least recently used of them let go where there are too
-// many.
+// The prepared queries of a session; when full, the least recently used one is dropped.
 //
 //   if (PreparedQuery* query = cache.find(key)) run(*query);
 //   else run(cache.insert(key, std::move(prepared)));

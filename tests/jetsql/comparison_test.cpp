@@ -6,7 +6,7 @@
 
 #include "jetsql/functions/like.h"
 #include "jetsql/functions/text_compare.h"
-#include "jetsql/sqlite/value_encoding.h"
+#include "jetsql/sqlite/numeric_encoding.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {

@@ -1,6 +1,7 @@
 #include "jetsql/sqlite/linked_table.h"
 
 #include "jetsql/session_fixture.h"
+#include "jetsql/sqlite/external_source.h"
 
 namespace jetsql {
 namespace {

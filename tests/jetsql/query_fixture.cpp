@@ -29,12 +29,11 @@ values::Currency won(double amount) { return {static_cast<std::int64_t>(amount *
 
 }  // namespace
 
-QueryFixture::QueryFixture() : state_{Environment{kClock}, nullptr} {
+QueryFixture::QueryFixture() : callbacks_{Environment{kClock}, nullptr} {
   sqlite3* database = nullptr;
   if (sqlite3_open(":memory:", &database) != SQLITE_OK) throw std::runtime_error("no SQLite");
   database_.reset(database);
-  registerCollation(database);
-  registerFunctions(database, state_);
+  registerFunctions(database, callbacks_);
   const values::Variant null;
   addTable("Sales", {"id:l", "day:t", "kind:i", "price:c", "note:x", "void:y"},
            {{1, august(1), std::int16_t{1}, won(10.5), "Kim", false},
@@ -99,7 +98,7 @@ QueryFixture::Statement QueryFixture::prepare(const std::string& sql,
 bool QueryFixture::step(const Statement& statement) {
   const int result = sqlite3_step(statement.get());
   if (result == SQLITE_ROW || result == SQLITE_DONE) return result == SQLITE_ROW;
-  state_.rethrow();
+  callbacks_.rethrow();
   throw std::runtime_error(sqlite3_errmsg(database_.get()));
 }
 

@@ -62,7 +62,7 @@ class QueryFixture : public testing::Test, public SchemaSource {
                         const Statement& row);
   std::vector<std::vector<values::Variant>> rows(const Translation& query);
 
-  CallState state_;
+  CallbackContext callbacks_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
   std::deque<SchemaTable> tables_;
   std::deque<SavedQuery> queries_;

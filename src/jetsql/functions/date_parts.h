@@ -26,7 +26,18 @@ struct WeekRule {
 // From seconds since 1899-12-30 00:00.
 [[nodiscard]] values::DateTime fromSeconds(std::int64_t seconds);
 
-enum class Interval { kYear, kQuarter, kMonth, kDayOfYear, kDay, kWeekday, kWeek, kHour, kMinute, kSecond };
+enum class Interval {
+  kYear,
+  kQuarter,
+  kMonth,
+  kDayOfYear,
+  kDay,
+  kWeekday,
+  kWeek,
+  kHour,
+  kMinute,
+  kSecond
+};
 
 // yyyy q m y d w ww h n s, in any case.
 [[nodiscard]] std::optional<Interval> parseInterval(std::string_view name);

@@ -1,4 +1,4 @@
-// What queries ask of the world outside the file: the clock behind Date(), Now() and Time().
+// What functions read from outside the file: the clock of Date(), Now() and Time().
 #pragma once
 
 #include "platform/clock.h"

@@ -120,7 +120,8 @@ std::string format(const Variant& value, std::string_view pattern, const WeekRul
   const Kind kind = kindOf(pattern);
   if (value.isNull()) return kind == Kind::kNumber ? formatNumber(value, pattern) : std::string();
   const Variant read = readAs(value, kind);
-  if (kind == Kind::kText || read.type() == VariantType::kText || read.type() == VariantType::kBinary)
+  if (kind == Kind::kText || read.type() == VariantType::kText ||
+      read.type() == VariantType::kBinary)
     return kind == Kind::kText ? formatText(toText(read), firstSection(pattern)) : toText(read);
   if (kind == Kind::kDate) return formatDate(toDate(read), pattern, rule);
   return formatNumber(read, pattern);

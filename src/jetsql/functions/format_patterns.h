@@ -1,5 +1,5 @@
-// The two engines behind format(): one pattern of each kind, named forms resolved. Private to the
-// room.
+// The two halves of format(), for patterns of numbers and of dates, named forms already resolved.
+// Private to the room.
 #pragma once
 
 #include <string>

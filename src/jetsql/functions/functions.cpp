@@ -16,11 +16,6 @@ using values::VariantType;
 
 namespace {
 
-std::array<std::span<const Function>, 5> tables() {
-  return {textFunctions(), numberFunctions(), dateFunctions(), conversionFunctions(),
-          controlFunctions()};
-}
-
 const Function* findIn(std::span<const Function> table, std::string_view name) {
   const auto found = std::find_if(table.begin(), table.end(), [name](const Function& function) {
     return equalText(function.name, name);
@@ -32,16 +27,16 @@ const Function* findIn(std::span<const Function> table, std::string_view name) {
 
 const Function* findFunction(std::string_view name) {
   if (name.ends_with('$')) name.remove_suffix(1);
-  for (const auto table : tables())
-    if (const Function* function = findIn(table, name)) return function;
+  for (const auto group : functionGroups())
+    if (const Function* function = findIn(group, name)) return function;
   return nullptr;
 }
 
 const Function* findOperator(std::string_view name) { return findIn(allOperators(), name); }
 
-void forEachFunction(void (*visit)(const Function& function, void* context), void* context) {
-  for (const auto table : tables())
-    for (const Function& function : table) visit(function, context);
+FunctionGroups functionGroups() {
+  return {textFunctions(), numberFunctions(), dateFunctions(), conversionFunctions(),
+          controlFunctions()};
 }
 
 Variant call(const Function& function, Arguments arguments, const Environment& environment) {

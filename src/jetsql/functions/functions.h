@@ -20,6 +20,7 @@
 // 94 Null where none may be.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -42,8 +43,9 @@ struct Function {
   values::Variant (*implementation)(Arguments arguments, const Environment& environment);
   bool acceptsNull = false;   // false: a Null argument makes the result Null by itself
   bool deterministic = true;  // false: asks the clock
-  // The same of two amounts in ten-thousandths, which give an amount; true where it overflows.
-  bool (*ofAmounts)(std::int64_t left, std::int64_t right, std::int64_t* result) = nullptr;
+  // The same over Currency operands in ten-thousandths; returns true on overflow. Optional: sums
+  // and differences of Currency are most of what a job computes.
+  bool (*currencyFastPath)(std::int64_t left, std::int64_t right, std::int64_t* result) = nullptr;
 };
 
 [[nodiscard]] values::Variant call(const Function& function, Arguments arguments,
@@ -58,7 +60,8 @@ struct Function {
 
 [[nodiscard]] std::span<const Function> allOperators();
 
-// Every function, room by room: text, number, date, conversion, control.
-void forEachFunction(void (*visit)(const Function& function, void* context), void* context);
+// Every function, by group: text, number, date, conversion, control.
+using FunctionGroups = std::array<std::span<const Function>, 5>;
+[[nodiscard]] FunctionGroups functionGroups();
 
 }  // namespace jetsql

@@ -19,7 +19,7 @@ VariantType commonFrom(ArgumentTypes types, std::size_t first, std::size_t step)
   return type;
 }
 
-VariantType behindFirst(ArgumentTypes types) { return commonFrom(types, 1, 1); }
+VariantType afterFirst(ArgumentTypes types) { return commonFrom(types, 1, 1); }
 VariantType everySecond(ArgumentTypes types) { return commonFrom(types, 1, 2); }
 VariantType ofBoth(ArgumentTypes types) { return commonFrom(types, 0, 1); }
 
@@ -56,11 +56,11 @@ Variant choose(Arguments arguments, const Environment&) {
 }
 
 constexpr Function kTable[] = {
-    {"IIf", 3, 3, behindFirst, iif, true},
+    {"IIf", 3, 3, afterFirst, iif, true},
     {"IsNull", 1, 1, fixedType<VariantType::kYesNo>, isNull, true},
     {"Nz", 1, 2, nzType, nz, true},
     {"Switch", 2, kAnyNumberOfArguments, everySecond, switchCase, true},
-    {"Choose", 2, kAnyNumberOfArguments, behindFirst, choose, true},
+    {"Choose", 2, kAnyNumberOfArguments, afterFirst, choose, true},
 };
 
 }  // namespace

@@ -129,7 +129,7 @@ std::int64_t floorDivide(std::int64_t value, std::int64_t divisor) {
   return value / divisor - (value % divisor < 0 ? 1 : 0);
 }
 
-// How many borders of the interval lie between the two.
+// How many boundaries of the interval are between the two.
 std::int64_t difference(Interval unit, DateTime from, DateTime to, const WeekRule& rule) {
   const CivilTime a = values::toCivil(from);
   const CivilTime b = values::toCivil(to);

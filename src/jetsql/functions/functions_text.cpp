@@ -109,7 +109,7 @@ Variant inStrRev(Arguments arguments, const Environment&) {
   return found == std::u32string::npos ? 0 : static_cast<std::int32_t>(found + 1);
 }
 
-// Replace(text, find, by [, start [, count [, comparison]]]): what stands before the start is cut
+// Replace(text, find, by [, start [, count [, comparison]]]): the text before the start is cut
 // off.
 Variant replace(Arguments arguments, const Environment&) {
   const TextArgument source(arguments[0]);
@@ -192,7 +192,7 @@ Variant compare(Arguments arguments, const Environment&) {
   return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }
 
-// Each letter behind something that is no letter becomes a capital, every other a small one.
+// A letter after a character that is none becomes a capital, every other a small one.
 std::string properCase(std::string_view text) {
   std::u32string characters = text::toCharacters(text::lowerCase(text));
   bool inWord = false;

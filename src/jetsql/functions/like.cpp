@@ -54,7 +54,7 @@ bool inList(char32_t character, std::string_view items, std::string_view pattern
   return found;
 }
 
-// Whether the one character fits what the pattern has at `position`, which moves behind it. The
+// Whether the character matches the pattern element at `position`, which moves past it. The
 // empty list [] fits no character by itself and is passed over by the caller.
 bool fitsOne(char32_t character, std::string_view pattern, std::size_t& position) {
   const char32_t wanted = text::nextCharacter(pattern, position);

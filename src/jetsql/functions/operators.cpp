@@ -41,7 +41,7 @@ Variant wholeArithmetic(Arithmetic operation, const Variant& left, const Variant
   const std::int64_t b = toLong(right);
   const std::int64_t result = operation == Arithmetic::kMultiply ? a * b
                               : operation == Arithmetic::kAdd    ? a + b
-                                                                : a - b;
+                                                                 : a - b;
   if (result != static_cast<std::int32_t>(result)) throwOverflow();
   return static_cast<std::int32_t>(result);
 }
@@ -76,7 +76,7 @@ Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Vari
     const bool up = rest * 2 > kCurrencyScale || (rest * 2 == kCurrencyScale && whole % 2 != 0);
     units = checkedUnits(whole + (up ? 1 : 0), (a < 0) != (b < 0));
   } else if (operation == Arithmetic::kAdd ? addAmounts(a, b, &units)
-                                          : subtractAmounts(a, b, &units)) {
+                                           : subtractAmounts(a, b, &units)) {
     throwOverflow();
   }
   return Currency{units};

@@ -1,7 +1,5 @@
 #include "jetsql/functions/text_compare.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 
 #include "text/letter_case.h"
@@ -26,11 +24,6 @@ bool isCaseless(std::string_view text) {
   const auto first = static_cast<unsigned char>(text[0]);
   const bool isSurrogate = first == 0xED && static_cast<unsigned char>(text[1]) >= 0xA0;
   return first >= 0xE2 && first <= 0xEE && !isSurrogate;
-}
-
-int compareCallback(void*, int leftSize, const void* left, int rightSize, const void* right) {
-  return compareText({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
-                     {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
 }
 
 }  // namespace
@@ -75,10 +68,6 @@ std::uint64_t hashText(std::string_view text) {
 void appendFolded(std::string_view text, std::string& result) {
   for (std::size_t position = 0; position < text.size();)
     text::appendCharacter(result, folded(text::nextCharacter(text, position)));
-}
-
-void registerCollation(sqlite3* database) {
-  sqlite3_create_collation_v2(database, "JET", SQLITE_UTF8, nullptr, compareCallback, nullptr);
 }
 
 }  // namespace jetsql

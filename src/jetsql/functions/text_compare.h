@@ -9,8 +9,6 @@
 #include <string>
 #include <string_view>
 
-struct sqlite3;
-
 namespace jetsql {
 
 // Below 0, 0 or above 0.
@@ -21,8 +19,5 @@ namespace jetsql {
 
 // Appends the text in a form whose bytes are in the order of the texts, if it is whole UTF-8.
 void appendFolded(std::string_view text, std::string& folded);
-
-// The collation's name in SQLite is JET.
-void registerCollation(sqlite3* database);
 
 }  // namespace jetsql

@@ -21,9 +21,10 @@ using values::VariantType;
 constexpr std::size_t kMaxEqual = 10;  // columns that a Jet index can have
 constexpr std::size_t kMaxTarget = 255;
 
-// A plan with the constraints that feed it, by position in the planner's list, and its price.
+// An access path with the constraints that it uses, by position in the planner's list, and its
+// cost.
 struct Candidate {
-  TablePlan plan;
+  AccessPath path;
   std::vector<int> constraints;
   double cost = 0;
   double rows = 0;
@@ -64,14 +65,14 @@ ColumnConstraints constraintsOn(const sqlite3_index_info& info, int column) {
 void addRange(Candidate& candidate, const sqlite3_index_info& info,
               const ColumnConstraints& constraints) {
   if (constraints.lower >= 0) {
-    candidate.plan.lower = true;
-    candidate.plan.lowerInclusive =
+    candidate.path.lower = true;
+    candidate.path.lowerInclusive =
         info.aConstraint[constraints.lower].op == SQLITE_INDEX_CONSTRAINT_GE;
     candidate.constraints.push_back(constraints.lower);
   }
   if (constraints.upper >= 0) {
-    candidate.plan.upper = true;
-    candidate.plan.upperInclusive =
+    candidate.path.upper = true;
+    candidate.path.upperInclusive =
         info.aConstraint[constraints.upper].op == SQLITE_INDEX_CONSTRAINT_LE;
     candidate.constraints.push_back(constraints.upper);
   }
@@ -80,10 +81,10 @@ void addRange(Candidate& candidate, const sqlite3_index_info& info,
 // Guesses, good enough to prefer an index to a scan and more conditions to fewer: an equality
 // leaves the square root of the rows, half of them where it is on a Yes/No, a bound a quarter.
 double rowsLeft(double rows, const Candidate& candidate, VariantType firstKey) {
-  if (candidate.plan.equal > 0) rows = firstKey == VariantType::kYesNo ? rows / 2 : std::sqrt(rows);
-  for (int i = 1; i < candidate.plan.equal; ++i) rows /= 4;
-  if (candidate.plan.lower) rows /= 4;
-  if (candidate.plan.upper) rows /= 4;
+  if (candidate.path.equal > 0) rows = firstKey == VariantType::kYesNo ? rows / 2 : std::sqrt(rows);
+  for (int i = 1; i < candidate.path.equal; ++i) rows /= 4;
+  if (candidate.path.lower) rows /= 4;
+  if (candidate.path.upper) rows /= 4;
   return std::max(rows, 1.0);
 }
 
@@ -94,34 +95,35 @@ VariantType typeOf(const JetTable& table, std::size_t column) {
 std::optional<Candidate> byRowId(const sqlite3_index_info& info) {
   const int equal = constraintsOn(info, -1).equal;
   if (equal < 0) return {};
-  return Candidate{{.access = Access::kRowId, .equal = 1}, {equal}, 1, 1, true};
+  return Candidate{{.method = AccessMethod::kRowId, .equal = 1}, {equal}, 1, 1, true};
 }
 
 std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
                                      const sqlite3_index_info& info) {
   const jet::RealIndex& index = table.table().definition().realIndexes[number];
   Candidate candidate;
-  candidate.plan.access = Access::kFileIndex;
-  candidate.plan.target = static_cast<std::uint16_t>(number);
+  candidate.path.method = AccessMethod::kFileIndex;
+  candidate.path.target = static_cast<std::uint16_t>(number);
   std::size_t used = 0;
   for (; used < std::min(index.columns.size(), kMaxEqual); ++used) {
     const auto constraints = constraintsOn(info, static_cast<int>(index.columns[used].column));
-    const bool wanted = constraints.equal >= 0 || constraints.lower >= 0 || constraints.upper >= 0;
-    if (!wanted || !table.table().canSeek(number, used + 1)) break;
+    const bool constrained =
+        constraints.equal >= 0 || constraints.lower >= 0 || constraints.upper >= 0;
+    if (!constrained || !table.table().canSeek(number, used + 1)) break;
     if (constraints.equal < 0) {
       addRange(candidate, info, constraints);
       break;
     }
     candidate.constraints.push_back(constraints.equal);
-    ++candidate.plan.equal;
+    ++candidate.path.equal;
   }
   if (candidate.constraints.empty()) return {};
-  candidate.unique = index.unique && candidate.plan.equal == index.columns.size();
+  candidate.unique = index.unique && candidate.path.equal == index.columns.size();
   candidate.rows = candidate.unique ? 1
                                     : rowsLeft(table.estimatedRows(), candidate,
                                                typeOf(table, index.columns.front().column));
   constexpr double kSeek = 4;
-  constexpr double kRowByIndex = 1.5;  // its page lies anywhere
+  constexpr double kRowByIndex = 1.5;  // pages in no order
   candidate.cost = kSeek + kRowByIndex * candidate.rows;
   return candidate;
 }
@@ -129,14 +131,14 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
 std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column,
                                        const sqlite3_index_info& info) {
   const VariantType type = typeOf(table, column);
-  if (type == VariantType::kYesNo) return {};  // half of the rows in another order: no gain
+  if (type == VariantType::kYesNo) return {};  // finds half of the rows: slower than a scan
   const auto constraints = constraintsOn(info, static_cast<int>(column));
   Candidate candidate;
-  candidate.plan.access = Access::kMemoryIndex;
-  candidate.plan.target = static_cast<std::uint16_t>(column);
+  candidate.path.method = AccessMethod::kMemoryIndex;
+  candidate.path.target = static_cast<std::uint16_t>(column);
   if (constraints.equal >= 0) {
     candidate.constraints.push_back(constraints.equal);
-    candidate.plan.equal = 1;
+    candidate.path.equal = 1;
   } else if (hasOrderedKeys(type)) {
     addRange(candidate, info, constraints);
   }
@@ -151,53 +153,54 @@ std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column
 // A table of few rows, such as the inner one of a join, is looked up in memory even where the file
 // has an index: that is a fraction of the work, and its few pages stay in memory as they are
 // anyway.
-void keepSmallInMemory(const JetTable& table, TablePlan& plan) {
+void keepSmallInMemory(const JetTable& table, AccessPath& path) {
   constexpr double kFewRows = 1000;
-  if (plan.access != Access::kFileIndex || plan.equal != 1 || plan.lower || plan.upper) return;
+  if (path.method != AccessMethod::kFileIndex || path.equal != 1 || path.lower || path.upper)
+    return;
   if (table.estimatedRows() > kFewRows) return;
   const std::size_t column =
-      table.table().definition().realIndexes[plan.target].columns.front().column;
+      table.table().definition().realIndexes[path.target].columns.front().column;
   if (column > kMaxTarget) return;
-  plan.access = Access::kMemoryIndex;
-  plan.target = static_cast<std::uint16_t>(column);
+  path.method = AccessMethod::kMemoryIndex;
+  path.target = static_cast<std::uint16_t>(column);
 }
 
-// One row is in any order. The rows of one key are few and lie together: they are put in order
-// here, so that SQLite need not.
-void orderHere(const JetTable& table, sqlite3_index_info& info, Candidate& best) {
+// A single row is in any order. The rows of one key are few and lie together: the cursor sorts
+// them, which costs less than SQLite's sorter.
+void sortInCursor(const JetTable& table, sqlite3_index_info& info, Candidate& best) {
   if (info.nOrderBy == 0) return;
   if (best.unique) {
     info.orderByConsumed = 1;
     return;
   }
-  const bool finds =
-      best.plan.access == Access::kFileIndex || best.plan.access == Access::kMemoryIndex;
-  if (!finds || best.plan.equal == 0) return;
-  std::vector<RowOrder::Term> terms;
+  const bool byIndex = best.path.method == AccessMethod::kFileIndex ||
+                       best.path.method == AccessMethod::kMemoryIndex;
+  if (!byIndex || best.path.equal == 0) return;
+  std::vector<RowSorter::Term> terms;
   for (const auto& term : std::span(info.aOrderBy, static_cast<std::size_t>(info.nOrderBy))) {
     if (term.iColumn < 0) return;
     const auto column = static_cast<std::size_t>(term.iColumn);
-    if (!RowOrder::canOrderBy(typeOf(table, column))) return;
+    if (!RowSorter::canOrderBy(typeOf(table, column))) return;
     terms.push_back({column, term.desc != 0});
   }
-  info.idxStr = sqlite3_mprintf("%s", RowOrder::packed(terms).c_str());
+  info.idxStr = sqlite3_mprintf("%s", RowSorter::packed(terms).c_str());
   if (info.idxStr == nullptr) throw std::bad_alloc();
   info.needToFreeIdxStr = 1;
   info.orderByConsumed = 1;
-  best.plan.ordered = true;
+  best.path.sorted = true;
 }
 
 }  // namespace
 
-int TablePlan::packed() const {
+int AccessPath::packed() const {
   const auto bit = [](bool on, int place) { return on ? 1 << place : 0; };
-  return static_cast<int>(access) | bit(lower, 2) | bit(lowerInclusive, 3) | bit(upper, 4) |
-         bit(upperInclusive, 5) | bit(ordered, 6) | equal << 8 | target << 16;
+  return static_cast<int>(method) | bit(lower, 2) | bit(lowerInclusive, 3) | bit(upper, 4) |
+         bit(upperInclusive, 5) | bit(sorted, 6) | equal << 8 | target << 16;
 }
 
-TablePlan TablePlan::unpacked(int number) {
+AccessPath AccessPath::unpacked(int number) {
   const auto bit = [number](int place) { return (number >> place & 1) != 0; };
-  return {static_cast<Access>(number & 3),
+  return {static_cast<AccessMethod>(number & 3),
           static_cast<std::uint8_t>(number >> 8 & 0xFF),
           bit(2),
           bit(3),
@@ -207,8 +210,8 @@ TablePlan TablePlan::unpacked(int number) {
           static_cast<std::uint16_t>(number >> 16 & 0x7FFF)};
 }
 
-void choosePlan(const JetTable& table, sqlite3_index_info& info) {
-  constexpr double kScanStart = 40;  // which pages there are is read anew each time
+void chooseAccessPath(const JetTable& table, sqlite3_index_info& info) {
+  constexpr double kScanStart = 40;  // the usage map is read for each scan
   const double rows = table.estimatedRows();
   Candidate best{{}, {}, kScanStart + rows, rows, false};
   const auto consider = [&best](const std::optional<Candidate>& candidate) {
@@ -221,12 +224,12 @@ void choosePlan(const JetTable& table, sqlite3_index_info& info) {
   for (std::size_t i = 0; i < std::min(definition.columns.size(), kMaxTarget + 1); ++i)
     consider(byMemoryIndex(table, i, info));
 
-  keepSmallInMemory(table, best.plan);
-  orderHere(table, info, best);
+  keepSmallInMemory(table, best.path);
+  sortInCursor(table, info, best);
 
   for (std::size_t i = 0; i < best.constraints.size(); ++i)
     info.aConstraintUsage[best.constraints[i]].argvIndex = static_cast<int>(i) + 1;
-  info.idxNum = best.plan.packed();
+  info.idxNum = best.path.packed();
   info.estimatedCost = best.cost;
   info.estimatedRows = static_cast<sqlite3_int64>(best.rows);
   if (best.unique) info.idxFlags = SQLITE_INDEX_SCAN_UNIQUE;

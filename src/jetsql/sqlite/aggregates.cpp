@@ -25,12 +25,12 @@ class Aggregate {
   Aggregate& operator=(const Aggregate&) = delete;
   virtual ~Aggregate() = default;
   virtual void step(const Variant& value) = 0;
-  // Whole numbers make up most of what is counted and summed.
+  // Most summed values are whole numbers: without a Variant.
   virtual void stepWhole(std::int32_t value) { step(value); }
   [[nodiscard]] virtual Variant result() const = 0;
 };
 
-// Exact for Currency and Numeric, else with compensation for what doubles lose (Neumaier).
+// Exact for Currency and Numeric, else a compensated sum of doubles (Neumaier).
 class Sum : public Aggregate {
  public:
   void step(const Variant& value) override {
@@ -76,7 +76,7 @@ class Average : public Sum {
 };
 
 template <bool kFirst>
-class Edge : public Aggregate {
+class FirstOrLast : public Aggregate {
  public:
   void step(const Variant& value) override {
     if (kFirst && seen_) return;
@@ -92,7 +92,7 @@ class Edge : public Aggregate {
 
 // Welford's running variance.
 template <bool kPopulation, bool kRoot>
-class Spread : public Aggregate {
+class Variance : public Aggregate {
  public:
   void step(const Variant& value) override {
     if (value.isNull()) return;
@@ -115,8 +115,8 @@ class Spread : public Aggregate {
   double squares_ = 0;
 };
 
-CallState& stateOf(sqlite3_context* context) {
-  return *static_cast<CallState*>(sqlite3_user_data(context));
+CallbackContext& callbacksOf(sqlite3_context* context) {
+  return *static_cast<CallbackContext*>(sqlite3_user_data(context));
 }
 
 const unsigned char* signature(sqlite3_value* value) {
@@ -126,7 +126,7 @@ const unsigned char* signature(sqlite3_value* value) {
   return text;
 }
 
-// An Integer or a Long that lies in its range.
+// An Integer or a Long within its range.
 bool isWhole(sqlite3_value* value, VariantType type) {
   if (sqlite3_value_type(value) != SQLITE_INTEGER) return false;
   const std::int64_t whole = sqlite3_value_int64(value);
@@ -140,8 +140,8 @@ struct Group {
   VariantType type = VariantType::kNull;
 };
 
-// In SQLite's own memory for the group, which begins as zeros and is not told when it ends but by
-// the final call: that one owns and frees.
+// In SQLite's memory of the group, which is zeroed at first. SQLite always makes the final call,
+// also after an error: finalCallback frees the group.
 struct GroupSlot {
   Group* group;
 };
@@ -149,7 +149,7 @@ struct GroupSlot {
 template <typename Kind>
 void stepCallback(sqlite3_context* context, int count, sqlite3_value** values) {
   guarded(
-      stateOf(context),
+      callbacksOf(context),
       [&] {
         auto* slot = static_cast<GroupSlot*>(sqlite3_aggregate_context(context, sizeof(GroupSlot)));
         if (slot == nullptr || count != 2) throw std::bad_alloc();
@@ -174,28 +174,28 @@ void finalCallback(sqlite3_context* context) {
   const std::unique_ptr<Group> group(slot->group);
   slot->group = nullptr;
   guarded(
-      stateOf(context),
+      callbacksOf(context),
       [&] { setResult(context, convert(group->aggregate->result(), group->type)); },
       [&](const char* text) { sqlite3_result_error(context, text, -1); });
 }
 
 template <typename Kind>
-void add(sqlite3* database, CallState& state, const char* name) {
-  sqlite3_create_function_v2(database, name, 2, SQLITE_UTF8, &state, nullptr, stepCallback<Kind>,
-                             finalCallback, nullptr);
+void add(sqlite3* database, CallbackContext& callbacks, const char* name) {
+  sqlite3_create_function_v2(database, name, 2, SQLITE_UTF8, &callbacks, nullptr,
+                             stepCallback<Kind>, finalCallback, nullptr);
 }
 
 }  // namespace
 
-void registerAggregates(sqlite3* database, CallState& state) {
-  add<Sum>(database, state, "jet_sum");
-  add<Average>(database, state, "jet_avg");
-  add<Edge<true>>(database, state, "jet_first");
-  add<Edge<false>>(database, state, "jet_last");
-  add<Spread<false, true>>(database, state, "jet_stdev");
-  add<Spread<true, true>>(database, state, "jet_stdevp");
-  add<Spread<false, false>>(database, state, "jet_var");
-  add<Spread<true, false>>(database, state, "jet_varp");
+void registerAggregates(sqlite3* database, CallbackContext& callbacks) {
+  add<Sum>(database, callbacks, "jet_sum");
+  add<Average>(database, callbacks, "jet_avg");
+  add<FirstOrLast<true>>(database, callbacks, "jet_first");
+  add<FirstOrLast<false>>(database, callbacks, "jet_last");
+  add<Variance<false, true>>(database, callbacks, "jet_stdev");
+  add<Variance<true, true>>(database, callbacks, "jet_stdevp");
+  add<Variance<false, false>>(database, callbacks, "jet_var");
+  add<Variance<true, false>>(database, callbacks, "jet_varp");
 }
 
 }  // namespace jetsql

@@ -9,9 +9,9 @@ struct sqlite3;
 
 namespace jetsql {
 
-struct CallState;
+struct CallbackContext;
 
-// `state` outlives the connection.
-void registerAggregates(sqlite3* database, CallState& state);
+// `callbacks` outlives the connection.
+void registerAggregates(sqlite3* database, CallbackContext& callbacks);
 
 }  // namespace jetsql

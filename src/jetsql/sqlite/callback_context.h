@@ -1,8 +1,8 @@
-// What the callbacks that SQLite calls share with the session: the environment, and the error that
-// a callback met, kept beside the handle because SQLite passes texts only.
+// What the callbacks of one SQLite connection share with the session: the environment of functions,
+// and the exception that a callback met, kept here because SQLite passes texts only.
 //
-//   guarded(state, [&] { ... may throw RuntimeError ... }, [&](const char* text) { tell SQLite });
-//   state.rethrow();       // after sqlite3_step gave an error
+//   guarded(callbacks, [&] { ... may throw RuntimeError ... }, [&](const char* text) { report to
+//   SQLite }); callbacks.rethrow();       // after sqlite3_step gave an error
 #pragma once
 
 #include <exception>
@@ -14,7 +14,7 @@
 
 namespace jetsql {
 
-struct CallState {
+struct CallbackContext {
   Environment environment;
   std::exception_ptr failure;
 
@@ -24,14 +24,14 @@ struct CallState {
   }
 };
 
-// Runs `body`; an exception is kept in `state` and its text given to `fail`. No exception may pass
-// through SQLite.
+// Runs `body`; an exception is kept in `callbacks` and its text given to `fail`. No exception may
+// pass through SQLite.
 template <typename Body, typename Fail>
-void guarded(CallState& state, Body&& body, Fail&& fail) noexcept {
+void guarded(CallbackContext& callbacks, Body&& body, Fail&& fail) noexcept {
   try {
     body();
   } catch (const std::exception& problem) {
-    if (!state.failure) state.failure = std::current_exception();
+    if (!callbacks.failure) callbacks.failure = std::current_exception();
     fail(problem.what());
   }
 }

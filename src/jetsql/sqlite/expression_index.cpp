@@ -9,8 +9,8 @@
 namespace jetsql {
 namespace {
 
-constexpr double kFewRows = 1000;
-constexpr double kMaxRows = 1 << 20;  // some 40 MiB of keys, most of them in SQLite's own file
+constexpr double kMinRows = 1000;     // below that a scan is as fast
+constexpr double kMaxRows = 1 << 20;  // some 40 MiB, most of it in SQLite's temporary file
 constexpr std::size_t kMaxTables = 16;
 
 bool run(sqlite3* connection, const std::string& sql) {
@@ -19,46 +19,46 @@ bool run(sqlite3* connection, const std::string& sql) {
 
 }  // namespace
 
-std::optional<std::string> ComputedKeys::find(sqlite3* connection, const JetTable& table,
-                                              const ComputedKey& key) {
-  for (const Known& known : known_)
-    if (known.table == &table && known.key.expression == key.expression) return known.name;
+std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const JetTable& table,
+                                                   const ComputedKey& key) {
+  for (const Index& index : indexes_)
+    if (index.table == &table && index.key.expression == key.expression) return index.name;
   const double rows = table.estimatedRows();
-  if (rows < kFewRows || rows > kMaxRows || known_.size() == kMaxTables) return {};
-  Known made{&table, key, "keys" + std::to_string(known_.size()), 0};
+  if (rows < kMinRows || rows > kMaxRows || indexes_.size() == kMaxTables) return {};
+  Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0};
   if (!run(connection, "CREATE TEMP TABLE " + made.name + " (key" +
                            (key.isText ? " COLLATE JET" : "") +
                            ", row INTEGER, PRIMARY KEY (key, row)) WITHOUT ROWID"))
     return {};
   if (!build(connection, made)) {
-    // An expression that fails for some row is left to the query itself.
+    // The expression fails for some row: the query itself may not reach that row.
     run(connection, "DROP TABLE " + made.name);
     return {};
   }
-  known_.push_back(std::move(made));
-  return known_.back().name;
+  indexes_.push_back(std::move(made));
+  return indexes_.back().name;
 }
 
-std::size_t ComputedKeys::changesOf(const Known& known) {
+std::size_t ExpressionIndexes::changesOf(const Index& index) {
   std::size_t changes = 0;
-  for (const std::size_t column : known.key.columns) changes += known.table->changesOf(column);
+  for (const std::size_t column : index.key.columns) changes += index.table->changesOf(column);
   return changes;
 }
 
-bool ComputedKeys::build(sqlite3* connection, Known& known) {
-  known.changes = changesOf(known);
-  // A key that is Null cannot be kept and is left out.
-  return run(connection, "INSERT OR IGNORE INTO " + known.name + " SELECT " + known.key.expression +
-                             ", k.rowid FROM " + quotedName(known.table->schema().sqliteName) +
+bool ExpressionIndexes::build(sqlite3* connection, Index& index) {
+  index.changes = changesOf(index);
+  // A Null key violates the primary key and is ignored.
+  return run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + index.key.expression +
+                             ", k.rowid FROM " + quotedName(index.table->schema().sqliteName) +
                              " AS k");
 }
 
-void ComputedKeys::refresh(sqlite3* connection) {
-  for (Known& known : known_) {
-    if (known.changes == changesOf(known)) continue;
-    if (!run(connection, "DELETE FROM " + known.name) || !build(connection, known))
-      throw RuntimeError(error::kReserved, "The keys of " + known.table->schema().name +
-                                               " could not be computed again.");
+void ExpressionIndexes::refresh(sqlite3* connection) {
+  for (Index& index : indexes_) {
+    if (index.changes == changesOf(index)) continue;
+    if (!run(connection, "DELETE FROM " + index.name) || !build(connection, index))
+      throw RuntimeError(error::kReserved, "An index in memory on " + index.table->schema().name +
+                                               " could not be rebuilt.");
   }
 }
 

@@ -1,11 +1,11 @@
-// Rows by the value of an expression over one table, kept in SQLite as temporary tables (key, row):
+// Indexes over the values of an expression, kept in SQLite as temporary tables (key, row):
 //
 //   SELECT * FROM qryCard WHERE day = '13.08.02'      where day is Left([date], 2) & '.' & ...
 //
-// No index of the file helps there, and a job asks it for day after day. So the expression is
-// computed once for every row; later days find their rows by it. Values are those of the moment of
-// building; rows that this program has changed since are computed again before the next query.
-// Private to the room. Errors: whatever the expression raises for a row.
+// No index of the file serves this condition, and a job asks it for day after day. So the
+// expression is computed once for every row. Values are those of the moment of building; an index
+// whose columns this session has written since is rebuilt before the next query. Private to the
+// room. Errors: whatever the expression raises for a row.
 #pragma once
 
 #include <cstddef>
@@ -21,27 +21,27 @@ namespace jetsql {
 
 class JetTable;
 
-class ComputedKeys {
+class ExpressionIndexes {
  public:
-  // The name of the table of keys, built by now; nothing where a scan is as good.
+  // The name of the temporary table, built on the first call; nothing where a scan is as good.
   [[nodiscard]] std::optional<std::string> find(sqlite3* connection, const JetTable& table,
                                                 const ComputedKey& key);
 
-  // Computes again what changes to the tables have made stale.
+  // Rebuilds the indexes that writes to their tables have made stale.
   void refresh(sqlite3* connection);
 
  private:
-  struct Known {
+  struct Index {
     const JetTable* table;
     ComputedKey key;
     std::string name;
-    std::size_t changes = 0;  // of its columns when it was built
+    std::size_t changes = 0;  // writes to its columns before it was built
   };
 
-  static std::size_t changesOf(const Known& known);
-  static bool build(sqlite3* connection, Known& known);
+  static std::size_t changesOf(const Index& index);
+  static bool build(sqlite3* connection, Index& index);
 
-  std::vector<Known> known_;
+  std::vector<Index> indexes_;
 };
 
 }  // namespace jetsql

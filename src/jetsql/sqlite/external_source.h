@@ -1,5 +1,5 @@
-// Tables that lie in another system and are linked into a Jet file by a connect text, such as
-// "ODBC;DSN=shop;DATABASE=central". Whoever opens sessions hands in a source that can reach them.
+// Access to tables of another system that are linked into a Jet file by a connect text, such as
+// "ODBC;DSN=shop;DATABASE=central". The caller of Session::open provides it.
 //
 //   auto columns = source.columns(connect, "TicketTB");
 //   auto rows = source.open(connect, "TicketTB", {{"rdate", Comparison::kEqual, day}});
@@ -24,7 +24,7 @@ struct ExternalColumn {
 
 enum class Comparison { kEqual, kLess, kLessOrEqual, kGreater, kGreaterOrEqual };
 
-// A condition that a row must meet. A source may apply it or leave it: it is checked again.
+// A condition that rows must meet. A source may ignore it: it is checked again here.
 struct ExternalCondition {
   std::string column;
   Comparison comparison = Comparison::kEqual;
@@ -38,7 +38,7 @@ class ExternalRows {
   ExternalRows& operator=(const ExternalRows&) = delete;
   virtual ~ExternalRows() = default;
 
-  // To the first row, then to each further one; false behind the last.
+  // To the first row, then to the next; false after the last.
   [[nodiscard]] virtual bool next() = 0;
   // Column of the current row, in the order of ExternalSource::columns.
   [[nodiscard]] virtual values::Variant value(std::size_t column) = 0;

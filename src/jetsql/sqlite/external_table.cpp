@@ -29,13 +29,13 @@ std::optional<Comparison> comparisonOf(unsigned char operation) {
   }
 }
 
-// Texts and floats compare differently elsewhere: a condition on them could lose rows there.
-bool comparesAlike(values::VariantType type) {
+// Types that another system compares as Jet does. A condition on texts or floats could lose rows.
+bool comparesEqually(values::VariantType type) {
   return isWholeNumber(type) || type == values::VariantType::kCurrency ||
          type == values::VariantType::kDateTime;
 }
 
-// The plan's text holds two characters per condition: the column and the comparison.
+// The plan text has two characters per condition: the column and the comparison.
 class Cursor {
  public:
   explicit Cursor(ExternalTable& table) : table_(table) {}
@@ -79,11 +79,11 @@ class Cursor {
 }  // namespace
 
 ExternalTable::ExternalTable(ExternalSource& source, std::string connect, std::string foreignName,
-                             std::string name, std::string sqliteName, CallState& state)
+                             std::string name, std::string sqliteName, CallbackContext& callbacks)
     : source_(source),
       connect_(std::move(connect)),
       foreignName_(std::move(foreignName)),
-      state_(state) {
+      callbacks_(callbacks) {
   schema_.name = std::move(name);
   schema_.sqliteName = std::move(sqliteName);
   schema_.updatable = false;
@@ -96,8 +96,8 @@ void ExternalTable::registerIn(sqlite3* connection) {
                            &kVirtualModule<ExternalTable, Cursor>, this, nullptr);
 }
 
-void ExternalTable::choosePlan(sqlite3_index_info& info) const {
-  constexpr double kRows = 100000;  // nobody knows; each run is a call to another system
+void ExternalTable::chooseAccessPath(sqlite3_index_info& info) const {
+  constexpr double kRows = 100000;  // not known; each run is a call to another system
   constexpr double kCall = 10000;
   constexpr int kMaxColumns = 250;
   std::string plan;
@@ -107,7 +107,7 @@ void ExternalTable::choosePlan(sqlite3_index_info& info) const {
     const auto comparison = comparisonOf(constraint.op);
     if (constraint.usable == 0 || !comparison || constraint.iColumn < 0 ||
         constraint.iColumn >= kMaxColumns ||
-        !comparesAlike(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type))
+        !comparesEqually(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type))
       continue;
     plan += static_cast<char>(constraint.iColumn + 1);
     plan += static_cast<char>('0' + static_cast<int>(*comparison));

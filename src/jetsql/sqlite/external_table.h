@@ -1,5 +1,5 @@
 // A table of another system as SQLite sees it: columns c0, c1, ... of what an ExternalSource gives.
-// Conditions on its columns are handed to the source, so that it sends no more than is asked for.
+// Conditions on its columns are pushed down to the source, which then sends fewer rows.
 #pragma once
 
 #include <memory>
@@ -17,19 +17,19 @@ namespace jetsql {
 
 class ExternalTable {
  public:
-  // Asks the source for the columns. Source and state outlive this; this outlives the connection it
-  // is registered in.
+  // Asks the source for the columns. Source and callbacks outlive this; this outlives the
+  // connection it is registered in.
   ExternalTable(ExternalSource& source, std::string connect, std::string foreignName,
-                std::string name, std::string sqliteName, CallState& state);
+                std::string name, std::string sqliteName, CallbackContext& callbacks);
   ExternalTable(const ExternalTable&) = delete;
   ExternalTable& operator=(const ExternalTable&) = delete;
   ~ExternalTable() = default;
 
   void registerIn(sqlite3* connection);
-  void choosePlan(sqlite3_index_info& info) const;
+  void chooseAccessPath(sqlite3_index_info& info) const;
 
   [[nodiscard]] const SchemaTable& schema() const { return schema_; }
-  [[nodiscard]] CallState& state() const { return state_; }
+  [[nodiscard]] CallbackContext& callbacks() const { return callbacks_; }
   [[nodiscard]] std::unique_ptr<ExternalRows> open(
       const std::vector<ExternalCondition>& conditions) const {
     return source_.open(connect_, foreignName_, conditions);
@@ -40,7 +40,7 @@ class ExternalTable {
   std::string connect_;
   std::string foreignName_;
   SchemaTable schema_;
-  CallState& state_;
+  CallbackContext& callbacks_;
 };
 
 }  // namespace jetsql

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "jetsql/functions/functions.h"
-#include "jetsql/functions/text_compare.h"
 #include "jetsql/functions/value_types.h"
 #include "jetsql/sqlite/aggregates.h"
 #include "jetsql/sqlite/callback_context.h"
+#include "jetsql/sqlite/collation_registration.h"
 #include "jetsql/sqlite/value_encoding.h"
 #include "text/letter_case.h"
 
@@ -21,21 +21,21 @@ namespace {
 
 using values::Variant;
 
-// What a registered function finds behind sqlite3_user_data. Without a function: jet_convert.
+// The user data of a registered function. Without a function: jet_convert.
 struct Binding {
   const Function* function;
-  CallState& state;
+  CallbackContext& callbacks;
 };
 
 Variant evaluate(const Binding& binding, Arguments arguments) {
   if (binding.function == nullptr) return arguments[0];
   const Function& function = *binding.function;
   const auto width = static_cast<std::size_t>(function.maxArguments);
-  if (arguments.size() <= width) return call(function, arguments, binding.state.environment);
+  if (arguments.size() <= width) return call(function, arguments, binding.callbacks.environment);
   // a + b + c in one call.
   Variant result = arguments[0];
   for (const Variant& operand : arguments.subspan(1))
-    result = call(function, std::array{result, operand}, binding.state.environment);
+    result = call(function, std::array{result, operand}, binding.callbacks.environment);
   return result;
 }
 
@@ -46,15 +46,17 @@ std::string_view signatureOf(sqlite3_value* value, std::size_t count) {
   return {letters, count + 1};
 }
 
-// Sums and differences of amounts are by far the most calls. False where it takes the long way.
-bool runOfAmounts(const Binding& binding, sqlite3_context* context, std::string_view letters,
-                  sqlite3_value** values) {
+// Both operands Currency and not Null: without Variants. False where the general way is to be
+// taken.
+bool runCurrencyFastPath(const Binding& binding, sqlite3_context* context, std::string_view letters,
+                         sqlite3_value** values) {
   std::int64_t result = 0;
-  if (letters != "ccc" || binding.function == nullptr || binding.function->ofAmounts == nullptr ||
+  if (letters != "ccc" || binding.function == nullptr ||
+      binding.function->currencyFastPath == nullptr ||
       sqlite3_value_type(values[1]) != SQLITE_INTEGER ||
       sqlite3_value_type(values[2]) != SQLITE_INTEGER ||
-      binding.function->ofAmounts(sqlite3_value_int64(values[1]), sqlite3_value_int64(values[2]),
-                                  &result))
+      binding.function->currencyFastPath(sqlite3_value_int64(values[1]),
+                                         sqlite3_value_int64(values[2]), &result))
     return false;
   sqlite3_result_int64(context, result);
   return true;
@@ -63,7 +65,7 @@ bool runOfAmounts(const Binding& binding, sqlite3_context* context, std::string_
 void run(const Binding& binding, sqlite3_context* context, std::size_t count,
          sqlite3_value** values) {
   const std::string_view letters = signatureOf(values[0], count);
-  if (runOfAmounts(binding, context, letters, values)) return;
+  if (runCurrencyFastPath(binding, context, letters, values)) return;
   const auto argument = [&](std::size_t i) {
     return i < count ? decode(values[i + 1], typeOfLetter(letters[i + 1])) : Variant();
   };
@@ -80,14 +82,15 @@ void run(const Binding& binding, sqlite3_context* context, std::size_t count,
 void callback(sqlite3_context* context, int count, sqlite3_value** values) {
   const auto& binding = *static_cast<const Binding*>(sqlite3_user_data(context));
   guarded(
-      binding.state, [&] { run(binding, context, static_cast<std::size_t>(count - 1), values); },
+      binding.callbacks,
+      [&] { run(binding, context, static_cast<std::size_t>(count - 1), values); },
       [&](const char* text) { sqlite3_result_error(context, text, -1); });
 }
 
 void fail(sqlite3_context* context, int, sqlite3_value** values) {
-  auto& state = *static_cast<CallState*>(sqlite3_user_data(context));
+  auto& callbacks = *static_cast<CallbackContext*>(sqlite3_user_data(context));
   guarded(
-      state,
+      callbacks,
       [&] {
         const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[1]));
         throw RuntimeError(sqlite3_value_int(values[0]), text == nullptr ? "" : text);
@@ -97,9 +100,10 @@ void fail(sqlite3_context* context, int, sqlite3_value** values) {
 
 void destroyBinding(void* binding) { std::unique_ptr<Binding>(static_cast<Binding*>(binding)); }
 
-void add(sqlite3* database, CallState& state, const std::string& name, const Function* function) {
+void add(sqlite3* database, CallbackContext& callbacks, const std::string& name,
+         const Function* function) {
   const bool deterministic = function == nullptr || function->deterministic;
-  auto binding = std::make_unique<Binding>(Binding{function, state});
+  auto binding = std::make_unique<Binding>(Binding{function, callbacks});
   // SQLite owns the binding from here on, also where it refuses.
   sqlite3_create_function_v2(database, name.c_str(), -1,
                              SQLITE_UTF8 | (deterministic ? SQLITE_DETERMINISTIC : 0),
@@ -108,23 +112,16 @@ void add(sqlite3* database, CallState& state, const std::string& name, const Fun
 
 }  // namespace
 
-void registerFunctions(sqlite3* database, CallState& state) {
-  struct Target {
-    sqlite3* database;
-    CallState& state;
-  } target{database, state};
-  forEachFunction(
-      [](const Function& function, void* context) {
-        const auto& to = *static_cast<Target*>(context);
-        add(to.database, to.state, "jet_" + text::lowerCase(function.name), &function);
-      },
-      &target);
+void registerFunctions(sqlite3* database, CallbackContext& callbacks) {
+  for (const auto group : functionGroups())
+    for (const Function& function : group)
+      add(database, callbacks, "jet_" + text::lowerCase(function.name), &function);
   for (const Function& function : allOperators())
-    add(database, state, "jet_op_" + std::string(function.name), &function);
-  add(database, state, "jet_convert", nullptr);
-  sqlite3_create_function_v2(database, "jet_fail", 2, SQLITE_UTF8, &state, fail, nullptr, nullptr,
-                             nullptr);
-  registerAggregates(database, state);
+    add(database, callbacks, "jet_op_" + std::string(function.name), &function);
+  add(database, callbacks, "jet_convert", nullptr);
+  sqlite3_create_function_v2(database, "jet_fail", 2, SQLITE_UTF8, &callbacks, fail, nullptr,
+                             nullptr, nullptr);
+  registerAggregates(database, callbacks);
   registerCollation(database);
 }
 

@@ -5,9 +5,9 @@ struct sqlite3;
 
 namespace jetsql {
 
-struct CallState;
+struct CallbackContext;
 
-// `state` outlives the connection. Names and signatures: functions.h, aggregates.h.
-void registerFunctions(sqlite3* database, CallState& state);
+// `callbacks` outlives the connection. Names and signatures: functions.h, aggregates.h.
+void registerFunctions(sqlite3* database, CallbackContext& callbacks);
 
 }  // namespace jetsql

@@ -1,18 +1,17 @@
 // A Jet table as SQLite sees it: a virtual table whose columns are c0, c1, ... and whose rowid is
 // jet::RowId::number. A column is decoded when SQLite asks for it.
 //
-// Equality and ranges come through the file's own index where it has one for the columns and can
-// seek by it; otherwise through an index built in memory once the same column was asked for often
-// enough; otherwise by a scan. SQLite compares every row again, so each way may give rows too many
-// but none too few.
+// Equality and ranges use the file's own index where there is one that can be searched for these
+// columns; otherwise an index built in memory, from the second lookup by the same column on;
+// otherwise a scan. SQLite compares every row again, so each access path may give rows too many but
+// none too few.
 //
-//   JetTable menu(database, database.openTable("Set_Menu1"), "Set_Menu1", "t3", state);
+//   JetTable menu(database, database.openTable("Set_Menu1"), "Set_Menu1", "t3", callbacks);
 //   menu.registerIn(connection);      // SELECT c0 FROM t3 WHERE c1 = ?
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <span>
 #include <string>
@@ -31,22 +30,22 @@ namespace jetsql {
 
 class JetTable {
  public:
-  // The database, its table and the state outlive this; this outlives the connection it is
+  // The database, its table and the callbacks outlive this; this outlives the connection it is
   // registered in.
   JetTable(jet::Database& database, jet::Table& table, std::string name, std::string sqliteName,
-           CallState& state);
+           CallbackContext& callbacks);
   JetTable(const JetTable&) = delete;
   JetTable& operator=(const JetTable&) = delete;
   ~JetTable() = default;
 
   void registerIn(sqlite3* connection);
 
-  // The planner's question, answered by table_plan.h.
-  void choosePlan(sqlite3_index_info& info) const;
+  // Called by the planner; see access_path.h.
+  void chooseAccessPath(sqlite3_index_info& info) const;
 
   [[nodiscard]] const SchemaTable& schema() const { return schema_; }
   [[nodiscard]] jet::Table& table() const { return table_; }
-  [[nodiscard]] CallState& state() const { return state_; }
+  [[nodiscard]] CallbackContext& callbacks() const { return callbacks_; }
 
   // Rows that the table may have, for estimates; at least 1.
   [[nodiscard]] double estimatedRows() const;
@@ -54,14 +53,13 @@ class JetTable {
   // How often write() has changed the column.
   [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
 
-  // Called once per lookup by the column: its index, from the second lookup on and as long as
-  // memory allows, else nullptr (the caller scans).
+  // Called once per lookup by the column: its index, from the second lookup on and up to a limit of
+  // rows, else nullptr (the caller scans).
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
 
-  // Writes the same fields, by column, of each of the rows into the file, and lets go of the
-  // indexes in memory that contain them. The engine's errors: 3027, 3167, 3218, 3260, ...
-  void write(std::span<const jet::RowId> rows,
-             const std::map<std::size_t, values::Variant>& changes);
+  // Writes the same fields of each of the rows into the file and drops the indexes in memory on
+  // them. The engine's errors: 3027, 3167, 3218, 3260, ...
+  void write(std::span<const jet::RowId> rows, std::span<const jet::FieldChange> changes);
 
  private:
   struct ColumnUse {
@@ -73,7 +71,7 @@ class JetTable {
   jet::Database& database_;
   jet::Table& table_;
   SchemaTable schema_;
-  CallState& state_;
+  CallbackContext& callbacks_;
   std::vector<ColumnUse> uses_;
 };
 

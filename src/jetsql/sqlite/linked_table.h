@@ -1,4 +1,4 @@
-// Where a linked table of a Jet file really lies.
+// Finds the file that a linked table refers to.
 //
 //   resolveLinkedFile("/shop/data.mdb", "C:\\Program Files\\POS\\menu.mdb")   // "/shop/menu.mdb"
 //
@@ -13,8 +13,8 @@
 
 namespace jetsql {
 
-// The path as it stands where it exists; else a file of its name beside the linking file (letters
-// in any case), since paths of the shop's own machine mean nothing here.
+// The path itself where it exists; else a file of its name in the folder of the linking file, any
+// case: paths of the shop's own machine do not exist on another one.
 [[nodiscard]] std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile,
                                                       const std::string& database);
 

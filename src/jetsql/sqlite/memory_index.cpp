@@ -9,7 +9,7 @@
 
 #include "jetsql/functions/text_compare.h"
 #include "jetsql/functions/value_types.h"
-#include "jetsql/sqlite/value_encoding.h"
+#include "jetsql/sqlite/numeric_encoding.h"
 
 namespace jetsql {
 namespace {

@@ -1,12 +1,12 @@
-// An index built once in memory for a table that has none on the column: every row's key and
-// number, sorted, 16 bytes a row. Numbers and dates are kept in their order and can be ranged over;
-// texts, exact decimals and binary are kept as hashes and can be looked up only. What a lookup
-// gives may hold rows too many, never too few: whoever asks compares again.
+// An index built in memory for a column that has none in the file: key and row number of every row,
+// sorted, 16 bytes a row. Keys of numbers and dates keep their order and serve ranges; texts,
+// Numerics and binary are hashed and serve equality only. A lookup may give rows too many, never
+// too few: the caller compares again.
 //
 //   MemoryIndex index(table, column);
 //   for (const auto& entry : index.range({key, key})) use(entry.row);
 //
-// A snapshot of the moment that it was built. Null keys are left out. Errors: the Jet engine's.
+// A snapshot of the moment of building. Null keys are left out. Errors: the Jet engine's.
 #pragma once
 
 #include <cstddef>

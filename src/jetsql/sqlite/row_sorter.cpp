@@ -15,14 +15,14 @@ using values::VariantType;
 constexpr char kNull = 0;
 constexpr char kValue = 1;
 
-// Highest byte first, negative numbers below the others.
+// Big-endian with the sign bit flipped.
 void appendNumber(std::int64_t number, std::string& key) {
   const std::uint64_t bits = static_cast<std::uint64_t>(number) ^ (std::uint64_t{1} << 63U);
   for (int shift = 56; shift >= 0; shift -= 8)
     key += static_cast<char>(bits >> static_cast<unsigned>(shift));
 }
 
-// A text ends with two zeros; a zero in it is marked, so that it stays above the end.
+// A text ends with two zeros; a zero byte inside is followed by 01, so that it sorts after the end.
 void appendText(std::string_view text, std::string& key) {
   const std::size_t begin = key.size();
   appendFolded(text, key);
@@ -34,18 +34,18 @@ void appendText(std::string_view text, std::string& key) {
 
 }  // namespace
 
-std::string RowOrder::packed(std::span<const Term> terms) {
+std::string RowSorter::packed(std::span<const Term> terms) {
   std::string text;
   for (const Term& term : terms)
     text += std::to_string(term.column) + (term.descending ? '-' : '+');
   return text;
 }
 
-bool RowOrder::canOrderBy(VariantType type) {
+bool RowSorter::canOrderBy(VariantType type) {
   return hasOrderedKeys(type) || type == VariantType::kText;
 }
 
-RowOrder::RowOrder(const SchemaTable& table, std::string_view terms) : table_(table) {
+RowSorter::RowSorter(const SchemaTable& table, std::string_view terms) : table_(table) {
   while (!terms.empty()) {
     Term term;
     const char* end = std::from_chars(terms.begin(), terms.end(), term.column).ptr;
@@ -55,7 +55,7 @@ RowOrder::RowOrder(const SchemaTable& table, std::string_view terms) : table_(ta
   }
 }
 
-void RowOrder::appendKey(const jet::Row& row, const Term& term) {
+void RowSorter::appendKey(const jet::Row& row, const Term& term) {
   const std::size_t begin = keys_.size();
   const VariantType type = table_.columns[term.column].type;
   std::optional<std::int64_t> number;
@@ -74,13 +74,13 @@ void RowOrder::appendKey(const jet::Row& row, const Term& term) {
   for (std::size_t i = begin; i < keys_.size(); ++i) keys_[i] = static_cast<char>(~keys_[i]);
 }
 
-void RowOrder::add(const jet::Row& row) {
+void RowSorter::add(const jet::Row& row) {
   const std::size_t begin = keys_.size();
   for (const Term& term : terms_) appendKey(row, term);
   entries_.push_back({begin, keys_.size(), row.id().number()});
 }
 
-std::vector<std::int64_t> RowOrder::rows() {
+std::vector<std::int64_t> RowSorter::rows() {
   const std::string_view keys = keys_;
   std::sort(entries_.begin(), entries_.end(), [keys](const Entry& a, const Entry& b) {
     const int order =

@@ -1,13 +1,14 @@
-// Puts the rows that a lookup found in order, before SQLite sees them. SQLite's own sorting copies
-// every column that it will need of every row; this makes a key of each row and gives the rows'
-// numbers back. Worth it for the rows of one key, such as those of a day, which lie together.
+// Sorts the rows that an index lookup found, before SQLite sees them. SQLite's own sorter copies
+// every column that the query needs of every row; this one makes a sort key of each row and gives
+// the row numbers back. Cheaper for the rows of one key, such as those of a day, which lie
+// together.
 //
-//   RowOrder order(table.schema(), "37+0-");      // by column 37, within it by 0 downwards
-//   while (...) order.add(row);
-//   for (std::int64_t number : order.rows()) ...  // equal ones in the order of their adding
+//   RowSorter sorter(table.schema(), "37+0-");      // by column 37, then by column 0 descending
+//   while (...) sorter.add(row);
+//   for (std::int64_t number : sorter.rows()) ...  // stable
 //
-// The order is SQLite's over the values that the table gives it: Null first, texts by JET. Private
-// to the room.
+// The order is that of SQLite over the values of the table: Null first, texts by the collation JET.
+// Private to the room.
 #pragma once
 
 #include <cstddef>
@@ -22,18 +23,18 @@
 
 namespace jetsql {
 
-class RowOrder {
+class RowSorter {
  public:
   struct Term {
     std::size_t column = 0;
     bool descending = false;
   };
 
-  // The terms as text, in which form they pass through SQLite.
+  // The terms as the text of an access path.
   [[nodiscard]] static std::string packed(std::span<const Term> terms);
   [[nodiscard]] static bool canOrderBy(values::VariantType type);
 
-  RowOrder(const SchemaTable& table, std::string_view terms);
+  RowSorter(const SchemaTable& table, std::string_view terms);
 
   void add(const jet::Row& row);
   [[nodiscard]] std::vector<std::int64_t> rows();
@@ -49,7 +50,7 @@ class RowOrder {
 
   const SchemaTable& table_;
   std::vector<Term> terms_;
-  std::string keys_;  // one behind the other; their bytes are in the order of the values
+  std::string keys_;  // concatenated; byte order is the order of the values
   std::vector<Entry> entries_;
   std::string text_;
 };

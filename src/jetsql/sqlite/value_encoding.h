@@ -2,16 +2,10 @@
 // alone does not tell it:
 //   Null NULL · Yes/No INTEGER -1 or 0 · Byte, Integer, Long INTEGER · Currency INTEGER of
 //   ten-thousandths · Single, Double REAL · DateTime REAL serial · Text TEXT in UTF-8 ·
-//   Binary BLOB · Numeric BLOB of 25 bytes
+//   Binary BLOB · Numeric BLOB (numeric_encoding.h)
 // so that SQLite's own comparison, ordering and grouping hold for all of them.
-//
-// The BLOB of a Numeric is a sign byte (0 negative, 1 zero or positive) and its value times 10^28
-// as 24 bytes, highest first, every bit flipped when negative. Zeros at the end of the fraction
-// are lost on the way.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -23,11 +17,7 @@ struct sqlite3_value;
 
 namespace jetsql {
 
-constexpr std::size_t kNumericSize = 25;
-[[nodiscard]] std::array<unsigned char, kNumericSize> encodeNumeric(const values::Numeric& value);
-[[nodiscard]] values::Numeric decodeNumeric(const void* bytes, std::size_t size);
-
-// A value as SQLite holds it. `bytes` lie where they were read.
+// A value as SQLite holds it. `bytes` point into where they were read.
 struct EncodedValue {
   enum class Kind : unsigned char { kNull, kWhole, kReal, kText, kBlob } kind = Kind::kNull;
   std::int64_t whole = 0;
@@ -36,7 +26,7 @@ struct EncodedValue {
 };
 
 [[nodiscard]] EncodedValue encodedValue(sqlite3_value* value);
-// Of the row that a statement stands on; the bytes last until its next step.
+// Of the statement's current row; the bytes last until its next step.
 [[nodiscard]] EncodedValue encodedColumn(sqlite3_stmt* statement, int column);
 
 // Error 6 where a number lies outside the range of the type.

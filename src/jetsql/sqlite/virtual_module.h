@@ -1,13 +1,14 @@
 // The callbacks by which SQLite reads a virtual table, made from two classes:
 //
-//   Table   schema() with the columns, state() for errors, choosePlan(sqlite3_index_info&)
-//   Cursor  Cursor(Table&), filter(int plan, const char* text, std::span<sqlite3_value*>), next(),
+//   Table   schema() with the columns, callbacks() for errors,
+//   chooseAccessPath(sqlite3_index_info&) Cursor  Cursor(Table&), filter(int plan, const char*
+//   text, std::span<sqlite3_value*>), next(),
 //           atEnd(), setColumn(sqlite3_context*, int), rowid()
 //
 //   sqlite3_create_module_v2(connection, name, &kVirtualModule<JetTable, Cursor>, &table, nullptr);
 //
 // A table exists, read-only, as soon as its module is registered. Exceptions become SQLite's error
-// and are kept in state(). Private to the room.
+// and are kept in callbacks(). Private to the room.
 #pragma once
 
 #include <sqlite3.h>
@@ -55,7 +56,7 @@ class VirtualModule {
   template <typename Body>
   static int answer(sqlite3_vtab* base, Body&& body) {
     int result = SQLITE_OK;
-    guarded(tableOf(base).state(), std::forward<Body>(body), [&](const char* text) {
+    guarded(tableOf(base).callbacks(), std::forward<Body>(body), [&](const char* text) {
       sqlite3_free(base->zErrMsg);
       base->zErrMsg = sqlite3_mprintf("%s", text);
       result = SQLITE_ERROR;
@@ -83,7 +84,7 @@ class VirtualModule {
   }
 
   static int bestIndex(sqlite3_vtab* base, sqlite3_index_info* info) {
-    return answer(base, [&] { tableOf(base).choosePlan(*info); });
+    return answer(base, [&] { tableOf(base).chooseAccessPath(*info); });
   }
 
   static int open(sqlite3_vtab* base, sqlite3_vtab_cursor** result) {

@@ -1,4 +1,4 @@
-#include "jetsql/session_schema.h"
+#include "jetsql/session_catalogue.h"
 
 #include <new>
 #include <utility>
@@ -22,14 +22,14 @@ std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
       {.readOnly = options.readOnly, .exclusive = options.exclusive, .password = password});
 }
 
-// SQLite counts the memory it takes under a lock of the whole process, for questions that nobody
-// here asks. It can be told not to before its first use only.
-void leaveMemoryUncounted() {
+// SQLite's memory statistics take a lock of the whole process and nobody reads them here. They can
+// be switched off before its first use only.
+void disableMemoryStatistics() {
   [[maybe_unused]] static const int status = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
 }
 
-ConnectionHandle openConnection(CallState& state) {
-  leaveMemoryUncounted();
+ConnectionHandle openConnection(CallbackContext& callbacks) {
+  disableMemoryStatistics();
   sqlite3* opened = nullptr;
   // A session is used by one thread at a time and needs no lock of SQLite's.
   const int status = sqlite3_open_v2(
@@ -38,21 +38,21 @@ ConnectionHandle openConnection(CallState& state) {
       nullptr);
   ConnectionHandle connection(opened);
   if (status != SQLITE_OK) throw RuntimeError(error::kReserved, "SQLite could not be started.");
-  registerFunctions(connection.get(), state);
+  registerFunctions(connection.get(), callbacks);
   return connection;
 }
 
 }  // namespace
 
-SessionSchema::SessionSchema(const std::filesystem::path& file, const SessionOptions& options,
-                             const platform::Clock& clock)
+SessionCatalogue::SessionCatalogue(const std::filesystem::path& file, const SessionOptions& options,
+                                   const platform::Clock& clock)
     : file_(file),
       options_(options),
-      state_{{clock}, nullptr},
+      callbacks_{{clock}, nullptr},
       database_(openFile(file, options, options.password)),
-      connection_(openConnection(state_)) {}
+      connection_(openConnection(callbacks_)) {}
 
-SchemaObject SessionSchema::find(std::string_view name) {
+SchemaObject SessionCatalogue::find(std::string_view name) {
   const auto known = found_.find(name);
   if (known != found_.end()) return known->second;
   const jet::CatalogueEntry* entry = database_->find(name);
@@ -62,7 +62,7 @@ SchemaObject SessionSchema::find(std::string_view name) {
   return object;
 }
 
-SchemaObject SessionSchema::load(const jet::CatalogueEntry& entry) {
+SchemaObject SessionCatalogue::load(const jet::CatalogueEntry& entry) {
   switch (entry.type) {
     case jet::ObjectType::kTable:
       return addTable(*database_, database_->openTable(entry), entry.name);
@@ -80,28 +80,28 @@ SchemaObject SessionSchema::load(const jet::CatalogueEntry& entry) {
   }
 }
 
-SchemaObject SessionSchema::addTable(jet::Database& database, jet::Table& table,
-                                     const std::string& name) {
-  auto added = std::make_unique<JetTable>(database, table, name, nextName(), state_);
+SchemaObject SessionCatalogue::addTable(jet::Database& database, jet::Table& table,
+                                        const std::string& name) {
+  auto added = std::make_unique<JetTable>(database, table, name, nextName(), callbacks_);
   added->registerIn(connection_.get());
   const SchemaTable* schema = &added->schema();
   tables_[schema] = std::move(added);
   return {schema, nullptr};
 }
 
-SchemaObject SessionSchema::addExternal(const jet::CatalogueEntry& entry) {
+SchemaObject SessionCatalogue::addExternal(const jet::CatalogueEntry& entry) {
   if (options_.external == nullptr)
     throw RuntimeError(error::kConnectFailed, "ODBC--connection to '" + entry.connect +
                                                   "' failed: linked table '" + entry.name +
                                                   "' cannot be reached from here.");
   auto added = std::make_unique<ExternalTable>(*options_.external, entry.connect, entry.foreignName,
-                                               entry.name, nextName(), state_);
+                                               entry.name, nextName(), callbacks_);
   added->registerIn(connection_.get());
   externals_.push_back(std::move(added));
   return {&externals_.back()->schema(), nullptr};
 }
 
-SchemaObject SessionSchema::addLinkedTable(const jet::CatalogueEntry& entry) {
+SchemaObject SessionCatalogue::addLinkedTable(const jet::CatalogueEntry& entry) {
   requireJetFile(entry);
   const std::filesystem::path path = resolveLinkedFile(file_, entry.database);
   auto& database = linked_[path];
@@ -110,12 +110,12 @@ SchemaObject SessionSchema::addLinkedTable(const jet::CatalogueEntry& entry) {
   return addTable(*database, database->openTable(name), entry.name);
 }
 
-JetTable* SessionSchema::jetTable(const SchemaTable* table) const {
+JetTable* SessionCatalogue::jetTable(const SchemaTable* table) const {
   const auto found = tables_.find(table);
   return found == tables_.end() ? nullptr : found->second.get();
 }
 
-std::vector<values::Variant> SessionSchema::values(const Translation& query) {
+std::vector<values::Variant> SessionCatalogue::values(const Translation& query) {
   const StatementHandle statement = prepare(query.sql);
   for (std::size_t i = 0; i < query.literals.size(); ++i)
     bind(statement.get(), static_cast<int>(i) + 1, query.literals[i]);
@@ -125,15 +125,15 @@ std::vector<values::Variant> SessionSchema::values(const Translation& query) {
   return values;
 }
 
-std::optional<std::string> SessionSchema::keyTable(const SchemaTable& table,
-                                                   const ComputedKey& key) {
+std::optional<std::string> SessionCatalogue::keyTable(const SchemaTable& table,
+                                                      const ComputedKey& key) {
   const JetTable* jetTable = this->jetTable(&table);
   if (jetTable == nullptr) return std::nullopt;
-  return keys_.find(connection_.get(), *jetTable, key);
+  return expressionIndexes_.find(connection_.get(), *jetTable, key);
 }
 
-StatementHandle SessionSchema::prepare(const std::string& sql) {
-  state_.failure = nullptr;
+StatementHandle SessionCatalogue::prepare(const std::string& sql) {
+  callbacks_.failure = nullptr;
   sqlite3_stmt* prepared = nullptr;
   const int status = sqlite3_prepare_v3(connection_.get(), sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
@@ -142,8 +142,8 @@ StatementHandle SessionSchema::prepare(const std::string& sql) {
   return statement;
 }
 
-bool SessionSchema::step(sqlite3_stmt* statement) {
-  state_.failure = nullptr;
+bool SessionCatalogue::step(sqlite3_stmt* statement) {
+  callbacks_.failure = nullptr;
   const int status = sqlite3_step(statement);
   if (status == SQLITE_ROW) return true;
   if (status == SQLITE_DONE) return false;
@@ -151,8 +151,8 @@ bool SessionSchema::step(sqlite3_stmt* statement) {
 }
 
 // What went wrong in SQLite: an error of ours that it carried, or its own.
-void SessionSchema::fail() {
-  state_.rethrow();
+void SessionCatalogue::fail() {
+  callbacks_.rethrow();
   if (sqlite3_errcode(connection_.get()) == SQLITE_NOMEM) throw std::bad_alloc();
   const std::string text = sqlite3_errmsg(connection_.get());
   if (text.find("integer overflow") != std::string::npos)

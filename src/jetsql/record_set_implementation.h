@@ -1,20 +1,23 @@
-// What a record set holds. Private to the room: record_set.h is the face.
+// The rows of a record set and the state of an edit. Private to the room; record_set.h is public.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "jet/row_update.h"
 #include "jet/table.h"
 #include "jetsql/computed_values.h"
 #include "jetsql/query_layout.h"
 #include "jetsql/record_set.h"
-#include "jetsql/session.h"
 
 namespace jetsql {
 
 constexpr std::int64_t kNoRow = -1;  // the empty side of an outer join
+
+class Session;
 
 class RecordSet::Implementation {
  public:
@@ -26,7 +29,7 @@ class RecordSet::Implementation {
         values_(layout_->computedTypes),
         current_(layout_->sources.size()) {}
 
-  // The row that the statement stands on: rowids of the sources, then computed values.
+  // Appends the statement's current row: rowids of the sources, then computed values.
   void append(sqlite3_stmt* statement);
   void endOfRows() { rowIds_.shrink_to_fit(); }
 
@@ -42,15 +45,14 @@ class RecordSet::Implementation {
   void setField(std::size_t index, const values::Variant& value);
   void update();
 
-  using Changes = std::map<std::size_t, values::Variant>;  // by column of the table
-  void updateRows(std::size_t first, std::size_t count, const Changes& changes);
-  // The change of a field, where it can be changed: error 3027 otherwise.
-  void addChange(std::size_t index, const values::Variant& value, Changes& changes) const;
+  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldChange> changes);
+  // The change of a field, converted to its type. Error 3027 where it is computed.
+  [[nodiscard]] jet::FieldChange changeOf(std::size_t index, const values::Variant& value) const;
 
  private:
   struct SourceRow {
     jet::Row row;
-    std::size_t position = SIZE_MAX;  // of the record set, that `row` was read for
+    std::size_t position = SIZE_MAX;  // of the record set at which `row` was read
     bool present = false;             // no: the empty side of a join
   };
 
@@ -66,6 +68,9 @@ class RecordSet::Implementation {
     return current.present ? &current.row : nullptr;
   }
   void load(std::size_t source, SourceRow& into);
+  [[nodiscard]] auto changeOfColumn(std::size_t column) {
+    return std::ranges::find(changes_, column, &jet::FieldChange::column);
+  }
 
   std::shared_ptr<Session> session_;
   std::shared_ptr<const QueryLayout> layout_;
@@ -76,7 +81,7 @@ class RecordSet::Implementation {
   std::size_t position_ = 0;
   std::vector<SourceRow> current_;  // per source
   bool editing_ = false;
-  Changes changes_;
+  std::vector<jet::FieldChange> changes_;  // of the row that is edited
 };
 
 }  // namespace jetsql

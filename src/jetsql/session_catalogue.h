@@ -1,5 +1,5 @@
-// The tables and saved queries of one open Jet file, made known to SQLite when a query first names
-// them. Private to the room.
+// The catalogue of one open Jet file for the translator, and the SQLite connection that its queries
+// run on: a table is registered there when a query first names it. Private to the room.
 #pragma once
 
 #include <filesystem>
@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "jet/database.h"
-#include "jetsql/query_layout.h"
-#include "jetsql/session.h"
+#include "jetsql/functions/name_map.h"
+#include "jetsql/session_options.h"
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/expression_index.h"
 #include "jetsql/sqlite/external_source.h"
@@ -23,28 +23,27 @@
 
 namespace jetsql {
 
-// Queries have their own pass over the data to make: the session behind values().
-class SessionSchema : public SchemaSource {
+class SessionCatalogue : public SchemaSource {
  public:
-  SessionSchema(const std::filesystem::path& file, const SessionOptions& options,
-                const platform::Clock& clock);
+  SessionCatalogue(const std::filesystem::path& file, const SessionOptions& options,
+                   const platform::Clock& clock);
 
   [[nodiscard]] SchemaObject find(std::string_view name) override;
   [[nodiscard]] std::vector<values::Variant> values(const Translation& query) override;
   [[nodiscard]] std::optional<std::string> keyTable(const SchemaTable& table,
                                                     const ComputedKey& key) override;
 
-  // Before a query is run: what this program has changed since the last one.
-  void refreshKeys() { keys_.refresh(connection_.get()); }
+  // Before a query is run: recomputes what writes of this session have made stale.
+  void refreshIndexes() { expressionIndexes_.refresh(connection_.get()); }
 
-  // Of a translation's source; nullptr for a table of another system, which has no rows to keep.
+  // Nullptr for a table of another system, whose rows have no lasting ids.
   [[nodiscard]] JetTable* jetTable(const SchemaTable* table) const;
 
   [[nodiscard]] const jet::Database& database() const { return *database_; }
   [[nodiscard]] bool readOnly() const { return options_.readOnly; }
 
   [[nodiscard]] StatementHandle prepare(const std::string& sql);
-  // To the next row; false behind the last. Throws what a callback met.
+  // To the next row; false after the last. Throws the error that a callback met.
   [[nodiscard]] bool step(sqlite3_stmt* statement);
 
  private:
@@ -58,16 +57,16 @@ class SessionSchema : public SchemaSource {
 
   std::filesystem::path file_;
   SessionOptions options_;
-  CallState state_;
+  CallbackContext callbacks_;
   std::unique_ptr<jet::Database> database_;
   std::map<std::filesystem::path, std::unique_ptr<jet::Database>> linked_;
   std::unordered_map<const SchemaTable*, std::unique_ptr<JetTable>> tables_;
   std::vector<std::unique_ptr<ExternalTable>> externals_;
   NameMap<std::unique_ptr<SavedQuery>> queries_;
   NameMap<SchemaObject> found_;
-  ComputedKeys keys_;
+  ExpressionIndexes expressionIndexes_;
   int names_ = 0;
-  ConnectionHandle connection_;  // behind the tables, so that it goes before them
+  ConnectionHandle connection_;  // declared after the tables, so that it closes before they go
 };
 
 }  // namespace jetsql

@@ -1,0 +1,17 @@
+// How a session opens its file, and what it may reach from there.
+#pragma once
+
+#include <string>
+
+namespace jetsql {
+
+class ExternalSource;
+
+struct SessionOptions {
+  bool readOnly = true;
+  bool exclusive = false;
+  std::string password;                // of the database; empty: none
+  ExternalSource* external = nullptr;  // tables linked to other systems; outlives the session
+};
+
+}  // namespace jetsql

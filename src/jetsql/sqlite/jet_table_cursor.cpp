@@ -1,0 +1,186 @@
+#include "jetsql/sqlite/jet_table_cursor.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "jetsql/sqlite/numeric_encoding.h"
+#include "jetsql/sqlite/row_sorter.h"
+
+namespace jetsql {
+namespace {
+
+using values::Variant;
+using values::VariantType;
+
+// What a bound or an equality asks of a key column, as a Jet value. Nothing where SQLite's value is
+// not of the column's kind.
+std::optional<Variant> keyValue(sqlite3_value* value, VariantType type) {
+  const int held = sqlite3_value_type(value);
+  if (held != SQLITE_INTEGER && held != SQLITE_FLOAT) return {};
+  if (type == VariantType::kDateTime) return values::DateTime{sqlite3_value_double(value)};
+  if (type == VariantType::kCurrency) {
+    if (held != SQLITE_INTEGER) return {};
+    return values::Currency{sqlite3_value_int64(value)};
+  }
+  if (held == SQLITE_INTEGER) {
+    const std::int64_t whole = sqlite3_value_int64(value);
+    if (whole == static_cast<std::int32_t>(whole)) return static_cast<std::int32_t>(whole);
+  }
+  return sqlite3_value_double(value);
+}
+
+bool isNull(sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_NULL; }
+
+}  // namespace
+
+void JetTableCursor::filter(int packedPath, std::string_view order,
+                            std::span<sqlite3_value*> values) {
+  const AccessPath path = AccessPath::unpacked(packedPath);
+  source_.emplace<std::monostate>();
+  // Nothing is equal to Null, or above or below it.
+  if (std::none_of(values.begin(), values.end(), isNull)) begin(path, values);
+  next();
+  if (path.sorted) sortRows(order);
+}
+
+void JetTableCursor::begin(const AccessPath& path, std::span<sqlite3_value*> values) {
+  switch (path.method) {
+    case AccessMethod::kScan:
+      source_.emplace<jet::TableCursor>(table_.table());
+      return;
+    case AccessMethod::kRowId:
+      return beginRow(values[0]);
+    case AccessMethod::kFileIndex:
+      return beginFileIndex(path, values);
+    case AccessMethod::kMemoryIndex:
+      return beginMemoryIndex(path, values);
+  }
+}
+
+void JetTableCursor::beginRow(sqlite3_value* value) {
+  if (sqlite3_value_type(value) != SQLITE_INTEGER) return;
+  rowNumbers_.assign(1, sqlite3_value_int64(value));
+  source_.emplace<RowNumbers>();
+}
+
+void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_value*> values) {
+  const auto& definition = table_.table().definition();
+  const jet::RealIndex& index = definition.realIndexes[path.target];
+  const auto typeOf = [&](std::size_t keyColumn) {
+    return definition.columns[index.columns[keyColumn].column].variantType();
+  };
+  jet::KeyRange range;
+  for (std::size_t i = 0; i < path.equal; ++i) {
+    auto value = keyValue(values[i], typeOf(i));
+    if (!value) return;
+    range.equal.push_back(std::move(*value));
+  }
+  std::size_t next = path.equal;
+  if (path.lower) {
+    if (auto value = keyValue(values[next++], typeOf(path.equal)))
+      range.lower = jet::KeyBound{std::move(*value), path.lowerInclusive};
+  }
+  if (path.upper) {
+    if (auto value = keyValue(values[next++], typeOf(path.equal)))
+      range.upper = jet::KeyBound{std::move(*value), path.upperInclusive};
+  }
+  source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, range));
+}
+
+void JetTableCursor::beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values) {
+  const VariantType type = table_.schema().columns[path.target].type;
+  KeyInterval keys;
+  if (path.equal > 0) {
+    const auto key = keyOf(values[0], type);
+    if (!key) return;
+    keys = {*key, *key};
+  } else {
+    if (path.lower) keys.first = keysFrom(values[0], type).first;
+    if (path.upper) keys.last = keysUpTo(values[path.lower ? 1 : 0], type).last;
+  }
+  auto index = table_.indexFor(path.target);
+  if (index == nullptr) {
+    source_.emplace<jet::TableCursor>(table_.table());
+  } else {
+    const auto entries = index->range(keys);
+    source_.emplace<MemoryIndexEntries>(std::move(index), entries);
+  }
+}
+
+void JetTableCursor::sortRows(std::string_view order) {
+  RowSorter sorter(table_.schema(), order);
+  for (; !atEnd_; next()) sorter.add(row());
+  rowNumbers_ = sorter.rows();
+  source_.emplace<RowNumbers>();
+  next();
+}
+
+template <typename NextNumber>
+bool JetTableCursor::readNext(NextNumber nextNumber) {
+  while (const std::optional<std::int64_t> number = nextNumber())
+    if (table_.table().tryReadNext(jet::RowId::fromNumber(*number), row_)) return true;
+  return false;
+}
+
+bool JetTableCursor::advance() {
+  if (auto* scan = std::get_if<jet::TableCursor>(&source_)) return scan->next();
+  if (auto* found = std::get_if<jet::IndexCursor>(&source_)) {
+    return readNext([found]() -> std::optional<std::int64_t> {
+      if (!found->next()) return {};
+      return found->rowId().number();
+    });
+  }
+  if (auto* found = std::get_if<MemoryIndexEntries>(&source_)) {
+    return readNext([&rest = found->entries]() -> std::optional<std::int64_t> {
+      if (rest.empty()) return {};
+      const std::int64_t number = rest.front().row;
+      rest = rest.subspan(1);
+      return number;
+    });
+  }
+  if (auto* given = std::get_if<RowNumbers>(&source_)) {
+    return readNext([this, given]() -> std::optional<std::int64_t> {
+      if (given->next == rowNumbers_.size()) return {};
+      return rowNumbers_[given->next++];
+    });
+  }
+  return false;
+}
+
+void JetTableCursor::setColumn(sqlite3_context* context, int number) {
+  const auto column = static_cast<std::size_t>(number);
+  const jet::Row& current = row();
+  if (current.isNull(column)) return sqlite3_result_null(context);
+  switch (table_.schema().columns[column].type) {
+    case VariantType::kYesNo:
+    case VariantType::kByte:
+    case VariantType::kInteger:
+    case VariantType::kLong:
+    case VariantType::kCurrency:
+      return sqlite3_result_int64(context, current.wholeNumber(column));
+    case VariantType::kSingle:
+    case VariantType::kDouble:
+    case VariantType::kDateTime:
+      return sqlite3_result_double(context, current.realNumber(column));
+    case VariantType::kText: {
+      const std::string_view text = current.text(column, text_);
+      return sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT,
+                                   SQLITE_UTF8);
+    }
+    case VariantType::kNumeric: {
+      const auto bytes = encodeNumeric(current.numeric(column));
+      return sqlite3_result_blob64(context, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+    }
+    default: {
+      const auto bytes = current.binary(column, binary_);
+      if (bytes.empty())
+        sqlite3_result_zeroblob(context, 0);
+      else
+        sqlite3_result_blob64(context, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+    }
+  }
+}
+
+}  // namespace jetsql

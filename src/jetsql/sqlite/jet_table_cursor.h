@@ -1,0 +1,77 @@
+// One walk of SQLite over a Jet table: begun by filter() with an access path and the values that it
+// compares with, then row by row. Used through virtual_module.h. Private to the room.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "jet/table.h"
+#include "jetsql/sqlite/access_path.h"
+#include "jetsql/sqlite/jet_table.h"
+#include "jetsql/sqlite/memory_index.h"
+
+struct sqlite3_context;
+struct sqlite3_value;
+
+namespace jetsql {
+
+class JetTableCursor {
+ public:
+  explicit JetTableCursor(JetTable& table) : table_(table) {}
+
+  // `order`: the terms of RowSorter where the path says that its rows are to be sorted here.
+  void filter(int packedPath, std::string_view order, std::span<sqlite3_value*> values);
+
+  [[nodiscard]] bool atEnd() const { return atEnd_; }
+  void next() { atEnd_ = !advance(); }
+
+  [[nodiscard]] std::int64_t rowid() const { return row().id().number(); }
+  void setColumn(sqlite3_context* context, int column);
+
+ private:
+  // Rows by their numbers: the one of a rowid, or those that were sorted.
+  struct RowNumbers {
+    std::size_t next = 0;  // in rowNumbers_
+  };
+  struct MemoryIndexEntries {
+    std::shared_ptr<const MemoryIndex> index;  // owns `entries`
+    std::span<const MemoryIndex::Entry> entries;
+  };
+  // Where the rows come from; std::monostate: there are none.
+  using RowSource = std::variant<std::monostate, jet::TableCursor, jet::IndexCursor,
+                                 MemoryIndexEntries, RowNumbers>;
+
+  void begin(const AccessPath& path, std::span<sqlite3_value*> values);
+  void beginRow(sqlite3_value* value);
+  void beginFileIndex(const AccessPath& path, std::span<sqlite3_value*> values);
+  void beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values);
+  void sortRows(std::string_view order);
+
+  // To the next row; false after the last.
+  [[nodiscard]] bool advance();
+  // The row of the next number that names one: an index may still name a row that is gone.
+  template <typename NextNumber>
+  [[nodiscard]] bool readNext(NextNumber nextNumber);
+
+  [[nodiscard]] const jet::Row& row() const {
+    const auto* scan = std::get_if<jet::TableCursor>(&source_);
+    return scan != nullptr ? scan->row() : row_;
+  }
+
+  JetTable& table_;
+  RowSource source_;
+  bool atEnd_ = true;
+  std::vector<std::int64_t> rowNumbers_;
+  jet::Row row_;  // where source_ is no scan, which has its own
+  std::string text_;
+  std::vector<std::byte> binary_;
+};
+
+}  // namespace jetsql
