@@ -4,9 +4,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include "pieces_src/pieces.h"
+#include "pieces_src/plain_iconv.h"
 #include "platform/code_page.h"
-#include "rooms/plain_iconv.h"
-#include "rooms/rooms.h"
 
 namespace bench {
 

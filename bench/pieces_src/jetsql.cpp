@@ -10,9 +10,9 @@
 
 #include "jet/database.h"
 #include "jetsql/session.h"
+#include "pieces_src/pieces.h"
 #include "platform/clock.h"
 #include "platform/random_access_file.h"
-#include "rooms/rooms.h"
 
 namespace bench {
 

@@ -3,7 +3,7 @@
 // bare work that no way can do without), and the report compares them with the first.
 #pragma once
 
-#include "rooms/sample_shop.h"
+#include "pieces_src/sample_shop.h"
 
 namespace bench {
 

@@ -12,10 +12,10 @@
 #include "extract/statement_writer.h"
 #include "jet/database.h"
 #include "localdb/database.h"
+#include "pieces_src/pieces.h"
 #include "platform/clock.h"
 #include "platform/code_page.h"
 #include "platform/files.h"
-#include "rooms/rooms.h"
 #include "values/date_time.h"
 #include "values/variant.h"
 
@@ -69,17 +69,17 @@ class Columns {
   [[nodiscard]] const std::vector<extract::Column>& get() const { return columns_; }
 
  private:
-  static extract::Written form(values::VariantType type, bool amountsAreTexts) {
+  static extract::ValueFormat form(values::VariantType type, bool amountsAreTexts) {
     switch (type) {
       case values::VariantType::kYesNo:
-        return extract::Written::kFlag;
+        return extract::ValueFormat::kFlag;
       case values::VariantType::kCurrency:
-        return amountsAreTexts ? extract::Written::kText : extract::Written::kNumber;
+        return amountsAreTexts ? extract::ValueFormat::kText : extract::ValueFormat::kNumber;
       case values::VariantType::kInteger:
       case values::VariantType::kLong:
-        return extract::Written::kNumber;
+        return extract::ValueFormat::kNumber;
       default:
-        return extract::Written::kText;
+        return extract::ValueFormat::kText;
     }
   }
 
@@ -119,11 +119,9 @@ void insertStatement(benchmark::State& state, const Kind& kind) {
   const Columns columns(kind.path, kind.table, kind.amountsAreTexts);
   Rows rows(kind.path, kind.table);
   extract::InsertStatement insert({"SellingTB", columns.get(), " ) Values ("}, kShop);
-  std::string statement;
   std::int64_t bytes = 0;
   for (auto _ : state) {
-    insert.build(rows.row(), {}, statement);
-    bytes += std::ssize(statement);
+    bytes += std::ssize(insert.build(rows.row()));
     rows.next();
   }
   state.SetBytesProcessed(bytes);
@@ -131,16 +129,16 @@ void insertStatement(benchmark::State& state, const Kind& kind) {
 }
 
 std::string literal(const localdb::RecordSet& row, const extract::Column& column) {
-  switch (column.written) {
-    case extract::Written::kGroup:
+  switch (column.format) {
+    case extract::ValueFormat::kGroup:
       return "'" + kShop.group + "'";
-    case extract::Written::kTradeName:
+    case extract::ValueFormat::kTradeName:
       return "'" + kShop.tradeName + "'";
-    case extract::Written::kRepresentative:
+    case extract::ValueFormat::kRepresentative:
       return "'" + kShop.representative + "'";
-    case extract::Written::kFlag:
+    case extract::ValueFormat::kFlag:
       return extract::NzBool(row.field(column.field)) ? "'1'" : "'0'";
-    case extract::Written::kNumber:
+    case extract::ValueFormat::kNumber:
       return std::to_string(extract::NzLong(row.field(column.field)));
     default:
       return "'" + extract::SqlText(row.field(column.field)) + "'";
@@ -175,13 +173,11 @@ void writeItems(benchmark::State& state, const SampleShop& shop, Append append) 
   Rows rows(shop.dataFile(), "Selling_Item");
   extract::InsertStatement insert({"Selling_ItemTB", columns.get(), " )  Values ("}, kShop);
   CodePage korean(949);
-  std::string statement;
   std::string line;
   std::int64_t bytes = 0;
   for (auto _ : state) {
-    insert.build(rows.row(), {}, statement);
     line.clear();
-    korean.appendFromUtf8(statement, line);
+    korean.appendFromUtf8(insert.build(rows.row()), line);
     line += "\r\n";
     append(line);
     bytes += std::ssize(line);

@@ -5,9 +5,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "rooms/report.h"
-#include "rooms/rooms.h"
-#include "rooms/sample_shop.h"
+#include "pieces_src/pieces.h"
+#include "pieces_src/report.h"
+#include "pieces_src/sample_shop.h"
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);

@@ -1,4 +1,4 @@
-#include "rooms/sample_shop.h"
+#include "pieces_src/sample_shop.h"
 
 #include <stdlib.h>
 

@@ -11,10 +11,10 @@
 
 #include "jet/database.h"
 #include "jet/format/text_codec.h"
+#include "pieces_src/pieces.h"
+#include "pieces_src/plain_iconv.h"
 #include "platform/code_page.h"
 #include "platform/random_access_file.h"
-#include "rooms/plain_iconv.h"
-#include "rooms/rooms.h"
 
 namespace bench {
 

@@ -1,4 +1,4 @@
-#include "rooms/report.h"
+#include "pieces_src/report.h"
 
 #include <algorithm>
 #include <cstdio>
