@@ -1,5 +1,5 @@
-// What the program is made of, put together: the surroundings that live as long as it does, and the
-// job with what it works on.
+// The program's parts, assembled: those that live as long as the program, and the job with its
+// database engine.
 //
 //   Program program(messages, platform::programFolder());
 //   Job job(program, start);
@@ -25,7 +25,7 @@
 #include "settings/profile_reader.h"
 #include "settings/start_values.h"
 
-// Everything that lives as long as the program, whichever window it opens.
+// Everything that lives as long as the program.
 struct Program {
   Program(platform::MessageDisplay& display, std::string programFolder)
       : messages(display), folder(std::move(programFolder)) {}
@@ -44,7 +44,7 @@ struct Program {
   joblog::ErrorLog errors{folder, clock};
 };
 
-// Keeps references to both.
+// Keeps references to both constructor arguments.
 class Job {
  public:
   Job(Program& program, const settings::StartValues& start);
@@ -60,6 +60,6 @@ class Job {
   std::unique_ptr<jetsql::ExternalSource> external_;
   localdb::DBEngine engine_;
   localdb::LocalDatabases databases_;
-  lib_결산::Sources settlement_;
+  lib_결산::Dependencies settlement_;
   job::JobDriver driver_;
 };

@@ -8,28 +8,28 @@ namespace extract {
 
 namespace {
 
-enum Own { kTimeIn, kOwnCount };
+enum Computed { kTimeIn, kComputedCount };
 
-// Coming goes up as hours and minutes, leaving and the moment of the change in full.
+// The time of arrival is sent as hours and minutes; departure and time of change in full.
 constexpr Column kColumns[] = {
     group("EI_GROUP"),
     tradeName("EI_SANGHO"),
     representative("EI_CHAIRMAN"),
     number("EI_ID", "EI_ID"),
     number("E_ID", "e_id"),
-    ownText("EI_TIME_IN", kTimeIn),
+    computedText("EI_TIME_IN", kTimeIn),
     text("EI_TIME_OUT", "time_out"),
     text("EI_ETC", "etc"),
     text("EI_TIME_MODIFIED", "time_modified"),
     text("EI_RDATE", "rDate"),
 };
 
-constexpr InsertShape kInsert = {"EmployeeItemTB", kColumns, " ) Values ("};
+constexpr InsertTemplate kInsert = {"EmployeeItemTB", kColumns, " ) Values ("};
 
 constexpr RangeDelete kDelete = {"EmployeeItemTB", "EI_GROUP", "EI_SANGHO", "EI_RDATE"};
 
-// Only what was never sent, of real employees who are not serving staff. The DELETE goes by day
-// alone: a range that is sent again loses on the server what the first run sent.
+// Only rows that were never sent, of real employees who are not serving staff. The DELETE covers
+// the whole range: a second run for it removes from the server what the first one sent.
 std::string attendanceQuery(const DayRange& days) {
   return "SELECT * From Employee_Item "
          " Where ( c_upload = 0 or c_upload is null ) "
@@ -43,17 +43,16 @@ std::string attendanceQuery(const DayRange& days) {
 }  // namespace
 
 void 직원출퇴근자료수집(Workspace& work) {
-  // The days in their own text form, as in EI_RDATE.
+  // The days as SqlText writes them, as in EI_RDATE.
   work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
                          values::dateText(work.days.last)));
-  work.openDatabase(work.around.start.dataPath, "직원출퇴근자료수집");
+  work.openDatabase(work.dependencies.start.dataPath, "직원출퇴근자료수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.attendance, attendanceQuery(work.days), {{"c_upload", true}},
+  work.forEachRow(Rows::kAttendance, attendanceQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& record, std::int32_t) {
-                    const std::array<values::Variant, kOwnCount> own = {
+                    const std::array<values::Variant, kComputedCount> computed = {
                         formatHourMinute(record.field("time_in"))};
-                    insert.build(record, own, work.statement);
-                    work.write(work.statement);
+                    work.write(insert.build(record, computed));
                   });
 }
 

@@ -10,17 +10,17 @@ namespace extract {
 
 namespace {
 
-enum Own { kInDate, kInTime, kRate, kCash, kOwnCount };
-using OwnValues = std::array<values::Variant, kOwnCount>;
+enum Computed { kInDate, kInTime, kRate, kCash, kComputedCount };
+using ComputedValues = std::array<values::Variant, kComputedCount>;
 
-// The sale comes before the shop here.
+// Unlike in the other tables, the sale's number comes before the shop.
 constexpr Column kColumns[] = {
     number("CI_S_ID", "S_ID"),
     group("CI_GROUP"),
     tradeName("CI_SANGHO"),
     representative("CI_CHAIRMAN"),
-    ownText("CI_IN_DATE", kInDate),
-    ownText("CI_IN_TIME", kInTime),
+    computedText("CI_IN_DATE", kInDate),
+    computedText("CI_IN_TIME", kInTime),
     text("CI_DAYS", "Days"),
     text("CI_DAY", "Day"),
     text("CI_DAYTIME", "DayTime"),
@@ -28,8 +28,8 @@ constexpr Column kColumns[] = {
     text("CI_NAME", "card_name"),
     text("CI_OFFER_NAME", "offer_name"),
     number("CI_PRICE_CARDS", "price_cards"),
-    ownText("CI_RATES", kRate),
-    ownNumber("CI_CASH", kCash),
+    computedText("CI_RATES", kRate),
+    computedNumber("CI_CASH", kCash),
     text("CI_CARDNO", "cardno"),
     text("CI_NO", "sNo"),
     absoluteFlag("CI_IS_CANCEL", "is_cancel"),
@@ -40,12 +40,12 @@ constexpr Column kColumns[] = {
     text("CI_SIGNNAME", "SIGNNAME"),
 };
 
-constexpr InsertShape kInsert = {"CardItemTB", kColumns, ")  Values ("};
+constexpr InsertTemplate kInsert = {"CardItemTB", kColumns, ")  Values ("};
 
 constexpr RangeDelete kDelete = {"CardItemTB", "CI_GROUP", "CI_SANGHO", "CI_DAY"};
 
 // `date` is a text of year, month, day, hour and minute in two digits each. Only payments above
-// zero; cancelled ones among them.
+// zero, cancelled ones included.
 std::string cardsQuery(const DayRange& days) {
   return "SELECT s_id, '20' & Left([date],2) & '.' & Mid([date],3,2) AS days, RDATE AS DAY, "
          "       Left([date],2) & '.' & Mid([date],3,2) & '.' & Mid([date],5,2) & ' ' & "
@@ -58,15 +58,15 @@ std::string cardsQuery(const DayRange& days) {
          dayLiteral(days.first) + "   And rdate <= " + dayLiteral(days.last) + " Order By Date";
 }
 
-// What is left of a payment after the fee of `rate` percent; 0 without a rate.
+// A payment less the fee of `rate` percent; 0 without a rate.
 values::Variant netAmount(const values::Variant& price, std::int16_t rate) {
   if (rate == 0) return 0;
   if (price.isNull()) return {};
   return values::toDouble(price) * (1 - rate * 0.01);
 }
 
-// The rates found so far. A kind without one is looked for at every payment, so that the message
-// log tells of each that failed.
+// Caches the fee rates by card kind. A kind without a rate is looked up for every payment, so that
+// the message log has a line for each failure.
 class Rates {
  public:
   explicit Rates(Workspace& work) : work_(work) {}
@@ -84,22 +84,22 @@ class Rates {
   std::map<std::string, std::int16_t> found_;
 };
 
-OwnValues ownValues(Workspace& work, Rates& rates, const localdb::RecordSet& card) {
-  // The moment of the upload, not of the payment.
-  const platform::LocalTime now = work.around.clock.now();
+ComputedValues computedValues(Workspace& work, Rates& rates, const localdb::RecordSet& card) {
+  // The time of the upload, not of the payment.
+  const platform::LocalTime now = work.dependencies.clock.now();
   const std::int16_t rate = rates.of(NzText(card.field("card_kind")));
   return {platform::formatTime(now, "%Y-%m-%d"), platform::formatTime(now, "%H:%M:%S"),
           values::toText(rate), netAmount(card.field("price_cards"), rate)};
 }
 
 std::int16_t rateOf(Workspace& work, std::string_view kind) {
-  work.openDatabase(work.around.start.configurationPath, "Rate_call");
+  work.openDatabase(work.dependencies.start.configurationPath, "Rate_call");
   // The kind is not escaped: one with an apostrophe makes the query fail, so that it has no rate.
   const localdb::RecordSet& rates = work.open(
-      work.cardRates, "SELECT * From Credit_code Where Card_Kind = '" + std::string(kind) + "'");
+      Rows::kCardRates, "SELECT * From Credit_code Where Card_Kind = '" + std::string(kind) + "'");
   std::int16_t rate = 0;
   if (rates.recordCount() > 0) rate = values::toInteger(rates.field("Rate"));
-  Workspace::close(work.cardRates);
+  work.close(Rows::kCardRates);
   return rate;
 }
 
@@ -109,22 +109,21 @@ std::int16_t Rate_call(Workspace& work, std::string_view kind) noexcept {
   try {
     return rateOf(work, kind);
   } catch (const std::exception&) {
-    work.cardRates.reset();
+    work.close(Rows::kCardRates);
     return 0;
   }
 }
 
 void 카드매출(Workspace& work) {
-  // The days in their own text form, here and in CI_DAY, so that the DELETE finds its rows.
+  // The days as SqlText writes them, as in CI_DAY, so that the DELETE finds its rows.
   work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
                          values::dateText(work.days.last)));
-  work.openDatabase(work.around.start.configurationPath, "카드매출");
+  work.openDatabase(work.dependencies.start.configurationPath, "카드매출");
   InsertStatement insert(kInsert, work.shop);
   Rates rates(work);
-  work.forEachRow(work.cards, cardsQuery(work.days), {{"c_upload", true}},
+  work.forEachRow(Rows::kCards, cardsQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& card, std::int32_t) {
-                    insert.build(card, ownValues(work, rates, card), work.statement);
-                    work.write(work.statement);
+                    work.write(insert.build(card, computedValues(work, rates, card)));
                   });
 }
 

@@ -37,7 +37,7 @@ void appendEscaped(std::string& statement, std::string_view text) {
   }
 }
 
-// The date that a Format of the platform would see, or nothing for a text that reads as none.
+// The date as the platform's Format function reads it. False for a text that is no date.
 bool readsAsDate(const Variant& value, values::DateTime& date) {
   if (const auto* text = value.as<std::string>()) return values::parseDate(*text, date);
   date = values::toDate(value);
@@ -59,7 +59,7 @@ void appendSqlText(std::string& statement, const Variant& value) {
   if (value.type() == values::VariantType::kBinary)
     return appendEscaped(statement, values::toText(value));
   try {
-    values::appendText(statement, value);  // no number, date or Yes/No has an apostrophe in it
+    values::appendText(statement, value);  // the text of a number, date or Yes/No has no apostrophe
   } catch (const RuntimeError&) {
     statement += "NULL";
   }
@@ -70,7 +70,7 @@ void appendNzText(std::string& statement, const Variant& value) {
   try {
     values::appendText(statement, value);
   } catch (const RuntimeError&) {
-    return;  // the empty text
+    return;  // writes the empty text
   }
 }
 
@@ -95,7 +95,7 @@ std::string NzText(const Variant& value) {
 std::int32_t NzLong(const Variant& value) {
   if (const auto* whole = value.as<std::int32_t>()) return *whole;
   if (value.isNull()) return 0;
-  // Empty texts stand in many a number's place; they should not cost an exception each.
+  // Empty texts in place of numbers are common: no exception for each.
   if (const auto* text = value.as<std::string>(); text != nullptr && text->empty()) return 0;
   try {
     return values::toLong(value);

@@ -18,7 +18,7 @@ namespace extract {
 
 // The inside of a quoted literal: Null is the empty text; a backslash goes before the first
 // apostrophe, once, and nothing else changes. "NULL" when the value has no text form, or when its
-// first apostrophe stands behind character 32767 (counted in UTF-16 units, as the platform does).
+// first apostrophe stands after character 32767 (counted in UTF-16 units, as the platform does).
 [[nodiscard]] std::string SqlText(const values::Variant& value);
 
 // The text form as it stands; the empty text for Null and for a value without a text form.
@@ -30,8 +30,7 @@ namespace extract {
 // Only -1 is true.
 [[nodiscard]] bool NzBool(const values::Variant& value);
 
-// SqlText and NzText of a field, put behind what is there already; the shape of a statement's hot
-// loop, which makes no text of its own for every value.
+// Append SqlText, NzText and a number to a statement, without a temporary string for each value.
 void appendSqlText(std::string& statement, const values::Variant& value);
 void appendNzText(std::string& statement, const values::Variant& value);
 void appendNumber(std::string& statement, std::int64_t number);

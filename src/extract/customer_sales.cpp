@@ -12,11 +12,11 @@ constexpr Column kColumns[] = {
     number("CS_PRICE", "Price"), number("CS_MILEAGE", "Mileage"),
 };
 
-constexpr InsertShape kInsert = {"CustomerSellingTB", kColumns, " ) Values ("};
+constexpr InsertTemplate kInsert = {"CustomerSellingTB", kColumns, " ) Values ("};
 
 constexpr RangeDelete kDelete = {"CustomerSellingTB", "CS_GROUP", "CS_SANGHO", "CS_RDATE"};
 
-// Rows that were sent before are sent again.
+// Rows that were already sent are sent again.
 std::string customerSalesQuery(const DayRange& days) {
   return "SELECT ss_id, c_id, rdate, price, mileage, c_upload"
          "  FROM customer_selling_sum "
@@ -27,16 +27,13 @@ std::string customerSalesQuery(const DayRange& days) {
 }  // namespace
 
 void 고객매출자료수집(Workspace& work) {
-  // The days in their own text form, as in CS_RDATE.
+  // The days as SqlText writes them, as in CS_RDATE.
   work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
                          values::dateText(work.days.last)));
-  work.openDatabase(work.around.start.configurationPath, "고객매출자료수집");
+  work.openDatabase(work.dependencies.start.configurationPath, "고객매출자료수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.customerSales, customerSalesQuery(work.days), {{"c_upload", true}},
-                  [&](localdb::RecordSet& sum, std::int32_t) {
-                    insert.build(sum, {}, work.statement);
-                    work.write(work.statement);
-                  });
+  work.forEachRow(Rows::kCustomerSales, customerSalesQuery(work.days), {{"c_upload", true}},
+                  [&](localdb::RecordSet& sum, std::int32_t) { work.write(insert.build(sum)); });
 }
 
 }  // namespace extract

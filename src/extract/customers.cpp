@@ -6,7 +6,7 @@ namespace extract {
 
 namespace {
 
-// CT_MEMORY_* are the anniversary.
+// CT_MEMORY_* hold the anniversary.
 constexpr Column kColumns[] = {
     group("CT_GROUP"),
     tradeName("CT_SANGHO"),
@@ -63,7 +63,7 @@ constexpr Column kColumns[] = {
     number("CT_TICKET_NO", "ticket_no"),
 };
 
-constexpr InsertShape kInsert = {"CustomerTB", kColumns, ")  Values ("};
+constexpr InsertTemplate kInsert = {"CustomerTB", kColumns, ")  Values ("};
 
 constexpr std::string_view kQuery =
     "SELECT c_id, name, [no] as cno, class, kind, work_place, tel1, tel2, tel3, telO1, telO2, "
@@ -79,7 +79,7 @@ constexpr std::string_view kQuery =
     "  FROM customer "
     " Order By c_id";
 
-// All customers of the shop, whatever their day; "From" where the other tables' say "FROM".
+// All customers of the shop, without a day range; "From" where the other DELETEs have "FROM".
 std::string deleteAll(const ShopLiterals& shop) {
   return "Delete From CustomerTB  Where CT_GROUP = '" + shop.group + "'   And CT_SANGHO = '" +
          shop.tradeName + "';";
@@ -88,13 +88,12 @@ std::string deleteAll(const ShopLiterals& shop) {
 }  // namespace
 
 void 고객자료수집(Workspace& work) {
-  work.openDatabase(work.around.start.configurationPath, "고객자료수집");
+  work.openDatabase(work.dependencies.start.configurationPath, "고객자료수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.customers, kQuery, {}, [&](localdb::RecordSet& customer, std::int32_t i) {
-    // Not before the first row: an empty list leaves the server's list alone.
+  work.forEachRow(Rows::kCustomers, kQuery, {}, [&](localdb::RecordSet& customer, std::int32_t i) {
+    // Only with a first row: an empty list leaves the server's list unchanged.
     if (i == 1) work.write(deleteAll(work.shop));
-    insert.build(customer, {}, work.statement);
-    work.write(work.statement);
+    work.write(insert.build(customer));
   });
 }
 

@@ -12,16 +12,16 @@ namespace {
 
 std::string inQuotes(std::string_view literal) { return "'" + std::string(literal) + "'"; }
 
-// What every row has in the column; nothing where it depends on the row.
-std::optional<std::string> constant(Written written, const ShopLiterals& shop) {
-  switch (written) {
-    case Written::kZero:
+// The literal that all rows have in the column; nothing where it depends on the row.
+std::optional<std::string> constant(ValueFormat format, const ShopLiterals& shop) {
+  switch (format) {
+    case ValueFormat::kZero:
       return "0";
-    case Written::kGroup:
+    case ValueFormat::kGroup:
       return inQuotes(shop.group);
-    case Written::kTradeName:
+    case ValueFormat::kTradeName:
       return inQuotes(shop.tradeName);
-    case Written::kRepresentative:
+    case ValueFormat::kRepresentative:
       return inQuotes(shop.representative);
     default:
       return std::nullopt;
@@ -29,38 +29,38 @@ std::optional<std::string> constant(Written written, const ShopLiterals& shop) {
 }
 
 // Without the quotes around it.
-void appendValue(std::string& statement, Written written, const values::Variant& value) {
-  switch (written) {
-    case Written::kText:
+void appendValue(std::string& statement, ValueFormat format, const values::Variant& value) {
+  switch (format) {
+    case ValueFormat::kText:
       return appendSqlText(statement, value);
-    case Written::kUnescapedText:
+    case ValueFormat::kUnescapedText:
       return appendNzText(statement, value);
-    case Written::kNumber:
+    case ValueFormat::kNumber:
       return appendNumber(statement, NzLong(value));
-    case Written::kFlag:
+    case ValueFormat::kFlag:
       statement += NzLong(value) == -1 ? '1' : '0';
       return;
-    case Written::kAbsoluteFlag:
+    case ValueFormat::kAbsoluteFlag:
       return appendNumber(statement, std::llabs(NzLong(value)));
     default:
-      return;  // constants are part of the pieces
+      return;  // constants are part of Piece::before
   }
 }
 
 }  // namespace
 
-InsertStatement::InsertStatement(const InsertShape& shape, const ShopLiterals& shop) {
-  std::string text = "Insert Into " + std::string(shape.table) + " (";
-  for (const Column& column : shape.columns) text.append(column.name).append(", ");
+InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop) {
+  std::string text = "Insert Into " + std::string(insert.table) + " (";
+  for (const Column& column : insert.columns) text.append(column.name).append(", ");
   text.resize(text.size() - 2);
-  text.append(shape.between);
-  for (const Column& column : shape.columns) {
-    if (&column != shape.columns.data()) text += ", ";
-    if (const auto always = constant(column.written, shop)) {
+  text.append(insert.separator);
+  for (const Column& column : insert.columns) {
+    if (&column != insert.columns.data()) text += ", ";
+    if (const auto always = constant(column.format, shop)) {
       text += *always;
       continue;
     }
-    const std::string_view quote = column.written == Written::kNumber ? "" : "'";
+    const std::string_view quote = column.format == ValueFormat::kNumber ? "" : "'";
     pieces_.push_back({text.append(quote), &column});
     text = quote;
   }
@@ -68,38 +68,39 @@ InsertStatement::InsertStatement(const InsertShape& shape, const ShopLiterals& s
 }
 
 void InsertStatement::findFields(const localdb::RecordSet& row) {
-  std::vector<std::size_t> places;
+  std::vector<std::size_t> indexes;
   for (const Piece& piece : pieces_) {
-    const bool hasField = piece.column->own == kFromField;
-    places.push_back(hasField ? row.fieldIndex(piece.column->field) : 0);
+    const bool hasField = piece.column->computed == kFromField;
+    indexes.push_back(hasField ? row.fieldIndex(piece.column->field) : 0);
   }
-  places_ = std::move(places);
+  fieldIndexes_ = std::move(indexes);
 }
 
-void InsertStatement::build(const localdb::RecordSet& row, std::span<const values::Variant> own,
-                            std::string& statement) {
-  if (places_.empty()) findFields(row);
-  statement.clear();
+const std::string& InsertStatement::build(const localdb::RecordSet& row,
+                                          std::span<const values::Variant> computed) {
+  if (fieldIndexes_.empty()) findFields(row);
+  statement_.clear();
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     const Column& column = *pieces_[i].column;
-    statement += pieces_[i].before;
-    if (column.own == kFromField) {
-      appendValue(statement, column.written, row.field(places_[i]));
+    statement_ += pieces_[i].before;
+    if (column.computed == kFromField) {
+      appendValue(statement_, column.format, row.field(fieldIndexes_[i]));
     } else {
-      appendValue(statement, column.written, own[static_cast<std::size_t>(column.own)]);
+      appendValue(statement_, column.format, computed[static_cast<std::size_t>(column.computed)]);
     }
   }
-  statement += closing_;
+  statement_ += closing_;
+  return statement_;
 }
 
-std::string rangeDelete(const RangeDelete& shape, const ShopLiterals& shop,
+std::string rangeDelete(const RangeDelete& target, const ShopLiterals& shop,
                         std::string_view firstDay, std::string_view lastDay) {
   std::string statement;
-  statement.append("Delete FROM ").append(shape.table).append("  Where ");
-  statement.append(shape.groupColumn).append(" = '").append(shop.group).append("'   And ");
-  statement.append(shape.tradeNameColumn).append(" = '").append(shop.tradeName).append("'   ");
-  statement.append(shape.lowerBound).append(" ").append(shape.dayColumn);
-  statement.append(" >= '").append(firstDay).append("'   And ").append(shape.dayColumn);
+  statement.append("Delete FROM ").append(target.table).append("  Where ");
+  statement.append(target.groupColumn).append(" = '").append(shop.group).append("'   And ");
+  statement.append(target.tradeNameColumn).append(" = '").append(shop.tradeName).append("'   ");
+  statement.append(target.lowerBound).append(" ").append(target.dayColumn);
+  statement.append(" >= '").append(firstDay).append("'   And ").append(target.dayColumn);
   return statement.append(" <= '").append(lastDay).append("';");
 }
 

@@ -3,11 +3,11 @@
 //   constexpr Column kColumns[] = {group("CS_GROUP"), ..., number("CS_C_ID", "C_ID"),
 //                                  text("CS_RDATE", "rDate")};
 //   InsertStatement insert({"CustomerSellingTB", kColumns, " ) Values ("}, work.shop);
-//   insert.build(rows, {}, work.statement);      // once a row
+//   work.write(insert.build(row));      // once a row
 //
-// A column says in what form it is written and where its value comes from: a field of the row, a
-// value that the extractor worked out itself ("own", by its place in what build is given), or
-// nothing but the shop. Columns are views of constants; the writer keeps references to them.
+// A column says in what format it is written and where its value comes from: a field of the row, a
+// value that the extractor computed (by its index in the span given to build), or nothing but the
+// shop. Columns are views of constants; InsertStatement keeps references to them.
 // Errors: 3265 for a field that the rows do not have, and those of reading a field.
 #pragma once
 
@@ -24,7 +24,7 @@
 
 namespace extract {
 
-enum class Written : std::uint8_t {
+enum class ValueFormat : std::uint8_t {
   kText,           // 'SqlText'
   kUnescapedText,  // 'NzText'
   kNumber,         // NzLong, unquoted
@@ -38,56 +38,60 @@ enum class Written : std::uint8_t {
 
 constexpr int kFromField = -1;
 
-// In the order of reading: what a few bytes of padding cost nobody notices.
+// Members in the order in which a column table is read; the padding does not matter.
 struct Column {  // NOLINT(clang-analyzer-optin.performance.Padding)
   std::string_view name;
-  Written written;
+  ValueFormat format;
   std::string_view field = {};
-  int own = kFromField;  // place among the own values
+  int computed = kFromField;  // index of the computed value
 };
 
 constexpr Column text(std::string_view name, std::string_view field) {
-  return {name, Written::kText, field};
+  return {name, ValueFormat::kText, field};
 }
 constexpr Column unescapedText(std::string_view name, std::string_view field) {
-  return {name, Written::kUnescapedText, field};
+  return {name, ValueFormat::kUnescapedText, field};
 }
 constexpr Column number(std::string_view name, std::string_view field) {
-  return {name, Written::kNumber, field};
+  return {name, ValueFormat::kNumber, field};
 }
 constexpr Column flag(std::string_view name, std::string_view field) {
-  return {name, Written::kFlag, field};
+  return {name, ValueFormat::kFlag, field};
 }
 constexpr Column absoluteFlag(std::string_view name, std::string_view field) {
-  return {name, Written::kAbsoluteFlag, field};
+  return {name, ValueFormat::kAbsoluteFlag, field};
 }
-constexpr Column ownText(std::string_view name, int own) { return {name, Written::kText, {}, own}; }
-constexpr Column ownNumber(std::string_view name, int own) {
-  return {name, Written::kNumber, {}, own};
+constexpr Column computedText(std::string_view name, int index) {
+  return {name, ValueFormat::kText, {}, index};
 }
-constexpr Column zero(std::string_view name) { return {name, Written::kZero}; }
-constexpr Column group(std::string_view name) { return {name, Written::kGroup}; }
-constexpr Column tradeName(std::string_view name) { return {name, Written::kTradeName}; }
-constexpr Column representative(std::string_view name) { return {name, Written::kRepresentative}; }
+constexpr Column computedNumber(std::string_view name, int index) {
+  return {name, ValueFormat::kNumber, {}, index};
+}
+constexpr Column zero(std::string_view name) { return {name, ValueFormat::kZero}; }
+constexpr Column group(std::string_view name) { return {name, ValueFormat::kGroup}; }
+constexpr Column tradeName(std::string_view name) { return {name, ValueFormat::kTradeName}; }
+constexpr Column representative(std::string_view name) {
+  return {name, ValueFormat::kRepresentative};
+}
 
-struct InsertShape {
+struct InsertTemplate {
   std::string_view table;
   std::span<const Column> columns;  // in the order of the statement
-  std::string_view between;         // what stands between the last column's name and its values
+  std::string_view separator;       // between the last column's name and the first value
 };
 
 class InsertStatement {
  public:
-  InsertStatement(const InsertShape& shape, const ShopLiterals& shop);
+  InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop);
 
-  // Replaces `statement` by the INSERT of the current row. All rows come from one query: it may be
-  // opened again and again, its fields are looked up by name only once.
-  void build(const localdb::RecordSet& row, std::span<const values::Variant> own,
-             std::string& statement);
+  // The INSERT of the current row, valid until the next call. All rows come from one query: it may
+  // be opened again, its fields are looked up by name only once.
+  const std::string& build(const localdb::RecordSet& row,
+                           std::span<const values::Variant> computed = {});
 
  private:
-  // A value that differs from row to row, and what stands between it and the one before: the end of
-  // that one, constants, its own opening quote.
+  // A value that differs from row to row, and the constant text between it and the one before: the
+  // end of that one, constants, its own opening quote.
   struct Piece {
     std::string before;
     const Column* column;
@@ -97,7 +101,8 @@ class InsertStatement {
 
   std::vector<Piece> pieces_;
   std::string closing_;
-  std::vector<std::size_t> places_;  // of each piece's field
+  std::vector<std::size_t> fieldIndexes_;  // of each piece's field
+  std::string statement_;                  // its storage is used again for the next row
 };
 
 // The DELETE of a day range: "Delete FROM SellingTB  Where SL_GROUP = 'A01'   And ...".
@@ -109,7 +114,7 @@ struct RangeDelete {
   std::string_view lowerBound = "And";  // the word before the range's first day
 };
 
-[[nodiscard]] std::string rangeDelete(const RangeDelete& shape, const ShopLiterals& shop,
+[[nodiscard]] std::string rangeDelete(const RangeDelete& target, const ShopLiterals& shop,
                                       std::string_view firstDay, std::string_view lastDay);
 
 }  // namespace extract

@@ -6,7 +6,7 @@ namespace extract {
 
 namespace {
 
-// The local field is spelled hyeonjaejanaek, its server column OI_HYEONJANAEK.
+// The local field is named hyeonjaejanaek, the server column OI_HYEONJANAEK.
 constexpr Column kColumns[] = {
     group("OI_GROUP"),
     tradeName("OI_SANGHO"),
@@ -37,9 +37,9 @@ constexpr Column kColumns[] = {
     absoluteFlag("OI_AUTO_2", "closed"),
 };
 
-constexpr InsertShape kInsert = {"OutGoItemTB", kColumns, ")  Values ("};
+constexpr InsertTemplate kInsert = {"OutGoItemTB", kColumns, ")  Values ("};
 
-// By the day of entry, and with its own spelling of the first bound.
+// By the day of entry; the first bound is spelled "ANd".
 constexpr RangeDelete kDelete = {"OutGoItemTB", "OI_GROUP", "OI_SANGHO", "OI_IDATE", "ANd"};
 
 std::string outgoQuery(const DayRange& days) {
@@ -47,8 +47,8 @@ std::string outgoQuery(const DayRange& days) {
          "   And iDate <= " + dayLiteral(days.last) + " Order By og_id;";
 }
 
-// The server may hold the row under another day, so each goes by its serial before it is sent. No
-// blank behind the two signs of equality.
+// The server may hold the row under another day, so each is deleted by its serial before it is
+// sent. No blank after the last two equals signs.
 std::string rowDelete(const localdb::RecordSet& outgo, const ShopLiterals& shop) {
   return "Delete FROM OutGoItemTB WHERE OI_IDSERIAL = '" + SqlText(outgo.field("IDSerial")) +
          "'   And OI_GROUP ='" + shop.group + "' And OI_SANGHO ='" + shop.tradeName + "';";
@@ -59,13 +59,12 @@ std::string rowDelete(const localdb::RecordSet& outgo, const ShopLiterals& shop)
 void 아웃고수집(Workspace& work) {
   work.write(rangeDelete(kDelete, work.shop, values::dayText(work.days.first),
                          values::dayText(work.days.last)));
-  work.openDatabase(work.around.start.outgoPath, "아웃고수집");
+  work.openDatabase(work.dependencies.start.outgoPath, "아웃고수집");
   InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(work.outgo, outgoQuery(work.days), {{"c_upload", true}},
+  work.forEachRow(Rows::kOutgo, outgoQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& outgo, std::int32_t) {
-                    insert.build(outgo, {}, work.statement);
-                    // Two lines in one write: a row is never deleted without being sent again.
-                    work.write(rowDelete(outgo, work.shop) + "\r\n" + work.statement);
+                    // Both lines in one write, so that no row is deleted without being sent again.
+                    work.write(rowDelete(outgo, work.shop) + "\r\n" + insert.build(outgo));
                   });
 }
 

@@ -4,8 +4,8 @@ namespace extract {
 
 namespace {
 
-// Amounts and quantities travel as quoted texts, so that a quantity of 1.5 keeps its fraction; the
-// server converts them. Flags keep their magnitude, unlike those of the sale itself.
+// Amounts and quantities are written as quoted texts, so that a quantity of 1.5 keeps its fraction;
+// the server converts them. Flags keep their magnitude, unlike those of the sale itself.
 constexpr Column kColumns[] = {
     group("SLI_GROUP"),
     tradeName("SLI_SANGHO"),
@@ -41,7 +41,7 @@ constexpr Column kColumns[] = {
 };
 
 // Two blanks before Values.
-constexpr InsertShape kInsert = {"Selling_ItemTB", kColumns, " )  Values ("};
+constexpr InsertTemplate kInsert = {"Selling_ItemTB", kColumns, " )  Values ("};
 
 std::string itemsQuery(std::int32_t saleId) {
   return "SELECT Selling_Item.*, Set_Menu1.name as MenuName"
@@ -55,17 +55,16 @@ std::string itemsQuery(std::int32_t saleId) {
 SaleItems::SaleItems(Workspace& work) : work_(work), insert_(kInsert, work.shop) {}
 
 void SaleItems::자료수집_Item(std::int32_t saleId) {
-  localdb::RecordSet& rows = work_.open(work_.items, itemsQuery(saleId));
+  localdb::RecordSet& rows = work_.open(Rows::kItems, itemsQuery(saleId));
   const std::int32_t count = rows.recordCount();
   if (count > 0) {
     rows.moveFirst();
     for (std::int32_t i = 1; i <= count; ++i) {
-      insert_.build(rows, {}, work_.statement);
-      work_.write(work_.statement);
+      work_.write(insert_.build(rows));
       rows.moveNext();
     }
   }
-  Workspace::close(work_.items);
+  work_.close(Rows::kItems);
 }
 
 }  // namespace extract

@@ -1,10 +1,10 @@
-// The items of one sale, as INSERTs of Selling_ItemTB; the sales write them right behind the sale.
-// The DELETE of the range is the sales' own.
+// The items of one sale, as INSERTs of Selling_ItemTB, written right after the sale. The DELETE of
+// their range is written by the sales extractor.
 //
 //   SaleItems items(work);
 //   items.자료수집_Item(1532);
 //
-// Reads data.mdb, which the workspace has open. Nothing is marked. Errors: as in extractors.h.
+// Reads data.mdb, which is open in the workspace. Nothing is marked. Errors: as in extractors.h.
 #pragma once
 
 #include <cstdint>

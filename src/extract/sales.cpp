@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::int64_t kCaptionMilliseconds = 500;
 
-// What is worked out of a sale before its statement is built.
-enum Own { kPrice, kPriceTotal, kPricePayment, kDay, kWeekday, kTime, kOwnCount };
-using OwnValues = std::array<values::Variant, kOwnCount>;
+// Values computed from a sale before its statement is built.
+enum Computed { kPrice, kPriceTotal, kPricePayment, kDay, kWeekday, kTime, kComputedCount };
+using ComputedValues = std::array<values::Variant, kComputedCount>;
 
-// Price, total and payment go up without the part of the service charge that was changed after the
-// sale was first entered; the service charge itself goes up as it is.
+// Price, total and payment are sent less the change of the service charge since the sale was first
+// entered; the service charge itself is sent unchanged.
 constexpr Column kColumns[] = {
     group("SL_GROUP"),
     tradeName("SL_SANGHO"),
@@ -36,9 +36,9 @@ constexpr Column kColumns[] = {
     text("SL_NO", "no"),
     flag("SL_INCLUDE_VAT", "include_vat"),
     flag("SL_INCLUDE_SERVICE", "include_service"),
-    ownNumber("SL_PRICE", kPrice),
-    ownNumber("SL_PRICE_TOT", kPriceTotal),
-    ownNumber("SL_PRICE_PAYMENT", kPricePayment),
+    computedNumber("SL_PRICE", kPrice),
+    computedNumber("SL_PRICE_TOT", kPriceTotal),
+    computedNumber("SL_PRICE_PAYMENT", kPricePayment),
     number("SL_PRICE_DISCOUNT", "Price_Discount"),
     unescapedText("SL_STR_DISCOUNT", "str_discount"),
     number("SL_PRICE_MENU_DISCOUNT", "price_menu_discount"),
@@ -58,9 +58,9 @@ constexpr Column kColumns[] = {
     flag("SL_IS_JOIN", "IS_JOIN"),
     text("SL_HISTORY", "HISTORY"),
     unescapedText("SL_RDATE", "rDate"),
-    ownText("SL_MODI_DATE", kDay),
-    ownText("SL_MODI_WEEK", kWeekday),
-    ownText("SL_MODI_TIME", kTime),
+    computedText("SL_MODI_DATE", kDay),
+    computedText("SL_MODI_WEEK", kWeekday),
+    computedText("SL_MODI_TIME", kTime),
     number("SL_CUSTOMER_MALE", "CUSTOMER_NO_Male"),
     number("SL_CUSTOMER_FEMALE", "CUSTOMER_NO_Female"),
     text("SL_CHANGE_NAME", "change_name"),
@@ -73,7 +73,7 @@ constexpr Column kColumns[] = {
 };
 
 // One blank before Values.
-constexpr InsertShape kInsert = {"SellingTB", kColumns, " ) Values ("};
+constexpr InsertTemplate kInsert = {"SellingTB", kColumns, " ) Values ("};
 
 constexpr RangeDelete kDeleteSales = {"SellingTB", "SL_GROUP", "SL_SANGHO", "SL_RDATE"};
 constexpr RangeDelete kDeleteItems = {"Selling_ItemTB", "SLI_GROUP", "SLI_SANGHO", "SLI_RDATE"};
@@ -93,7 +93,7 @@ std::int32_t checkedDifference(std::int32_t left, std::int32_t right) {
   return static_cast<std::int32_t>(difference);
 }
 
-OwnValues ownValues(const localdb::RecordSet& sale) {
+ComputedValues computedValues(const localdb::RecordSet& sale) {
   const values::Variant modified = sale.field("time_modified");
   if (modified.isNull()) {
     throw RuntimeError(error::kInvalidUseOfNull, "Invalid use of Null: time_modified of sale " +
@@ -116,40 +116,39 @@ OwnValues ownValues(const localdb::RecordSet& sale) {
 // "Selling ... 2013-08-02 ... 1,204/5,310 (22.7%)", at most every half second.
 class ProgressCaption {
  public:
-  explicit ProgressCaption(const Surroundings& around) : around_(around) {}
+  explicit ProgressCaption(const Dependencies& dependencies) : dependencies_(dependencies) {}
 
   void update(const localdb::RecordSet& sales, std::int32_t row) {
-    const std::int32_t now = around_.ticks.ticks();
+    const std::int32_t now = dependencies_.ticks.ticks();
     if (row == 1) shown_ = now;
     if (checkedDifference(now, shown_) <= kCaptionMilliseconds) return;
     const std::int32_t count = sales.recordCount();
-    around_.progress.setCaption("Selling ... " + NzText(sales.field("rDate")) + " ... " +
-                                groupedText(row) + "/" + groupedText(count) + " (" +
-                                oneDecimalText(static_cast<double>(row) / count * 100) + "%)");
+    dependencies_.progress.setCaption(
+        "Selling ... " + NzText(sales.field("rDate")) + " ... " + groupedText(row) + "/" +
+        groupedText(count) + " (" + oneDecimalText(static_cast<double>(row) / count * 100) + "%)");
     shown_ = now;
   }
 
  private:
-  const Surroundings& around_;
+  const Dependencies& dependencies_;
   std::int32_t shown_ = 0;
 };
 
 }  // namespace
 
 void 자료수집(Workspace& work) {
-  work.openDatabase(work.around.start.dataPath, "자료수집");
+  work.openDatabase(work.dependencies.start.dataPath, "자료수집");
   const std::string first = values::dayText(work.days.first);
   const std::string last = values::dayText(work.days.last);
   work.write(rangeDelete(kDeleteSales, work.shop, first, last));
   work.write(rangeDelete(kDeleteItems, work.shop, first, last));
   InsertStatement insert(kInsert, work.shop);
   SaleItems items(work);
-  ProgressCaption caption(work.around);
-  work.forEachRow(work.sales, salesQuery(work.days), {{"c_upload", true}, {"cc_upload", false}},
+  ProgressCaption caption(work.dependencies);
+  work.forEachRow(Rows::kSales, salesQuery(work.days), {{"c_upload", true}, {"cc_upload", false}},
                   [&](localdb::RecordSet& sale, std::int32_t i) {
                     caption.update(sale, i);
-                    insert.build(sale, ownValues(sale), work.statement);
-                    work.write(work.statement);
+                    work.write(insert.build(sale, computedValues(sale)));
                     items.자료수집_Item(values::toLong(sale.field("S_ID")));
                   });
 }

@@ -29,7 +29,7 @@ void StatementWriter::append(std::string_view bytes) {
   if (failure_) std::rethrow_exception(failure_);
   waiting_.bytes += bytes;
   waiting_.ends.push_back(waiting_.bytes.size());
-  ++handedOver_;
+  ++enqueued_;
   if (std::exchange(idle_, false)) wake_.notify_one();
 }
 
@@ -68,7 +68,7 @@ void StatementWriter::run() {
 
 void StatementWriter::appendAll(platform::FileAppender& file, const Batch& batch) {
   std::size_t start = 0;
-  std::size_t count = appended_.load(std::memory_order_relaxed);  // changed here only
+  std::size_t count = appended_.load(std::memory_order_relaxed);  // written by this thread only
   for (const std::size_t end : batch.ends) {
     file.append(std::string_view(batch.bytes).substr(start, end - start));
     appended_.store(++count, std::memory_order_release);

@@ -1,17 +1,17 @@
 // Appends statements to the statement file while their caller goes on to build the next ones.
 //
 //   StatementWriter writer(path);
-//   writer.append(line);                   // handed over, in order
-//   writer.waitFor(writer.handedOver());   // now they are in the file
+//   writer.append(line);                 // enqueued, in order
+//   writer.waitFor(writer.enqueued());   // now all are in the file
 //
-// Each statement gets an open, a write and a close of its own, on a thread of the writer, so that
-// the file is complete up to the last statement whenever somebody looks, and after a kill. A caller
-// that must not do a thing before its statements are in the file asks appended(), or waits. What
-// waits to be appended is bounded: a caller that is faster than the file is made to wait.
+// Each statement is appended with its own open, write and close, on the writer's thread, so that
+// the file holds whole statements whenever it is read, and after a kill. A caller that must not act
+// before its statements are in the file checks appended(), or waits. The queue is bounded: append
+// blocks while it is full.
 //
-// Errors: those of platform/files.h. Behind a statement that could not be appended nothing more is;
-// the failure is thrown by every later call of append and waitFor. The destructor waits until what
-// was handed over is in the file, or has been given up.
+// Errors: those of platform/files.h. After a statement that could not be appended no other is
+// appended; every later call of append and waitFor throws that failure. The destructor waits until
+// every enqueued statement is in the file, or the writer has failed.
 #pragma once
 
 #include <atomic>
@@ -38,15 +38,15 @@ class StatementWriter {
   // The bytes as they are to stand in the file, line end included.
   void append(std::string_view bytes);
 
-  // Counted from the writer's beginning.
-  [[nodiscard]] std::size_t handedOver() const { return handedOver_; }
+  // Statements since construction.
+  [[nodiscard]] std::size_t enqueued() const { return enqueued_; }
   [[nodiscard]] std::size_t appended() const { return appended_; }
 
-  // Returns when the first `count` of them are in the file.
+  // Returns when the first `count` statements are in the file.
   void waitFor(std::size_t count);
 
  private:
-  // Statements one behind the other, and where each ends.
+  // Statements one after the other, and the offset of each one's end.
   struct Batch {
     std::string bytes;
     std::vector<std::size_t> ends;
@@ -61,10 +61,10 @@ class StatementWriter {
   void appendAll(platform::FileAppender& file, const Batch& batch);
 
   const std::string path_;
-  std::size_t handedOver_ = 0;  // the caller's alone
+  std::size_t enqueued_ = 0;  // used by the caller's thread only
   std::atomic<std::size_t> appended_ = 0;
 
-  std::mutex mutex_;  // of what follows
+  std::mutex mutex_;  // guards the members below, up to thread_
   std::condition_variable wake_;
   std::condition_variable progress_;
   Batch waiting_;
@@ -72,7 +72,7 @@ class StatementWriter {
   bool ended_ = false;
   std::exception_ptr failure_;
 
-  std::thread thread_;  // behind everything that it uses
+  std::thread thread_;  // last: it uses all members above
 };
 
 }  // namespace extract

@@ -11,10 +11,11 @@
 
 namespace extract {
 
-Workspace::Workspace(const Surroundings& surroundings)
-    : around(surroundings),
-      shop{SqlText(surroundings.start.shop.group), SqlText(surroundings.start.shop.tradeName),
-           SqlText(surroundings.start.shop.representative)} {}
+Workspace::Workspace(const Dependencies& given, const DayRange& range)
+    : dependencies(given),
+      days(range),
+      shop{SqlText(given.start.shop.group), SqlText(given.start.shop.tradeName),
+           SqlText(given.start.shop.representative)} {}
 
 void Workspace::write(std::string_view text) {
   line_.clear();
@@ -23,26 +24,29 @@ void Workspace::write(std::string_view text) {
   if (writer_) {
     writer_->append(line_);
   } else {
-    platform::appendToFile(statementPath, line_);
+    platform::appendToFile(statementPath_, line_);
   }
 }
 
 void Workspace::openDatabase(const std::string& path, std::string_view caller) {
   // The result is not looked at: without a database its record sets do not open.
-  static_cast<void>(around.databases.JetOpenDB(database, path, false, false, "", caller));
+  static_cast<void>(dependencies.databases.JetOpenDB(database_, path, false, false, "", caller));
 }
 
-localdb::RecordSet& Workspace::open(RecordSetHandle& handle, std::string_view query) {
-  if (!around.databases.JetOpenRST(database, handle, query, localdb::kOpenDynaset, 0, 0, false)) {
+localdb::RecordSet& Workspace::open(Rows rows, std::string_view query) {
+  auto& recordSet = recordSets_.at(static_cast<std::size_t>(rows));
+  if (!dependencies.databases.JetOpenRST(database_, recordSet, query, localdb::kOpenDynaset, 0, 0,
+                                         false)) {
     throw RuntimeError(error::kObjectNotSet,
                        "Object variable not set: no record set of " + std::string(query));
   }
-  return *handle;
+  return *recordSet;
 }
 
-// One walk of forEachRow, from the statements of its rows to their marks. The statements go into
-// the file in the background. Marks follow some rows behind, so that nobody waits for the file and
-// neighbours in the table are marked together; they never overtake the statements.
+// One walk of forEachRow, from the statements of its rows to their marks. The statements are
+// appended to the file in the background. Rows are marked some hundred rows later, so that the walk
+// does not wait for the file and neighbours in the table are marked together, but never before
+// their statements are in the file.
 class Workspace::RowWalk {
  public:
   RowWalk(Workspace& work, localdb::RecordSet& rows, const Marks& marks)
@@ -50,7 +54,7 @@ class Workspace::RowWalk {
         rows_(rows),
         marks_(marks),
         marking_(!marks.empty()),
-        writer_(work.statementPath) {
+        writer_(work.statementPath_) {
     work_.writer_ = &writer_;
   }
   RowWalk(const RowWalk&) = delete;
@@ -59,7 +63,7 @@ class Workspace::RowWalk {
 
   // The current row has written all its statements.
   void rowDone() {
-    written_.push_back(writer_.handedOver());
+    written_.push_back(writer_.enqueued());
     if (written_.size() < kMaxUnmarked) return;
     writer_.waitFor(written_[kMaxUnmarked / 2]);
     markWritten();
@@ -69,7 +73,7 @@ class Workspace::RowWalk {
   void finish() {
     std::exception_ptr failure;
     try {
-      writer_.waitFor(writer_.handedOver());
+      writer_.waitFor(writer_.enqueued());
     } catch (const std::exception&) {
       failure = std::current_exception();
     }
@@ -98,44 +102,41 @@ class Workspace::RowWalk {
   const Marks& marks_;
   bool marking_;
   std::size_t marked_ = 0;            // rows
-  std::vector<std::size_t> written_;  // statements up to and with each row behind those
+  std::vector<std::size_t> written_;  // for each later row, statements up to and including its own
   StatementWriter writer_;
 };
 
-void Workspace::forEachRow(RecordSetHandle& handle, std::string_view query, const Marks& marks,
+void Workspace::forEachRow(Rows rows, std::string_view query, const Marks& marks,
                            const EachRow& eachRow) {
-  localdb::RecordSet& rows = open(handle, query);
-  const std::int32_t count = rows.recordCount();
-  if (count > 0) rows.moveFirst();
-  RowWalk walk(*this, rows, marks);
+  localdb::RecordSet& recordSet = open(rows, query);
+  const std::int32_t count = recordSet.recordCount();
+  if (count > 0) recordSet.moveFirst();
+  RowWalk walk(*this, recordSet, marks);
   try {
     for (std::int32_t number = 1; number <= count; ++number) {
-      eachRow(rows, number);
-      ++records;
+      eachRow(recordSet, number);
+      ++records_;
       walk.rowDone();
-      rows.moveNext();
-      around.progress.yield();
+      recordSet.moveNext();
+      dependencies.progress.yield();
     }
   } catch (const std::exception&) {
-    walk.finish();  // what fails there happened before
+    walk.finish();  // a failure of an earlier statement takes precedence
     throw;
   }
   walk.finish();
-  close(handle);
+  close(rows);
 }
 
-void Workspace::close(RecordSetHandle& handle) {
-  if (!handle) return;
-  handle->close();
-  handle.reset();
+bool Workspace::isOpen(Rows rows) const {
+  return recordSets_.at(static_cast<std::size_t>(rows)) != nullptr;
 }
+
+void Workspace::close(Rows rows) { recordSets_.at(static_cast<std::size_t>(rows)).reset(); }
 
 void Workspace::closeAll() {
-  for (RecordSetHandle* handle :
-       {&sales, &items, &cards, &cardRates, &outgo, &customers, &customerSales, &attendance}) {
-    close(*handle);
-  }
-  database.reset();
+  for (auto& recordSet : recordSets_) recordSet.reset();
+  database_.reset();
 }
 
 }  // namespace extract

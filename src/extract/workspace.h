@@ -1,9 +1,8 @@
-// What the upload window keeps for its extractors while a job runs: the day range, the statement
-// file, the local database and the record sets that they leave open when they fail.
+// What the extractors of one job share: the day range, the statement file, the local database and
+// the record sets that they leave open when they fail.
 //
-//   Workspace work({start, databases, window, clock, ticks});
-//   work.days = {from, to};
-//   work.statementPath = path;
+//   Workspace work({start, databases, window, clock, ticks}, {from, to});
+//   work.setStatementPath(path);
 //   extract::자료수집(work);
 //   ...
 //   work.closeAll();   // after the last step, failed or not
@@ -12,11 +11,14 @@
 // message log), those of localdb/record_set.h and of platform/files.h.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "localdb/database_access.h"
@@ -35,8 +37,8 @@ struct DayRange {
   values::DateTime last;
 };
 
-// Handed in by whoever runs a job; all of it outlives the workspace.
-struct Surroundings {
+// Given by the caller that runs the job; all of it outlives the workspace.
+struct Dependencies {
   const settings::StartValues& start;
   localdb::DatabaseAccess& databases;
   joblog::Progress& progress;
@@ -51,13 +53,28 @@ struct ShopLiterals {
   std::string representative;
 };
 
-class StatementWriter;
+// The record sets of a job, one of each kind open at a time.
+enum class Rows : std::uint8_t {
+  kSales,
+  kItems,
+  kCards,
+  kCardRates,
+  kOutgo,
+  kCustomers,
+  kCustomerSales,
+  kAttendance,
+};
+constexpr std::size_t kRowsCount = 8;
 
-using RecordSetHandle = std::unique_ptr<localdb::RecordSet>;
+class StatementWriter;
 
 class Workspace {
  public:
-  explicit Workspace(const Surroundings& surroundings);
+  Workspace(const Dependencies& dependencies, const DayRange& days);
+
+  // The file of the following statements. It exists already.
+  void setStatementPath(std::string path) { statementPath_ = std::move(path); }
+  [[nodiscard]] const std::string& statementPath() const { return statementPath_; }
 
   // Appends one line (or lines with CR LF between them) to the statement file, in one write; the
   // file is open for no longer than that. In code page 949, '?' for a character that it lacks.
@@ -69,50 +86,46 @@ class Workspace {
   void openDatabase(const std::string& path, std::string_view caller);
 
   // Opens a dynaset, positioned on its first row. Error 91 when it cannot be opened.
-  localdb::RecordSet& open(RecordSetHandle& handle, std::string_view query);
+  localdb::RecordSet& open(Rows rows, std::string_view query);
 
   // Opens the query, calls back once for every row (counted from 1), gives each row the values of
-  // `marks` once the statements that it wrote are in the file, and closes the record set. The
-  // window may breathe after each row. On return, also by way of a failure, every statement written
-  // is in the file, and the rows before the one that failed are marked. After a failure the record
-  // set stays open in its handle.
+  // `marks` once the statements that it wrote are in the file, and closes the record set. Window
+  // events are processed after each row. On return, also by way of a failure, every statement
+  // written is in the file, and the rows before the one that failed are marked. After a failure the
+  // record set stays open.
   using EachRow = std::function<void(localdb::RecordSet& row, std::int32_t number)>;
   using Marks = std::vector<localdb::FieldValue>;
-  void forEachRow(RecordSetHandle& handle, std::string_view query, const Marks& marks,
-                  const EachRow& eachRow);
+  void forEachRow(Rows rows, std::string_view query, const Marks& marks, const EachRow& eachRow);
 
-  // Closes what is open, and nothing more than that.
-  static void close(RecordSetHandle& handle);
+  [[nodiscard]] bool isOpen(Rows rows) const;
+  // Nothing happens where nothing is open.
+  void close(Rows rows);
   void closeAll();
 
-  const Surroundings around;
+  // Records whose statements were written since construction. forEachRow counts its rows, the
+  // settlement its days.
+  void addRecords(std::int32_t count) { records_ += count; }
+  [[nodiscard]] std::int32_t records() const { return records_; }
+
+  // Failures that did not end the step in which they occurred; taking them empties the list.
+  void addFailure(joblog::Failure failure) { failures_.push_back(std::move(failure)); }
+  [[nodiscard]] std::vector<joblog::Failure> takeFailures() { return std::exchange(failures_, {}); }
+
+  const Dependencies dependencies;
+  const DayRange days;
   const ShopLiterals shop;
-
-  DayRange days;
-  std::string statementPath;
-  std::string statement;  // the one being built; its storage is used again for the next
-
-  // Records whose statements were written since the job began; the settlement counts its days.
-  std::int32_t records = 0;
-  // What went wrong without ending the step that met it.
-  std::vector<joblog::Failure> failures;
-
-  std::shared_ptr<localdb::Database> database;
-  RecordSetHandle sales;
-  RecordSetHandle items;
-  RecordSetHandle cards;
-  RecordSetHandle cardRates;
-  RecordSetHandle outgo;
-  RecordSetHandle customers;
-  RecordSetHandle customerSales;
-  RecordSetHandle attendance;
 
  private:
   class RowWalk;
 
+  std::string statementPath_;
   CodePage codePage_{949};
-  std::string line_;
+  std::string line_;                   // the line being written; its storage is used again
   StatementWriter* writer_ = nullptr;  // while forEachRow runs
+  std::int32_t records_ = 0;
+  std::vector<joblog::Failure> failures_;
+  std::shared_ptr<localdb::Database> database_;
+  std::array<std::unique_ptr<localdb::RecordSet>, kRowsCount> recordSets_;  // by Rows
 };
 
 }  // namespace extract

@@ -1,7 +1,7 @@
 // The job driver: one run turns the ticked kinds of local data into one statement file under
 // AutoLoadData, step by step, each shown in the progress panel and logged.
 //
-//   job::JobDriver driver(dependencies, job::jobSteps(settlementSources));
+//   job::JobDriver driver(dependencies, job::jobSteps(settlementDependencies));
 //   const job::JobVerdict verdict = driver.run({ticks, from, to}, window);
 //
 // One trap stands around every single step: what fails is logged and the next step is run. A run

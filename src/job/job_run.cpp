@@ -31,9 +31,8 @@ JobRun::JobRun(const Dependencies& dependencies, const Request& request, Window&
       request_(request),
       window_(window),
       work_({dependencies.start, dependencies.databases, window, dependencies.clock,
-             dependencies.ticks}) {
-  work_.days = {request.from, request.to};
-}
+             dependencies.ticks},
+            {request.from, request.to}) {}
 
 template <typename Body>
 void JobRun::attempt(const Part& part, Body&& body) noexcept {
@@ -78,9 +77,9 @@ std::string JobRun::stamp() const {
 void JobRun::open() {
   attempt({"작업 기록", "이 작업의 기록이 없습니다."}, [&] { dependencies_.jobLog.startRun(); });
   attempt({kFile, "자료를 만들지 못했습니다."}, [&] {
-    work_.statementPath =
-        freeWorkingPath(dependencies_.start, dependencies_.clock, dependencies_.sleeper);
-    platform::createEmptyFile(work_.statementPath);
+    work_.setStatementPath(
+        freeWorkingPath(dependencies_.start, dependencies_.clock, dependencies_.sleeper));
+    platform::createEmptyFile(work_.statementPath());
   });
   report("File Create..");
   window_.setHourglass(true);
@@ -89,7 +88,7 @@ void JobRun::open() {
 void JobRun::collect(const Step& step) {
   const bool settlement = step.kind == StepKind::kSettlement;
   const Part part{step.name, settlement ? "이 뒤의 날은 결산하지 않았습니다." : kRowsLeft};
-  const auto before = work_.records;
+  const auto before = work_.records();
   attempt(part, [&] {
     const auto days = settlement ? values::dateText(request_.from) +
                                        "..To : " + values::dateText(request_.to) + ".."
@@ -97,8 +96,8 @@ void JobRun::collect(const Step& step) {
     joblog::report(window_, dependencies_.jobLog, std::string(step.start) + days + stamp());
   });
   attempt(part, [&] { step.collect(work_); });
-  for (auto& failure : std::exchange(work_.failures, {})) fail(std::move(failure));
-  verdict_.counts.push_back({step.box, step.name, work_.records - before});
+  for (auto& failure : work_.takeFailures()) fail(std::move(failure));
+  verdict_.counts.push_back({step.box, step.name, work_.records() - before});
   report(std::string(step.end) + stamp());
   if (settlement) rememberLastDay();
 }
@@ -114,7 +113,7 @@ void JobRun::finish() {
   attempt({"매장 자료 닫기", ""}, [&] { dependencies_.closeIdle(); });
   std::uint64_t length = 0;
   attempt({kFile, "크기를 알 수 없습니다."}, [&] {
-    length = platform::fileLength(work_.statementPath);
+    length = platform::fileLength(work_.statementPath());
     joblog::report(window_, dependencies_.jobLog,
                    "File Length Check.." + std::to_string(length) + "\r\n" + stamp());
   });
@@ -134,25 +133,25 @@ void JobRun::checkSyntax() {
   // A file that cannot be read is not known to be useless, and marked rows may depend on it.
   bool useless = false;
   attempt({kFile, "첫 줄을 살피지 못했습니다."},
-          [&] { useless = !holdsStatement(platform::readFirstLine(work_.statementPath)); });
+          [&] { useless = !holdsStatement(platform::readFirstLine(work_.statementPath())); });
   report("구문 Check End " + stamp());
   if (useless) deleteFile();
 }
 
 void JobRun::deleteFile() {
   attempt({kFile, "빈 파일이 남아 있습니다."}, [&] {
-    platform::deleteFile(work_.statementPath);
+    platform::deleteFile(work_.statementPath());
     deleted_ = true;
   });
 }
 
 // After a deletion the rename fails, and the trap is how such a run ends.
 void JobRun::giveFinalName() {
-  const std::string finished = finalPath(work_.statementPath);
+  const std::string finished = finalPath(work_.statementPath());
   const std::string left = deleted_ ? "보낼 자료가 없어 파일을 지웠습니다."
                                     : "파일이 작업 이름(.tx)으로 남아 있어 보내지 않습니다.";
   attempt({kFile, left}, [&] {
-    platform::renameFile(work_.statementPath, finished);
+    platform::renameFile(work_.statementPath(), finished);
     verdict_.statementFile = finished;
   });
 }

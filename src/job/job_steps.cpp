@@ -5,7 +5,7 @@
 
 namespace job {
 
-std::vector<Step> jobSteps(const lib_결산::Sources& settlement) {
+std::vector<Step> jobSteps(const lib_결산::Dependencies& settlement) {
   const auto settle = [&settlement](extract::Workspace& work) {
     settlement::GetDaily(work, settlement, work.days.first, work.days.last);
   };

@@ -25,7 +25,7 @@ struct Step {
   StepKind kind = StepKind::kRecords;
 };
 
-// The sources outlive the steps.
-[[nodiscard]] std::vector<Step> jobSteps(const lib_결산::Sources& settlement);
+// What `settlement` names outlives the steps.
+[[nodiscard]] std::vector<Step> jobSteps(const lib_결산::Dependencies& settlement);
 
 }  // namespace job

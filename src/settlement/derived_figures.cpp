@@ -12,7 +12,7 @@ namespace lib_결산 {
 
 namespace {
 
-// A surcharge on sales without VAT was planned and never set; the step that uses it stays.
+// A surcharge on sales without VAT, always 0; the step that applies it is kept.
 constexpr float kSurchargeFactor = 0;
 
 std::int32_t checked(std::int64_t result) {
@@ -35,7 +35,7 @@ std::int32_t less(const DailySettlement& day, std::int32_t from,
   return from;
 }
 
-// `factor` times the quotient, in double precision; 0 where there is nothing to divide by.
+// `factor` times the quotient, in double precision; 0 for a divisor of 0.
 std::int32_t average(std::int32_t dividend, std::int32_t divisor, int factor = 1) {
   if (divisor == 0) return 0;
   return values::toLong(static_cast<double>(dividend) / divisor * factor);
@@ -71,7 +71,7 @@ void deriveCashAndVat(DailySettlement& day, const Switches& switches) {
                 Figure::상품권사용, Figure::경품현금지급});
   day[Figure::현금매출] = checkedAdd(checkedSubtract(total, otherMeans), day[Figure::현금입금]);
   if (switches.vatRate == 0) return;
-  // A VAT of 10 % within the price, whatever the rate says.
+  // VAT of 10 % included in the price, independent of the rate.
   const std::int32_t taxed =
       less(day, total, {Figure::할인, Figure::쿠폰사용, Figure::경품현금지급, Figure::상품권사용});
   day[Figure::부가세] = values::toLong(std::floor(taxed / 1.1 * 0.1 + 0.5));

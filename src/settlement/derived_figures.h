@@ -1,11 +1,11 @@
-// The figures of a day that are worked out of others, once the sums are in.
+// The figures of a day that are computed from others, after the sums.
 //
 //   addServiceCharge(day, switches);       // 총판매액
 //   deriveCashAndVat(day, switches);
 //   deriveAverages(day, switches);
 //
 // Whole numbers of 32 bits, checked; a quotient is rounded to a whole number, halves to even.
-// Errors: 6 overflow; the figures worked out before it stay.
+// Errors: 6 overflow; figures computed before it stay.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace lib_결산 {
 
-// The shop's settings that steer the arithmetic.
+// The shop's settings that the arithmetic depends on.
 struct Switches {
   std::int16_t vatRate = 0;  // in percent; 0 when VAT is off
   bool vatIncluded = false;

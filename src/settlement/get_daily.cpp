@@ -55,19 +55,20 @@ std::string insertDay(const extract::ShopLiterals& shop, std::string_view day,
 void noteFailure(extract::Workspace& work, values::DateTime day,
                  const DailySettlement& settlement) {
   const auto failure = settlement.failure.value_or(lib_결산::DayFailure{});
-  work.failures.push_back({"결산 " + values::dateText(day), failure.number,
-                           std::to_string(failure.step) + "단계: " + failure.description,
-                           "구하지 못한 숫자는 0으로 보냅니다."});
+  work.addFailure({"결산 " + values::dateText(day), failure.number,
+                   std::to_string(failure.step) + "단계: " + failure.description,
+                   "구하지 못한 숫자는 0으로 보냅니다."});
 }
 
 }  // namespace
 
-bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, values::DateTime LastDate,
-              values::DateTime LookDate) {
-  joblog::Progress& progress = work.around.progress;
+bool GetDaily(extract::Workspace& work, const lib_결산::Dependencies& dependencies,
+              values::DateTime LastDate, values::DateTime LookDate) {
+  joblog::Progress& progress = work.dependencies.progress;
   const auto show = [&](const std::string& text) {
-    joblog::report(progress, sources.jobLog,
-                   text + ".." + platform::formatTime(sources.clock.now(), platform::kStampFormat));
+    joblog::report(
+        progress, dependencies.jobLog,
+        text + ".." + platform::formatTime(dependencies.clock.now(), platform::kStampFormat));
   };
   show("Daily Data Load -- GetDaily In.." + values::dateText(LastDate) + ".." +
        values::dateText(LookDate));
@@ -80,12 +81,12 @@ bool GetDaily(extract::Workspace& work, const lib_결산::Sources& sources, valu
     const values::DateTime day{LastDate.serial + i};
     show("Daily Data Load -- GetDailyData Call 연결 Start " + values::dateText(day));
     DailySettlement settlement;
-    if (!lib_결산::GetDailyData(sources, day, settlement)) noteFailure(work, day, settlement);
-    const std::string dayLiteral = extract::SqlText(day);
-    work.write(deleteDay(work.shop, dayLiteral));
+    if (!lib_결산::GetDailyData(dependencies, day, settlement)) noteFailure(work, day, settlement);
+    const std::string dayText = extract::SqlText(day);
+    work.write(deleteDay(work.shop, dayText));
     progress.yield();
-    work.write(insertDay(work.shop, dayLiteral, settlement));
-    ++work.records;
+    work.write(insertDay(work.shop, dayText, settlement));
+    work.addRecords(1);
     progress.yield();
     progress.yield();
   }

@@ -24,31 +24,31 @@ using extract::NzText;
 constexpr std::int16_t kDefaultVatRate = 10;
 constexpr int kOutOfMemory = 7;
 
-// A field of a query's rows and the figure that takes it.
-struct Source {
+// A field of a query's rows and the figure that it is added to.
+struct SummedField {
   std::string_view field;
   Figure figure;
 };
-using SourceList = std::initializer_list<Source>;
+using SummedFields = std::initializer_list<SummedField>;
 
 // Fields of a query's first row whose sum is added to a figure.
-struct FirstRowSource {
+struct FirstRowField {
   std::initializer_list<std::string_view> fields;
   Figure figure;
 };
-using FirstRowSources = std::initializer_list<FirstRowSource>;
+using FirstRowFields = std::initializer_list<FirstRowField>;
 
-// An empty value is a missing one.
+// An empty value counts as missing.
 bool isOn(const std::string& setting) { return !setting.empty() && values::toBool(setting); }
 
 class Computation {
  public:
-  Computation(const Sources& sources, values::DateTime day, DailySettlement& figures)
-      : sources_(sources),
+  Computation(const Dependencies& dependencies, values::DateTime day, DailySettlement& figures)
+      : dependencies_(dependencies),
         lookupDate_(day),
         figures_(figures),
         dateFilter_("WHERE rdate = #" + values::dayText(day) + "#") {
-    std::string day8 = values::dayText(day).substr(2);  // yy.MM.dd, as card slips keep their day
+    std::string day8 = values::dayText(day).substr(2);  // yy.MM.dd, the form of qryCardItem's day
     day8[2] = day8[5] = '.';
     cardDayFilter_ = "WHERE day = '" + day8 + "'";
   }
@@ -67,7 +67,7 @@ class Computation {
     deriveAverages(figures_, switches_);
   }
 
-  // Number of the step that is running.
+  // Number of the current step.
   [[nodiscard]] int step() const { return step_; }
 
  private:
@@ -85,79 +85,81 @@ class Computation {
   void begin(int step, std::string_view what);
   void openDatabase(std::string_view file);
   [[nodiscard]] Rows open(std::string_view source, std::int32_t type = localdb::kOpenDynaset);
-  void sumRows(const std::string& query, SourceList sources);
-  void sumRows(localdb::RecordSet& rows, SourceList sources);
-  void takeFirstRow(const std::string& query, FirstRowSources sources);
+  void sumRows(const std::string& query, SummedFields fields);
+  void sumRows(localdb::RecordSet& rows, SummedFields fields);
+  void takeFirstRow(const std::string& query, FirstRowFields fields);
 
-  const Sources& sources_;
+  const Dependencies& dependencies_;
   const values::DateTime lookupDate_;
   DailySettlement& figures_;
   const std::string dateFilter_;
   std::string cardDayFilter_;
   std::shared_ptr<localdb::Database> database_;
   Switches switches_;
-  bool odbcCustomer_ = false;  // tickets come from the server, which is probed before
+  bool odbcCustomer_ = false;  // tickets are read from the server, which is pinged first
   int step_ = 1;
 };
 
 void Computation::begin(int step, std::string_view what) {
   step_ = step;
-  sources_.jobLog.append("Daily Data Load -- " + std::string(what) + " 연결 Start " +
-                         platform::formatTime(sources_.clock.now(), platform::kStampFormat));
+  dependencies_.jobLog.append(
+      "Daily Data Load -- " + std::string(what) + " 연결 Start " +
+      platform::formatTime(dependencies_.clock.now(), platform::kStampFormat));
 }
 
 void Computation::openDatabase(std::string_view file) {
-  const std::string path = platform::joinPath(sources_.programFolder, file);
-  if (!sources_.databases.JetOpenDB(database_, path, false, false, "", "GetDailyData")) {
+  const std::string path = platform::joinPath(dependencies_.programFolder, file);
+  if (!dependencies_.databases.JetOpenDB(database_, path, false, false, "", "GetDailyData")) {
     throw RuntimeError(error::kObjectNotSet, "Object variable not set: no database " + path);
   }
 }
 
 Computation::Rows Computation::open(std::string_view source, std::int32_t type) {
   Rows rows;
-  if (!sources_.databases.JetOpenRST(database_, rows, source, type, 0, 0, false)) {
+  if (!dependencies_.databases.JetOpenRST(database_, rows, source, type, 0, 0, false)) {
     throw RuntimeError(error::kObjectNotSet,
                        "Object variable not set: no record set of " + std::string(source));
   }
   return rows;
 }
 
-void Computation::sumRows(localdb::RecordSet& rows, SourceList sources) {
+void Computation::sumRows(localdb::RecordSet& rows, SummedFields fields) {
   if (rows.recordCount() == 0) return;
-  // A field is looked up when the first row comes to it: one that is missing leaves the figures
-  // before it with that row's values.
-  std::vector<std::size_t> places;
+  // Each field is looked up in the first row: a missing one leaves the figures before it with that
+  // row's values.
+  std::vector<std::size_t> indexes;
   for (rows.moveFirst(); !rows.atEnd(); rows.moveNext()) {
-    for (std::size_t i = 0; i < sources.size(); ++i) {
-      if (places.size() == i) places.push_back(rows.fieldIndex(sources.begin()[i].field));
-      std::int32_t& figure = figures_[sources.begin()[i].figure];
-      figure = checkedAdd(figure, NzLong(rows.field(places[i])));
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      const SummedField& sum = fields.begin()[i];
+      if (indexes.size() == i) indexes.push_back(rows.fieldIndex(sum.field));
+      figures_[sum.figure] = checkedAdd(figures_[sum.figure], NzLong(rows.field(indexes[i])));
     }
   }
 }
 
-void Computation::sumRows(const std::string& query, SourceList sources) {
-  sumRows(*open(query), sources);
+void Computation::sumRows(const std::string& query, SummedFields fields) {
+  sumRows(*open(query), fields);
 }
 
-void Computation::takeFirstRow(const std::string& query, FirstRowSources sources) {
+void Computation::takeFirstRow(const std::string& query, FirstRowFields fields) {
   const Rows rows = open(query);
   if (rows->recordCount() == 0) return;
   rows->moveFirst();
-  for (const FirstRowSource& source : sources) {
-    std::int32_t sum = 0;  // a figure whose sum overflows stays as it was
-    for (const std::string_view field : source.fields) {
-      sum = checkedAdd(sum, NzLong(rows->field(field)));
+  for (const FirstRowField& sum : fields) {
+    std::int32_t total = 0;  // a figure whose sum overflows stays as it was
+    for (const std::string_view field : sum.fields) {
+      total = checkedAdd(total, NzLong(rows->field(field)));
     }
-    figures_[source.figure] = checkedAdd(figures_[source.figure], sum);
+    figures_[sum.figure] = checkedAdd(figures_[sum.figure], total);
   }
 }
 
 void Computation::readSettings() {
   begin(1, "ODBC");
   step_ = 2;
-  odbcCustomer_ = isOn(sources_.settings.read("연결", "ODBCcustomer", ""));
-  switches_.serviceChargeOffNetSales = isOn(sources_.settings.read("NewType", "ApplyDCinRO", ""));
+  odbcCustomer_ = isOn(dependencies_.settings.read("연결", "ODBCcustomer", ""));
+  switches_.serviceChargeOffNetSales =
+      isOn(dependencies_.settings.read("NewType", "ApplyDCinRO", ""));
 }
 
 void Computation::readShop() {
@@ -186,7 +188,7 @@ void Computation::readShop() {
   }
 
   begin(6, "set_basic3");
-  // Without a day: the table holds what the till counted since it was opened.
+  // Without a day: the table holds the till's counts since it was opened.
   takeFirstRow("SELECT * FROM set_basic3 ",
                {{{"hand_amount"}, Figure::시제},
                 {{"num_drawer", "num_drawer2", "num_drawer3"}, Figure::돈통열린회수},
@@ -216,7 +218,7 @@ void Computation::readCredit() {
 }
 
 void Computation::readTickets() {
-  const bool reachable = !odbcCustomer_ || sources_.centralAnswers();
+  const bool reachable = !odbcCustomer_ || dependencies_.centralAnswers();
   begin(8, "qryODBCRstRicket Or qryRstTicket");
   if (!reachable) return;
   const std::string query = odbcCustomer_ ? "qryODBCRstTicket " : "qryRstTicket ";
@@ -245,7 +247,7 @@ void Computation::readSales() {
 
   begin(15, "Selling");
   if (const Rows sales = open("SELECT * FROM selling " + dateFilter_)) {
-    figures_[Figure::주문건수] = sales->recordCount();  // reached even when a sum overflows
+    figures_[Figure::주문건수] = sales->recordCount();  // set even when a sum overflows
     sumRows(*sales, {{"price_change", Figure::매가변경}, {"price_trim", Figure::절상절하}});
   }
 
@@ -289,8 +291,8 @@ void Computation::readOutgo() {
     return "SELECT Sum(" + std::string(sum) + " FROM outgo_item " + dateFilter_ + " AND (" +
            std::string(types);
   };
-  // Types 2 and 3 are both outlay and cash taken out; the outlay counts the price of the one kind
-  // and what was paid of the other.
+  // Types 2 and 3 are both outlay and cash taken out; the outlay adds the price of type 2 and the
+  // amount paid of type 3.
   takeFirstRow(query("price) as JiGeupAekS", "etc_type=1 OR etc_type=2 OR etc_type=4) "),
                {{{"JiGeupAekS"}, Figure::지출액}});
   takeFirstRow(query("JiGeupAek) as JiGeupAekS", "etc_type=3 OR etc_type=5) "),
@@ -303,11 +305,11 @@ void Computation::readOutgo() {
 
 }  // namespace
 
-bool GetDailyData(const Sources& sources, values::DateTime LookupDate,
+bool GetDailyData(const Dependencies& dependencies, values::DateTime LookupDate,
                   DailySettlement& settlement) noexcept {
   settlement = {};
   try {
-    Computation computation(sources, LookupDate, settlement);
+    Computation computation(dependencies, LookupDate, settlement);
     DayFailure failed;
     try {
       computation.run();
@@ -317,12 +319,12 @@ bool GetDailyData(const Sources& sources, values::DateTime LookupDate,
     } catch (const std::bad_alloc&) {
       failed = {computation.step(), kOutOfMemory, "Out of memory"};
     }
-    sources.message("E)lib_결산->GetDailyData(LookupDate:=" + values::dateText(LookupDate) +
-                    ")[Erl:=" + std::to_string(failed.step) +
-                    "](Eno:=" + std::to_string(failed.number) + ")");
+    dependencies.message("E)lib_결산->GetDailyData(LookupDate:=" + values::dateText(LookupDate) +
+                         ")[Erl:=" + std::to_string(failed.step) +
+                         "](Eno:=" + std::to_string(failed.number) + ")");
     settlement.failure = std::move(failed);
   } catch (const std::exception&) {
-    return false;  // not even its failure can be told
+    return false;  // the message log failed as well
   }
   return false;
 }

@@ -1,10 +1,10 @@
 // lib_결산: computes the settlement figures of one business day from the shop's three databases.
 //
 //   DailySettlement day;
-//   GetDailyData(sources, date, day);   // false: day holds the figures reached, the rest are 0
+//   GetDailyData(dependencies, date, day);   // false: failed; later figures are 0
 //
-// The databases are those of the program folder, whatever the configuration says. Never throws: a
-// failure is a line of the message log that carries the number of the failing step, and stands in
+// The databases are those of the program folder, not those of the configuration. Never throws: a
+// failure is a line of the message log with the number of the failed step, and is kept in
 // day.failure. The three databases are opened one after the other and closed before it returns.
 #pragma once
 
@@ -21,8 +21,8 @@
 
 namespace lib_결산 {
 
-// Handed in by whoever runs the job; all of it outlives the call.
-struct Sources {
+// Given by the caller that runs the job; all of it outlives the call.
+struct Dependencies {
   std::string programFolder;
   localdb::DatabaseAccess& databases;
   const settings::Settings& settings;  // section `연결` key ODBCcustomer, `NewType` ApplyDCinRO
@@ -32,7 +32,7 @@ struct Sources {
   std::function<bool()> centralAnswers;                  // PING of the central host
 };
 
-bool GetDailyData(const Sources& sources, values::DateTime LookupDate,
+bool GetDailyData(const Dependencies& dependencies, values::DateTime LookupDate,
                   DailySettlement& settlement) noexcept;
 
 }  // namespace lib_결산

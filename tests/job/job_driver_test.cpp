@@ -168,8 +168,8 @@ TEST_F(JobDriverTest, AFailingStepIsLoggedAndTheNextOneRuns) {
   steps[1].collect = [](extract::Workspace&) { throw RuntimeError(94, "Null"); };
   steps[2].collect = [](extract::Workspace& work) {
     work.write("Insert 3;");
-    work.records += 21;
-    work.failures.push_back({"결산 2013-08-02", 6, "18단계: Overflow", "0"});
+    work.addRecords(21);
+    work.addFailure({"결산 2013-08-02", 6, "18단계: Overflow", "0"});
   };
   EXPECT_FALSE(run({0, 5, 6}));
   ASSERT_EQ(verdict.failures.size(), 2U);

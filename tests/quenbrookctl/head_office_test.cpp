@@ -95,17 +95,18 @@ class Shop {
     const std::filesystem::path file = folder_.path() / ("run" + std::to_string(++runs_) + ".txt");
     const settings::StartValues start =
         StartMod::Main("", {home(), settings_, log_, messages_}).values;
-    extract::Workspace work({start, databases_, panel_, clock_, ticks_});
-    work.statementPath = file;
-    work.days = {support::day(8, 1), support::day(8, kDays)};
-    const lib_결산::Sources sources{home(),
-                                    databases_,
-                                    settings_,
-                                    clock_,
-                                    jobLog_,
-                                    [](const std::string& line) { ADD_FAILURE() << line; },
-                                    [] { return false; }};
-    for (const job::Step& step : job::jobSteps(sources)) step.collect(work);
+    extract::Workspace work({start, databases_, panel_, clock_, ticks_},
+                            {support::day(8, 1), support::day(8, kDays)});
+    work.setStatementPath(file);
+    const lib_결산::Dependencies dependencies{
+        home(),
+        databases_,
+        settings_,
+        clock_,
+        jobLog_,
+        [](const std::string& line) { ADD_FAILURE() << line; },
+        [] { return false; }};
+    for (const job::Step& step : job::jobSteps(dependencies)) step.collect(work);
     work.closeAll();
     EXPECT_EQ(run({QUENBROOKCTL, "customers", "--home", home()}), 0);
     for (const auto& entry : std::filesystem::directory_iterator(home() + "/AutoLoadData")) {

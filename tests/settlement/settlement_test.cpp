@@ -37,19 +37,19 @@ class SettlementTest : public support::JobFixture {
     return rows[0];
   }
 
-  bool settle() { return lib_결산::GetDailyData(sources, day(8, 21), figures); }
+  bool settle() { return lib_결산::GetDailyData(dependencies, day(8, 21), figures); }
 
   FakeSettings settings;
   joblog::JobLog jobLog{folder.path(), clock};
   std::vector<std::string> messages;
   bool centralAnswers = true;
-  lib_결산::Sources sources{folder.path(),
-                            databases,
-                            settings,
-                            clock,
-                            jobLog,
-                            [this](const std::string& line) { messages.push_back(line); },
-                            [this] { return centralAnswers; }};
+  lib_결산::Dependencies dependencies{folder.path(),
+                                      databases,
+                                      settings,
+                                      clock,
+                                      jobLog,
+                                      [this](const std::string& line) { messages.push_back(line); },
+                                      [this] { return centralAnswers; }};
   DailySettlement figures;
 };
 
@@ -171,7 +171,7 @@ TEST_F(SettlementTest, EveryFigureComesFromItsQuery) {
   row("etc_type=3 OR etc_type=6") = {{"jigeupaeks", 4000}};
   row("etc_type=9") = {{"prices", 8000}};
 
-  ASSERT_EQ(GetDaily(work, sources, day(8, 21), day(8, 21)), false);
+  ASSERT_EQ(GetDaily(work, dependencies, day(8, 21), day(8, 21)), false);
   EXPECT_THAT(messages, ElementsAre());
   EXPECT_THAT(
       lines(),
@@ -273,8 +273,8 @@ TEST_F(SettlementTest, AFailedDayKeepsTheFiguresReachedAndIsSent) {
     settings.values.clear();
     messages.clear();
     row.breakIt();
-    std::filesystem::remove(work.statementPath);
-    GetDaily(work, sources, day(8, 21), day(8, 21));
+    std::filesystem::remove(work.statementPath());
+    GetDaily(work, dependencies, day(8, 21), day(8, 21));
     EXPECT_THAT(messages, ElementsAre(std::string("E)lib_결산->GetDailyData(LookupDate:=2013-08-21)"
                                                   "[Erl:=") +
                                       row.step))
@@ -286,9 +286,10 @@ TEST_F(SettlementTest, AFailedDayKeepsTheFiguresReachedAndIsSent) {
   EXPECT_FALSE(settle());
   EXPECT_EQ(figures[Figure::총판매액], 5);
   EXPECT_EQ(figures[Figure::현금매출], 0);
-  ASSERT_EQ(work.failures.size(), std::size(rows));
+  const auto failures = work.takeFailures();
+  ASSERT_EQ(failures.size(), std::size(rows));
   EXPECT_EQ(
-      joblog::failureLine(work.failures.back()),
+      joblog::failureLine(failures.back()),
       "결산 2013-08-21: (6) 19단계: Overflow: a figure reached 2147483652 - 구하지 못한 숫자는 "
       "0으로 보냅니다.");
 }
@@ -317,15 +318,15 @@ TEST_F(SettlementTest, EveryDayOfTheRangeIsSentOnce) {
       {day(8, 21), day(8, 20), {}},
   };
   for (const auto& row : rows) {
-    std::ofstream(work.statementPath, std::ios::trunc).close();
-    GetDaily(work, sources, row.first, row.last);
+    std::ofstream(work.statementPath(), std::ios::trunc).close();
+    GetDaily(work, dependencies, row.first, row.last);
     const std::vector<std::string> written = lines();
     ASSERT_EQ(written.size(), row.days.size() * 2);
     for (std::size_t i = 0; i < written.size(); ++i) {
       EXPECT_THAT(written[i], testing::HasSubstr("'" + row.days[i / 2] + "'"));
     }
   }
-  EXPECT_EQ(support::errorOf([&] { GetDaily(work, sources, {0}, {32767}); }), 6);
+  EXPECT_EQ(support::errorOf([&] { GetDaily(work, dependencies, {0}, {32767}); }), 6);
 }
 
 }  // namespace

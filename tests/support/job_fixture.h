@@ -61,6 +61,8 @@ inline int errorOf(const std::function<void()>& call) {
 
 class JobFixture : public testing::Test {
  protected:
+  JobFixture() { work.setStatementPath(folder.path() / "job.tx"); }
+
   // The lines of a file of code page 949, in UTF-8; each ends in CR LF.
   static std::vector<std::string> linesOf(const std::filesystem::path& file) {
     std::istringstream text(CodePage(949).toUtf8(readFile(file)));
@@ -71,7 +73,7 @@ class JobFixture : public testing::Test {
     }
     return lines;
   }
-  [[nodiscard]] std::vector<std::string> lines() const { return linesOf(work.statementPath); }
+  [[nodiscard]] std::vector<std::string> lines() const { return linesOf(work.statementPath()); }
 
   TemporaryFolder folder;
   settings::StartValues start = [this] {
@@ -87,12 +89,7 @@ class JobFixture : public testing::Test {
   Panel panel;
   StandingClock clock;
   SteppingTicks ticks;
-  extract::Workspace work = [this] {
-    extract::Workspace workspace({start, databases, panel, clock, ticks});
-    workspace.days = {day(8, 1), day(8, 21)};
-    workspace.statementPath = folder.path() / "job.tx";
-    return workspace;
-  }();
+  extract::Workspace work{{start, databases, panel, clock, ticks}, {day(8, 1), day(8, 21)}};
 };
 
 }  // namespace support

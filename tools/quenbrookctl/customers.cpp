@@ -53,18 +53,19 @@ int runCustomers(const CommandLine& line) {
   localdb::LocalDatabases databases(engine,
                                     [](const std::string& text) { std::cerr << text << '\n'; });
   NoWindow window;
-  extract::Workspace work({start.values, databases, window, clock, ticks});
-  work.statementPath = job::workingPath(start.values, clock.now());
-  if (platform::fileExists(work.statementPath)) {
-    throw RuntimeError(error::kFileExists, "File already exists: " + work.statementPath);
+  extract::Workspace work({start.values, databases, window, clock, ticks}, {});
+  const std::string path = job::workingPath(start.values, clock.now());
+  work.setStatementPath(path);
+  if (platform::fileExists(path)) {
+    throw RuntimeError(error::kFileExists, "File already exists: " + path);
   }
-  platform::createEmptyFile(work.statementPath);
+  platform::createEmptyFile(path);
   extract::고객자료수집(work);
   work.closeAll();
-  if (isUseful(work.statementPath)) {
-    finish(work.statementPath);
+  if (isUseful(path)) {
+    finish(path);
   } else {
-    platform::deleteFile(work.statementPath);
+    platform::deleteFile(path);
     std::cout << "no customers, no statement file\n";
   }
   return 0;
