@@ -5,7 +5,7 @@
 #include "server/odbc_source.h"
 #include "settings/central_server.h"
 
-Job::Job(Program& program, const settings::StartValues& start)
+Job::Job(Installation& program, const settings::StartValues& start)
     : external_(server::makeOdbcSource()),
       engine_(program.clock, external_.get()),
       databases_(engine_, [&](const std::string& line) { program.log.MsgDebug(line, ""); }),
@@ -23,7 +23,7 @@ Job::Job(Program& program, const settings::StartValues& start)
                }},
               job::jobSteps(settlement_)) {}
 
-bool Job::centralAnswers(Program& program) {
+bool Job::centralAnswers(Installation& program) {
   // The ports are no business of a probe; a wrong one must not end the settlement.
   return lib_Network::PING(program.network, program.log, settings::centralHost(program.settings));
 }

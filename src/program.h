@@ -22,32 +22,40 @@
 #include "platform/memory.h"
 #include "platform/message_display.h"
 #include "platform/network.h"
+#include "platform/process.h"
 #include "settings/profile_reader.h"
 #include "settings/start_values.h"
 
-// Everything that lives as long as the program.
-struct Program {
-  Program(platform::MessageDisplay& display, std::string programFolder)
+// The parts of every executable that works on a program folder.
+struct Installation {
+  Installation(platform::MessageDisplay& display, std::string programFolder)
       : messages(display), folder(std::move(programFolder)) {}
 
   platform::MessageDisplay& messages;
   std::string folder;
-  platform::InstanceLock instance{folder};
   platform::SystemClock clock;
   platform::SystemTickCounter ticks;
   platform::SystemSleeper sleeper;
   platform::SystemMemory memory;
   platform::SystemNetwork network;
+  platform::SystemProcesses processes;
   lib_Setting::ProfileReader settings;
   lib_Message2::MessageLog log{folder, clock, memory, messages};
   joblog::JobLog jobLog{folder, clock};
   joblog::ErrorLog errors{folder, clock};
 };
 
+// Those of the program itself, whichever window it opens: one that starts meanwhile sees it.
+struct Program : Installation {
+  using Installation::Installation;
+
+  platform::InstanceLock instance{folder};
+};
+
 // Keeps references to both constructor arguments.
 class Job {
  public:
-  Job(Program& program, const settings::StartValues& start);
+  Job(Installation& program, const settings::StartValues& start);
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
   ~Job() = default;
@@ -55,7 +63,7 @@ class Job {
   [[nodiscard]] job::Driver& driver() { return driver_; }
 
  private:
-  static bool centralAnswers(Program& program);
+  static bool centralAnswers(Installation& program);
 
   std::unique_ptr<jetsql::ExternalSource> external_;
   localdb::DBEngine engine_;

@@ -26,12 +26,17 @@ class Processes {
   [[nodiscard]] virtual std::vector<Process> running() = 0;
   virtual void startHidden(const std::string& program,
                            const std::vector<std::string>& arguments) = 0;
+  // Starts it and waits for its end: the exit status, 128 and more for a signal that ended it.
+  [[nodiscard]] virtual int runHidden(const std::string& program,
+                                      const std::vector<std::string>& arguments) = 0;
 };
 
 class SystemProcesses : public Processes {
  public:
   [[nodiscard]] std::vector<Process> running() override;
   void startHidden(const std::string& program, const std::vector<std::string>& arguments) override;
+  [[nodiscard]] int runHidden(const std::string& program,
+                              const std::vector<std::string>& arguments) override;
 
  private:
   void takeOffEnded();

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <filesystem>
@@ -79,6 +80,22 @@ class QuietStreams {
   posix_spawn_file_actions_t actions_{};
 };
 
+// Without a window and with quiet streams; its id.
+pid_t spawn(const std::string& program, std::vector<std::string> words) {
+  words.insert(words.begin(), program);
+  std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
+  for (auto& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+
+  const QuietStreams streams;
+  pid_t id = 0;
+  const int failure =
+      posix_spawn(&id, program.c_str(), streams.get(), nullptr, pointers.data(), environ);
+  if (failure != 0) throwErrno(failure, "Cannot start", program);
+  return id;
+}
+
 }  // namespace
 
 std::vector<Process> SystemProcesses::running() {
@@ -98,19 +115,17 @@ std::vector<Process> SystemProcesses::running() {
 void SystemProcesses::startHidden(const std::string& program,
                                   const std::vector<std::string>& arguments) {
   takeOffEnded();
-  auto words = arguments;
-  words.insert(words.begin(), program);
-  std::vector<char*> pointers;
-  pointers.reserve(words.size() + 1);
-  for (auto& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
+  children_.push_back(spawn(program, arguments));
+}
 
-  const QuietStreams streams;
-  pid_t id = 0;
-  const int failure =
-      posix_spawn(&id, program.c_str(), streams.get(), nullptr, pointers.data(), environ);
-  if (failure != 0) throwErrno(failure, "Cannot start", program);
-  children_.push_back(id);
+int SystemProcesses::runHidden(const std::string& program,
+                               const std::vector<std::string>& arguments) {
+  const pid_t id = spawn(program, arguments);
+  int status = 0;
+  while (waitpid(id, &status, 0) < 0) {
+    if (errno != EINTR) throwErrno(errno, "Cannot wait for", program);
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 void SystemProcesses::takeOffEnded() {

@@ -14,10 +14,9 @@ namespace {
 // The account of every shop at the central server.
 constexpr const char* kUser = "kornvat";
 constexpr const char* kPassword = "kvnt2281";
-constexpr const char* kRemoteFolder = "/MU/";
-
-constexpr int kAttempts = 5;
 constexpr std::uint32_t kCompressLimit = 30000;  // milliseconds for the chosen file
+constexpr std::uint32_t kTurnLimit = 60000;      // milliseconds for another transfer to end
+constexpr std::chrono::milliseconds kTurnPause{200};
 constexpr int kDebugLevel = 4;
 
 constexpr const char* kCompressed = ".gz";
@@ -46,44 +45,41 @@ std::vector<std::string> wordsOf(std::string_view commandLine) {
   return words;
 }
 
-template <typename Attempt>
-bool withinAttempts(const Attempt& attempt) {
-  for (int i = 0; i < kAttempts; ++i) {
-    if (attempt()) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
-UploadData::UploadData(TransferPlace place, TransferOutside outside)
-    : place_(std::move(place)), outside_(std::move(outside)) {}
+UploadData::UploadData(TransferPlace place, Dependencies dependencies)
+    : place_(std::move(place)), deps_(std::move(dependencies)) {}
 
 TransferResult UploadData::run(std::string_view commandLine) {
-  LmFtp = outside_.newFtpClient();
+  LmFtp = deps_.newFtpClient();
   // Not looked at: without a session every upload fails and says so itself.
   LmFtp->Connect(place_.host, place_.port, kUser, kPassword, "/");
 
-  outside_.status("업로드용 Config File Load..");
+  deps_.status("업로드용 Config File Load..");
   TransferResult result{TransferEnd::kProgramEnds, true};
   if (readSwitches(commandLine, result)) return result;
-  if (outside_.useQuietUpload()) {
-    outside_.formActivate();
+  if (deps_.useQuietUpload()) {
+    deps_.formActivate();
     return {TransferEnd::kProgramEnds, nothingWaits()};
   }
 
+  deps_.status("이전 업로드 데이타 압축..");
+  if (!platform::folderExists(place_.uploadFolder)) platform::createFolder(place_.uploadFolder);
+  const auto turn = waitForTurn();
+  if (!turn) return {TransferEnd::kReturned, false};
+  deleteBrokenCompressions();
   compressLeftovers();
   uploadLeftovers();
 
-  outside_.status("기존 업로드용 파일 생성 체크..");
+  deps_.status("기존 업로드용 파일 생성 체크..");
   const std::string chosen = newestStatement();
   if (!hasContent(chosen)) {
-    outside_.status("업로드할 내용이 없습니다.. ");
+    deps_.status("업로드할 내용이 없습니다.. ");
     return {TransferEnd::kProgramEnds, nothingWaits()};
   }
-  outside_.status("압축되지 않은 자료 압축...");
+  deps_.status("압축되지 않은 자료 압축...");
   if (!compressChosen(chosen)) {
-    outside_.status("서버로 보내기 위한 압축에 실패했습니다.");
+    deps_.status("서버로 보내기 위한 압축에 실패했습니다.");
     return {TransferEnd::kReturned, false};
   }
   UploadFile(place_.uploadFolder, chosen);
@@ -94,7 +90,7 @@ TransferResult UploadData::run(std::string_view commandLine) {
 bool UploadData::readSwitches(std::string_view commandLine, TransferResult& result) {
   for (const std::string& word : wordsOf(commandLine)) {
     // "/t" sets a test flag that nothing reads.
-    if (word == "-debug") outside_.setMessageLevel(kDebugLevel);
+    if (word == "-debug") deps_.setMessageLevel(kDebugLevel);
     if (word == "/c") {
       result.complete =
           LmFtp->PutFile(platform::joinPath(place_.programFolder, "Pellmorn.exe"), "/MU/Test.g");
@@ -104,9 +100,34 @@ bool UploadData::readSwitches(std::string_view commandLine, TransferResult& resu
   return false;
 }
 
+std::optional<platform::FolderLock> UploadData::waitForTurn() {
+  const std::uint32_t start = deps_.tickCount();
+  bool told = false;
+  while (true) {
+    auto turn = platform::FolderLock::tryTake(place_.uploadFolder, kTransferLock);
+    if (turn) return turn;
+    if (!std::exchange(told, true)) deps_.notice("다른 전송이 끝나기를 기다립니다...");
+    if (deps_.tickCount() - start >= kTurnLimit) break;
+    deps_.sleep(kTurnPause);
+  }
+  deps_.reportFailure({"전송", error::kPathAccess,
+                       "다른 전송이 60초가 지나도록 끝나지 않았습니다: " + place_.uploadFolder,
+                       "아무 것도 보내지 않았고 자료는 그대로 있습니다."});
+  return std::nullopt;
+}
+
+// The packer deletes a statement file once its compressed one is complete; where both are there, it
+// was ended before.
+void UploadData::deleteBrokenCompressions() {
+  for (const std::string& name : listing(true)) {
+    if (IsUploadFileName(name) && !isCompressed(name) &&
+        platform::fileExists(path(name) + kCompressed)) {
+      deps_.deleteFile(path(name) + kCompressed);
+    }
+  }
+}
+
 void UploadData::compressLeftovers() {
-  outside_.status("이전 업로드 데이타 압축..");
-  if (!platform::folderExists(place_.uploadFolder)) platform::createFolder(place_.uploadFolder);
   for (const std::string& name : listing(true)) {
     if (lowerCase(name).ends_with(".txt") && IsUploadFileName(name)) startGzip(name);
   }
@@ -114,7 +135,7 @@ void UploadData::compressLeftovers() {
 }
 
 void UploadData::uploadLeftovers() {
-  outside_.status("이전 압축파일 (*.gz) 업로드....");
+  deps_.status("이전 압축파일 (*.gz) 업로드....");
   for (const std::string& name : listing(false)) {
     if (isCompressed(name)) UploadFile(place_.uploadFolder, withoutCompressed(name));
   }
@@ -135,60 +156,32 @@ bool UploadData::hasContent(const std::string& chosen) const {
   const std::string file = path(chosen);
   if (chosen.empty() || !platform::fileExists(file)) return false;
   if (platform::fileLength(file) > 0) return true;
-  outside_.deleteFile(file);
+  deps_.deleteFile(file);
   return false;
 }
 
 bool UploadData::compressChosen(const std::string& chosen) {
   const std::string compressed = path(chosen) + kCompressed;
-  if (platform::fileExists(compressed)) return true;
-  const std::uint32_t start = outside_.tickCount();
+  if (platform::fileExists(compressed)) deps_.deleteFile(compressed);  // broken off: both are there
+  const std::uint32_t start = deps_.tickCount();
   startGzip(chosen);
   waitForGzip();
   while (!platform::fileExists(compressed)) {
     // Unsigned, so that a counter that wraps in between still gives the time that has passed.
-    if (outside_.tickCount() - start > kCompressLimit) return false;
+    if (deps_.tickCount() - start > kCompressLimit) return false;
   }
   return true;
 }
 
-void UploadData::startGzip(const std::string& name) {
-  outside_.startHidden(platform::joinPath(place_.programFolder, "gzip.exe"), path(name));
+void UploadData::startGzip(const std::string& name) { deps_.startHidden(gzip(), path(name)); }
+
+std::string UploadData::gzip() const {
+  return platform::joinPath(place_.programFolder, "gzip.exe");
 }
 
 void UploadData::waitForGzip() {
-  while (outside_.IsProcessExist("gzip.exe") > 0) {
+  while (deps_.IsProcessExist("gzip.exe") > 0) {
   }
-}
-
-bool UploadData::UploadFile(const std::string& folder, const std::string& name) {
-  try {
-    sendWhole(platform::joinPath(folder, name + kCompressed), name);
-    return true;
-  } catch (const std::exception&) {
-    return false;
-  }
-}
-
-void UploadData::sendWhole(const std::string& file, const std::string& name) {
-  const std::string temporary = kRemoteFolder + temporaryRemoteName(name, outside_.tickCount());
-  if (!withinAttempts([&] { return LmFtp->PutFile(file, temporary); })) {
-    outside_.status("서버로 업로드에 실패했습니다.");
-    return;
-  }
-  if (!withinAttempts([&] { return LmFtp->RenameFile(temporary, temporary + "z"); })) {
-    outside_.status("서버 파일의 이름 변경에 실패했습니다.");
-    return;
-  }
-  const bool gone = withinAttempts([&] {
-    try {
-      outside_.deleteFile(file);
-    } catch (const RuntimeError&) {
-      // Whether it is gone is what counts.
-    }
-    return !platform::fileExists(file);
-  });
-  if (!gone) outside_.status("원본 파일의 삭제에 실패했습니다.");
 }
 
 // Whatever fails leaves its file in the folder, so the folder tells whether all was sent.

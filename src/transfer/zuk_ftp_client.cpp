@@ -114,7 +114,25 @@ bool ZukFtpClient::PutFile(const std::string& local, const std::string& remote) 
   curl_easy_setopt(curl, CURLOPT_READDATA, &file);
   // With the size told, an upload that ends early is an error and no shorter file.
   curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, size);
-  return finish("PutFile", curl_easy_perform(curl));
+  curl_easy_setopt(
+      curl, CURLOPT_SERVER_RESPONSE_TIMEOUT,
+      limits_.responseSeconds + static_cast<long>(size / limits_.storedBytesPerSecond));
+  return finish("PutFile", curl_easy_perform(curl)) && arrivedWhole(remote, size);
+}
+
+bool ZukFtpClient::arrivedWhole(const std::string& remote, std::int64_t size) {
+  session_->begin(session_->url(remote), limits_);
+  CURL* curl = session_->handle.get();
+  curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);  // SIZE instead of RETR
+  const CURLcode code = curl_easy_perform(curl);
+  // Some servers answer so where they do not tell sizes; the rename finds out whether it is there.
+  if (code == CURLE_REMOTE_FILE_NOT_FOUND) return true;
+  if (!finish("PutFile", code)) return false;
+  curl_off_t told = -1;
+  curl_easy_getinfo(curl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &told);
+  if (told < 0 || told == size) return true;
+  return fail("PutFile", CURLE_PARTIAL_FILE,
+              "the server has " + std::to_string(told) + " of " + std::to_string(size) + " bytes");
 }
 
 bool ZukFtpClient::RenameFile(const std::string& oldRemote, const std::string& newRemote) {
@@ -142,6 +160,7 @@ bool ZukFtpClient::finish(const std::string& routine, int curlCode) {
 }
 
 bool ZukFtpClient::fail(const std::string& routine, int number, const std::string& description) {
+  lastFailure_ = {number, description};
   report_("E)ZukFtpClient->" + routine + "[Erl:=0](Eno:=" + std::to_string(number) + ")" +
           description);
   return false;

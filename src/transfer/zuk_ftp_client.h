@@ -9,6 +9,7 @@
 // given at construction, without user or password.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,6 +23,9 @@ struct FtpLimits {
   long connectSeconds = 20;   // to connect and to log in
   long responseSeconds = 30;  // for the answer to one command
   long stallSeconds = 30;     // without a byte moving
+  // The answer that closes an upload comes when the server has stored the file: another second for
+  // each of these many bytes.
+  long storedBytesPerSecond = 256 * 1024;
 };
 
 class ZukFtpClient final : public FtpClient {
@@ -38,18 +42,22 @@ class ZukFtpClient final : public FtpClient {
   void Disconnect() override;
   bool PutFile(const std::string& local, const std::string& remote) override;
   bool RenameFile(const std::string& oldRemote, const std::string& newRemote) override;
+  [[nodiscard]] FtpFailure lastFailure() const override { return lastFailure_; }
 
  private:
   struct Session;  // the libcurl handle and what each request needs anew
 
   // Runs the commands in the session, without a transfer.
   bool run(const std::string& routine, const std::vector<std::string>& commands);
+  // Whether the server tells this size of the file; one that knows no sizes is believed.
+  bool arrivedWhole(const std::string& remote, std::int64_t size);
   bool finish(const std::string& routine, int curlCode);
   bool fail(const std::string& routine, int number, const std::string& description);
 
   Report report_;
   FtpLimits limits_;
   std::unique_ptr<Session> session_;  // none before Connect and after Disconnect
+  FtpFailure lastFailure_;
 };
 
 }  // namespace transfer

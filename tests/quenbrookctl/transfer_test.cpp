@@ -20,9 +20,9 @@ using ::testing::IsEmpty;
 
 class Shop {
  public:
-  explicit Shop(const support::FtpServer& server) { serve(server); }
+  explicit Shop(const auto& server) { serve(server); }
 
-  void serve(const support::FtpServer& server) {
+  void serve(const auto& server) {
     std::ofstream(home() / "config.ini") << "[\xbf\xac\xb0\xe1]\r\nServerHost=" << server.address()
                                          << "\r\nFtpPort=" << server.port() << "\r\n";
   }
@@ -118,6 +118,37 @@ TEST(TransferTest, WhatAServerRefusesIsSentByTheNextRun) {
     EXPECT_THAT(shop.left(), IsEmpty());
   }
   EXPECT_EQ(good.files().size(), std::size(cases));
+}
+
+TEST(TransferTest, AServerThatLosesBytesDoesNotGetTheFileDeleted) {
+  const support::LyingFtpServer server;
+  Shop shop(server);
+  shop.leave("20130821_153000_Hanok.txt", "Delete FROM SellingTB;\r\n");
+  EXPECT_EQ(shop.transfer(), 1);
+  EXPECT_THAT(shop.left(), testing::ElementsAre("20130821_153000_Hanok.txt.gz"));
+  EXPECT_THAT(server.commands(), testing::Not(HasSubstr("RNFR")));
+  EXPECT_THAT(shop.output(), HasSubstr("bytes - 파일은 여기 남아 있고"));
+}
+
+// The second one finds the compression of the first at work, and then nothing left to send.
+TEST(TransferTest, TwoTransfersAtOnceSendOneWholeFile) {
+  const support::FtpServer server;
+  std::string statements;
+  for (int i = 0; statements.size() < 30000000; ++i) {
+    statements +=
+        "Insert Into SellingTB Values (" + std::to_string(i * 7919LL % 1000003) + ");\r\n";
+  }
+  for (std::size_t round = 1; round <= 3; ++round) {
+    Shop shop(server);
+    shop.leave("20130821_15300" + std::to_string(round) + "_Hanok.txt", statements);
+    support::ChildProcess first(shop.command(), shop.home() / "first");
+    support::ChildProcess second(shop.command(), shop.home() / "second");
+    EXPECT_EQ(first.wait(), 0) << support::readFile(shop.home() / "first");
+    EXPECT_EQ(second.wait(), 0) << support::readFile(shop.home() / "second");
+    EXPECT_THAT(shop.left(), IsEmpty());
+    ASSERT_EQ(server.files().size(), round);
+    EXPECT_TRUE(unpacked(server.remoteFolder() / server.files().back()) == statements);
+  }
 }
 
 TEST(TransferTest, TwoHundredShopsAtOnce) {

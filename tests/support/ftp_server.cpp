@@ -93,4 +93,15 @@ std::vector<std::string> FtpServer::files() const {
   return names;
 }
 
+LyingFtpServer::LyingFtpServer(bool knowsSize) {
+  std::vector<std::string> command = {"python3", QUENBROOK_LYING_FTP, address_, "20"};
+  if (!knowsSize) command.emplace_back("--no-size");
+  process_.emplace(command, folder_.path() / "log");
+  while (commands().find('\n') == std::string::npos) {
+    if (!process_->running()) throw std::runtime_error("the FTP server ended: " + commands());
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  port_ = std::stoi(commands());
+}
+
 }  // namespace support

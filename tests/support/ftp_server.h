@@ -41,4 +41,20 @@ class FtpServer {
   std::optional<ChildProcess> process_;
 };
 
+// One that keeps the first 20 bytes of an upload and answers that all arrived.
+class LyingFtpServer {
+ public:
+  explicit LyingFtpServer(bool knowsSize = true);
+
+  [[nodiscard]] const std::string& address() const { return address_; }
+  [[nodiscard]] int port() const { return port_; }
+  [[nodiscard]] std::string commands() const { return readFile(folder_.path() / "log"); }
+
+ private:
+  TemporaryFolder folder_;
+  const std::string address_ = "127.0.0.1";
+  std::optional<ChildProcess> process_;
+  int port_ = 0;
+};
+
 }  // namespace support

@@ -19,10 +19,14 @@ namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;
 
+const std::string kBroken = "gzip broke off here";
+
 // What the fake outside did, and what it shall refuse.
 struct World {
   std::vector<std::string> calls;
   std::vector<std::string> statuses;
+  std::vector<std::string> notices;
+  std::vector<std::string> failures;
   int putFailures = 0;
   int renameFailures = 0;
   int deleteFailures = 0;
@@ -50,6 +54,7 @@ class FakeFtp final : public FtpClient {
     world_.calls.push_back("rename " + from + " " + to);
     return world_.renameFailures-- <= 0;
   }
+  [[nodiscard]] FtpFailure lastFailure() const override { return {55, "refused"}; }
 
  private:
   World& world_;
@@ -80,12 +85,22 @@ class UploadDataTest : public ::testing::Test {
   }
 
   UploadData pipeline() {
-    TransferOutside outside;
+    Dependencies outside;
     outside.newFtpClient = [this] { return std::make_unique<FakeFtp>(world_); };
     outside.status = [this](const std::string& text) { world_.statuses.push_back(text); };
     outside.startHidden = [this](const std::string&, const std::string& file) {
       world_.calls.push_back("gzip " + fs::path(file).filename().string());
       if (world_.gzipWorks) fs::rename(file, file + ".gz");
+    };
+    outside.notice = [this](const std::string& text) { world_.notices.push_back(text); };
+    outside.reportFailure = [this](const joblog::Failure& failure) {
+      world_.failures.push_back(joblog::failureLine(failure));
+    };
+    outside.isWholeGzip = [this](const std::string&, const std::string& file) {
+      return fs::file_size(file) != kBroken.size();
+    };
+    outside.sleep = [this](std::chrono::milliseconds time) {
+      world_.ticks += static_cast<std::uint32_t>(time.count());
     };
     outside.deleteFile = [this](const std::string& file) {
       world_.calls.push_back("delete " + fs::path(file).filename().string());
@@ -263,6 +278,31 @@ TEST_F(UploadDataTest, QuietModeSendsNothingAndTellsWhetherSomethingWaits) {
   EXPECT_FALSE(run().complete);
   EXPECT_EQ(world_.activations, 2);
   EXPECT_THAT(world_.calls, ElementsAre("connect /", "connect /"));
+}
+
+TEST_F(UploadDataTest, ABrokenCompressionIsMadeAgainAndNeverSent) {
+  leave("20130821_153000.txt");
+  leave("20130821_153000.txt.gz", kBroken);
+  leave("20130821_160000.txt.gz", kBroken);  // its statements are gone
+  EXPECT_FALSE(run().complete);
+  EXPECT_THAT(left(), ElementsAre("20130821_160000.txt.gz"));
+  EXPECT_EQ(world_.calls[1], "delete 20130821_153000.txt.gz");
+  EXPECT_THAT(world_.calls, ::testing::Not(::testing::Contains(::testing::HasSubstr("160000"))));
+  EXPECT_THAT(world_.failures, ElementsAre("전송 20130821_160000.txt.gz: (57) 압축 파일이 온전하지 "
+                                           "않습니다. - 보내지 않았고 파일은 그대로 있습니다."));
+}
+
+TEST_F(UploadDataTest, ASecondTransferWaitsAMinuteAndGivesUp) {
+  leave("20130821_153000.txt");
+  auto other = platform::FolderLock::tryTake(folder_ / "AutoLoadData", kTransferLock);
+  const std::uint32_t start = world_.ticks;
+  EXPECT_FALSE(run().complete);
+  EXPECT_EQ(world_.ticks - start, 60000U);
+  EXPECT_THAT(world_.calls, ElementsAre("connect /"));
+  EXPECT_THAT(world_.notices, ElementsAre("다른 전송이 끝나기를 기다립니다..."));
+  EXPECT_THAT(world_.failures, ElementsAre(::testing::HasSubstr("60초")));
+  other.reset();
+  EXPECT_TRUE(run().complete);
 }
 
 TEST_F(UploadDataTest, MissingUploadFolderIsMade) {

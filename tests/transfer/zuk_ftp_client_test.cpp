@@ -98,6 +98,19 @@ TEST_F(ZukFtpClientTest, FullDiskAndForbiddenRenameAreNoticed) {
   EXPECT_THAT(fixed.files(), ElementsAre("a.g"));
 }
 
+TEST_F(ZukFtpClientTest, AServerThatKeptLessThanItSaysIsNotBelieved) {
+  for (const bool knowsSize : {true, false}) {
+    const support::LyingFtpServer server(knowsSize);
+    ZukFtpClient ftp = client();
+    ASSERT_TRUE(ftp.Connect(server.address(), server.port(), "kornvat", "kvnt2281", "/"));
+    EXPECT_EQ(ftp.PutFile(local(), "/MU/a.g"), !knowsSize);
+    EXPECT_THAT(server.commands(), HasSubstr("STOR\nSIZE\n"));
+    if (knowsSize) {
+      EXPECT_EQ(ftp.lastFailure().description, "the server has 20 of 3000000 bytes");
+    }
+  }
+}
+
 TEST_F(ZukFtpClientTest, ConnectionCutInTheMiddleOfAnUpload) {
   support::FtpServer server({.arguments = {"-T", "256"}});  // KiB a second
   ZukFtpClient ftp = client();
