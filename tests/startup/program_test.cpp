@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <list>
+#include <set>
 
 #include "platform/code_page.h"
 #include "platform/files.h"
@@ -78,6 +80,29 @@ TEST_F(ProgramTest, AShopWhoseFilesAreDamagedStillGetsItsDeletes) {
                                "'한옥'   And SL_RDATE >= '2013-08-21'"));
   EXPECT_TRUE(text("", "D.log").starts_with("File Create..\r\nSelling Start "));
   EXPECT_NE(text("", "config.ini").find("LastDate=2013/08/21"), std::string::npos);
+}
+
+TEST_F(ProgramTest, TenJobsWithinASecondLeaveTenFiles) {
+  constexpr int kJobs = 10;
+  ASSERT_EQ(support::run({QUENBROOK_MAKESHOP, path("shop"), "--days", std::to_string(kJobs),
+                          "--sales-per-day", "2"}),
+            0);
+  fs::copy(path("quenbrook"), path("shop"));
+  std::list<support::ChildProcess> jobs;
+  for (int day = 1; day <= kJobs; ++day) {
+    const std::string text = "T2013/08/" + std::string(day < 10 ? "0" : "") + std::to_string(day);
+    jobs.emplace_back(std::vector<std::string>{path("shop/quenbrook"), text}, path("output"));
+  }
+  for (auto& job : jobs) EXPECT_EQ(job.wait(), 0);
+  std::set<std::string> firstLines;
+  for (const auto& entry : fs::directory_iterator(path("shop/AutoLoadData"))) {
+    EXPECT_EQ(entry.path().extension(), ".txt");
+    const std::string content = support::readFile(entry.path());
+    firstLines.insert(content.substr(0, content.find('\n')));
+    EXPECT_NE(content.find("Insert Into EmployeeItemTB"), std::string::npos);
+    EXPECT_EQ(content.find("Insert Into DailyDataTB"), content.rfind("Insert Into DailyDataTB"));
+  }
+  EXPECT_EQ(firstLines.size(), static_cast<std::size_t>(kJobs));
 }
 
 TEST_F(ProgramTest, AnUnattendedStartLoadsNoPluginAndTheWindowsSayWhatTheyMiss) {
