@@ -86,9 +86,9 @@ class Rates {
 
 ComputedValues computedValues(Workspace& work, Rates& rates, const localdb::RecordSet& card) {
   // The time of the upload, not of the payment.
-  const platform::LocalTime now = work.dependencies.clock.now();
+  const values::CivilTime now = work.dependencies.clock.now();
   const std::int16_t rate = rates.of(NzText(card.field("card_kind")));
-  return {platform::formatTime(now, "%Y-%m-%d"), platform::formatTime(now, "%H:%M:%S"),
+  return {values::formatTime(now, "%Y-%m-%d"), values::formatTime(now, "%H:%M:%S"),
           values::toText(rate), netAmount(card.field("price_cards"), rate)};
 }
 

@@ -3,7 +3,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <optional>
 
+#include "text/utf16.h"
 #include "values/runtime_error.h"
 
 namespace extract {
@@ -14,21 +16,12 @@ using values::Variant;
 
 constexpr std::size_t kLastApostrophe = 32767;
 
-// Position, counted from 1 in UTF-16 units, of the character that starts at the byte.
-std::size_t unitPosition(std::string_view text, std::size_t byte) {
-  std::size_t units = 1;
-  for (const char c : text.substr(0, byte)) {
-    const auto lead = static_cast<unsigned char>(c);
-    if ((lead & 0xC0) != 0x80) units += lead >= 0xF0 ? 2 : 1;
-  }
-  return units;
-}
-
 void appendEscaped(std::string& statement, std::string_view text) {
   const std::size_t apostrophe = text.find('\'');
   if (apostrophe == std::string_view::npos) {
     statement += text;
-  } else if (apostrophe >= kLastApostrophe && unitPosition(text, apostrophe) > kLastApostrophe) {
+  } else if (apostrophe >= kLastApostrophe &&
+             text::utf16Length(text.substr(0, apostrophe)) + 1 > kLastApostrophe) {
     statement += "NULL";
   } else {
     statement += text.substr(0, apostrophe);
@@ -37,18 +30,17 @@ void appendEscaped(std::string& statement, std::string_view text) {
   }
 }
 
-// The date as the platform's Format function reads it. False for a text that is no date.
-bool readsAsDate(const Variant& value, values::DateTime& date) {
-  if (const auto* text = value.as<std::string>()) return values::parseDate(*text, date);
-  date = values::toDate(value);
-  return true;
+// The date as the platform's Format function reads it; nothing for a text that is no date.
+std::optional<values::DateTime> readAsDate(const Variant& value) {
+  if (const auto* text = value.as<std::string>()) return values::parseDate(*text);
+  return values::toDate(value);
 }
 
 template <typename Text>
 Variant format(const Variant& value, Text text) {
   if (value.isNull()) return value;
-  values::DateTime date;
-  return readsAsDate(value, date) ? Variant(text(date)) : value;
+  const auto date = readAsDate(value);
+  return date ? Variant(text(*date)) : value;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "jetcreate/layout.h"
 #include "jetcreate/stored_value.h"
 #include "jetcreate/text_encoder.h"
+#include "text/utf16.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -79,7 +80,7 @@ bool putCharacter(char16_t unit, std::vector<std::byte>& key) {
 
 void putText(const TableDefinition& table, const Column& column, const std::string& text,
              std::vector<std::byte>& key) {
-  std::u16string units = toUtf16(text);
+  std::u16string units = text::toUtf16(text);
   while (!units.empty() && units.back() == u' ') units.pop_back();
   units.resize(std::min(units.size(), kMaxTextLength));
   for (char16_t unit : units) {

@@ -8,6 +8,8 @@
 #include "jet/format/byte_buffer.h"
 #include "jetcreate/layout.h"
 #include "jetcreate/text_encoder.h"
+#include "text/utf16.h"
+#include "values/decimal.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -25,31 +27,18 @@ std::uint8_t toByte(const values::Variant& value) {
   return static_cast<std::uint8_t>(number);
 }
 
-values::Uint128 timesPowerOfTen(values::Uint128 magnitude, int exponent) {
-  for (int i = 0; i < exponent; ++i) magnitude *= 10;
-  return magnitude;
-}
-
-values::Numeric toNumeric(const values::Variant& value) {
-  if (const auto* numeric = value.as<values::Numeric>()) return *numeric;
-  const std::int64_t units = toCurrency(value).units;
-  const auto bits = static_cast<std::uint64_t>(units);
-  const values::Uint128 magnitude = units < 0 ? 0 - bits : bits;
-  return {.negative = units < 0, .scale = 4, .magnitude = magnitude};
-}
-
 // Sign byte, then the magnitude in four groups of four bytes, the highest group first but each with
 // its low byte first.
 void putNumeric(const Column& column, const values::Variant& value, ByteBuffer& out) {
-  const values::Numeric numeric = toNumeric(value);
+  const values::Numeric numeric = values::toNumeric(value);
   values::Uint128 magnitude = numeric.magnitude;
   if (numeric.scale <= column.scale) {
-    magnitude = timesPowerOfTen(magnitude, column.scale - numeric.scale);
+    magnitude *= values::powerOfTen(column.scale - numeric.scale);
   } else {
-    const values::Uint128 divisor = timesPowerOfTen(1, numeric.scale - column.scale);
-    magnitude = (magnitude + divisor / 2) / divisor;
+    magnitude =
+        values::divideHalvesToEven(magnitude, values::powerOfTen(numeric.scale - column.scale));
   }
-  if (magnitude >= timesPowerOfTen(1, column.precision))
+  if (magnitude >= values::powerOfTen(column.precision))
     throw RuntimeError(error::kOverflow, "Overflow");
   out.put(numeric.negative ? kNegative : std::uint8_t{0});
   for (int shift = 96; shift >= 0; shift -= 32)
@@ -99,7 +88,7 @@ void checkLength(const TableDefinition& table, const Column& column, const value
                  std::size_t stored) {
   if (column.isLongValue()) return;
   const std::size_t length =
-      column.type == ColumnType::kText ? toUtf16(toText(value)).size() * 2 : stored;
+      column.type == ColumnType::kText ? text::utf16Length(toText(value)) * 2 : stored;
   if (length > column.length)
     throw RuntimeError(error::kFieldTooSmall, "The field '" + column.name + "' of table '" +
                                                   table.name + "' is too small for " +

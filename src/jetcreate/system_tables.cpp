@@ -7,6 +7,7 @@
 #include "jet/format/layout.h"
 #include "jetcreate/header_page.h"
 #include "jetcreate/layout.h"
+#include "text/ascii.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -135,12 +136,6 @@ constexpr std::array kOwnRights = {
     Right{kDatabaseId, kUsersId, 0x0000e, false},
 };
 
-std::string smallLetters(std::string name) {
-  for (char& c : name)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return name;
-}
-
 values::Variant textOrNull(const std::string& text) {
   return text.empty() ? values::Variant() : values::Variant(text);
 }
@@ -170,7 +165,7 @@ SystemTables::SystemTables(NewFile& file, values::DateTime created)
 
 void SystemTables::addOwnObjects() {
   for (const OwnObject& object : kOwnObjects) {
-    names_.push_back(smallLetters(object.name));
+    names_.push_back(text::lowerAscii(object.name));
     objects_.add({object.id, object.parent, object.name, object.type, created_, created_,
                   binary(object.owner), kSystemObject});
   }
@@ -179,7 +174,7 @@ void SystemTables::addOwnObjects() {
 }
 
 std::int32_t SystemTables::addObject(const NewObject& object) {
-  const std::string name = smallLetters(object.name);
+  const std::string name = text::lowerAscii(object.name);
   if (std::find(names_.begin(), names_.end(), name) != names_.end())
     throw RuntimeError(error::kObjectExists, "Object '" + object.name + "' already exists.");
   names_.push_back(name);

@@ -14,9 +14,6 @@
 
 namespace jetcreate {
 
-// Code units; bytes that are no UTF-8 become U+FFFD.
-[[nodiscard]] std::u16string toUtf16(std::string_view utf8);
-
 [[nodiscard]] std::vector<std::byte> encodeText(std::string_view utf8, bool compress);
 
 }  // namespace jetcreate

@@ -21,7 +21,7 @@ constexpr std::string_view kRowsLeft =
 
 std::string slashDay(values::DateTime day) {
   const auto civil = values::toCivil(day);
-  return platform::formatTime({civil.year, civil.month, civil.day}, platform::kDayFormat);
+  return values::formatTime({civil.year, civil.month, civil.day}, values::kDayFormat);
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ void JobRun::report(std::string_view text) {
 }
 
 std::string JobRun::stamp() const {
-  return platform::formatTime(dependencies_.clock.now(), platform::kStampFormat);
+  return values::formatTime(dependencies_.clock.now(), values::kStampFormat);
 }
 
 void JobRun::open() {

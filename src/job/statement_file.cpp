@@ -21,8 +21,8 @@ std::string statementFolder(const std::string& programFolder) {
   return platform::joinPath(programFolder, "AutoLoadData");
 }
 
-std::string workingPath(const settings::StartValues& start, const platform::LocalTime& moment) {
-  const auto name = platform::formatTime(moment, platform::kFileStampFormat) + "_" +
+std::string workingPath(const settings::StartValues& start, const values::CivilTime& moment) {
+  const auto name = values::formatTime(moment, values::kFileStampFormat) + "_" +
                     extract::SqlText(values::Variant(start.shop.tradeName)) + ".tx";
   return platform::joinPath(statementFolder(start.programFolder), name);
 }

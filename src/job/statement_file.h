@@ -21,7 +21,7 @@ namespace job {
 // Named by the moment at which the job starts and the trade name, which is escaped as in a
 // statement.
 [[nodiscard]] std::string workingPath(const settings::StartValues& start,
-                                      const platform::LocalTime& moment);
+                                      const values::CivilTime& moment);
 
 // The same at the first moment, from now on, at which no file of that name is there as .tx, .txt or
 // .txt.gz: waits for the next second where one is. The caller holds the folder's job lock.

@@ -28,7 +28,7 @@ void ErrorLog::report(std::string_view line) noexcept {
     std::cerr << line << std::endl;
     platform::appendLine(
         platform::joinPath(programFolder_, kErrorLogName),
-        platform::formatTime(clock_.now(), platform::kMomentFormat) + " " + std::string(line));
+        values::formatTime(clock_.now(), values::kMomentFormat) + " " + std::string(line));
   } catch (const std::exception& failure) {
     std::cerr << kErrorLogName << ": " << failure.what() << std::endl;
   }

@@ -21,7 +21,7 @@ void JobLog::append(std::string_view text) {
 }
 
 void JobLog::choosePath() {
-  path_ = platform::joinPath(programFolder_, platform::formatTime(clock_.now(), "H%Y%m%dD.log"));
+  path_ = platform::joinPath(programFolder_, values::formatTime(clock_.now(), "H%Y%m%dD.log"));
 }
 
 void report(Progress& progress, JobLog& log, std::string_view text) {

@@ -65,7 +65,7 @@ void MessageLog::write(std::string_view message, std::string_view suffix) {
     default:
       return;
   }
-  const auto name = platform::formatTime(clock_.now(), "%y%m%d").append(suffix) + ".log";
+  const auto name = values::formatTime(clock_.now(), "%y%m%d").append(suffix) + ".log";
   platform::appendLine(platform::joinPath(programFolder_, name), line);
 }
 
@@ -73,7 +73,7 @@ std::string MessageLog::timeStamp() const {
   const auto memory = memory_.status();
   char milliseconds[8];
   std::snprintf(milliseconds, sizeof milliseconds, ".%03d", clock_.utcMilliseconds());
-  return "[" + platform::formatTime(clock_.now(), "%y.%m.%d %H:%M:%S") + milliseconds + " " +
+  return "[" + values::formatTime(clock_.now(), "%y.%m.%d %H:%M:%S") + milliseconds + " " +
          std::to_string(memory.availablePhysical / kBytesOfMebibyte) + "/" +
          std::to_string(memory.availableVirtual / kBytesOfMebibyte) + "]";
 }

@@ -5,19 +5,7 @@
 
 namespace platform {
 
-std::string formatTime(const LocalTime& time, const char* pattern) {
-  std::tm parts{};
-  parts.tm_year = time.year - 1900;
-  parts.tm_mon = time.month - 1;
-  parts.tm_mday = time.day;
-  parts.tm_hour = time.hour;
-  parts.tm_min = time.minute;
-  parts.tm_sec = time.second;
-  char text[64];
-  return {text, std::strftime(text, sizeof text, pattern, &parts)};
-}
-
-LocalTime SystemClock::now() const {
+values::CivilTime SystemClock::now() const {
   const std::time_t seconds = std::time(nullptr);
   std::tm parts{};
   localtime_r(&seconds, &parts);

@@ -11,6 +11,7 @@
 #include <iconv.h>
 
 #include "text/ascii.h"
+#include "text/utf8.h"
 #include "values/runtime_error.h"
 
 namespace {
@@ -23,33 +24,14 @@ std::string systemName(int number) {
 
 // Bytes of the UTF-8 character that `text` begins with, going by its first byte.
 std::size_t characterLength(std::string_view text) {
-  const auto follows = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
   std::size_t length = 1;
-  while (length < text.size() && length < 4 && follows(text[length])) ++length;
+  while (length < text.size() && length < text::kMaxCharacterBytes &&
+         text::continuesCharacter(text[length]))
+    ++length;
   return length;
 }
 
 std::size_t oneByte(std::string_view) { return 1; }
-
-// Number of the character of two or three bytes that `text` begins with, and its length; length 0
-// for any other and for what is no UTF-8.
-struct Character {
-  std::size_t number = 0;
-  std::size_t length = 0;
-};
-
-Character shortCharacter(std::string_view text) {
-  // A byte that follows gives six bits; any other becomes 0x40 or more.
-  const auto bits = [&](std::size_t i) { return static_cast<unsigned char>(text[i]) ^ 0x80U; };
-  const auto lead = static_cast<unsigned char>(text[0]);
-  if ((lead & 0xF0) == 0xE0 && text.size() > 2 && (bits(1) | bits(2)) < 0x40) {
-    const std::size_t number = (lead & 0x0FU) << 12 | bits(1) << 6 | bits(2);
-    if (number >= 0x800) return {number, 3};
-  } else if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && bits(1) < 0x40) {
-    return {(lead & 0x1FU) << 6 | bits(1), 2};
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -123,6 +105,8 @@ class CodePage::Encoder {
     std::array<char, 3> bytes{};
     std::uint8_t length = 0;
   };
+  static constexpr char32_t kKnownCharacters =
+      0x10000;                                // beyond them the system is asked each time
   static constexpr std::size_t kBlock = 256;  // characters
   using Block = std::array<Encoded, kBlock>;
 
@@ -132,19 +116,21 @@ class CodePage::Encoder {
     std::size_t filled = 0;
     std::size_t taken = 0;
     while (taken < text.size() && static_cast<unsigned char>(text[taken]) >= 0x80) {
-      const std::string_view rest = text.substr(taken);
-      const Character character = shortCharacter(rest);
-      const Encoded* known = character.length == 0 ? nullptr : &encoded(character, rest);
+      std::size_t end = taken;
+      const char32_t character = text::nextCharacter(text, end);
+      const Encoded* known = character < kKnownCharacters
+                                 ? &encoded(character, text.substr(taken, end - taken))
+                                 : nullptr;
       if (known == nullptr || known->length == 0) {
         out.append(bytes.data(), std::exchange(filled, 0));
-        const std::size_t length = known == nullptr ? characterLength(rest) : character.length;
-        converter_.append(rest.substr(0, length), out);
-        taken += length;
+        if (known == nullptr) end = taken + characterLength(text.substr(taken));
+        converter_.append(text.substr(taken, end - taken), out);
+        taken = end;
         continue;
       }
       std::memcpy(bytes.data() + filled, known->bytes.data(), known->bytes.size());
       filled += known->length;
-      taken += character.length;
+      taken = end;
       if (filled + known->bytes.size() > bytes.size()) {
         out.append(bytes.data(), std::exchange(filled, 0));
       }
@@ -153,13 +139,13 @@ class CodePage::Encoder {
     return taken;
   }
 
-  const Encoded& encoded(const Character& character, std::string_view text) {
-    std::unique_ptr<Block>& block = blocks_[character.number / kBlock];
+  const Encoded& encoded(char32_t character, std::string_view utf8) {
+    std::unique_ptr<Block>& block = blocks_[character / kBlock];
     if (!block) block = std::make_unique<Block>();
-    Encoded& place = (*block)[character.number % kBlock];
+    Encoded& place = (*block)[character % kBlock];
     if (place.length == 0) {
       std::string bytes;
-      converter_.append(text.substr(0, character.length), bytes);
+      converter_.append(utf8, bytes);
       if (bytes.size() <= place.bytes.size()) {
         std::copy(bytes.begin(), bytes.end(), place.bytes.begin());
         place.length = static_cast<std::uint8_t>(bytes.size());
@@ -169,7 +155,7 @@ class CodePage::Encoder {
   }
 
   Converter converter_;
-  std::array<std::unique_ptr<Block>, 0x10000 / kBlock> blocks_;
+  std::array<std::unique_ptr<Block>, kKnownCharacters / kBlock> blocks_;
 };
 
 CodePage::CodePage(int number)

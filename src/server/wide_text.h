@@ -12,7 +12,6 @@ namespace server::odbc {
 using WideText = std::basic_string<SQLWCHAR>;
 
 [[nodiscard]] WideText toWide(std::string_view utf8);
-// Half a surrogate pair becomes U+FFFD.
 [[nodiscard]] std::string fromWide(std::basic_string_view<SQLWCHAR> wide);
 
 }  // namespace server::odbc

@@ -68,7 +68,7 @@ bool GetDaily(extract::Workspace& work, const lib_결산::Dependencies& dependen
   const auto show = [&](const std::string& text) {
     joblog::report(
         progress, dependencies.jobLog,
-        text + ".." + platform::formatTime(dependencies.clock.now(), platform::kStampFormat));
+        text + ".." + values::formatTime(dependencies.clock.now(), values::kStampFormat));
   };
   show("Daily Data Load -- GetDaily In.." + values::dateText(LastDate) + ".." +
        values::dateText(LookDate));

@@ -104,7 +104,7 @@ void Computation::begin(int step, std::string_view what) {
   step_ = step;
   dependencies_.jobLog.append(
       "Daily Data Load -- " + std::string(what) + " 연결 Start " +
-      platform::formatTime(dependencies_.clock.now(), platform::kStampFormat));
+      values::formatTime(dependencies_.clock.now(), values::kStampFormat));
 }
 
 void Computation::openDatabase(std::string_view file) {

@@ -3,8 +3,8 @@
 #include "platform/files.h"
 #include "settings/profile_reader.h"
 #include "startup/command_line.h"
+#include "values/number_text.h"
 #include "values/runtime_error.h"
-#include "values/variant.h"
 
 namespace StartMod {
 
@@ -21,11 +21,11 @@ constexpr const char* kProgramEnds = "프로그램을 종료합니다.";
 // is not a number does not quote the text.
 platform::Icon boxStyle(const std::string& style) {
   constexpr double kCriticalStyle = 16;
-  double number = 0;
-  if (!values::parseNumber(style, number)) {
+  const auto number = values::parseNumber(style);
+  if (!number) {
     throw RuntimeError(error::kTypeMismatch, "형식이 일치하지 않습니다.");
   }
-  return number == kCriticalStyle ? platform::Icon::kCritical : platform::Icon::kNone;
+  return *number == kCriticalStyle ? platform::Icon::kCritical : platform::Icon::kNone;
 }
 
 // Prompt and style are deliberately swapped here: the conversion fails with error 13, which is what

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "text/ascii.h"
 #include "text/utf8.h"
 
 namespace text {
@@ -17,7 +18,7 @@ struct CaseRange {
 };
 constexpr std::array<CaseRange, 25> kCaseRanges{{
     {U'A', U'Z', 32, Pairing::kDistance},     {0xC0, 0xD6, 32, Pairing::kDistance},  // Latin-1
-    {0xD8, 0xDE, 32, Pairing::kDistance},                                           //
+    {0xD8, 0xDE, 32, Pairing::kDistance},                                            //
     {0x100, 0x12E, 1, Pairing::kUpperEven},    // Latin Extended-A
     {0x132, 0x136, 1, Pairing::kUpperEven},    //
     {0x139, 0x147, 1, Pairing::kUpperOdd},     //
@@ -74,7 +75,7 @@ std::string changeCase(std::string_view text, Change change) {
 }  // namespace
 
 char32_t lowerCase(char32_t character) {
-  if (character < 0x80) return character >= U'A' && character <= U'Z' ? character + 32 : character;
+  if (character < 0x80) return static_cast<unsigned char>(lowerAscii(static_cast<char>(character)));
   if (character >= kCaselessFrom && character < kFullWidthFrom) return character;
   for (const CaseRange& range : kCaseRanges)
     if (character >= range.firstUpper && character <= range.lastUpper && inStep(range, character))
@@ -96,6 +97,7 @@ char32_t upperCase(char32_t character) {
 }
 
 std::string lowerCase(std::string_view text) {
+  if (asciiPrefix(text) == text.size()) return lowerAscii(text);
   return changeCase(text, [](char32_t character) { return lowerCase(character); });
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/files.h"
+#include "text/ascii.h"
 #include "transfer/upload_file_name.h"
 #include "values/runtime_error.h"
 
@@ -27,19 +28,11 @@ std::string withoutCompressed(const std::string& name) {
   return name.substr(0, name.size() - std::string_view(kCompressed).size());
 }
 
-std::string lowerCase(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
 std::vector<std::string> wordsOf(std::string_view commandLine) {
   std::vector<std::string> words;
   for (std::size_t start = 0; start <= commandLine.size();) {
     const std::size_t end = std::min(commandLine.find(' ', start), commandLine.size());
-    words.push_back(lowerCase(commandLine.substr(start, end - start)));
+    words.push_back(text::lowerAscii(commandLine.substr(start, end - start)));
     start = end + 1;
   }
   return words;
@@ -129,7 +122,7 @@ void UploadData::deleteBrokenCompressions() {
 
 void UploadData::compressLeftovers() {
   for (const std::string& name : listing(true)) {
-    if (lowerCase(name).ends_with(".txt") && IsUploadFileName(name)) startGzip(name);
+    if (text::lowerAscii(name).ends_with(".txt") && IsUploadFileName(name)) startGzip(name);
   }
   waitForGzip();
 }

@@ -48,7 +48,7 @@ void FrmQuenbrook::Form_Activate() {
 void FrmQuenbrook::Form_Unload() { loaded_ = false; }
 
 void FrmQuenbrook::Timer1_Timer() {
-  view_.setNow(platform::formatTime(clock_.now(), platform::kMomentFormat));
+  view_.setNow(values::formatTime(clock_.now(), values::kMomentFormat));
 }
 
 void FrmQuenbrook::cmdCalendar_Click() { view_.setCalendarVisible(true); }
@@ -57,7 +57,7 @@ void FrmQuenbrook::SSPanel9_Click() { view_.setCalendarVisible(false); }
 
 void FrmQuenbrook::MonthView1_DateClick(values::DateTime day) {
   const auto civil = values::toCivil(day);
-  pickedDate_ = platform::formatTime({civil.year, civil.month, civil.day}, platform::kDayFormat);
+  pickedDate_ = values::formatTime({civil.year, civil.month, civil.day}, values::kDayFormat);
 }
 
 void FrmQuenbrook::sspFromB_Click() {
@@ -109,7 +109,7 @@ void FrmQuenbrook::setCaption(std::string_view text) {
 }
 
 std::string FrmQuenbrook::today() const {
-  return platform::formatTime(clock_.now(), platform::kDayFormat);
+  return values::formatTime(clock_.now(), values::kDayFormat);
 }
 
 void FrmQuenbrook::setFromDate(const std::string& text) {

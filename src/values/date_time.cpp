@@ -88,14 +88,7 @@ std::int32_t daySerial(int year, int month, int day) {
 }
 
 DateTime toDateTime(const CivilTime& civil) {
-  const std::chrono::year_month_day date{std::chrono::year{civil.year},
-                                         std::chrono::month{static_cast<unsigned>(civil.month)},
-                                         std::chrono::day{static_cast<unsigned>(civil.day)}};
-  const bool timeExists = civil.hour >= 0 && civil.hour < 24 && civil.minute >= 0 &&
-                          civil.minute < 60 && civil.second >= 0 && civil.second < 60;
-  const bool small = civil.month > 0 && civil.month < 13 && civil.day > 0 && civil.day < 32 &&
-                     civil.year >= 0 && civil.year < 10000;
-  if (!small || !date.ok() || !timeExists) {
+  if (!exists(civil)) {
     throw RuntimeError(error::kInvalidCall, "No such day or time: " + std::to_string(civil.year) +
                                                 "-" + std::to_string(civil.month) + "-" +
                                                 std::to_string(civil.day) + ".");
@@ -147,6 +140,12 @@ std::string dayText(DateTime value) {
 std::string timeText(DateTime value) {
   std::array<char, kTimeLength> form;
   return {form.data(), putTime(form.data(), split(value).second)};
+}
+
+std::optional<DateTime> parseDate(std::string_view text) {
+  const auto civil = parseCivilTime(text);
+  if (!civil) return std::nullopt;
+  return toDateTime(*civil);
 }
 
 }  // namespace values

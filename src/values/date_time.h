@@ -2,27 +2,24 @@
 // time of day. A negative serial counts its days backwards but its fraction forwards: -1.25 is
 // 1899-12-29 06:00.
 //
+//   DateTime date = toDateTime({2013, 8, 2, 19, 5, 9});
+//   dateText(date)                                          // "2013-08-02 19:05:09"
+//
 // Errors: 5 (a day or time that does not exist), 6 (outside the years 100 to 9999).
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+
+#include "values/civil_time.h"
 
 namespace values {
 
 struct DateTime {
   double serial = 0;  // days since 1899-12-30, time of day as fraction
   friend bool operator==(DateTime, DateTime) = default;
-};
-
-struct CivilTime {
-  int year = 1899;
-  int month = 12;  // 1 to 12
-  int day = 30;    // 1 to 31
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
-  friend bool operator==(const CivilTime&, const CivilTime&) = default;
 };
 
 // Whole days between 1899-12-30 and the given day of the proleptic Gregorian calendar. Months
@@ -40,10 +37,13 @@ struct CivilTime {
 // "yyyy-MM-dd", followed by " hh:nn:ss" when the time is not midnight: the one text form of a date
 // wherever the form would be left to regional settings.
 [[nodiscard]] std::string dateText(DateTime value);
-void appendDateText(std::string& text, DateTime value);  // behind what is there
+void appendDateText(std::string& text, DateTime value);
 
 // "yyyy-MM-dd" and "hh:nn:ss" (hours 00 to 23).
 [[nodiscard]] std::string dayText(DateTime value);
 [[nodiscard]] std::string timeText(DateTime value);
+
+// The date of a text in one of the forms of parseCivilTime; a time alone is one of serial 0.
+[[nodiscard]] std::optional<DateTime> parseDate(std::string_view text);
 
 }  // namespace values

@@ -16,15 +16,8 @@ constexpr int kMaxDigits = 28;
 
 [[noreturn]] void throwOverflow() { throw RuntimeError(error::kOverflow, "Overflow."); }
 
-Uint128 divideHalfEven(Uint128 dividend, Uint128 divisor) {
-  const Uint128 quotient = dividend / divisor;
-  const Uint128 rest = dividend % divisor;
-  const bool up = rest > divisor - rest || (rest == divisor - rest && quotient % 2 != 0);
-  return quotient + (up ? 1 : 0);
-}
-
 void dropDigits(Numeric& value, int digits) {
-  value.magnitude = divideHalfEven(value.magnitude, powerOfTen(digits));
+  value.magnitude = divideHalvesToEven(value.magnitude, powerOfTen(digits));
   value.scale = static_cast<std::uint8_t>(value.scale - digits);
 }
 
@@ -66,7 +59,7 @@ Numeric fromReal(double value) {
   for (; scale < 0; ++scale) number.magnitude *= 10;
   if (scale > kMaxDigits + 14) return {};
   if (scale > kMaxDigits) {
-    number.magnitude = divideHalfEven(number.magnitude, powerOfTen(scale - kMaxDigits));
+    number.magnitude = divideHalvesToEven(number.magnitude, powerOfTen(scale - kMaxDigits));
     scale = kMaxDigits;
   }
   number.scale = static_cast<std::uint8_t>(scale);
@@ -82,13 +75,13 @@ Numeric fromText(const std::string& text) {
   if (text[i] == '-' || text[i] == '+') number.negative = text[i++] == '-';
   bool any = false;
   int digits = 0;  // significant ones
-  bool behindPoint = false;
+  bool afterPoint = false;
   for (; i < text.size() && digits <= kMaxDigits && number.scale <= kMaxDigits; ++i) {
-    if (text[i] == '.' && !behindPoint) {
-      behindPoint = true;
+    if (text[i] == '.' && !afterPoint) {
+      afterPoint = true;
     } else if (text[i] >= '0' && text[i] <= '9') {
       number.magnitude = number.magnitude * 10 + static_cast<unsigned>(text[i] - '0');
-      number.scale = static_cast<std::uint8_t>(number.scale + (behindPoint ? 1 : 0));
+      number.scale = static_cast<std::uint8_t>(number.scale + (afterPoint ? 1 : 0));
       any = true;
       digits += number.magnitude != 0 ? 1 : 0;
     } else {
@@ -102,12 +95,6 @@ Numeric fromText(const std::string& text) {
 }
 
 }  // namespace
-
-Uint128 powerOfTen(int exponent) {
-  Uint128 power = 1;
-  while (exponent-- > 0) power *= 10;
-  return power;
-}
 
 Numeric negated(Numeric value) {
   value.negative = !value.negative && value.magnitude != 0;
@@ -153,8 +140,7 @@ Numeric multiply(const Numeric& left, const Numeric& right) {
 Numeric toNumeric(const Variant& value) {
   if (const auto* numeric = value.as<Numeric>()) return *numeric;
   if (const auto* currency = value.as<Currency>()) {
-    const auto bits = static_cast<std::uint64_t>(currency->units);
-    return normalized({currency->units < 0, 4, currency->units < 0 ? 0 - bits : bits});
+    return normalized({currency->units < 0, kCurrencyPlaces, magnitudeOf(currency->units)});
   }
   if (const auto* text = value.as<std::string>()) return fromText(*text);
   return fromReal(toDouble(value));

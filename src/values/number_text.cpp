@@ -5,6 +5,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "text/ascii.h"
+
 namespace values {
 
 namespace {
@@ -72,6 +74,18 @@ std::string decimalText(bool negative, Uint128 magnitude, int scale) {
   const std::size_t last = digits.find_last_not_of('0');
   if (last == std::string_view::npos) return "0";
   return (negative ? "-" : "") + placePoint(digits.substr(0, last + 1), point);
+}
+
+std::optional<double> parseNumber(std::string_view text) {
+  std::string_view rest = text::trimBlanks(text);
+  const bool negative = rest.starts_with('-');
+  if (negative || rest.starts_with('+')) rest.remove_prefix(1);
+  // What the library would take besides: a second sign, words for infinity.
+  if (rest.empty() || !(text::isAsciiDigit(rest[0]) || rest[0] == '.')) return std::nullopt;
+  double number = 0;
+  const auto [end, code] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
+  if (code != std::errc{} || end != rest.data() + rest.size()) return std::nullopt;
+  return negative ? -number : number;
 }
 
 }  // namespace values

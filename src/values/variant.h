@@ -19,6 +19,9 @@
 
 namespace values {
 
+constexpr std::uint8_t kCurrencyPlaces = 4;
+constexpr std::int64_t kCurrencyScale = 10000;  // units in 1
+
 // Exact amounts with four decimals; `units` counts ten-thousandths.
 struct Currency {
   std::int64_t units = 0;
@@ -30,7 +33,7 @@ __extension__ typedef unsigned __int128 Uint128;
 // Exact decimal of up to 28 digits: the value is magnitude / 10^scale, negated when `negative`.
 struct Numeric {
   bool negative = false;
-  std::uint8_t scale = 0;  // digits behind the point, 0 to 28
+  std::uint8_t scale = 0;  // digits after the point, 0 to 28
   Uint128 magnitude = 0;   // at most 10^28 - 1
 };
 
@@ -98,7 +101,7 @@ class Variant {
 // with a full stop, dates as dateText, Yes/No as "True"/"False", binary as its bytes taken for
 // text. Null: error 94.
 [[nodiscard]] std::string toText(const Variant& value);
-// The same, put behind `text`; with an error `text` stays as it was.
+// The same, appended to `text`; with an error `text` stays as it was.
 void appendText(std::string& text, const Variant& value);
 
 // A number from a number, a date, a Yes/No (-1 or 0) or a text that reads as a number.
@@ -116,12 +119,5 @@ void appendText(std::string& text, const Variant& value);
 
 // From a date, a number (a serial) or a text in one of the forms of parseDate. Error 13 otherwise.
 [[nodiscard]] DateTime toDate(const Variant& value);
-
-// Value of a text as the platform's conversions read it: blanks around it, a sign, digits, a
-// fraction, an exponent. False when it is no number.
-[[nodiscard]] bool parseNumber(const std::string& text, double& number);
-
-// yyyy-MM-dd, yyyy/MM/dd, M/d/yyyy, hh:nn[:ss], or a day and a time with a blank between them.
-[[nodiscard]] bool parseDate(const std::string& text, DateTime& date);
 
 }  // namespace values

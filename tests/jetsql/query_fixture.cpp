@@ -13,7 +13,7 @@ namespace {
 
 class FixedClock : public platform::Clock {
  public:
-  [[nodiscard]] platform::LocalTime now() const override { return {2013, 8, 21, 15, 30, 45}; }
+  [[nodiscard]] values::CivilTime now() const override { return {2013, 8, 21, 15, 30, 45}; }
   [[nodiscard]] int utcMilliseconds() const override { return 0; }
 };
 const FixedClock kClock;

@@ -15,16 +15,12 @@
 #include <vector>
 
 #include "localdb/database_access.h"
+#include "text/ascii.h"
 #include "values/runtime_error.h"
 
 namespace support {
 
-inline std::string lower(std::string_view name) {
-  std::string text(name);
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return text;
-}
+inline std::string lower(std::string_view name) { return text::lowerAscii(name); }
 
 using FakeRow = std::map<std::string, values::Variant>;  // names in lower case
 

@@ -13,9 +13,9 @@
 namespace support {
 
 struct FakeClock : platform::Clock {
-  platform::LocalTime time{2013, 8, 21, 15, 30, 45};
+  values::CivilTime time{2013, 8, 21, 15, 30, 45};
   int milliseconds = 47;
-  [[nodiscard]] platform::LocalTime now() const override { return time; }
+  [[nodiscard]] values::CivilTime now() const override { return time; }
   [[nodiscard]] int utcMilliseconds() const override { return milliseconds; }
 };
 

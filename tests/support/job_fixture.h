@@ -28,7 +28,7 @@ class Panel : public joblog::Progress {
 
 class StandingClock : public platform::Clock {
  public:
-  [[nodiscard]] platform::LocalTime now() const override { return {2013, 8, 21, 15, 30, 45}; }
+  [[nodiscard]] values::CivilTime now() const override { return {2013, 8, 21, 15, 30, 45}; }
   [[nodiscard]] int utcMilliseconds() const override { return 0; }
 };
 

@@ -28,11 +28,11 @@ T number(const std::string& option, const std::string& text, T least, T most) {
 }
 
 std::int32_t day(const std::string& option, const std::string& text) {
-  values::DateTime date;
-  if (!values::parseDate(text, date) || date.serial != std::floor(date.serial) || date.serial < 1 ||
-      date.serial > values::daySerial(2100, 1, 1))
+  const auto date = values::parseDate(text);
+  if (!date || date->serial != std::floor(date->serial) || date->serial < 1 ||
+      date->serial > values::daySerial(2100, 1, 1))
     refuse(option + ": '" + text + "' is no date of the form yyyy-MM-dd up to 2100");
-  return static_cast<std::int32_t>(date.serial);
+  return static_cast<std::int32_t>(date->serial);
 }
 
 void takeValue(const std::string& option, const std::string& value, Options& options) {

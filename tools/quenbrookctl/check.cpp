@@ -5,6 +5,7 @@
 #include "command.h"
 #include "platform/files.h"
 #include "statement_check.h"
+#include "text/ascii.h"
 
 namespace {
 
@@ -12,11 +13,7 @@ namespace {
 bool beginsStatement(std::string_view line) {
   constexpr std::string_view kOpenings[] = {"insert into ", "delete from "};
   return std::any_of(std::begin(kOpenings), std::end(kOpenings), [&](std::string_view opening) {
-    const std::string_view start = line.substr(0, opening.size());
-    return std::equal(opening.begin(), opening.end(), start.begin(), start.end(),
-                      [](char small, char c) {
-                        return small == (c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c);
-                      });
+    return text::startsWithIgnoringAsciiCase(line, opening);
   });
 }
 

@@ -6,6 +6,8 @@
 
 #include "platform/code_page.h"
 #include "sql_lexer.h"
+#include "text/ascii.h"
+#include "text/utf8.h"
 
 namespace {
 
@@ -28,16 +30,11 @@ struct Refusal {
   std::string reason;
 };
 
-bool sameWord(std::string_view left, std::string_view right) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return lower(a) == lower(b); });
-}
-
 template <std::size_t Size>
 bool isOneOf(std::string_view word, const std::array<std::string_view, Size>& words) {
-  return std::any_of(words.begin(), words.end(),
-                     [&](std::string_view each) { return sameWord(word, each); });
+  return std::any_of(words.begin(), words.end(), [&](std::string_view each) {
+    return text::equalsIgnoringAsciiCase(word, each);
+  });
 }
 
 constexpr std::array<std::string_view, 9> kWordOperators = {
@@ -55,9 +52,9 @@ class Checker {
   }
 
   void run() {
-    if (sameWord(word_.text, "delete")) {
+    if (text::equalsIgnoringAsciiCase(word_.text, "delete")) {
       checkDelete();
-    } else if (sameWord(word_.text, "insert")) {
+    } else if (text::equalsIgnoringAsciiCase(word_.text, "insert")) {
       checkInsert();
     } else {
       throw Refusal{"neither DELETE nor INSERT, but " + excerpt()};
@@ -130,12 +127,12 @@ class Checker {
       if (isInfix()) {
         advance();
         checkOperand();
-      } else if (sameWord(word_.text, "not")) {
+      } else if (text::equalsIgnoringAsciiCase(word_.text, "not")) {
         advance();
         if (!isOneOf(word_.text, kNegatable)) refuseHere();
-      } else if (sameWord(word_.text, "is")) {
+      } else if (text::equalsIgnoringAsciiCase(word_.text, "is")) {
         advance();
-        if (sameWord(word_.text, "not")) advance();
+        if (text::equalsIgnoringAsciiCase(word_.text, "not")) advance();
         if (!isOneOf(word_.text, kStates)) refuseHere();
         advance();
       } else {
@@ -147,11 +144,12 @@ class Checker {
 
   [[nodiscard]] bool isInfix() const {
     return word_.kind == TokenKind::kOperator ? !isOneOf(word_.text, kNoInfix)
-                                             : isOneOf(word_.text, kWordOperators);
+                                              : isOneOf(word_.text, kWordOperators);
   }
 
   void checkOperand() {
-    while (isOneOf(word_.text, kPrefixes) || sameWord(word_.text, "not")) advance();
+    while (isOneOf(word_.text, kPrefixes) || text::equalsIgnoringAsciiCase(word_.text, "not"))
+      advance();
     switch (word_.kind) {
       case TokenKind::kString:
         // Texts side by side are one text.
@@ -175,12 +173,14 @@ class Checker {
   // The columns that an INSERT names, and what may be one where none are named.
   [[nodiscard]] bool isColumn(std::string_view word) const {
     if (columns_.empty()) return word.starts_with(table_->columns);
-    return std::any_of(columns_.begin(), columns_.end(),
-                       [&](std::string_view column) { return sameWord(word, column); });
+    return std::any_of(columns_.begin(), columns_.end(), [&](std::string_view column) {
+      return text::equalsIgnoringAsciiCase(word, column);
+    });
   }
 
   void expectWord(std::string_view word) {
-    if (word_.kind != TokenKind::kWord || !sameWord(word_.text, word)) refuseHere();
+    if (word_.kind != TokenKind::kWord || !text::equalsIgnoringAsciiCase(word_.text, word))
+      refuseHere();
     advance();
   }
 
@@ -211,7 +211,7 @@ class Checker {
     std::string text = CodePage(949).toUtf8(statement_.substr(word_.at));
     if (text.size() <= kExcerpt) return text;
     std::size_t end = kExcerpt;
-    while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    while (text::continuesCharacter(text[end])) --end;
     return text.substr(0, end) + "…";
   }
 

@@ -29,16 +29,8 @@ std::size_t fixedSize(ColumnType type) {
       return 0;
   }
 }
-std::string foldName(std::string_view name) {
-  const bool ascii =
-      std::all_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x80; });
-  if (!ascii) return text::lowerCase(name);
-  std::string folded(name);
-  for (char& c : folded) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-  }
-  return folded;
-}
+
+std::string foldName(std::string_view name) { return text::lowerCase(name); }
 
 bool sameName(std::string_view a, std::string_view b) {
   return a == b || foldName(a) == foldName(b);

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/files.h"
+#include "text/ascii.h"
 #include "values/runtime_error.h"
 
 namespace jet {
@@ -32,13 +33,6 @@ constexpr std::string_view kAccount = "Admin";  // the account where nobody logs
 constexpr int kJoinAttempts = 20;
 constexpr std::chrono::milliseconds kJoinDelay{100};
 
-std::string lowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : static_cast<char>(c);
-  });
-  return text;
-}
-
 ByteRange userLock(int slot) { return {kUserLocks + static_cast<std::uint64_t>(slot), 1}; }
 
 ByteRange pageRange(std::uint64_t region, std::uint32_t page, int slot, std::uint64_t length) {
@@ -62,11 +56,11 @@ std::string lockFilePath(const std::string& databasePath) {
   const std::string folder = slash == std::string::npos ? "." : databasePath.substr(0, slash + 1);
   std::string name = slash == std::string::npos ? databasePath : databasePath.substr(slash + 1);
   const auto dot = name.find_last_of('.');
-  const std::string extension = dot == std::string::npos ? "" : lowerCase(name.substr(dot));
+  const std::string extension = dot == std::string::npos ? "" : text::lowerAscii(name.substr(dot));
   name = name.substr(0, dot) + (extension == ".accdb" ? ".laccdb" : ".ldb");
   try {
     for (const auto& entry : platform::listFolder(folder)) {
-      if (!entry.isFolder && lowerCase(entry.name) == lowerCase(name)) name = entry.name;
+      if (!entry.isFolder && text::equalsIgnoringAsciiCase(entry.name, name)) name = entry.name;
     }
   } catch (const RuntimeError&) {
     // A folder that may be used but not listed: the plain name it is.

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "jet/pages/long_value.h"
+#include "values/decimal.h"
 
 namespace jet {
 namespace {
@@ -32,10 +33,6 @@ values::Numeric toNumeric(Bytes raw, std::uint8_t scale) {
     value.magnitude = value.magnitude << 32 | loadU32(raw, 1 + 4 * word);
   }
   return value;
-}
-
-values::Uint128 tenToThe28() {
-  return values::Uint128{10'000'000'000'000'000'000U} * 1'000'000'000U;
 }
 
 }  // namespace
@@ -175,7 +172,7 @@ values::Numeric Row::numeric(std::size_t position) const {
   const Bytes bytes = raw(position);
   if (bytes.size() != kNumericSize) damaged(c, "has the wrong size");
   const values::Numeric value = toNumeric(bytes, c.scale);
-  if (value.magnitude >= tenToThe28()) damaged(c, "is too large a number");
+  if (value.magnitude >= values::powerOfTen(28)) damaged(c, "is too large a number");
   return value;
 }
 

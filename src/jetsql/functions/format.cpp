@@ -8,6 +8,7 @@
 #include "jetsql/functions/value_types.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
+#include "values/number_text.h"
 
 namespace jetsql {
 namespace {
@@ -102,11 +103,12 @@ std::string formatText(std::string_view text, std::string_view pattern) {
 Variant readAs(const Variant& value, Kind kind) {
   const auto* text = value.as<std::string>();
   if (text == nullptr) return value;
-  double number = 0;
-  values::DateTime date;
-  if (kind == Kind::kNumber && values::parseNumber(*text, number)) return number;
-  if (kind == Kind::kDate && values::parseDate(*text, date)) return date;
-  if (kind == Kind::kDate && values::parseNumber(*text, number)) return number;
+  if (kind == Kind::kDate) {
+    if (const auto date = values::parseDate(*text)) return *date;
+  }
+  if (kind == Kind::kDate || kind == Kind::kNumber) {
+    if (const auto number = values::parseNumber(*text)) return *number;
+  }
   return value;
 }
 

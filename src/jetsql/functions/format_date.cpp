@@ -4,6 +4,7 @@
 
 #include "jetsql/functions/format.h"
 #include "jetsql/functions/format_patterns.h"
+#include "text/ascii.h"
 
 namespace jetsql {
 namespace {
@@ -29,14 +30,8 @@ class DateFormatter {
  private:
   [[nodiscard]] std::string_view rest() const { return pattern_.substr(position_); }
 
-  [[nodiscard]] static char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  }
-
   [[nodiscard]] bool matches(std::string_view mark) const {
-    return rest().size() >= mark.size() &&
-           std::equal(mark.begin(), mark.end(), rest().begin(),
-                      [](char a, char b) { return lower(a) == lower(b); });
+    return text::startsWithIgnoringAsciiCase(rest(), mark);
   }
 
   [[nodiscard]] bool hasHalfDayMark() {
@@ -56,14 +51,14 @@ class DateFormatter {
       return;
     }
     if (halfDay()) return;
-    const char letter = lower(c);
+    const char letter = text::lowerAscii(c);
     if (std::string_view("dmyhnswqtc").find(letter) == std::string_view::npos) {
       result_ += c;
       ++position_;
       return;
     }
     std::size_t count = 1;
-    while (count < rest().size() && lower(rest()[count]) == letter) ++count;
+    while (count < rest().size() && text::lowerAscii(rest()[count]) == letter) ++count;
     position_ += count;
     result_ += field(letter, count);
     // Colons and blanks between an hour and an m leave it the minute.

@@ -7,6 +7,7 @@
 #include "jetsql/functions/format_patterns.h"
 #include "jetsql/functions/function_tables.h"
 #include "jetsql/functions/value_types.h"
+#include "text/utf8.h"
 #include "values/decimal.h"
 #include "values/number_text.h"
 
@@ -172,8 +173,7 @@ class SectionParser {
   std::string_view character() {
     std::size_t end = ++position_;
     if (end < pattern_.size()) ++end;
-    while (end < pattern_.size() && (static_cast<unsigned char>(pattern_[end]) & 0xC0U) == 0x80U)
-      ++end;
+    while (end < pattern_.size() && text::continuesCharacter(pattern_[end])) ++end;
     const std::string_view text =
         pattern_.substr(std::min(position_, pattern_.size()), end - position_);
     position_ = end - 1;

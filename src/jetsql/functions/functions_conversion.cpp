@@ -5,6 +5,9 @@
 #include "jetsql/functions/format.h"
 #include "jetsql/functions/function_tables.h"
 #include "jetsql/functions/value_types.h"
+#include "text/ascii.h"
+#include "text/letter_case.h"
+#include "values/number_text.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
@@ -37,7 +40,7 @@ Variant val(Arguments arguments, const Environment&) {
   for (const char c : TextArgument(arguments[0]).view())
     if (c != ' ' && c != '\t' && c != '\n' && c != '\r') text += c;
   if (text.size() > 2 && text[0] == '&') {
-    const char radix = static_cast<char>(text[1] | 0x20);
+    const char radix = text::lowerAscii(text[1]);
     if (radix == 'h') return radixValue(std::string_view(text).substr(2), 16);
     if (radix == 'o') return radixValue(std::string_view(text).substr(2), 8);
   }
@@ -60,16 +63,14 @@ Variant str(Arguments arguments, const Environment&) {
 
 Variant isNumeric(Arguments arguments, const Environment&) {
   if (const auto* text = arguments[0].as<std::string>()) {
-    double number = 0;
-    return values::parseNumber(*text, number);
+    return values::parseNumber(*text).has_value();
   }
   return isNumber(arguments[0].type());
 }
 
 Variant isDate(Arguments arguments, const Environment&) {
   if (const auto* text = arguments[0].as<std::string>()) {
-    values::DateTime date;
-    return values::parseDate(*text, date);
+    return values::parseDate(*text).has_value();
   }
   return arguments[0].type() == VariantType::kDateTime;
 }
@@ -79,9 +80,7 @@ std::string digitsOf(const Variant& value, int base) {
   const auto bits = static_cast<std::uint32_t>(toLong(value));
   digits.resize(static_cast<std::size_t>(
       std::to_chars(digits.data(), digits.data() + digits.size(), bits, base).ptr - digits.data()));
-  for (char& digit : digits)
-    if (digit >= 'a') digit = static_cast<char>(digit - 'a' + 'A');
-  return digits;
+  return text::upperCase(digits);
 }
 
 Variant hex(Arguments arguments, const Environment&) { return digitsOf(arguments[0], 16); }

@@ -29,8 +29,7 @@ Variant weekday(Arguments arguments, const Environment&) {
 }
 
 Variant now(Arguments, const Environment& environment) {
-  const platform::LocalTime time = environment.clock.now();
-  return values::toDateTime({time.year, time.month, time.day, time.hour, time.minute, time.second});
+  return values::toDateTime(environment.clock.now());
 }
 
 DateTime dayPart(DateTime date) { return {std::trunc(date.serial)}; }

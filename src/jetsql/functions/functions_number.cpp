@@ -12,8 +12,6 @@ using values::Numeric;
 using values::Variant;
 using values::VariantType;
 
-constexpr std::int64_t kCurrencyScale = 10000;
-
 // What a number function makes of each representation. Whole numbers pass `whole` as a 32-bit
 // number; texts and dates go as doubles, the date staying a date.
 template <typename Whole, typename Real, typename Amount, typename Exact>
@@ -64,8 +62,8 @@ Variant floorOf(Arguments arguments, const Environment&) {
   return apply(
       arguments[0], same, [](double value) { return std::floor(value); },
       [](std::int64_t units) {
-        const std::int64_t whole = units - units % kCurrencyScale;
-        return units % kCurrencyScale < 0 ? whole - kCurrencyScale : whole;
+        const std::int64_t whole = units - units % values::kCurrencyScale;
+        return units % values::kCurrencyScale < 0 ? whole - values::kCurrencyScale : whole;
       },
       [](const Numeric& value) {
         const Numeric whole = truncated(value);
@@ -78,7 +76,7 @@ Variant floorOf(Arguments arguments, const Environment&) {
 Variant fix(Arguments arguments, const Environment&) {
   return apply(
       arguments[0], same, [](double value) { return std::trunc(value); },
-      [](std::int64_t units) { return units - units % kCurrencyScale; }, truncated);
+      [](std::int64_t units) { return units - units % values::kCurrencyScale; }, truncated);
 }
 
 Variant absolute(Arguments arguments, const Environment&) {
@@ -99,19 +97,10 @@ Variant absolute(Arguments arguments, const Environment&) {
       });
 }
 
-std::int64_t roundHalfEven(std::int64_t units, std::int64_t step) {
-  const std::int64_t rest = units % step;
-  const std::int64_t down = units - rest;
-  const std::int64_t twice = std::abs(rest) * 2;
-  const bool away = twice > step || (twice == step && (down / step) % 2 != 0);
-  if (!away) return down;
-  return rest < 0 ? down - step : down + step;
-}
-
 double roundReal(double value, int places) {
   const double scale = std::pow(10.0, places);
   const double scaled = value * scale;
-  return std::isfinite(scaled) ? std::nearbyint(scaled) / scale : value;
+  return std::isfinite(scaled) ? values::roundHalvesToEven(scaled) / scale : value;
 }
 
 // Round(number [, places]): halves to even.
@@ -121,9 +110,9 @@ Variant round(Arguments arguments, const Environment&) {
   return apply(
       arguments[0], same, [places](double value) { return roundReal(value, places); },
       [places](std::int64_t units) {
-        std::int64_t step = kCurrencyScale;
+        std::int64_t step = values::kCurrencyScale;
         for (int i = 0; i < places && step > 1; ++i) step /= 10;
-        return roundHalfEven(units, step);
+        return values::divideHalvesToEven(units, step) * step;
       },
       [places](const Numeric& value) { return values::rounded(value, places); });
 }

@@ -17,8 +17,6 @@ using values::DateTime;
 using values::Variant;
 using values::VariantType;
 
-constexpr std::int64_t kCurrencyScale = 10000;
-
 template <Arithmetic kOperation>
 VariantType arithmetic(ArgumentTypes types) {
   return arithmeticType(kOperation, types[0], types[1]);
@@ -65,16 +63,12 @@ Variant currencyArithmetic(Arithmetic operation, const Variant& left, const Vari
   const std::int64_t b = toCurrency(right).units;
   std::int64_t units = 0;
   if (operation == Arithmetic::kMultiply) {
-    const auto magnitude = [](std::int64_t value) {
-      return static_cast<values::Uint128>(value < 0 ? 0 - static_cast<std::uint64_t>(value)
-                                                    : static_cast<std::uint64_t>(value));
-    };
-    // Eight decimals rounded to four, halves to even.
-    const values::Uint128 product = magnitude(a) * magnitude(b);
-    const values::Uint128 whole = product / kCurrencyScale;
-    const auto rest = static_cast<std::int64_t>(product % kCurrencyScale);
-    const bool up = rest * 2 > kCurrencyScale || (rest * 2 == kCurrencyScale && whole % 2 != 0);
-    units = checkedUnits(whole + (up ? 1 : 0), (a < 0) != (b < 0));
+    // Eight decimals rounded to four.
+    const values::Uint128 product =
+        values::Uint128{values::magnitudeOf(a)} * values::magnitudeOf(b);
+    units =
+        checkedUnits(values::divideHalvesToEven<values::Uint128>(product, values::kCurrencyScale),
+                     (a < 0) != (b < 0));
   } else if (operation == Arithmetic::kAdd ? addAmounts(a, b, &units)
                                            : subtractAmounts(a, b, &units)) {
     throwOverflow();

@@ -14,13 +14,11 @@ char32_t folded(char32_t character) {
   return lower == 0x3C2 ? 0x3C3 : lower;
 }
 
-// A byte within a character.
-bool isInside(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
-
 // Begins with one of the characters from U+2000 to U+EFFF, Hangul among them: they have no case,
 // and their bytes are in the order of their code points.
 bool isCaseless(std::string_view text) {
-  if (text.size() < 3 || !isInside(text[1]) || !isInside(text[2])) return false;
+  if (text.size() < 3 || !text::continuesCharacter(text[1]) || !text::continuesCharacter(text[2]))
+    return false;
   const auto first = static_cast<unsigned char>(text[0]);
   const bool isSurrogate = first == 0xED && static_cast<unsigned char>(text[1]) >= 0xA0;
   return first >= 0xE2 && first <= 0xEE && !isSurrogate;
@@ -39,7 +37,9 @@ int compareText(std::string_view left, std::string_view right) {
           .first -
       left.begin());
   if (same < shorter)
-    while (same > 0 && (isInside(left[same]) || isInside(right[same]))) --same;
+    while (same > 0 &&
+           (text::continuesCharacter(left[same]) || text::continuesCharacter(right[same])))
+      --same;
   const int order = left.substr(same, 3).compare(right.substr(same, 3));
   if (order != 0 && isCaseless(left.substr(same)) && isCaseless(right.substr(same)))
     return order < 0 ? -1 : 1;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "jetsql/sqlite/numeric_encoding.h"
+#include "values/decimal.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
@@ -20,7 +21,7 @@ namespace {
 std::int64_t wholeOf(const EncodedValue& value) {
   if (value.kind != EncodedValue::Kind::kReal) return value.whole;
   if (!(std::abs(value.real) < 9.2e18)) throw RuntimeError(error::kOverflow, "Overflow.");
-  return static_cast<std::int64_t>(std::nearbyint(value.real));
+  return static_cast<std::int64_t>(values::roundHalvesToEven(value.real));
 }
 
 double realOf(const EncodedValue& value) {
