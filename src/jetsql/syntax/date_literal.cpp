@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "text/ascii.h"
+
 namespace jetsql {
 namespace {
 
@@ -17,7 +19,6 @@ struct Piece {
   std::string word;  // lower case
 };
 
-bool isDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
 bool isLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
 
 // Blanks, slashes, hyphens and commas separate alike and are left out.
@@ -25,14 +26,14 @@ std::optional<std::vector<Piece>> cut(std::string_view text) {
   std::vector<Piece> pieces;
   for (std::size_t i = 0; i < text.size();) {
     Piece piece;
-    if (isDigit(text[i])) {
+    if (text::isAsciiDigit(text[i])) {
       piece.kind = Piece::Kind::kNumber;
-      for (; i < text.size() && isDigit(text[i]) && piece.digits < 5; ++i, ++piece.digits)
+      for (; i < text.size() && text::isAsciiDigit(text[i]) && piece.digits < 5;
+           ++i, ++piece.digits)
         piece.number = piece.number * 10 + (text[i] - '0');
     } else if (isLetter(text[i])) {
       piece.kind = Piece::Kind::kWord;
-      for (; i < text.size() && isLetter(text[i]); ++i)
-        piece.word += static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+      for (; i < text.size() && isLetter(text[i]); ++i) piece.word += text::lowerAscii(text[i]);
     } else if (text[i] == ':') {
       piece.kind = Piece::Kind::kColon;
       ++i;

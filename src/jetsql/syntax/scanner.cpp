@@ -6,6 +6,7 @@
 #include <string>
 
 #include "jetsql/syntax/date_literal.h"
+#include "text/ascii.h"
 #include "values/error_numbers.h"
 #include "values/runtime_error.h"
 
@@ -56,12 +57,7 @@ values::Variant number(std::string_view digits) {
 }  // namespace
 
 bool isWord(const Token& token, std::string_view upperCaseWord) {
-  if (token.kind != TokenKind::kWord || token.text.size() != upperCaseWord.size()) return false;
-  for (std::size_t i = 0; i < upperCaseWord.size(); ++i) {
-    const char c = token.text[i];
-    if ((c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) != upperCaseWord[i]) return false;
-  }
-  return true;
+  return token.kind == TokenKind::kWord && text::equalsIgnoringAsciiCase(token.text, upperCaseWord);
 }
 
 bool isSymbol(const Token& token, std::string_view symbol) {
