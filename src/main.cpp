@@ -7,6 +7,7 @@
 // on standard error and in quenbrook-errors.log), 2 start-up ended the program.
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -19,6 +20,7 @@
 #include "settings/central_server.h"
 #include "startup/command_line.h"
 #include "startup/start_mod.h"
+#include "ui/background_transfer.h"
 #include "ui/frm_quenbrook.h"
 #include "ui/qt/application.h"
 #include "ui/qt/message_box.h"
@@ -34,7 +36,8 @@ constexpr int kStartUpEnded = 2;
 int runUnattended(Program& program, const settings::StartValues& start) {
   Job job(program, start);
   ui::HeadlessUploadView view;
-  FrmQuenbrook form(start, program.clock, program.messages, job.driver(), view);
+  ui::TransferProgram transfer(program.folder);
+  FrmQuenbrook form(start, program.clock, program.messages, job.driver(), transfer, view);
   form.Form_Load();
   return form.jobFailed() ? kStepFailed : kAllPassed;
 }
@@ -44,8 +47,9 @@ int runWindows(Program& program, const settings::StartValues& start,
   const auto provider = server::makeOdbcProvider();
   server::CentralDatabase central(*provider, settings::centralServer(program.settings));
   Job job(program, start);
+  ui::TransferProgram transfer(program.folder);
   ui::qt::Windows windows(application, {start, program.clock, program.messages, job.driver(),
-                                        central, program.instance});
+                                        transfer, central, program.instance});
   if (!windows.open()) return kStartUpEnded;
   application.run();
   return windows.upload().jobFailed() ? kStepFailed : kAllPassed;
@@ -58,16 +62,30 @@ void showRuntimeError(platform::MessageDisplay& messages, int number, const std:
                  {}});
 }
 
-// `application` is null in an unattended start.
+// Start-up passed, but the interactive start finds no display.
+int explainMissingDisplay(Program& program) {
+  program.messages.show(
+      {"창을 띄울 화면이 없습니다. 매장 컴퓨터의 바탕 화면에서 실행하십시오.\r\n"
+       "창 없이 자료를 만들려면: quenbrook T2013/08/21 (하루), "
+       "quenbrook T2013/08/01-2013/08/21 (기간).\r\n"
+       "만든 자료를 보내려면: quenbrookctl transfer",
+       platform::Icon::kCritical,
+       {}});
+  return kStartUpEnded;
+}
+
+using InteractiveStart = std::function<int(Program&, const settings::StartValues&)>;
+
+// `interactive` continues an interactive start after the checks of start-up.
 int run(const std::string& commandLine, platform::MessageDisplay& messages,
-        ui::qt::Application* application) {
+        const InteractiveStart& interactive) {
   Program program(messages, platform::programFolder());
   try {
     const auto start = StartMod::Main(
         commandLine, {program.folder, program.settings, program.log, program.messages});
     if (start.next == StartMod::Next::kUploadWindow) return runUnattended(program, start.values);
     if (start.next == StartMod::Next::kLoginWindow) {
-      return runWindows(program, start.values, *application);
+      return interactive(program, start.values);
     }
   } catch (const RuntimeError& failure) {
     showRuntimeError(messages, failure.number(), failure.description());
@@ -91,11 +109,15 @@ std::string joined(int count, char** arguments) {
 int main(int count, char** arguments) {
   platform::outliveReaders();
   const auto commandLine = joined(count, arguments);
-  if (StartMod::splitCommandLine(commandLine).runMode == "T") {
-    platform::StandardErrorDisplay messages;
-    return run(commandLine, messages, nullptr);
-  }
-  ui::qt::Application application(arguments[0]);
+  platform::StandardErrorDisplay standardError;
+  const auto withoutDisplay = [&] {
+    return run(commandLine, standardError,
+               [](Program& program, const auto&) { return explainMissingDisplay(program); });
+  };
+  if (StartMod::splitCommandLine(commandLine).runMode == "T") return withoutDisplay();
+  ui::qt::Application application(arguments[0], withoutDisplay);
   ui::qt::MessageBox messages;
-  return run(commandLine, messages, &application);
+  return run(commandLine, messages, [&](Program& program, const settings::StartValues& start) {
+    return runWindows(program, start, application);
+  });
 }

@@ -3,7 +3,7 @@
 //
 //   Program program(messages, platform::programFolder());
 //   Job job(program, start);
-//   FrmQuenbrook form(start, program.clock, messages, job.driver(), view);
+//   FrmQuenbrook form(start, program.clock, messages, job.driver(), transfer, view);
 #pragma once
 
 #include <memory>

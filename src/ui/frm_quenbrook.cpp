@@ -2,6 +2,9 @@
 
 #include <chrono>
 
+#include "extract/conversions.h"
+#include "ui/upload_texts.h"
+#include "values/runtime_error.h"
 #include "values/variant.h"
 
 namespace {
@@ -13,14 +16,40 @@ constexpr const char* kNoDayPicked = "일자를 선택하시지 않았습니다.
 constexpr const char* kFromAfterTo =
     "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..";
 
+constexpr std::size_t kSettlement = 5;  // the box whose records are days
+
+// "매출 1,204건, 카드 310건, 결산 3일. ..."
+std::string countsText(const job::JobVerdict& verdict) {
+  std::string text;
+  for (const auto& kind : verdict.counts) {
+    text += text.empty() ? "" : ", ";
+    text += std::string(kind.name) + " " + extract::groupedText(kind.records);
+    text += kind.box == kSettlement ? ui::text::kDays : ui::text::kRecords;
+  }
+  return text + ". " + ui::text::kNotSentYet;
+}
+
+// The first failure, and where all of them stand.
+std::string failureText(const job::JobVerdict& verdict, const std::string& logName) {
+  const auto others = verdict.failures.size() - 1;
+  const auto more =
+      others == 0 ? "" : ui::text::kOthers + std::to_string(others) + ui::text::kRecords;
+  return joblog::failureLine(verdict.failures.front()) + more + "\n" + ui::text::kJobLog + logName;
+}
+
 values::DateTime toDay(const std::string& text) { return values::toDate(values::Variant(text)); }
 
 }  // namespace
 
 FrmQuenbrook::FrmQuenbrook(const settings::StartValues& start, const platform::Clock& clock,
                            platform::MessageDisplay& messages, job::Driver& driver,
-                           ui::UploadView& view)
-    : start_(start), clock_(clock), messages_(messages), driver_(driver), view_(view) {}
+                           ui::BackgroundTransfer& transfer, ui::UploadView& view)
+    : start_(start),
+      clock_(clock),
+      messages_(messages),
+      driver_(driver),
+      transfer_(transfer),
+      view_(view) {}
 
 void FrmQuenbrook::Form_Load() {
   loaded_ = true;
@@ -34,6 +63,8 @@ void FrmQuenbrook::Form_Load() {
   } else {
     setFromDate(today());
     setToDate(today());
+    showRange();
+    showWaiting();
   }
   setCaption("");
   view_.setCalendarDay(toDay(today()));
@@ -43,6 +74,13 @@ void FrmQuenbrook::Form_Load() {
 void FrmQuenbrook::Form_Activate() {
   view_.setDelegate(start_.shop.group);
   SSCommand1_Click();
+  showWaiting();
+}
+
+bool FrmQuenbrook::Form_QueryUnload() {
+  if (work_ == ui::Work::kNone) return true;
+  view_.ask(work_ == ui::Work::kJob ? ui::text::kCloseAfterJob : ui::text::kCloseAfterTransfer);
+  return false;
 }
 
 void FrmQuenbrook::Form_Unload() { loaded_ = false; }
@@ -61,20 +99,25 @@ void FrmQuenbrook::MonthView1_DateClick(values::DateTime day) {
 }
 
 void FrmQuenbrook::sspFromB_Click() {
-  if (requirePickedDate()) setFromDate(pickedDate_);
+  if (!requirePickedDate()) return;
+  setFromDate(pickedDate_);
+  showRange();
 }
 
 void FrmQuenbrook::sspToB_Click() {
   if (!requirePickedDate()) return;
   setToDate(pickedDate_);
+  showRange();
   view_.setCalendarVisible(false);
   if (fromDate_.serial > toDate_.serial) {
     messages_.show({kFromAfterTo, platform::Icon::kNone, {}});
+    view_.focusCalendar();
   }
 }
 
 void FrmQuenbrook::sspCurrent_Click() {
   setToDate(today());
+  showRange();
   view_.setCalendarVisible(false);
 }
 
@@ -91,21 +134,74 @@ void FrmQuenbrook::SSCommand3_Click() {
 }
 
 void FrmQuenbrook::cmdStart_Click() {
-  if (jobRunning_) return;
-  jobRunning_ = true;
-  view_.setJobRunning(true);
+  if (work_ != ui::Work::kNone) return;
+  begin(ui::Work::kJob);
   verdict_ = driver_.run({chk1_, fromDate_, toDate_}, *this);
-  jobRunning_ = false;
-  view_.setJobRunning(false);
+  end(verdict_.passed() ? ui::Verdict::kPassed : ui::Verdict::kFailed,
+      verdict_.passed() ? countsText(verdict_) : failureText(verdict_, jobLogName()));
 }
 
+void FrmQuenbrook::cmdSend_Click() {
+  if (work_ != ui::Work::kNone) return;
+  begin(ui::Work::kTransfer);
+  try {
+    transfer_.start();
+  } catch (const RuntimeError& failure) {
+    end(ui::Verdict::kFailed, ui::text::kTransferFailed + failure.description());
+  }
+}
+
+void FrmQuenbrook::TransferTimer_Timer() {
+  if (work_ != ui::Work::kTransfer) return;
+  const auto status = transfer_.exitStatus();
+  for (const auto& line : transfer_.newLines()) setCaption(line);
+  showWaiting();
+  if (!status) return;
+  if (*status == 0) {
+    end(ui::Verdict::kPassed, ui::text::kTransferPassed);
+  } else {
+    end(ui::Verdict::kFailed, ui::text::kTransferFailed + sspRem_);
+  }
+}
+
+void FrmQuenbrook::closeWhenDone() { closeWhenDone_ = work_ != ui::Work::kNone; }
+
 void FrmQuenbrook::cmdEnd_Click() {
-  if (!jobRunning_) view_.close();
+  if (Form_QueryUnload()) view_.close();
+}
+
+void FrmQuenbrook::begin(ui::Work work) {
+  work_ = work;
+  closeWhenDone_ = false;
+  view_.setWork(work);
+  view_.setVerdict(ui::Verdict::kNone, "");
+}
+
+void FrmQuenbrook::end(ui::Verdict verdict, const std::string& text) {
+  work_ = ui::Work::kNone;
+  view_.setWork(work_);
+  view_.setVerdict(verdict, text);
+  showWaiting();
+  if (closeWhenDone_ && verdict == ui::Verdict::kPassed) view_.close();
+}
+
+void FrmQuenbrook::showRange() {
+  view_.setRange(fromDate_, toDate_);
+  view_.setRangeReversed(fromDate_.serial > toDate_.serial);
+}
+
+void FrmQuenbrook::showWaiting() {
+  const auto count = transfer_.waiting();
+  view_.setWaiting(ui::text::kWaiting + std::to_string(count) + ui::text::kPieces, count > 0);
 }
 
 void FrmQuenbrook::setCaption(std::string_view text) {
   sspRem_ = text;
   view_.setProgress(sspRem_);
+}
+
+std::string FrmQuenbrook::jobLogName() const {
+  return platform::formatTime(clock_.now(), "H%Y%m%dD.log");
 }
 
 std::string FrmQuenbrook::today() const {

@@ -1,12 +1,13 @@
 // FrmQuenbrook: the upload window's state and event handlers, independent of any toolkit.
 //
-//   FrmQuenbrook form(start, clock, messages, driver, view);
+//   FrmQuenbrook form(start, clock, messages, driver, transfer, view);
 //   form.Form_Load();              // in run mode T the whole job runs before it returns
 //   return form.jobFailed() ? 1 : 0;
 //
-// Keeps references. The view calls the handlers, and the handlers tell the view what to show. While
-// a job runs it yields to the message loop, so handlers are entered again: cmdStart and cmdEnd then
-// do nothing.
+// Keeps references. The view calls the handlers, and the handlers tell the view what to show. A job
+// runs inside cmdStart_Click and yields to the message loop, so handlers are entered again; a
+// transfer runs in the background. While either runs no second one is started, and the window asks
+// before it closes.
 // Errors: Form_Load throws 13 when a date of the command line is not a date; the other handlers and
 // the job itself throw nothing.
 #pragma once
@@ -19,16 +20,20 @@
 #include "platform/clock.h"
 #include "platform/message_display.h"
 #include "settings/start_values.h"
+#include "ui/background_transfer.h"
 #include "ui/upload_view.h"
 #include "values/date_time.h"
 
 class FrmQuenbrook : private job::Window {
  public:
   FrmQuenbrook(const settings::StartValues& start, const platform::Clock& clock,
-               platform::MessageDisplay& messages, job::Driver& driver, ui::UploadView& view);
+               platform::MessageDisplay& messages, job::Driver& driver,
+               ui::BackgroundTransfer& transfer, ui::UploadView& view);
 
   void Form_Load();
   void Form_Activate();
+  // Whether the window may close. While something runs it asks the operator instead.
+  [[nodiscard]] bool Form_QueryUnload();
   void Form_Unload();
   void Timer1_Timer();
   void cmdCalendar_Click();
@@ -41,10 +46,13 @@ class FrmQuenbrook : private job::Window {
   void SSCommand1_Click();
   void SSCommand3_Click();
   void cmdStart_Click();
+  void cmdSend_Click();
+  void TransferTimer_Timer();
+  // The window closes as soon as what runs has ended well; after a failure it stays.
+  void closeWhenDone();
   void cmdEnd_Click();
 
   [[nodiscard]] bool loaded() const { return loaded_; }
-  [[nodiscard]] bool jobRunning() const { return jobRunning_; }
   // Of the latest job; passed before the first.
   [[nodiscard]] const job::JobVerdict& verdict() const { return verdict_; }
   [[nodiscard]] bool jobFailed() const { return !verdict_.passed(); }
@@ -55,7 +63,12 @@ class FrmQuenbrook : private job::Window {
   void yield() override { view_.yield(); }
   void setHourglass(bool on) override { view_.setHourglass(on); }
 
+  [[nodiscard]] std::string jobLogName() const;
   [[nodiscard]] std::string today() const;
+  void begin(ui::Work work);
+  void end(ui::Verdict verdict, const std::string& text);
+  void showRange();
+  void showWaiting();
   void setFromDate(const std::string& text);
   void setToDate(const std::string& text);
   void tick(int index, bool ticked);
@@ -66,6 +79,7 @@ class FrmQuenbrook : private job::Window {
   const platform::Clock& clock_;
   platform::MessageDisplay& messages_;
   job::Driver& driver_;
+  ui::BackgroundTransfer& transfer_;
   ui::UploadView& view_;
 
   std::string sspRem_;
@@ -74,6 +88,7 @@ class FrmQuenbrook : private job::Window {
   values::DateTime toDate_;
   std::array<bool, ui::kBoxCount> chk1_{};
   bool loaded_ = false;
-  bool jobRunning_ = false;
   job::JobVerdict verdict_;
+  ui::Work work_ = ui::Work::kNone;
+  bool closeWhenDone_ = false;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "ui/upload_view.h"
 
@@ -23,6 +24,36 @@ constexpr const char* kSetTo = "종료일자(&T)";     // sspToB
 constexpr const char* kSetToday = "오늘(&N)";      // sspCurrent
 constexpr const char* kHideCalendar = "닫기(&H)";  // SSPanel9
 constexpr const char* kEnd = "종료(&X)";           // cmdEnd
+constexpr const char* kSend = "지금 전송(&S)";     // cmdSend
+
+// How a job or a transfer ended. A job only makes a file; sending it is the transfer's.
+constexpr const char* kNotSentYet = "본사에는 아직 보내지 않았습니다.";
+constexpr const char* kRecords = "건";
+constexpr const char* kDays = "일";
+constexpr const char* kOthers = " 외 ";
+constexpr const char* kJobLog = "작업 기록: ";
+constexpr const char* kTransferPassed = "모두 본사로 보냈습니다.";
+constexpr const char* kTransferFailed = "보내지 못한 자료가 있습니다. ";
+constexpr const char* kWaiting = "전송 대기 ";
+constexpr const char* kPieces = "개";
+constexpr const char* kCloseAfterJob = "작업이 진행 중입니다. 작업이 끝나면 프로그램을 종료할까요?";
+constexpr const char* kCloseAfterTransfer =
+    "전송이 진행 중입니다. 전송이 끝나면 프로그램을 종료할까요?";
+constexpr const char* kYes = "예(&Y)";
+constexpr const char* kNo = "아니요(&N)";
+
+// Names for screen readers, and hints, of controls without a caption.
+constexpr const char* kCalendarName = "달력";
+constexpr const char* kMonthFormat = "yyyy년 M월";  // in Qt's letters
+constexpr const char* kMonthBefore = "이전 달";
+constexpr const char* kMonthAfter = "다음 달";
+constexpr const char* kGroupName = "그룹 코드";   // lbDelegate
+constexpr const char* kNowName = "현재 시각";     // lbNow
+constexpr const char* kFromName = "시작일자";     // sspFrom
+constexpr const char* kToName = "종료일자";       // sspTo
+constexpr const char* kBoxesName = "보낼 자료";   // the frame of chk1
+constexpr const char* kProgressName = "진행률";   // the bar
+constexpr const char* kStatusName = "진행 내용";  // sspRem
 
 constexpr std::array<const char*, kBoxCount> kBoxes = {
     " 일자별 매출 자료",   " 일자별 카드매출 자료",  " 일자별 지급관련 자료",

@@ -5,18 +5,24 @@
 #include <functional>
 
 #include "support/fake_platform.h"
+#include "ui/fake_transfer.h"
 #include "values/runtime_error.h"
 
 namespace {
 
 struct FakeView : ui::UploadView {
-  std::string now, delegate, from, to, progress, ticks = "-------";
+  std::string now, delegate, from, to, progress, verdict, waiting, question, ticks = "-------";
   std::chrono::milliseconds interval{0};
   values::DateTime calendarDay;
   bool calendar = false;
-  bool running = false;
+  bool reversed = false;
+  bool sendable = false;
+  ui::Work work = ui::Work::kNone;
+  ui::Verdict colour = ui::Verdict::kNone;
+  values::DateTime first, last;
   bool centred = false;
   bool closed = false;
+  bool calendarFocused = false;
   std::function<void()> whileYielding = [] {};
 
   void startTimer(std::chrono::milliseconds time) override { interval = time; }
@@ -26,10 +32,25 @@ struct FakeView : ui::UploadView {
   void setTo(const std::string& text) override { to = text; }
   void setCalendarVisible(bool visible) override { calendar = visible; }
   void setCalendarDay(values::DateTime day) override { calendarDay = day; }
+  void setRange(values::DateTime begin, values::DateTime end) override {
+    first = begin;
+    last = end;
+  }
+  void setRangeReversed(bool on) override { reversed = on; }
+  void focusCalendar() override { calendarFocused = true; }
   void setTick(int index, bool ticked) override { ticks.at(index) = ticked ? 'x' : '-'; }
   void setProgress(const std::string& text) override { progress = text; }
   void setHourglass(bool) override {}
-  void setJobRunning(bool on) override { running = on; }
+  void setWork(ui::Work now) override { work = now; }
+  void setVerdict(ui::Verdict kind, const std::string& text) override {
+    colour = kind;
+    verdict = text;
+  }
+  void setWaiting(const std::string& text, bool on) override {
+    waiting = text;
+    sendable = on;
+  }
+  void ask(const std::string& text) override { question = text; }
   void centre() override { centred = true; }
   void yield() override { whileYielding(); }
   void close() override { closed = true; }
@@ -43,7 +64,8 @@ struct FakeDriver : job::Driver {
     window.setCaption("busy");
     window.yield();
     job::JobVerdict verdict;
-    if (!passes) verdict.failures.push_back({"매출", 94, "Null", ""});
+    verdict.counts = {{0, "매출", 1204}, {5, "결산", 3}};
+    if (!passes) verdict.failures.assign(2, {"매출", 94, "Null", ""});
     return verdict;
   }
 };
@@ -55,7 +77,8 @@ class FrmQuenbrookTest : public testing::Test {
   support::ShownMessages messages;
   FakeDriver driver;
   FakeView view;
-  FrmQuenbrook form{start, clock, messages, driver, view};
+  ui::FakeTransfer transfer;
+  FrmQuenbrook form{start, clock, messages, driver, transfer, view};
 
   static constexpr values::DateTime kDay21{41507};  // 2013-08-21
   static constexpr const char* kAllButThree = "xxx-xxx";
@@ -103,12 +126,15 @@ TEST_F(FrmQuenbrookTest, DaysComeFromTheCalendar) {
   form.sspToB_Click();
   EXPECT_EQ(view.from + " " + view.to, "2013/08/21 2013/08/14");
   EXPECT_FALSE(view.calendar);
+  EXPECT_TRUE(view.reversed && view.calendarFocused);
   EXPECT_EQ(
       messages.shown.back().prompt,
       "시작일자가 종료일자보다 큰날짜를 선택하였습니다.. 종료일자를 다시 선택하여 주십시요..");
   form.sspFromB_Click();
   form.sspToB_Click();
   EXPECT_EQ(messages.shown.size(), 3U);
+  EXPECT_FALSE(view.reversed);
+  EXPECT_EQ(view.first, view.last);
   form.cmdCalendar_Click();
   form.sspCurrent_Click();
   EXPECT_EQ(view.from + " " + view.to, "2013/08/14 2013/08/21");
@@ -117,20 +143,78 @@ TEST_F(FrmQuenbrookTest, DaysComeFromTheCalendar) {
   EXPECT_EQ(driver.requests.back().from, values::DateTime{41500});
 }
 
-TEST_F(FrmQuenbrookTest, AJobIsNeitherStartedTwiceNorClosedOn) {
+TEST_F(FrmQuenbrookTest, AJobIsNotStartedTwiceAndAsksBeforeItIsClosed) {
+  struct Case {
+    const char* name;
+    bool passes, answeredYes, closes;
+    ui::Verdict verdict;
+  };
+  const Case cases[] = {
+      {"passed, no answer", true, false, false, ui::Verdict::kPassed},
+      {"passed, yes", true, true, true, ui::Verdict::kPassed},
+      {"failed, yes: the verdict stays", false, true, false, ui::Verdict::kFailed}};
   form.Form_Load();
   form.chk1_Click(3, true);
-  view.whileYielding = [this] {
-    EXPECT_TRUE(view.running);
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    driver.requests.clear();
+    driver.passes = each.passes;
+    view.whileYielding = [&] {
+      EXPECT_EQ(view.work, ui::Work::kJob);
+      form.cmdStart_Click();
+      form.cmdSend_Click();
+      form.cmdEnd_Click();
+      EXPECT_TRUE(view.question.starts_with("작업이 진행 중입니다."));
+      if (each.answeredYes) form.closeWhenDone();
+      transfer.files = 1;
+    };
     form.cmdStart_Click();
-    form.cmdEnd_Click();
-  };
+    EXPECT_EQ(driver.requests.size(), 1U);
+    EXPECT_EQ(transfer.starts, 0);
+    EXPECT_TRUE(driver.requests[0].ticked[3]);
+    EXPECT_EQ(view.work, ui::Work::kNone);
+    EXPECT_EQ(view.colour, each.verdict);
+    EXPECT_EQ(view.waiting, "전송 대기 1개");
+    EXPECT_EQ(std::exchange(view.closed, false), each.closes);
+  }
+  EXPECT_EQ(view.verdict, "매출: (94) Null 외 1건\n작업 기록: H20130821D.log");
+  view.whileYielding = [] {};
+  driver.passes = true;
   form.cmdStart_Click();
-  EXPECT_EQ(driver.requests.size(), 1U);
-  EXPECT_TRUE(driver.requests[0].ticked[3]);
-  EXPECT_FALSE(view.closed || view.running);
+  EXPECT_EQ(view.verdict, "매출 1,204건, 결산 3일. 본사에는 아직 보내지 않았습니다.");
   form.cmdEnd_Click();
   EXPECT_TRUE(view.closed);
+}
+
+TEST_F(FrmQuenbrookTest, ATransferRunsInTheBackgroundAndTellsItsEnd) {
+  transfer.files = 2;
+  form.Form_Load();
+  EXPECT_EQ(view.waiting + (view.sendable ? " sendable" : ""), "전송 대기 2개 sendable");
+  form.cmdSend_Click();
+  EXPECT_EQ(view.work, ui::Work::kTransfer);
+  transfer.lines = {"이전 압축파일 (*.gz) 업로드....", "서버로 업로드에 실패했습니다."};
+  transfer.files = 1;
+  form.TransferTimer_Timer();
+  EXPECT_EQ(view.progress, "서버로 업로드에 실패했습니다.");
+  EXPECT_EQ(view.waiting, "전송 대기 1개");
+  form.cmdStart_Click();
+  EXPECT_TRUE(driver.requests.empty());
+  transfer.status = 1;
+  form.TransferTimer_Timer();
+  EXPECT_EQ(view.verdict, "보내지 못한 자료가 있습니다. 서버로 업로드에 실패했습니다.");
+  EXPECT_EQ(view.colour, ui::Verdict::kFailed);
+
+  form.cmdSend_Click();
+  transfer.status = 0;
+  transfer.files = 0;
+  form.TransferTimer_Timer();
+  EXPECT_EQ(view.colour, ui::Verdict::kPassed);
+  EXPECT_FALSE(view.sendable);
+  EXPECT_EQ(transfer.starts, 2);
+  transfer.startable = false;
+  form.cmdSend_Click();
+  EXPECT_EQ(view.colour, ui::Verdict::kFailed);
+  EXPECT_EQ(view.work, ui::Work::kNone);
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 // The Qt application of an interactive start. An unattended start creates none, so it loads no
 // plugin and needs no display.
 //
-//   ui::qt::Application application("quenbrook");
+//   ui::qt::Application application("quenbrook", [] { return explainAndReturnStatus(); });
 //   const auto click = application.guarded([&] { form.cmdStart_Click(); });
 //   connect(button, &QPushButton::clicked, this, click);
 //   window.show();
 //   application.run();   // until quit; rethrows what a handler threw
-//
-// Without a display it says so on standard error and ends the program with status 2.
 #pragma once
 
 #include <QApplication>
@@ -21,13 +19,17 @@ namespace ui::qt {
 
 class Application {
  public:
-  explicit Application(std::string programName);
+  // Where no window can be shown, calls `withoutDisplay` and ends the process with the status that
+  // it returns.
+  explicit Application(
+      std::string programName, std::function<int()> withoutDisplay = [] { return 2; });
   ~Application();
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
 
   // Wraps an event handler: an exception must not pass through Qt's event loop, so it is kept, the
-  // loop ends, and run rethrows it.
+  // loop ends, and run rethrows it. The wait pointer ends with the handler, since the program then
+  // waits for the operator.
   [[nodiscard]] std::function<void()> guarded(std::function<void()> handler);
 
   // The program ends when no window is loaded. Evaluated from the event loop after each closing,
@@ -44,6 +46,7 @@ class Application {
   std::unique_ptr<QApplication> application_;
   std::function<bool()> anyLoaded_ = [] { return false; };
   std::exception_ptr fault_;
+  int runningHandlers_ = 0;  // more than one while a handler processes window events
 };
 
 }  // namespace ui::qt

@@ -1,6 +1,8 @@
 #include "ui/qt/controls.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
 
 namespace ui::qt {
 
@@ -9,18 +11,38 @@ Button::Button(QWidget* parent, const char* name, const char* caption)
   setObjectName(name);
 }
 
-// Larger than the style's hint: a comfortable touch target.
+// Of the font alone: the style's least width would not fit on a small screen. Higher than the
+// style's hint: a comfortable touch target.
 QSize Button::sizeHint() const {
   const int letter = fontMetrics().height();
-  return QPushButton::sizeHint() + QSize(letter, letter / 3);
+  return fontMetrics().size(Qt::TextShowMnemonic, text()) + QSize(letter * 2, letter);
 }
 
 void Button::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    click();
+    if (!event->isAutoRepeat()) click();
     return;
   }
   QPushButton::keyPressEvent(event);
+}
+
+void Button::mouseDoubleClickEvent(QMouseEvent* event) { event->accept(); }
+
+ElidedLabel::ElidedLabel(QWidget* parent, const char* name) : QLabel(parent) {
+  setObjectName(name);
+  setTextFormat(Qt::PlainText);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+  constexpr int kLetters = 6;
+  return {fontMetrics().horizontalAdvance(QString(kLetters, 'M')), fontMetrics().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.drawText(contentsRect(), static_cast<int>(alignment()),
+                   fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
 }
 
 QLabel* makeLabel(QWidget* parent, const char* name, const char* caption) {
@@ -35,7 +57,6 @@ QLabel* makePanel(QWidget* parent, const char* name, const char* caption) {
   panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
   panel->setAutoFillBackground(true);
   panel->setBackgroundRole(QPalette::Base);
-  panel->setMargin(4);
   return panel;
 }
 
@@ -46,13 +67,11 @@ QLabel* makeHeading(QWidget* parent, const char* name, const char* caption) {
   colours.setColor(QPalette::WindowText, Qt::white);
   heading->setPalette(colours);
   heading->setAutoFillBackground(true);
-  heading->setMargin(10);
-  enlarge(heading, 1.3);
   return heading;
 }
 
 void enlarge(QWidget* widget, double factor) {
-  QFont font = widget->font();
+  QFont font = widget->window()->font();
   font.setPointSizeF(font.pointSizeF() * factor);
   font.setBold(true);
   widget->setFont(font);

@@ -12,15 +12,30 @@
 
 namespace ui::qt {
 
-// A push button that Enter presses as well as the space bar.
+// A push button that Enter presses as well as the space bar. The second click of a double click and
+// the repeats of a held key do nothing.
 class Button : public QPushButton {
  public:
   Button(QWidget* parent, const char* name, const char* caption);
 
   [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+};
+
+// A label that cuts its text with an ellipsis where there is no room for all of it.
+class ElidedLabel : public QLabel {
+ public:
+  ElidedLabel(QWidget* parent, const char* name);
+
+  [[nodiscard]] QSize minimumSizeHint() const override;
+  [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
 };
 
 [[nodiscard]] QLabel* makeLabel(QWidget* parent, const char* name, const char* caption);
@@ -31,6 +46,7 @@ class Button : public QPushButton {
 // A heading over the width of the window, light on dark.
 [[nodiscard]] QLabel* makeHeading(QWidget* parent, const char* name, const char* caption);
 
+// Bold, in `factor` times the font size of the widget's window.
 void enlarge(QWidget* widget, double factor);
 
 }  // namespace ui::qt

@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "ui/login_texts.h"
@@ -13,6 +14,10 @@ namespace ui::qt {
 namespace {
 
 const QColor kReleasedColour(250, 129, 107);
+
+constexpr int kPictureSize = 64;    // pixels; shown smaller
+constexpr int kFieldLetters = 16;   // Hangul syllables
+constexpr QChar kSyllable(0xD55C);  // as wide as any
 
 // The picture of a button: a white sign on a transparent ground.
 QIcon drawSign(QChar sign, int size) {
@@ -32,13 +37,14 @@ QIcon drawSign(QChar sign, int size) {
 
 LoginWindow::LoginWindow(Application& application)
     : application_(application),
+      label4_(makeHeading(this, "Label4", text::kTitle)),
       cmdChange_(new Button(this, "cmdChange", text::kChangePassword)),
       cmdCancel_(new Button(this, "cmdCancel", text::kCancel)),
       cmdLogin_(new Button(this, "cmdLogin", text::kLogin)) {
   setObjectName("로그인");
   setWindowTitle(text::kLogin);
-  pictures_ = {makePicture("SSPanel1", "Image1", QChar(0x2713)),
-               makePicture("SSPanel2", "Image3", QChar(0x00D7))};
+  pictures_ = {makePicture("SSPanel1", "Image1", QChar(0x2713), text::kLogin),
+               makePicture("SSPanel2", "Image3", QChar(0x00D7), text::kCancel)};
   fields_ = {makeField("txtSangho"), makeField("txtLogin"), makeField("txtPW")};
   field(LoginField::kTxtPW).setEchoMode(QLineEdit::Password);
   layOut();
@@ -50,26 +56,22 @@ LoginWindow::LoginWindow(Application& application)
 QLineEdit* LoginWindow::makeField(const char* name) {
   auto* edit = new QLineEdit(this);
   edit->setObjectName(name);
-  QFont font = edit->font();
-  font.setFamilies({QString::fromUtf8("HY헤드라인M"), font.family()});
-  edit->setFont(font);
-  edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QString(16, QChar(0xD55C))));
   return edit;
 }
 
 LoginWindow::Picture LoginWindow::makePicture(const char* panelName, const char* imageName,
-                                              QChar sign) {
+                                              QChar sign, const char* action) {
   auto* panel = new QFrame(this);
   panel->setObjectName(panelName);
   panel->setFrameStyle(QFrame::Panel | QFrame::Raised);
   panel->setAutoFillBackground(true);
   auto* image = new QToolButton(panel);
   image->setObjectName(imageName);
+  image->setAccessibleName(action);
+  image->setToolTip(action);
   image->setAutoRaise(true);
   image->setFocusPolicy(Qt::NoFocus);
-  const int size = fontMetrics().height();
-  image->setIconSize({size, size});
-  image->setIcon(drawSign(sign, size * 2));
+  image->setIcon(drawSign(sign, kPictureSize));
   auto* layout = new QHBoxLayout(panel);
   layout->setContentsMargins(2, 2, 2, 2);
   layout->addWidget(image);
@@ -94,8 +96,6 @@ void LoginWindow::layOut() {
   buttons->addWidget(cmdChange_);
 
   auto* content = new QVBoxLayout;
-  content->setContentsMargins(24, 20, 24, 20);
-  content->setSpacing(18);
   content->addLayout(fields);
   content->addLayout(buttons);
 
@@ -103,11 +103,27 @@ void LoginWindow::layOut() {
   whole->setContentsMargins(0, 0, 0, 0);
   whole->setSpacing(0);
   whole->setSizeConstraint(QLayout::SetFixedSize);
-  whole->addWidget(makeHeading(this, "Label4", text::kTitle));
+  whole->addWidget(label4_);
   whole->addLayout(content);
 
   setTabs({fields_[0], fields_[1], fields_[2], cmdLogin_, cmdCancel_, cmdChange_});
   fields_[0]->setFocus();
+}
+
+void LoginWindow::applyFont() {
+  enlarge(label4_, 1.3);
+  const int letter = fontMetrics().height();
+  label4_->setMargin(letter / 2);
+  for (auto* edit : fields_) {
+    QFont font = this->font();
+    font.setFamilies({QString::fromUtf8("HY헤드라인M"), font.family()});
+    edit->setFont(font);
+    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QString(kFieldLetters, kSyllable)));
+  }
+  for (const auto& each : pictures_) each.image->setIconSize({letter, letter});
+  auto* content = layout()->itemAt(1)->layout();
+  content->setContentsMargins(letter * 3 / 2, letter, letter * 3 / 2, letter);
+  content->setSpacing(letter);
 }
 
 void LoginWindow::bind(로그인& form) {
@@ -120,6 +136,7 @@ void LoginWindow::bind(로그인& form) {
   on(&field(LoginField::kTxtPW), &QLineEdit::returnPressed, &로그인::txtPW_Enter);
   on(cmdLogin_, &QPushButton::clicked, &로그인::cmdLogin_Click);
   on(cmdCancel_, &QPushButton::clicked, &로그인::cmdCancel_Click);
+  on(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, &로그인::cmdCancel_Click);
   bindPicture(LoginPicture::kImage1, form, &로그인::Image1_Click);
   bindPicture(LoginPicture::kImage3, form, &로그인::Image3_Click);
 }

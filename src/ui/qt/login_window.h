@@ -37,6 +37,7 @@ class LoginWindow final : public Window, public LoginView {
 
  protected:
   void activated() override;
+  void applyFont() override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -46,7 +47,7 @@ class LoginWindow final : public Window, public LoginView {
     QToolButton* image = nullptr;
   };
 
-  Picture makePicture(const char* panelName, const char* imageName, QChar sign);
+  Picture makePicture(const char* panelName, const char* imageName, QChar sign, const char* action);
   QLineEdit* makeField(const char* name);
   void layOut();
   void bindPicture(LoginPicture picture, 로그인& form, void (로그인::*click)());
@@ -57,6 +58,7 @@ class LoginWindow final : public Window, public LoginView {
   로그인* form_ = nullptr;
   std::array<QLineEdit*, 3> fields_{};
   std::array<Picture, 2> pictures_{};
+  QLabel* label4_;
   Button* cmdChange_;
   Button* cmdCancel_;
   Button* cmdLogin_;

@@ -3,8 +3,11 @@
 //   ui::qt::MessageBox messages;
 //   messages.show({"상호명을 입력하십시요,,", platform::Icon::kNone, ""});
 //
-// Modal: show returns when the operator has pressed the button.
+// Modal: show returns when the operator has pressed the button. The mouse pointer is the default
+// one meanwhile.
 #pragma once
+
+#include <QMessageBox>
 
 #include "platform/message_display.h"
 
@@ -14,5 +17,9 @@ class MessageBox : public platform::MessageDisplay {
  public:
   void show(const platform::Message& message) noexcept override;
 };
+
+// In the font of its parent window, and beside the window, so that the field that the message is
+// about stays visible.
+void placeBesideParent(QMessageBox& box);
 
 }  // namespace ui::qt

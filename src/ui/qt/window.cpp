@@ -1,15 +1,25 @@
 #include "ui/qt/window.h"
 
 #include <QApplication>
+#include <QLayout>
 #include <QScreen>
 
 namespace ui::qt {
+namespace {
 
-Window::Window() {
-  // Larger than the desktop's font: a till's screen is read standing, at arm's length.
-  constexpr double kLarger = 1.15;
+// Factors of the desktop's font. A till's screen is read standing, at arm's length; on a small
+// screen a small font is better than controls that are out of reach.
+constexpr double kLargestFont = 1.15;
+constexpr double kSmallestFont = 0.4;
+constexpr double kFontStep = 0.05;
+
+constexpr QSize kUsualFrame(8, 32);  // until the window manager has given the window its frame
+
+}  // namespace
+
+Window::Window() : desktopPointSize_(font().pointSizeF()) {
   QFont larger = font();
-  larger.setPointSizeF(larger.pointSizeF() * kLarger);
+  larger.setPointSizeF(desktopPointSize_ * kLargestFont);
   setFont(larger);
 }
 
@@ -18,14 +28,53 @@ bool Window::event(QEvent* event) {
     deactivatedByDialog_ = QApplication::activeModalWidget() != nullptr;
   } else if (event->type() == QEvent::WindowActivate && !deactivatedByDialog_) {
     activated();
+    if (!placedWithFrame_) centreOnScreen();
+    placedWithFrame_ = true;
   }
   return QWidget::event(event);
 }
 
+QSize Window::availableSize() const {
+  const QSize frame = isVisible() ? frameGeometry().size() - size() : kUsualFrame;
+  return screen()->availableSize() - frame;
+}
+
+// Layouts of a hidden window notice a change of font only when they are activated, innermost first.
+void Window::updateLayouts() {
+  const auto children = findChildren<QWidget*>();
+  for (auto child = children.rbegin(); child != children.rend(); ++child) {
+    (*child)->updateGeometry();
+    if ((*child)->layout() != nullptr) (*child)->layout()->activate();
+  }
+  layout()->activate();
+}
+
+QSize Window::sizeInFont(double factor) {
+  QFont changed = font();
+  changed.setPointSizeF(desktopPointSize_ * factor);
+  setFont(changed);
+  updateLayouts();  // applyFont reads size hints
+  applyFont();
+  updateLayouts();
+  return sizeHint();
+}
+
 void Window::centreOnScreen() {
-  adjustSize();
-  const QRect area = screen()->geometry();
-  move(area.left() + (area.width() - width()) / 2, area.top() + (area.height() - height()) / 2);
+  const QSize room = availableSize();
+  double factor = kLargestFont;
+  QSize wanted = sizeInFont(factor);
+  while (factor > kSmallestFont && wanted.boundedTo(room) != wanted) {
+    factor -= kFontStep;
+    wanted = sizeInFont(factor);
+  }
+  resize(wanted.boundedTo(room));
+  const QRect screenArea = screen()->geometry();
+  const QRect available = screen()->availableGeometry();
+  QRect frame(QPoint(), isVisible() ? frameGeometry().size() : size());
+  frame.moveCenter(screenArea.center());
+  frame.moveRight(std::min(frame.right(), available.right()));
+  frame.moveBottom(std::min(frame.bottom(), available.bottom()));
+  move(std::max(frame.left(), available.left()), std::max(frame.top(), available.top()));
 }
 
 void Window::setTabs(const std::vector<QWidget*>& widgets) {

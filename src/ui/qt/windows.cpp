@@ -4,7 +4,8 @@ namespace ui::qt {
 
 Windows::Windows(Application& application, const WindowParts& parts)
     : uploadWindow_(application),
-      upload_(parts.start, parts.clock, parts.messages, parts.driver, uploadWindow_),
+      upload_(parts.start, parts.clock, parts.messages, parts.driver, parts.transfer,
+              uploadWindow_),
       loginWindow_(application),
       login_(parts.central, parts.instance, parts.messages, loginWindow_,
              [this] { showUpload(); }) {

@@ -17,6 +17,7 @@ struct WindowParts {
   const platform::Clock& clock;
   platform::MessageDisplay& messages;
   job::Driver& driver;
+  ui::BackgroundTransfer& transfer;
   server::CentralDatabase& central;
   const platform::InstanceLock& instance;
 };

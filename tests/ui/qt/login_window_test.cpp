@@ -54,14 +54,13 @@ TEST_F(LoginWindowTest, RefusesInOrderAndSaysWhere) {
     std::vector<server::RecordSet::Row> rows;
     std::string message;
     std::string focus;
-    bool hourglass;
     std::string passwordLeft;
     std::size_t calls;
   };
   const server::RecordSet::Row row = {"a", "b", "secret"};
   const std::vector<Case> cases = {
-      {"no trade name", "", "", 0, 0, {}, "상호명을 입력하십시요,,", "txtSangho", false, "pw", 0},
-      {"no login id", " ", "", 0, 0, {}, "로그인ID를 입력하세요!", "txtLogin", false, "pw", 0},
+      {"no trade name", "", "", 0, 0, {}, "상호명을 입력하십시요,,", "txtSangho", "pw", 0},
+      {"no login id", " ", "", 0, 0, {}, "로그인ID를 입력하세요!", "txtLogin", "pw", 0},
       {"remarks of the opening",
        "a",
        "b",
@@ -71,7 +70,6 @@ TEST_F(LoginWindowTest, RefusesInOrderAndSaysWhere) {
        "서버에 연결할 수 없습니다.\r\nconnection Open Error\r\n관리자 정보를 취득할 수 "
        "없습니다.\r\n",
        "cmdLogin",
-       true,
        "pw",
        1},
       {"remarks of the query",
@@ -82,15 +80,13 @@ TEST_F(LoginWindowTest, RefusesInOrderAndSaysWhere) {
        {row},
        "관리자 Login Table 접속 오류.... DB Connect Check....",
        "cmdLogin",
-       true,
        "pw",
        2},
-      {"nobody", "a", "b", 0, 0, {}, kNotFound, "txtLogin", false, "pw", 2},
-      {"wrong password", "a", "b", 0, 0, {row}, kWrongPassword, "txtPW", true, "", 2},
+      {"nobody", "a", "b", 0, 0, {}, kNotFound, "txtLogin", "pw", 2},
+      {"wrong password", "a", "b", 0, 0, {row}, kWrongPassword, "txtPW", "", 2},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.name);
-    showHourglass(false);
     restart();
     server.calls.clear();
     server.openRemarks = each.openRemarks;
@@ -106,7 +102,7 @@ TEST_F(LoginWindowTest, RefusesInOrderAndSaysWhere) {
     EXPECT_EQ(messages.shown[0].title, "");
     EXPECT_EQ(messages.shown[0].icon, platform::Icon::kNone);
     EXPECT_EQ(focus(), each.focus);
-    EXPECT_EQ(hourglass(), each.hourglass);
+    EXPECT_FALSE(hourglass());
     EXPECT_EQ(control<QLineEdit>("txtPW").text().toStdString(), each.passwordLeft);
     EXPECT_EQ(server.calls.size(), each.calls);
     EXPECT_TRUE(windows->loginWindow().isVisible());
@@ -171,7 +167,7 @@ TEST_F(LoginWindowTest, PicturesShowThatTheyArePressedAndDoWhatTheirButtonsDo) {
 
 TEST_F(LoginWindowTest, ASecondInstanceEndsAtOnceUnlessTheFirstOneDied) {
   const platform::InstanceLock second(folder.path());
-  Windows other(application, {start, clock, messages, driver, central, second});
+  Windows other(application, {start, clock, messages, driver, transfer, central, second});
   EXPECT_FALSE(other.open());
   ASSERT_EQ(messages.shown.size(), 1U);
   EXPECT_EQ(messages.shown[0].prompt,

@@ -1,8 +1,11 @@
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QCalendarWidget>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QScreen>
 #include <QTimer>
+#include <fstream>
 
 #include "ui/progress_percentage.h"
 #include "ui/qt/accepting_server.h"
@@ -58,11 +61,13 @@ class UploadWindowTest : private WithAcceptingServer, public WindowTest {
   void steps(const std::vector<const char*>& actions);
 };
 
-// "cmdCalendar" clicks, "14" picks that day.
+// "cmdCalendar" clicks, "14" picks that day, "<-" moves a day back by the keyboard.
 void UploadWindowTest::steps(const std::vector<const char*>& actions) {
   for (const char* action : actions) {
     if (const int day = std::atoi(action); day > 0) {
       pick(day);
+    } else if (action == std::string_view("<-")) {
+      QTest::keyClick(window().focusWidget(), Qt::Key_Left);
     } else {
       click(action);
     }
@@ -117,6 +122,11 @@ TEST_F(UploadWindowTest, DaysFollowTheButtons) {
       {"backwards", {"cmdCalendar", "5", "sspToB"}, "2013/08/14 2013/08/05", false, kBackwards},
       {"today", {"cmdCalendar", "sspCurrent"}, "2013/08/14 2013/08/21", false, ""},
       {"the day is kept", {"cmdCalendar", "sspFromB"}, "2013/08/05 2013/08/21", true, ""},
+      {"highlighted, not clicked",
+       {"14", "<-", "<-", "sspFromB"},
+       "2013/08/12 2013/08/21",
+       true,
+       ""},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.name);
@@ -128,9 +138,16 @@ TEST_F(UploadWindowTest, DaysFollowTheButtons) {
   }
   click("cmdCalendar");
   EXPECT_EQ(focus(), "qt_calendar_calendarview");
-  click("SSPanel9");
+  EXPECT_EQ(label("month"), "2013년 8월");
+  const auto coloured = control<QCalendarWidget>("MonthView1").dateTextFormat();
+  EXPECT_EQ(coloured.firstKey(), QDate(2013, 8, 12));
+  EXPECT_EQ(coloured.lastKey(), QDate(2013, 8, 21));
+  click("monthAfter");
+  EXPECT_EQ(label("month"), "2013년 9월");
+  QTest::keyClick(window().focusWidget(), Qt::Key_Escape);
+  EXPECT_FALSE(control("fCalendar").isVisible());
   QTest::keyClick(window().focusWidget(), Qt::Key_Return);
-  EXPECT_EQ(driver.requests.at(0).from, values::toDateTime({2013, 8, 5}));
+  EXPECT_EQ(driver.requests.at(0).from, values::toDateTime({2013, 8, 12}));
   EXPECT_EQ(driver.requests.at(0).to, values::toDateTime({2013, 8, 21}));
 }
 
@@ -184,12 +201,16 @@ TEST_F(UploadWindowTest, AJobHoldsOffASecondStartAndTheClosing) {
     QTimer::singleShot(0, [&] { click("cmdStart"); });
     QTimer::singleShot(0, [&] { click("cmdEnd"); });
     QTimer::singleShot(0, [&] { windows->uploadWindow().Window::close(); });
-    QTimer::singleShot(0, [&] { click("cmdCalendar"); });
+    for (const char* input : {"cmdCalendar", "SSCommand3", "chk1_0"}) {
+      QTimer::singleShot(0, [&, input] { click(input); });
+    }
     job.yield();
     EXPECT_FALSE(control("cmdStart").isEnabled());
     EXPECT_TRUE(control("bar").isVisible());
     EXPECT_EQ(control<QProgressBar>("bar").value(), 227);
-    EXPECT_TRUE(control("fCalendar").isVisible());
+    EXPECT_FALSE(control("fCalendar").isVisible());
+    EXPECT_EQ(ticks(), "xxx-xxx");
+    EXPECT_EQ(window().findChildren<QMessageBox*>().size(), 1);
     EXPECT_EQ(job.caption(), label("sspRem"));
     job.setCaption("File Length Check..12\r\n20130821 153045");
     EXPECT_EQ(label("sspRem"), "File Length Check..12\n20130821 153045");
@@ -197,8 +218,18 @@ TEST_F(UploadWindowTest, AJobHoldsOffASecondStartAndTheClosing) {
     job.setHourglass(false);
     return false;
   };
+  control("cmdStart").setFocus();
   click("cmdStart");
   EXPECT_EQ(driver.requests.size(), 1U);
+  EXPECT_EQ(focus(), "cmdStart");
+  QTest::qWait(0);  // the question is deleted
+  EXPECT_TRUE(window().findChildren<QMessageBox*>().empty());
+  driver.script = [](job::Window&) { return true; };
+  click("cmdStart");
+  QTest::mouseDClick(&control("cmdStart"), Qt::LeftButton);
+  EXPECT_EQ(driver.requests.size(), 2U);
+  driver.script = [](job::Window&) { return false; };
+  QTest::keyClick(&control("cmdStart"), Qt::Key_Return);
   EXPECT_TRUE(windows->uploadWindow().isVisible());
   EXPECT_TRUE(windows->upload().loaded());
   EXPECT_TRUE(control("cmdStart").isEnabled());
@@ -226,6 +257,43 @@ TEST_F(UploadWindowTest, TheTabKeyVisitsTheControlsInReadingOrder) {
     QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
   }
   EXPECT_EQ(order, "chk1_6 SSCommand1 SSCommand3 cmdStart cmdEnd ");
+  for (auto* widget : window().findChildren<QWidget*>()) {
+    const auto* spoken = QAccessible::queryAccessibleInterface(widget);
+    if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus || spoken == nullptr) continue;
+    EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty()) << widget->objectName().toStdString();
+  }
+}
+
+// The sizes are those of 800x600 at scale 1, 1.5 and 2.
+TEST(SmallScreen, TheWindowsFitWithEveryControlWhole) {
+  for (const auto& [width, height] : {std::pair{800, 600}, {533, 400}, {400, 300}}) {
+    SCOPED_TRACE(width);
+    const support::TemporaryFolder folder;
+    const auto screens = (folder.path() / "screens.json").string();
+    std::ofstream(screens) << R"({"screens": [{"name": "small", "x": 0, "y": 0, "dpr": 1,)"
+                           << R"("logicalDpi": 96, "logicalBaseDpi": 96, "width": )" << width
+                           << R"(, "height": )" << height << "}]}";
+    qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString("offscreen:configfile=" + screens));
+    Application application("quenbrook");
+    ASSERT_EQ(QGuiApplication::primaryScreen()->size(), QSize(width, height));
+    UploadWindow window(application);
+    window.setDelegate(std::string(80, 'W'));
+    window.setNow("2013/08/21 15:30:45");
+    window.centre();
+    window.show();
+    window.setCalendarVisible(true);
+    window.setVerdict(Verdict::kFailed, "실패한 단계가 있습니다. 작업 기록: H20130821D.log");
+    window.setWaiting("전송 대기 999개", true);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    EXPECT_TRUE(window.screen()->availableGeometry().contains(window.frameGeometry()));
+    for (auto* child : window.findChildren<QWidget*>()) {
+      if (!child->isVisible() || child->layout() != nullptr) continue;
+      const auto hint = child->minimumSizeHint();
+      const auto name = child->objectName().toStdString();
+      EXPECT_TRUE(child->width() >= hint.width() && child->height() >= hint.height()) << name;
+      EXPECT_TRUE(window.rect().contains({child->mapTo(&window, QPoint()), child->size()})) << name;
+    }
+  }
 }
 
 TEST(ProgressPercentage, IsReadFromSalesCaptionsOnly) {

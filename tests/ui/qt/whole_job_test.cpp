@@ -57,8 +57,9 @@ TEST(WholeJob, ShowsItsCaptionsInOrder) {
   AcceptingServer acceptingServer;
   server::CentralDatabase central(acceptingServer, {});
   const support::FakeClock clock;  // 2013-08-21
-  Windows windows(application,
-                  {start.values, clock, messages, job.driver(), central, program.instance});
+  TransferProgram transfer(shop);
+  Windows windows(application, {start.values, clock, messages, job.driver(), transfer, central,
+                                program.instance});
   ASSERT_TRUE(windows.open());
   const auto click = [](QWidget& window, const char* name) {
     QTest::mouseClick(window.findChild<QWidget*>(name), Qt::LeftButton);

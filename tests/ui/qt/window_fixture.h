@@ -16,6 +16,7 @@
 
 #include "support/child_process.h"
 #include "support/fake_platform.h"
+#include "ui/fake_transfer.h"
 #include "ui/qt/windows.h"
 #include "values/runtime_error.h"
 
@@ -43,7 +44,7 @@ class WindowTest : public testing::Test {
     windows.reset();
     messages.shown.clear();
     windows = std::make_unique<Windows>(
-        application, WindowParts{start, clock, messages, driver, central, instance});
+        application, WindowParts{start, clock, messages, driver, transfer, central, instance});
     ASSERT_TRUE(windows->open());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&windows->loginWindow()));
   }
@@ -82,6 +83,7 @@ class WindowTest : public testing::Test {
   support::FakeClock clock;
   support::ShownMessages messages;
   ScriptedDriver driver;
+  FakeTransfer transfer;
   server::CentralDatabase central;
   std::unique_ptr<Windows> windows;
 };
