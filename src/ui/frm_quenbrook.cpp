@@ -201,7 +201,7 @@ void FrmQuenbrook::setCaption(std::string_view text) {
 }
 
 std::string FrmQuenbrook::jobLogName() const {
-  return platform::formatTime(clock_.now(), "H%Y%m%dD.log");
+  return values::formatTime(clock_.now(), "H%Y%m%dD.log");
 }
 
 std::string FrmQuenbrook::today() const {
