@@ -8,7 +8,12 @@
 Job::Job(Installation& program, const settings::StartValues& start)
     : external_(server::makeOdbcSource()),
       engine_(program.clock, external_.get()),
-      databases_(engine_, [&](const std::string& line) { program.log.MsgDebug(line, ""); }),
+      databases_(engine_,
+                 [&](const std::string& line) {
+                   program.log.MsgDebug(line, "");
+                   // Why a file or query did not open; the step that needs it only says that.
+                   if (line.starts_with("E)")) program.errors.report(line);
+                 }),
       settlement_{program.folder,
                   databases_,
                   program.settings,

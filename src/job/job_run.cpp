@@ -89,6 +89,7 @@ void JobRun::collect(const Step& step) {
   const bool settlement = step.kind == StepKind::kSettlement;
   const Part part{step.name, settlement ? "이 뒤의 날은 결산하지 않았습니다." : kRowsLeft};
   const auto before = work_.records();
+  const auto failuresBefore = verdict_.failures.size();
   attempt(part, [&] {
     const auto days = settlement ? values::dateText(request_.from) +
                                        "..To : " + values::dateText(request_.to) + ".."
@@ -97,7 +98,8 @@ void JobRun::collect(const Step& step) {
   });
   attempt(part, [&] { step.collect(work_); });
   for (auto& failure : work_.takeFailures()) fail(std::move(failure));
-  verdict_.counts.push_back({step.box, step.name, work_.records() - before});
+  verdict_.counts.push_back(
+      {step.box, step.name, verdict_.failures.size() == failuresBefore, work_.records() - before});
   report(std::string(step.end) + stamp());
   if (settlement) rememberLastDay();
 }

@@ -20,8 +20,9 @@ namespace job {
 struct KindCount {
   std::size_t box = 0;    // index of chk1
   std::string_view name;  // short, in the windows' words: "매출"
-  std::int32_t records =
-      0;  // local records (of the settlement: days) whose statements were written
+  bool passed = true;
+  // Local records, or days of the settlement, whose statements were written.
+  std::int32_t records = 0;
 };
 
 struct JobVerdict {

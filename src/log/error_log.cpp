@@ -11,8 +11,9 @@
 namespace joblog {
 
 std::string failureLine(const Failure& failure) {
-  std::string line =
-      failure.step + ": (" + std::to_string(failure.number) + ") " + failure.description;
+  std::string line = failure.step + ": ";
+  if (failure.number != 0) line += "(" + std::to_string(failure.number) + ") ";
+  line += failure.description;
   if (!failure.left.empty()) line += " - " + failure.left;
   for (char& c : line) {
     if (c == '\r' || c == '\n') c = ' ';
@@ -24,7 +25,9 @@ ErrorLog::ErrorLog(std::string programFolder, const platform::Clock& clock)
     : programFolder_(std::move(programFolder)), clock_(clock) {}
 
 void ErrorLog::report(std::string_view line) noexcept {
+  if (line == latest_) return;
   try {
+    latest_ = line;
     std::cerr << line << std::endl;
     platform::appendLine(
         platform::joinPath(programFolder_, kErrorLogName),

@@ -5,8 +5,8 @@
 //   errors.report(failureLine(failure));
 //       2013/08/21 15:30:45 매출: (3049) data.mdb, page 7: ... - ...
 //
-// The same line goes to standard error, which is all there is when the file cannot be written.
-// Never throws.
+// The same line goes to standard error, which is all there is when the file cannot be written. A
+// line like the one before it is left out. Never throws.
 #pragma once
 
 #include <string>
@@ -27,6 +27,7 @@ class ErrorLog {
  private:
   std::string programFolder_;
   const platform::Clock& clock_;
+  std::string latest_;
 };
 
 }  // namespace joblog

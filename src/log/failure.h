@@ -10,7 +10,7 @@ namespace joblog {
 
 struct Failure {
   std::string step;         // in the windows' words; of a settlement with its day
-  int number = 0;           // of the RuntimeError
+  int number = 0;           // of the RuntimeError; 0: it was none
   std::string description;  // of the RuntimeError
   std::string left;         // what was left as it was, a sentence; empty: nothing to say
 

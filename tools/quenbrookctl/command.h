@@ -13,7 +13,7 @@
 
 struct CommandLine {
   std::string home;                    // the folder to work on, without a trailing separator
-  std::vector<std::string> arguments;  // behind the subcommand
+  std::vector<std::string> arguments;  // after the subcommand
 };
 
 struct Command {
@@ -31,5 +31,9 @@ struct UsageError : std::runtime_error {
 
 int runCheck(const CommandLine& line);
 int runCustomers(const CommandLine& line);
+int runFinish(const CommandLine& line);
+extern const std::string_view kFinishDetails;
+int runNightly(const CommandLine& line);
+extern const std::string_view kNightlyDetails;
 int runTransfer(const CommandLine& line);
 extern const std::string_view kTransferDetails;

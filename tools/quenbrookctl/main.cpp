@@ -10,6 +10,10 @@ namespace {
 const Command kCommands[] = {
     {"customers", "", "write the customer list into a statement file of its own", runCustomers},
     {"check", "FILE", "list the statements of a file that the server would refuse", runCheck},
+    {"finish", "FILE.tx", "finish the statement file of a job that was killed", runFinish,
+     kFinishDetails},
+    {"nightly", "", "run the job for every day since the last night that ended well", runNightly,
+     kNightlyDetails},
     {"transfer", "[-debug] [/t] [/c]", "compress finished statement files and send them",
      runTransfer, kTransferDetails},
 };
