@@ -1,4 +1,4 @@
-// jetsql: shows what is in a Jet file. Read-only.
+// jetsql: shows the contents of a Jet file. Read-only.
 //
 //   jetsql shop.mdb                          names of tables and saved queries
 //   jetsql shop.mdb 'SELECT * FROM Selling'  rows as CSV in UTF-8
@@ -29,7 +29,7 @@ struct CommandLine {
   std::vector<std::string> operands;  // FILE, then QUERY
 };
 
-// Nothing where it is no command line of this program.
+// Nothing for a wrong command line.
 std::optional<CommandLine> parse(const std::vector<std::string>& arguments) {
   CommandLine line;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -74,8 +74,9 @@ std::string cell(const values::Variant& value) {
 
 void printRows(jetsql::RecordSet& rows) {
   std::string line;
-  for (const jetsql::FieldDescription& field : rows.fields())
+  for (const jetsql::FieldDescription& field : rows.fields()) {
     line += (line.empty() ? "" : ",") + inQuotes(field.name);
+  }
   std::cout << line << '\n';
   for (; !rows.atEnd(); rows.moveNext()) {
     line.clear();
@@ -97,10 +98,11 @@ int run(const CommandLine& line) {
   jetsql::SessionOptions options;
   options.password = line.password;
   const auto session = jetsql::Session::open(line.operands[0], options, clock);
-  if (line.operands.size() > 1)
+  if (line.operands.size() > 1) {
     printRows(*session->openRecordSet(line.operands[1]));
-  else
+  } else {
     printNames(*session);
+  }
   return std::cout.flush() ? 0 : 1;
 }
 

@@ -35,7 +35,7 @@ void appended(benchmark::State& state, const Variant& value) {
   state.SetItemsProcessed(state.iterations());
 }
 
-void asTextOfItsOwn(benchmark::State& state, const Variant& value) {
+void asTemporary(benchmark::State& state, const Variant& value) {
   std::string statement;
   for (auto _ : state) {
     statement.clear();
@@ -48,12 +48,12 @@ void asTextOfItsOwn(benchmark::State& state, const Variant& value) {
 void addSqlText(const std::string& kind, const Variant& value) {
   const std::string piece = "SqlText of " + kind;
   benchmark::RegisterBenchmark((piece + "/appended").c_str(), appended, value);
-  benchmark::RegisterBenchmark((piece + "/a text of its own").c_str(), asTextOfItsOwn, value);
+  benchmark::RegisterBenchmark((piece + "/a temporary string").c_str(), asTemporary, value);
 }
 
 const extract::ShopLiterals kShop = {"A01", "한옥", "김대표"};
 
-// All fields of a table, in its order: what the extractors' own tables are but for the order and a
+// All fields of a table, in its order: like the extractors' column tables but for the order and a
 // few fields.
 class Columns {
  public:
@@ -83,11 +83,11 @@ class Columns {
     }
   }
 
-  std::unique_ptr<jet::Database> file_;  // of the names
+  std::unique_ptr<jet::Database> file_;  // owns the names
   std::vector<extract::Column> columns_;
 };
 
-// Every row of a table, again and again.
+// The rows of a table, in a loop.
 class Rows {
  public:
   Rows(const std::string& path, const std::string& table)
@@ -108,7 +108,7 @@ class Rows {
   std::unique_ptr<localdb::RecordSet> rows_;
 };
 
-// What is to be built of which rows.
+// Which statements are built, of which rows.
 struct Kind {
   std::string path;
   std::string table;
@@ -145,7 +145,7 @@ std::string literal(const localdb::RecordSet& row, const extract::Column& column
   }
 }
 
-// Each statement from nothing, each field by its name, each literal a text of its own.
+// Each statement built anew, each field found by name, each literal in a temporary string.
 void fieldByField(benchmark::State& state, const Kind& kind) {
   const Columns columns(kind.path, kind.table, kind.amountsAreTexts);
   Rows rows(kind.path, kind.table);
@@ -158,7 +158,8 @@ void fieldByField(benchmark::State& state, const Kind& kind) {
       names += column.name;
       values += literal(rows.row(), column);
     }
-    const std::string statement = "Insert Into SellingTB (" + names + " ) Values (" + values + ");";
+    std::string statement = "Insert Into SellingTB (";
+    statement.append(names).append(" ) Values (").append(values).append(");");
     bytes += std::ssize(statement);
     rows.next();
   }
@@ -166,7 +167,7 @@ void fieldByField(benchmark::State& state, const Kind& kind) {
   state.SetItemsProcessed(state.iterations());
 }
 
-// Builds the statements of items and gives each to `append` as a line in code page 949.
+// Builds the statements of items and passes each to `append` as a line in code page 949.
 template <typename Append>
 void writeItems(benchmark::State& state, const SampleShop& shop, Append append) {
   const Columns columns(shop.dataFile(), "Selling_Item", true);
@@ -215,7 +216,7 @@ void addExtract(const SampleShop& shop) {
   addStatement("a sale", {shop.dataFile(), "Selling", false});
   addStatement("an item", {shop.dataFile(), "Selling_Item", true});
 
-  // By the clock on the wall: the writer works in a thread of its own.
+  // By wall-clock time: the writer has its own thread.
   const auto add = [&](const char* name, void (*way)(benchmark::State&, const SampleShop&)) {
     benchmark::RegisterBenchmark(name, [&shop, way](benchmark::State& state) {
       way(state, shop);

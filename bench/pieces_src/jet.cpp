@@ -74,7 +74,7 @@ void readPages(benchmark::State& state, const std::string& path) {
   countWalk(state, table);
 }
 
-// Of rows that lie in memory.
+// Of rows whose page is in memory.
 class Rows {
  public:
   explicit Rows(const std::string& path) : file_(jet::Database::open(path)) {
@@ -110,7 +110,7 @@ void decodeField(const jet::Row& row, std::size_t column, values::VariantType ty
       return benchmark::DoNotOptimize(row.realNumber(column));
     case values::VariantType::kText:
       return benchmark::DoNotOptimize(row.text(column, scratch));
-    default:  // the table has nothing but these
+    default:  // the table has no other types
       return benchmark::DoNotOptimize(row.wholeNumber(column));
   }
 }
@@ -118,8 +118,9 @@ void decodeField(const jet::Row& row, std::size_t column, values::VariantType ty
 void decodeTyped(benchmark::State& state, const std::string& path) {
   Rows rows(path);
   std::vector<values::VariantType> types;
-  for (const auto& column : rows.table().definition().columns)
+  for (const auto& column : rows.table().definition().columns) {
     types.push_back(column.variantType());
+  }
   std::string scratch;
   for (auto _ : state) {
     for (const jet::Row& row : rows.rows()) {
@@ -140,7 +141,7 @@ void decodeVariants(benchmark::State& state, const std::string& path) {
   rows.count(state);
 }
 
-// Texts of the length that fields have.
+// Texts as long as those of typical fields.
 constexpr std::array<std::string_view, 6> kLatin = {
     "Coffee", "102", "Hong Gil-dong", "8001", "2013-08-02 12:56", "Wine of the house"};
 constexpr std::array<std::string_view, 6> kHangul = {"돌솥밥", "방 2", "주방장 모둠전",

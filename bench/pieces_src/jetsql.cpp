@@ -21,7 +21,7 @@ namespace {
 constexpr std::int32_t kFirstSale = 1001;
 constexpr std::int32_t kSales = 5000;  // the shop has some more
 
-// As the extractor of the items asks.
+// The query of the items' extractor.
 std::string itemsQuery(std::int32_t sale, const std::string& nameField = "MenuName") {
   return "SELECT Selling_Item.*, Set_Menu1.name as " + nameField +
          "  FROM Selling_Item Left Join Set_Menu1 ON Selling_Item.sm1_id = Set_Menu1.sm1_id "
@@ -61,7 +61,7 @@ std::shared_ptr<jetsql::Session> openForMarking(const SampleShop& shop,
   return jetsql::Session::open(shop.freshCopy(), options, clock);
 }
 
-// Every mark changes its row: the round after one that sets the marks takes them back.
+// Every mark changes its row: rounds set and clear the marks in turn.
 std::array<jetsql::FieldValue, 2> marks(bool value) {
   return {{{"c_upload", value}, {"cc_upload", false}}};
 }
@@ -119,7 +119,7 @@ void markWithAQueryEach(benchmark::State& state, const SampleShop& shop) {
   state.SetItemsProcessed(state.iterations());
 }
 
-// What no marking can do without but the lock: its page read, a byte of it written.
+// The least that marking needs, without the lock: a page read and one of its bytes written.
 void markBare(benchmark::State& state, const SampleShop& shop) {
   const std::string path = shop.freshCopy();
   std::vector<std::uint32_t> pages;

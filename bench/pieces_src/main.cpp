@@ -1,4 +1,4 @@
-// The measuring program behind bench/pieces; takes the flags of Google Benchmark.
+// The program that bench/pieces runs; takes the flags of Google Benchmark.
 #include <cstdio>
 #include <exception>
 #include <thread>
@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   try {
     // A job appends its statements in a thread. From a process's first thread on, shared pointers
-    // are counted atomically, which the page walk feels; here that holds for every piece.
+    // are counted atomically, which slows the page walk; here that holds for every piece.
     std::thread([] {}).join();
     const bench::SampleShop shop;
     bench::addPlatform();

@@ -1,6 +1,6 @@
 // The pieces of each room, as benchmarks. A benchmark is named "piece/way": the first way of a
-// piece is ours, those behind it are plainer ways to the same end (or, where the name says so, the
-// bare work that no way can do without), and the report compares them with the first.
+// piece is ours, the following ones are plainer ways to the same result (or, where the name says
+// so, the bare work that every way includes), and the report compares them with the first.
 #pragma once
 
 #include "pieces_src/sample_shop.h"

@@ -1,5 +1,5 @@
-// The system's converter on a whole text, as one would use it without a thought: what the code page
-// and the text decoder are measured against.
+// The system's converter applied to a whole text: the plain way with which the code page and the
+// text decoder are compared.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ class PlainIconv {
   PlainIconv& operator=(const PlainIconv&) = delete;
   ~PlainIconv() { ::iconv_close(handle_); }
 
-  // The text has none but characters that both sides know. The result is valid until the next call.
+  // The text has only characters that exist on both sides. The result is valid until the next call.
   std::string_view convert(std::string_view text) {
     // Two bytes of UTF-16 or of code page 949 give three of UTF-8 at most.
     if (buffer_.size() < text.size() * 2) buffer_.resize(text.size() * 2);

@@ -1,4 +1,4 @@
-// Texts into code page 949, as every line of the statement file goes.
+// Texts into code page 949, as every line of the statement file is converted.
 #include <string>
 #include <string_view>
 

@@ -1,5 +1,5 @@
 // The table that bench/pieces prints, at the end of the run and in the order in which the
-// benchmarks were added, whatever order they ran in: of each its median rate, and for the
+// benchmarks were added, not that in which they ran: the median rate of each, and for the
 // plain ways of a piece how many times as long as the first one they take. Every benchmark counts
 // items.
 #pragma once

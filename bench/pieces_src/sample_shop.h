@@ -1,4 +1,4 @@
-// A shop of a month in a temporary folder, which goes with the object.
+// A shop of a month in a temporary folder, removed by the destructor.
 //
 //   SampleShop shop;
 //   auto file = jet::Database::open(shop.dataFile());
@@ -19,10 +19,10 @@ class SampleShop {
 
   [[nodiscard]] std::string dataFile() const { return (shop_ / "data.mdb").string(); }
 
-  // data.mdb as it was made, for who marks rows; takes the place of the last copy.
+  // A copy of data.mdb to be changed; replaces the last copy.
   [[nodiscard]] std::string freshCopy() const;
 
-  // A file for who writes one, not there yet; takes the place of the last one.
+  // The path of a file to be written, which does not exist; replaces the last one.
   [[nodiscard]] std::string newFile() const;
 
  private:

@@ -48,8 +48,9 @@ Variant format(const Variant& value, Text text) {
 void appendSqlText(std::string& statement, const Variant& value) {
   if (value.isNull()) return;
   if (const auto* text = value.as<std::string>()) return appendEscaped(statement, *text);
-  if (value.type() == values::VariantType::kBinary)
+  if (value.type() == values::VariantType::kBinary) {
     return appendEscaped(statement, values::toText(value));
+  }
   try {
     values::appendText(statement, value);  // the text of a number, date or Yes/No has no apostrophe
   } catch (const RuntimeError&) {

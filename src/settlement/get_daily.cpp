@@ -51,7 +51,7 @@ std::string insertDay(const extract::ShopLiterals& shop, std::string_view day,
   return statement + ");";
 }
 
-// The day is sent all the same.
+// The day's figures are written nevertheless.
 void noteFailure(extract::Workspace& work, values::DateTime day,
                  const DailySettlement& settlement) {
   const auto failure = settlement.failure.value_or(lib_결산::DayFailure{});

@@ -1,7 +1,7 @@
-// A program started by a test, ended with it.
+// A program started by a test, ended by the destructor.
 //
 //   ChildProcess server({"/usr/sbin/pure-ftpd", "-S", "127.0.0.9,42121"}, log);
-//   …                          // killed, and waited for, when it goes out of scope
+//   …                          // killed and reaped at the end of its scope
 //   int status = run({"mdb-export", file, "Selling"}, &output);
 //
 // A program that cannot be started throws std::runtime_error: the test fails, it does not skip.
@@ -27,7 +27,7 @@ class ChildProcess {
   [[nodiscard]] bool running();
   // The exit status, or 128 and the signal that ended it.
   int wait();
-  // Ends it and every child of its own that is still in its process group.
+  // Ends its process group, which includes its children.
   void kill(int signal);
 
  private:
@@ -35,7 +35,7 @@ class ChildProcess {
   int status_ = -1;
 };
 
-// Runs a command to its end; its standard output and error go to `output` when there is one.
+// Runs a command to its end; its standard output and error go to `output` unless null.
 int run(const std::vector<std::string>& command, std::string* output = nullptr);
 
 // A new folder, removed with all that is in it.

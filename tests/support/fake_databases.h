@@ -1,4 +1,4 @@
-// Local databases made up by a test: queries and the rows that they give.
+// Local databases defined by a test: queries and the rows that they return.
 //
 //   FakeDatabases databases;
 //   databases.answers["FROM Selling "].rows = {{{"s_id", 7}, {"price", 33000}}};

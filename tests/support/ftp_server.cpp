@@ -44,7 +44,7 @@ FtpServer::FtpServer(const FtpOptions& options)
   makeAccount(options);
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (std::chrono::steady_clock::now() < deadline) {
-    if (!process_ || !process_->running()) {  // the port may have been taken in between
+    if (!process_ || !process_->running()) {  // another process may have taken the port since
       port_ = freePort(address_);
       std::vector<std::string> command = {"/usr/sbin/pure-ftpd",
                                           "-S",

@@ -3,7 +3,7 @@
 //   FtpServer server;                       // or FtpServer({"-G"}): no renaming
 //   upload to server.address():server.port(); look into server.folder("MU")
 //
-// Runs as root (by sudo where the test does not): the server trusts nobody else with accounts.
+// Runs as root, by sudo where the test does not: the server requires it for accounts.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@
 namespace support {
 
 struct FtpOptions {
-  std::vector<std::string> arguments = {};  // further ones of the server
+  std::vector<std::string> arguments = {};  // additional ones
   std::string password = "kvnt2281";
   std::int64_t quotaBytes = 0;  // none
 };

@@ -29,11 +29,11 @@ class HeadOffice {
   [[nodiscard]] int ftpPort() const { return std::stoi(settings_.at("ftp_port")); }
   [[nodiscard]] std::filesystem::path folder() const { return root_.path() / "central"; }
 
-  // As the administrator; the rows, tab-separated, their names first.
+  // Run as administrator; returns the rows, tab-separated, after a line of column names.
   std::string sql(const std::string& statement);
 
-  // Loads the compressed statement files that wait in folder()/ftp/MU; what it says, refused
-  // statements among it.
+  // Loads the compressed statement files that wait in folder()/ftp/MU; its
+  // output, refused statements included.
   std::string load();
 
  private:

@@ -1,5 +1,5 @@
-// A shop with a workspace, for tests of what a job writes: made-up databases, a progress panel that
-// remembers its captions, a clock that stands still, and a statement file in a temporary folder.
+// A shop with a workspace, for tests of what a job writes: fake databases, a progress panel that
+// records its captions, a fixed clock, and a statement file in a temporary folder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ class StandingClock : public platform::Clock {
   [[nodiscard]] int utcMilliseconds() const override { return 0; }
 };
 
-// Each asking finds the counter further on.
+// Each call returns `step` milliseconds more.
 class SteppingTicks : public platform::TickCounter {
  public:
   [[nodiscard]] std::int32_t ticks() const override {

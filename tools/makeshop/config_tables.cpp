@@ -141,7 +141,7 @@ void ConfigFile::addSale(const Sale& sale) {
   customersToday_[sale.customer].units += sale.paid.units;
 }
 
-// Slips that belong to no sale: paid for something else, paid back, cancelled outside the till.
+// Card slips without a sale: other payments, refunds, slips cancelled outside the till.
 void ConfigFile::addLooseCards(std::int32_t day) {
   for (int i = random_.below(4); i > 0; --i) {
     CardPayment payment;
@@ -170,8 +170,9 @@ void ConfigFile::addAmounts(std::int32_t day) {
 }
 
 void ConfigFile::addCustomerSums(std::int32_t day) {
-  for (const auto& [customer, price] : customersToday_)
+  for (const auto& [customer, price] : customersToday_) {
     sums_.add({.id = ++lastSum_, .customer = customer, .day = day, .price = price});
+  }
   customersToday_.clear();
 }
 

@@ -16,7 +16,7 @@ Variant null(C) { return {}; }
 
 Variant no(C) { return false; }
 
-// Some hundred syllables for a few customers: more than a row keeps by itself.
+// Some hundred syllables for a few customers: too long to be stored inside the row.
 Variant longNote(C c) {
   if (c.id % 7 != 0) return orNull(c.note);
   std::string note = c.note;

@@ -1,4 +1,4 @@
-// The table of customers in config.mdb: what is known of each, and what the sales made of it.
+// The table of customers in config.mdb: personal data, and the totals of their sales.
 #pragma once
 
 #include <cstdint>

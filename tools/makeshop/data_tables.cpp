@@ -13,7 +13,7 @@ DateTime dayOf(std::int32_t day) { return {static_cast<double>(day)}; }
 
 Currency paidBy(const Sale& s, Payment way) { return s.payment == way ? s.paid : Currency{}; }
 
-// The last two columns came with a later version of the point-of-sale program.
+// The last two columns were added by a later version of the point-of-sale program.
 const std::vector<Field<Sale>>& saleFields() {
   using S = const Sale&;
   static const std::vector<Field<Sale>> kFields = {
@@ -146,7 +146,7 @@ const std::vector<Field<MenuGroup>>& groupFields() {
   return kFields;
 }
 
-// The key and, unless the shop is to have none, an index on a day or on the sale.
+// The primary key and, with options.indexes, an index on the day or on the sale.
 std::vector<jetcreate::NewIndex> indexes(const Options& options, const char* key,
                                          const std::vector<const char*>& others) {
   std::vector<jetcreate::NewIndex> list = {primaryKey(key)};
@@ -178,8 +178,9 @@ void DataFile::addSale(const SaleWithItems& made, bool beforeMarks) {
 
 void DataFile::addDay(Random& random, Texts& texts, std::int32_t day) {
   addAttendance(random, texts, day);
-  for (int i = random.below(3); i > 0; --i)
+  for (int i = random.below(3); i > 0; --i) {
     settled_.add({.id = ++lastSettled_, .day = day, .price = won(random.between(1, 60) * 500)});
+  }
 }
 
 void DataFile::addAttendance(Random& random, Texts& texts, std::int32_t day) {

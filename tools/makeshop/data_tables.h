@@ -1,9 +1,10 @@
 // data.mdb: sales, their items, menu groups, attendance and settled credit.
 //
 //   DataFile data(builder, options);
-//   data.addDay(day, sales);
+//   data.addSale(sale, false);
+//   data.addDay(random, texts, day);
 //
-// Belongs to the FileBuilder, which the caller finishes.
+// The builder outlives the object; the caller finishes it.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// makeshop DIR: a sample shop for trying things out and for tests. See usage().
+// makeshop DIR: a sample shop for trials and tests. See usage().
 #include <cstdio>
 #include <exception>
 #include <string>

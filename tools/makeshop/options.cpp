@@ -21,29 +21,32 @@ template <typename T>
 T number(const std::string& option, const std::string& text, T least, T most) {
   T value{};
   const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (fault != std::errc() || end != text.data() + text.size() || value < least || value > most)
+  if (fault != std::errc() || end != text.data() + text.size() || value < least || value > most) {
     refuse(option + ": '" + text + "' is no whole number from " + std::to_string(least) + " to " +
            std::to_string(most));
+  }
   return value;
 }
 
 std::int32_t day(const std::string& option, const std::string& text) {
   const auto date = values::parseDate(text);
   if (!date || date->serial != std::floor(date->serial) || date->serial < 1 ||
-      date->serial > values::daySerial(2100, 1, 1))
+      date->serial > values::daySerial(2100, 1, 1)) {
     refuse(option + ": '" + text + "' is no date of the form yyyy-MM-dd up to 2100");
+  }
   return static_cast<std::int32_t>(date->serial);
 }
 
 void takeValue(const std::string& option, const std::string& value, Options& options) {
-  if (option == "--days")
+  if (option == "--days") {
     options.days = number(option, value, 1, kMaxDays);
-  else if (option == "--sales-per-day")
+  } else if (option == "--sales-per-day") {
     options.salesPerDay = number(option, value, 0, kMaxSales);
-  else if (option == "--from")
+  } else if (option == "--from") {
     options.firstDay = day(option, value);
-  else
+  } else {
     options.seed = number<std::uint64_t>(option, value, 0, UINT64_MAX);
+  }
 }
 
 bool takesValue(const std::string& option) {

@@ -1,4 +1,4 @@
-// What a sample shop is to be like.
+// The command line of makeshop.
 //
 //   Options options = parseOptions(arguments);   // without the program's name
 //
@@ -6,16 +6,17 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace makeshop {
 
 struct Options {
-  std::string folder;
+  std::filesystem::path folder;
   int days = 21;              // 1 to 3660
-  int salesPerDay = 30;       // 0 to 5000, on the average
-  std::int32_t firstDay = 0;  // serial of a day; parseOptions gives 2013-08-01 where none is told
+  int salesPerDay = 30;       // 0 to 5000, on average
+  std::int32_t firstDay = 0;  // serial of a day; 2013-08-01 by default
   std::uint64_t seed = 1;
   bool indexes = true;  // on the sale id of items and on the days
   bool plain = false;   // texts without apostrophes, backslashes and foreign characters

@@ -1,4 +1,4 @@
-// Chance that is the same on every machine: the standard library's distributions are not.
+// Random numbers that are the same on every machine, unlike the standard library's distributions.
 //
 //   Random random(seed);
 //   if (random.chance(30)) name = random.pick(kNames);

@@ -1,5 +1,5 @@
-// A table of a sample database as a table in the code: each column with the value that a record
-// gives it.
+// A table of a sample database as a table in the code: each column with the function that gives its
+// value for a record.
 //
 //   const std::vector<Field<Menu>> kFields = {
 //       {number("sm1_id"), [](const Menu& m) -> Variant { return m.id; }}, …
@@ -35,8 +35,9 @@ class RecordTable {
   void add(const Record& record, std::size_t lateColumns = 0) {
     std::vector<values::Variant> values;
     values.reserve(fields_.size());
-    for (std::size_t i = 0; i + lateColumns < fields_.size(); ++i)
+    for (std::size_t i = 0; i + lateColumns < fields_.size(); ++i) {
       values.push_back(fields_[i].value(record));
+    }
     table_.add(std::move(values));
   }
 
@@ -48,11 +49,11 @@ class RecordTable {
     return columns;
   }
 
-  const std::vector<Field<Record>>& fields_;  // lives as long as the program
+  const std::vector<Field<Record>>& fields_;  // static storage
   jetcreate::TableBuilder& table_;
 };
 
-// Columns and indexes in short.
+// Shorthands for columns and indexes.
 inline jetcreate::NewColumn column(const char* name, jet::ColumnType type) {
   return {.name = name, .type = type};
 }
@@ -84,7 +85,7 @@ inline jetcreate::NewIndex indexOn(const char* column) {
   return {.name = column, .columns = {column}};
 }
 
-// Values in short: no text is Null.
+// Shorthands for values: the empty text is stored as Null.
 inline values::Variant orNull(const std::string& text) {
   return text.empty() ? values::Variant() : values::Variant(text);
 }

@@ -99,7 +99,7 @@ void SaleMaker::settle(SaleWithItems& made) {
   const std::int64_t deductions =
       sale.discount.units + sale.coupon.units + sale.ticket.units + sale.freeGift.units;
   sale.paid.units = std::max<std::int64_t>(0, sale.price.units - deductions);
-  sale.vat.units = sale.paid.units / 11;  // with parts of a won
+  sale.vat.units = sale.paid.units / 11;  // with fractions of a won
   const int way = random_.below(100);
   sale.payment = way < 35 ? Payment::kCash : way < 92 ? Payment::kCard : Payment::kCredit;
   if (sale.payment == Payment::kCard) sale.cardKind = random_.pick(cardKinds());

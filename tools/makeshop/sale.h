@@ -1,11 +1,11 @@
-// A sale, its items and its card payment as the sample databases hold them, and the making of a
+// A sale, its items and its card payment as the sample databases hold them, and the generator of a
 // day's sales.
 //
 //   SaleMaker maker(random, options);
 //   SaleWithItems sale = maker.next(day);
 //
 // The items that are not cancelled add up to the price, price less discounts to the payment, and
-// the payment is cash, card or credit. Amounts are Currency; a few have parts of a won.
+// the payment is cash, card or credit. Amounts are Currency; a few have fractions of a won.
 #pragma once
 
 #include <cstdint>
@@ -65,7 +65,7 @@ struct SaleItem {
   std::int32_t seconds = 0;
   std::int32_t place = 0;
   const Menu* menu = nullptr;
-  values::Currency count;  // in tenths at the least
+  values::Currency count;  // a multiple of a tenth
   values::Currency cancelled;
   values::Currency amount;
   values::Currency cost;

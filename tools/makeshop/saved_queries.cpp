@@ -6,7 +6,7 @@ namespace {
 using jet::JoinKind;
 using jetcreate::QueryDefinition;
 
-// Sums by day of one table: what most of them are.
+// A query of sums by day over one table, the form of most.
 QueryDefinition sumsByDay(const std::string& table, const std::string& value,
                           const std::string& alias) {
   const std::string day = table + ".rdate";
@@ -29,7 +29,7 @@ QueryDefinition freeGifts() {
           .groupBy = {{"free_gift.kind"}}};
 }
 
-// Card slips with their day as "yy.MM.dd"; the settlement's conditions stand upon this one.
+// Card slips with their day as "yy.MM.dd"; the settlement's conditions refer to this query.
 QueryDefinition cardSlips() {
   return {.tables = {{"Credit2"}},
           .columns = {{"Credit2.s_id"},
@@ -90,8 +90,9 @@ QueryDefinition saleSums() {
                                              {"CUSTOMER_NO", "customer_nos"},
                                              {"CUSTOMER_NO_Male", "customer_nos_male"},
                                              {"CUSTOMER_NO_Female", "customer_nos_female"}};
-  for (const auto& [field, alias] : kSums)
+  for (const auto& [field, alias] : kSums) {
     query.columns.push_back({std::string("Sum(Selling.") + field + ")", alias});
+  }
   query.columns.push_back({"Count(*)", "team_nos"});
   query.columns.push_back({"Sum(IIf([price_coupon]>0,1,0))", "coupons"});
   query.where = "(((Selling.VOID)=False))";

@@ -1,4 +1,4 @@
-// The queries that a point-of-sale program keeps in its databases and that a settlement reads.
+// The saved queries of the point-of-sale program's databases that a settlement reads.
 #pragma once
 
 #include "jetcreate/file_builder.h"

@@ -23,19 +23,21 @@ void addCardRates(jetcreate::FileBuilder& builder) {
       {primaryKey("cc_id"), {.name = "Card_Kind", .columns = {"Card_Kind"}, .unique = true}});
   std::int32_t id = 0;
   for (const auto& [kind, rate] : std::vector<std::pair<std::string, int>>{
-           {"BC", 3}, {"KB", 2}, {"SS", 0}, {"HD", 4}, {"LT", 3}})
+           {"BC", 3}, {"KB", 2}, {"SS", 0}, {"HD", 4}, {"LT", 3}}) {
     table.add({big(++id), kind, small(rate)});
+  }
 }
 
 void addFreeGifts(jetcreate::FileBuilder& builder) {
   TableBuilder& table = builder.addTable(
       "free_gift", {number("fg_id"), number("kind"), smallNumber("no"), yesNo("used")},
       {primaryKey("fg_id")});
-  for (std::int32_t id = 1; id <= 12; ++id)
+  for (std::int32_t id = 1; id <= 12; ++id) {
     table.add({big(id), big(id % 3), small(id % 5 + 1), id % 2 == 0});
+  }
 }
 
-// Staff and tables from a day on.
+// Numbers of employees and tables, valid from a day on.
 void addStaff(jetcreate::FileBuilder& builder, const Options& options) {
   TableBuilder& table = builder.addTable(
       "set_basic2",

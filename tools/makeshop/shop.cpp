@@ -1,6 +1,7 @@
 #include "makeshop/shop.h"
 
 #include <array>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,8 @@
 #include "platform/files.h"
 #include "values/runtime_error.h"
 
+namespace fs = std::filesystem;
+
 namespace makeshop {
 namespace {
 
@@ -22,38 +25,39 @@ constexpr std::array kFiles = {"data.mdb", "config.mdb", "outgo.mdb", "config.in
 constexpr const char* kStatementFolder = "AutoLoadData";
 constexpr int kKorean = 949;
 
-// Sales of the first days were written before the point-of-sale program knew of uploads.
+// Sales of the first days lack the upload marks: they were written before the columns existed.
 constexpr int kDaysBeforeMarks = 2;
 
-void refuseExisting(const std::string& folder) {
+void refuseExisting(const fs::path& folder) {
   for (const char* name : kFiles) {
-    const std::string path = platform::joinPath(folder, name);
-    if (platform::fileExists(path))
-      throw RuntimeError(error::kFileExists, "'" + path + "' is there already; nothing was made");
+    const fs::path path = folder / name;
+    if (platform::fileExists(path.string())) {
+      throw RuntimeError(error::kFileExists,
+                         "'" + path.string() + "' is there already; nothing was made");
+    }
   }
 }
 
-void writeProfile(const std::string& path) {
+void writeProfile(const fs::path& path) {
   constexpr std::string_view kProfile =
       "[경영자]\r\nSvrDbName=melauth\r\nGroup=A01\r\n상호=한빛식당\r\n대표자=김대표\r\n"
       "[연결]\r\nODBCcustomer=False\r\n[NewType]\r\nApplyDCinRO=False\r\n";
-  platform::createEmptyFile(path);
-  platform::appendToFile(path, CodePage(kKorean).fromUtf8(kProfile));
+  platform::createEmptyFile(path.string());
+  platform::appendToFile(path.string(), CodePage(kKorean).fromUtf8(kProfile));
 }
 
-// About so many, a few more or less by day.
+// The day's number of sales, at most a fifth above or below the average.
 int salesOf(Random& random, const Options& options) {
   const int spread = options.salesPerDay / 5;
   return options.salesPerDay + random.between(-spread, spread);
 }
 
 void writeDatabases(const Options& options) {
-  const auto path = [&](const char* name) { return platform::joinPath(options.folder, name); };
   const jetcreate::FileBuilder::Options creation{
       .created = {static_cast<double>(options.firstDay)}};
-  jetcreate::FileBuilder dataBuilder(path("data.mdb"), creation);
-  jetcreate::FileBuilder configBuilder(path("config.mdb"), creation);
-  jetcreate::FileBuilder outgoBuilder(path("outgo.mdb"), creation);
+  jetcreate::FileBuilder dataBuilder((options.folder / "data.mdb").string(), creation);
+  jetcreate::FileBuilder configBuilder((options.folder / "config.mdb").string(), creation);
+  jetcreate::FileBuilder outgoBuilder((options.folder / "outgo.mdb").string(), creation);
 
   Random random(options.seed);
   Texts texts(random, options.plain);
@@ -75,27 +79,30 @@ void writeDatabases(const Options& options) {
   config.finishCustomers();
   addDataQueries(dataBuilder);
   addConfigQueries(configBuilder);
-  for (jetcreate::FileBuilder* builder : {&dataBuilder, &configBuilder, &outgoBuilder})
+  for (jetcreate::FileBuilder* builder : {&dataBuilder, &configBuilder, &outgoBuilder}) {
     builder->finish();
+  }
 }
 
-void removeFiles(const std::string& folder) {
+void removeFiles(const fs::path& folder) {
   for (const char* name : kFiles) {
-    const std::string path = platform::joinPath(folder, name);
-    if (platform::fileExists(path)) platform::deleteFile(path);
+    const fs::path path = folder / name;
+    if (platform::fileExists(path.string())) platform::deleteFile(path.string());
   }
 }
 
 }  // namespace
 
 void makeShop(const Options& options) {
-  if (!platform::folderExists(options.folder)) platform::createFolder(options.folder);
+  if (!platform::folderExists(options.folder.string())) {
+    platform::createFolder(options.folder.string());
+  }
   refuseExisting(options.folder);
   try {
     writeDatabases(options);
-    writeProfile(platform::joinPath(options.folder, "config.ini"));
-    const std::string statements = platform::joinPath(options.folder, kStatementFolder);
-    if (!platform::folderExists(statements)) platform::createFolder(statements);
+    writeProfile(options.folder / "config.ini");
+    const fs::path statements = options.folder / kStatementFolder;
+    if (!platform::folderExists(statements.string())) platform::createFolder(statements.string());
   } catch (const RuntimeError&) {
     removeFiles(options.folder);
     throw;

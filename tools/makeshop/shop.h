@@ -1,7 +1,7 @@
-// Makes the whole shop that the options ask for.
+// Makes the sample shop that the options describe.
 //
-// Errors: 58 when the folder holds one of the files already, and those of the files. What was begun
-// is taken away again when something fails.
+// Errors: 58 when the folder holds one of the files already, and those of platform/files.h. After a
+// failure the files begun are deleted.
 #pragma once
 
 #include "makeshop/options.h"

@@ -26,7 +26,7 @@ const std::array<MenuGroup, 5>& menuGroups() {
   return kGroups;
 }
 
-// Group 6 is no group: such items have no menu name, as after a group was taken out.
+// Group 6 does not exist: its items have no menu name, as after the deletion of a group.
 const std::array<Menu, 18>& menus() {
   static constexpr std::array<Menu, 18> kMenus = {{{1, 1, "비빔밥", 8000, 3200},
                                                    {2, 1, "냉면", 9000, 3600},
@@ -76,7 +76,7 @@ std::string Texts::note() {
   return random_.pick(kNotes);
 }
 
-// So that a memo is stored in each of its three forms: in the row, on a page beside others, and
+// Lengths such that memos are stored in each of their three forms: inline, on a shared page, and
 // over several pages.
 std::string Texts::history() {
   const int kind = random_.below(100);

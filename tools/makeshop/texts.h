@@ -3,8 +3,8 @@
 //   Texts texts(random, options.plain);
 //   std::string note = texts.note();
 //
-// Unless the shop is to be plain, a good share of names and notes holds what is hard on the way to
-// the server: apostrophes (one or two), backslashes, a character that code page 949 lacks.
+// Without --plain many names and notes hold characters that are hard to send to the server:
+// apostrophes (one or two), backslashes, a character that code page 949 lacks.
 #pragma once
 
 #include <array>
@@ -37,7 +37,7 @@ class Texts {
  public:
   Texts(Random& random, bool plain) : random_(random), plain_(plain) {}
 
-  [[nodiscard]] std::string hall();  // where a table stands
+  [[nodiscard]] std::string hall();  // the part of the restaurant
   [[nodiscard]] std::string person();
   [[nodiscard]] std::string company();
   [[nodiscard]] std::string note();     // empty in most cases
