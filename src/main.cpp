@@ -107,7 +107,7 @@ std::string joined(int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  platform::outliveReaders();
+  platform::ignoreSigpipe();
   const auto commandLine = joined(count, arguments);
   platform::StandardErrorDisplay standardError;
   const auto withoutDisplay = [&] {

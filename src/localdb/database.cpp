@@ -11,7 +11,7 @@
 namespace localdb {
 namespace {
 
-// The query engine's record set behind the face that callers know.
+// Adapts the query engine's record set to the interface of localdb.
 class QueryRecordSet : public RecordSet {
  public:
   QueryRecordSet(std::unique_ptr<jetsql::RecordSet> rows, bool readOnly)

@@ -1,4 +1,4 @@
-// The engine that opens local Jet databases and keeps what is dear between openings.
+// The engine that opens local Jet databases. It caches sessions, so that reopening a file is cheap.
 //
 //   DBEngine engine(clock, external);
 //   std::shared_ptr<Database> data = engine.openDatabase(path, false, false);
@@ -6,10 +6,9 @@
 //   ...
 //   engine.closeIdle();   // at the end of a job
 //
-// Opening a file that is already open (some database or record set of it is alive, or it was
-// closed since but closeIdle was not called) costs next to nothing and shares its page cache,
-// prepared queries and in-memory indexes. The engine outlives nothing: databases and record sets
-// may live longer than it does.
+// A file stays open until closeIdle finds that no database or record set on it exists any more.
+// Until then another opening shares its page cache, prepared queries and in-memory indexes.
+// Databases and record sets may outlive the engine.
 //
 // Errors: RuntimeError 3001 (an argument that does not exist), 3024 and on as the Jet engine and
 // Jet SQL raise them.
@@ -47,8 +46,8 @@ class Database {
 
 class DBEngine {
  public:
-  // Both outlive every database opened; `external` may be nullptr (linked server tables then give
-  // error 3151).
+  // Both must outlive every database opened; `external` may be nullptr (linked server tables then
+  // give error 3151).
   DBEngine(const platform::Clock& clock, jetsql::ExternalSource* external);
 
   // `connect` may carry a password: ";pwd=secret".
@@ -56,7 +55,7 @@ class DBEngine {
       const std::filesystem::path& path, bool exclusive, bool readOnly,
       const std::optional<std::string>& connect = {});
 
-  // Lets go of every file of which no database or record set is alive.
+  // Closes every file on which no database or record set exists any more.
   void closeIdle();
 
  private:

@@ -1,5 +1,5 @@
-// The two routines through which the program opens its local databases, as the rooms that extract
-// and compute see them. LocalDatabases is the real one; a test hands in its own.
+// The two routines through which the program opens its local databases, as an interface for the
+// rooms that extract and compute. LocalDatabases implements it; tests have their own.
 //
 //   std::shared_ptr<Database> db;
 //   std::unique_ptr<RecordSet> rst;
@@ -38,7 +38,7 @@ class DatabaseAccess {
                          bool readOnly, bool exclusive, const std::string& connect,
                          std::string_view caller) = 0;
 
-  // A number 0 means that the argument is not given; those behind it are then not given either.
+  // A number 0 means that the argument is not given; those after it are then not given either.
   // With trace on, each step is written to the message log with the number of the opening. An
   // empty record set is a success with a record count of 0.
   virtual bool JetOpenRST(const std::shared_ptr<Database>& database,

@@ -10,16 +10,13 @@
 namespace localdb {
 namespace {
 
-constexpr int kNoSuchFile = 7001;  // this routine's own
-constexpr int kUnexpected = 51;    // internal error
-
 RuntimeError currentError() {
   try {
     throw;
   } catch (const RuntimeError& problem) {
     return problem;
   } catch (const std::exception& problem) {
-    return {kUnexpected, problem.what()};
+    return {error::kInternal, problem.what()};
   }
 }
 
@@ -27,12 +24,12 @@ std::string numbered(const RuntimeError& problem) {
   return ": (" + std::to_string(problem.number()) + ") " + problem.description();
 }
 
-// Lines in these routines have no numbers: the 0 in brackets.
+// The 0 in brackets is the number of the source line: the routine has no numbered lines.
 std::string openDatabaseError(const RuntimeError& problem, const std::string& path,
                               std::string_view caller) {
   const std::string tagged = "E))JetOpenDB[0/" + std::string(caller) + "]";
   switch (problem.number()) {
-    case kNoSuchFile:
+    case error::kNoDatabaseFile:
       return tagged + "데이터베이스 '" + path + "'에 접근할 수 없습니다." +
              "파일이 없거나, 네트웍이 끊긴 상태입니다." +
              " 파일을 열 수 없어 Open Function 종료......";
@@ -46,7 +43,7 @@ std::string openDatabaseError(const RuntimeError& problem, const std::string& pa
   }
 }
 
-// An argument that is 0 is not given, and neither are those behind it.
+// An argument that is 0 is not given, and neither are those after it.
 std::optional<std::int32_t> given(std::int32_t number, bool before) {
   if (number == 0 || !before) return {};
   return number;
@@ -62,7 +59,8 @@ bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database,
                                const std::string& connect, std::string_view caller) {
   try {
     std::error_code problem;
-    if (!std::filesystem::is_regular_file(path, problem)) throw RuntimeError(kNoSuchFile, "");
+    if (!std::filesystem::is_regular_file(path, problem))
+      throw RuntimeError(error::kNoDatabaseFile, "");
     database = engine_.openDatabase(path, exclusive, readOnly,
                                     connect.empty() ? std::nullopt : std::optional(connect));
     return true;
@@ -101,7 +99,7 @@ bool LocalDatabases::JetOpenRST(const std::shared_ptr<Database>& database,
       recordSet->moveFirst();
       tracePoint(2);
     } else {
-      // The move on an empty record set has its own trap, which lets the opening stand.
+      // The move on an empty record set has a trap of its own; the opening succeeds all the same.
       for (const int point : {3, 4, 5}) tracePoint(point);
     }
     return true;

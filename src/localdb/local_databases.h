@@ -25,7 +25,7 @@ using MessageWriter = std::function<void(const std::string& message)>;
 
 class LocalDatabases : public DatabaseAccess {
  public:
-  // The engine outlives this.
+  // Keeps a reference to the engine.
   LocalDatabases(DBEngine& engine, MessageWriter message);
 
   bool JetOpenDB(std::shared_ptr<Database>& database, const std::filesystem::path& path,
@@ -38,7 +38,7 @@ class LocalDatabases : public DatabaseAccess {
   // How many openings were traced.
   [[nodiscard]] std::int32_t openCounter() const { return openCounter_; }
 
-  // At the end of a job: files that nobody has open any more are let go.
+  // At the end of a job: closes the files that nothing uses any more.
   void closeIdle() { engine_.closeIdle(); }
 
  private:

@@ -6,8 +6,8 @@
 //   }
 //
 // Errors: 3021 no current record, 3265 no such field (with the field's name), 3027 read-only or
-// not updatable, 3020 update without edit, 91 after close, and those of the Jet engine. A fault
-// while walking (a damaged page) is thrown where it is met.
+// not updatable, 3020 update without edit, 91 after close, and those of the Jet engine. A damaged
+// page is reported by the call that reads it.
 #pragma once
 
 #include <cstddef>
@@ -29,10 +29,10 @@ class RecordSet {
   // Rows in all; complete from the moment that the record set is open.
   [[nodiscard]] virtual std::int32_t recordCount() const = 0;
 
-  // True behind the last row, and always where there is none.
+  // True after the last row, and always where there is none.
   [[nodiscard]] virtual bool atEnd() const = 0;
 
-  // On an empty record set moveFirst and moveLast throw 3021, as does moveNext behind the end.
+  // On an empty record set moveFirst and moveLast throw 3021, as does moveNext after the end.
   virtual void moveFirst() = 0;
   virtual void moveNext() = 0;
   virtual void moveLast() = 0;
@@ -59,7 +59,7 @@ class RecordSet {
   virtual void updateRows(std::size_t first, std::size_t count,
                           std::span<const FieldValue> values) = 0;
 
-  // Lets go of everything; every other call then throws 91. The destructor does the same.
+  // Releases the rows and the file; every other call then throws 91. The destructor does the same.
   virtual void close() = 0;
 };
 

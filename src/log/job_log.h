@@ -13,13 +13,13 @@
 
 namespace joblog {
 
-// The window's panel sspRem, and the window's way to breathe in long loops.
+// The window's panel sspRem, and the processing of window events during long loops.
 class Progress {
  public:
   virtual ~Progress() = default;
   virtual void setCaption(std::string_view text) = 0;
   [[nodiscard]] virtual std::string caption() const = 0;
-  // Lets the window handle what waits in its message loop.
+  // Processes pending window events.
   virtual void yield() = 0;
 };
 
@@ -30,7 +30,7 @@ class JobLog {
   // Chooses today's file and creates it where it is missing.
   void startRun();
 
-  // Without a run before it, to the file of the day of its first call.
+  // Without a startRun before it: appends to the file of the day of its first call.
   void append(std::string_view text);
 
   [[nodiscard]] const std::string& path() const { return path_; }

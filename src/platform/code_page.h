@@ -1,6 +1,6 @@
 // Text in a Windows code page, to and from UTF-8.
 //
-//   CodePage korean(949);
+//   CodePage korean(kKoreanCodePage);
 //   std::string line = korean.fromUtf8("홀 1번");      // two bytes a syllable
 //   std::string utf8 = korean.toUtf8(line);
 //
@@ -13,6 +13,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
+
+constexpr int kKoreanCodePage = 949;
 
 class CodePage {
  public:

@@ -112,7 +112,7 @@ class CodePage::Encoder {
 
   // Takes the characters beyond ASCII that `text` begins with and gives their bytes.
   std::size_t appendOthers(std::string_view text, std::string& out) {
-    std::array<char, 256> bytes;  // together, as each by itself costs as much as its looking up
+    std::array<char, 256> bytes;  // appended together: appending one costs as much as looking it up
     std::size_t filled = 0;
     std::size_t taken = 0;
     while (taken < text.size() && static_cast<unsigned char>(text[taken]) >= 0x80) {

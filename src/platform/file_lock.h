@@ -1,16 +1,16 @@
-// A small file whose bytes several programs lock to speak to each other: the byte-range locks that
-// database programs keep beyond the end of a lock file.
+// A small file with byte-range locks, through which programs that share a database coordinate; the
+// locked bytes lie beyond the end of the file.
 //
 //   platform::LockableFile file("/shop/data.ldb");  // made when missing
 //   if (file.tryLock({0x10000001, 1})) file.write(0, entry);
 //
 // The locks belong to this object, not to the process: two objects in one process conflict as two
-// processes do, and closing another handle of the same file lets go of nothing. They end with the
-// object or with the process. All are exclusive; none of them waits. A child process that is
+// processes do, and closing another handle of the same file releases none of them. They end with
+// the object or with the process. All are exclusive; none of them waits. A child process that is
 // started meanwhile does not inherit them.
 //
 // Errors: 75 no access (a folder or file that cannot be written), 76 no such folder, 70 a file
-// system that does not lock, 57 anything else of the device.
+// system that does not lock, 57 any other failure of the device.
 #pragma once
 
 #include <cstddef>
@@ -47,11 +47,11 @@ class LockableFile {
   [[nodiscard]] std::size_t read(std::uint64_t offset, std::span<std::byte> bytes) const;
   void write(std::uint64_t offset, std::span<const std::byte> bytes);
 
-  // Whether the path still names this very file: another program may have deleted it, and a third
-  // may have made a new one under its name, between our opening and our locking.
+  // Whether the path still names this file: between opening and locking, another program may have
+  // deleted it and a third may have made a new one of that name.
   [[nodiscard]] bool isStillInPlace() const;
 
-  // Takes the file's name away if it is still this file's; it goes with its last user.
+  // Unlinks the path if it still names this file; the file ends with its last open handle.
   void removeName();
 
  private:

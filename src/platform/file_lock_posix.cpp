@@ -18,15 +18,13 @@ namespace {
 // Locks lie as far out as 0x6FF800FF and further for larger files.
 static_assert(sizeof(off_t) == 8, "byte-range locks need 64-bit file offsets");
 
-constexpr int kPermissionDenied = 70;
-
 [[noreturn]] void fail(const std::string& what, const std::string& path, int code) {
   const std::string reason = std::generic_category().message(code);
   int number = error::kDeviceIo;
   if (code == EACCES || code == EPERM || code == EROFS) number = error::kPathAccess;
   if (code == ENOENT || code == ENOTDIR) number = error::kPathNotFound;
   if (code == ENOLCK || code == EOPNOTSUPP || code == EINVAL || code == ENOSYS) {
-    number = kPermissionDenied;
+    number = error::kPermissionDenied;
   }
   throw RuntimeError(number, what + " '" + path + "': " + reason + ".");
 }

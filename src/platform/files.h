@@ -1,10 +1,14 @@
-// Files and folders. Paths and names are UTF-8.
+// Files and folders.
+//
+// A path is UTF-8 in a std::string, here and in every interface of the program: texts of config.ini,
+// of the command line and of messages are paths without a conversion. What the system wants instead
+// is made where a file is opened.
 //
 //   const auto path = platform::joinPath(folder, "config.ini");
 //   if (!platform::fileExists(path)) ...
 //
 // Errors: 53 no such file, 58 the new name is taken, 61 disk full, 67 too many open files, 75 no
-// access, 76 no such folder, 57 anything else of the device; each description names the path.
+// access, 76 no such folder, 57 any other failure of the device; each description names the path.
 #pragma once
 
 #include <cstdint>

@@ -19,7 +19,7 @@ namespace {
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
 constexpr int kToAppend = O_WRONLY | O_CREAT | O_APPEND;
 
-// Owns one open file, whose path outlives it.
+// Owns one open file. Keeps a reference to the path.
 class Descriptor {
  public:
   Descriptor(const std::string& path, int flags) : Descriptor(path, flags, AT_FDCWD, path) {}

@@ -9,7 +9,6 @@ namespace platform {
 namespace {
 
 constexpr ByteRange kWhole{0, 1};
-constexpr int kCannotLock = 70;
 
 }  // namespace
 
@@ -19,7 +18,7 @@ std::optional<FolderLock> FolderLock::tryTake(const std::string& folder, const s
     try {
       if (!file.tryLock(kWhole)) return std::nullopt;
     } catch (const RuntimeError& failure) {
-      if (failure.number() != kCannotLock) throw;
+      if (failure.number() != error::kPermissionDenied) throw;
     }
     // The one before may have deleted the file between our opening and our locking.
     if (file.isStillInPlace()) return FolderLock(std::move(file));

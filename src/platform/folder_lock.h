@@ -4,7 +4,7 @@
 //   if (!lock) ...                     // somebody else is at it
 //
 // The lock is a hidden file in the folder, made when it is taken and deleted when the object goes;
-// the system lets go of it with the process, however that ends, so a file that a killed process
+// the system releases it with the process, however that ends, so a file that a killed process
 // left means nothing. A file system without locks grants it to everybody.
 // Errors: 75 the folder cannot be written, 76 no such folder, 57 anything else of the device.
 #pragma once

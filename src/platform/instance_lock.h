@@ -3,7 +3,7 @@
 //   const platform::InstanceLock instance(start.programFolder);  // held to the program's end
 //   if (!instance.alone()) …                                     // another one was there before
 //
-// The system lets go of it with the process, however that ends; nothing is left on the disk. Where
+// The system releases it with the process, however that ends; nothing is left on the disk. Where
 // the folder cannot be locked at all, the program counts as alone.
 #pragma once
 

@@ -24,7 +24,7 @@ void StandardErrorDisplay::show(const Message& message) noexcept {
   try {
     std::cerr << messageLine(message) << std::endl;
   } catch (const std::exception&) {
-    return;  // there is nowhere left to say it
+    return;  // standard error was the last resort
   }
 }
 

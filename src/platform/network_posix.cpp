@@ -26,7 +26,7 @@ std::string textOf(const Ipv4Address& address) {
   return text;
 }
 
-// The sum of the 16-bit words of a header that has no data behind it, folded and inverted.
+// The Internet checksum of a header without data: the sum of its 16-bit words, folded and inverted.
 std::uint16_t checksum(const icmphdr& header) {
   std::array<std::uint16_t, sizeof(icmphdr) / 2> words{};
   std::memcpy(words.data(), &header, sizeof header);

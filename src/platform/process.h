@@ -3,8 +3,8 @@
 //   processes.startHidden("/shop/gzip.exe", {"/shop/AutoLoadData/20130821_153000.txt"});
 //   while (lib_system2::IsProcessExist(processes, log, "gzip.exe") > 0) {}
 //
-// Children are not waited for: a child that has ended is taken off the system's table at the next
-// call, and one that nobody has taken off yet does not count as running.
+// Children are not waited for: those that have ended are reaped at the next call. A zombie does not
+// count as running.
 // Errors: 53 no such program, 75 it cannot be started.
 #pragma once
 
@@ -39,12 +39,13 @@ class SystemProcesses : public Processes {
                               const std::vector<std::string>& arguments) override;
 
  private:
-  void takeOffEnded();
+  void reapChildren();
 
   std::vector<std::int32_t> children_;  // started here and not known to have ended
 };
 
-// For the start of the program: a reader of its output that goes away no longer ends it.
-void outliveReaders();
+// From then on a write to a pipe or socket whose reader has gone fails instead of ending the
+// process. To be called first in every main.
+void ignoreSigpipe();
 
 }  // namespace platform

@@ -48,7 +48,7 @@ std::string wholeName(const std::string& folder, const std::string& kept) {
 }
 
 // "ID (name) STATE ..."; the name may itself hold brackets and blanks. Nothing for a process that
-// is gone, or that has ended and waits to be taken off.
+// is gone or a zombie.
 std::optional<std::string> nameOf(const std::string& folder) {
   const auto line = contentOf(folder + "/stat");
   const auto open = line.find('(');
@@ -99,7 +99,7 @@ pid_t spawn(const std::string& program, std::vector<std::string> words) {
 }  // namespace
 
 std::vector<Process> SystemProcesses::running() {
-  takeOffEnded();
+  reapChildren();
   std::vector<Process> processes;
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     const auto text = entry.path().filename().string();
@@ -114,7 +114,7 @@ std::vector<Process> SystemProcesses::running() {
 
 void SystemProcesses::startHidden(const std::string& program,
                                   const std::vector<std::string>& arguments) {
-  takeOffEnded();
+  reapChildren();
   children_.push_back(spawn(program, arguments));
 }
 
@@ -128,10 +128,10 @@ int SystemProcesses::runHidden(const std::string& program,
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-void SystemProcesses::takeOffEnded() {
+void SystemProcesses::reapChildren() {
   std::erase_if(children_, [](pid_t id) { return waitpid(id, nullptr, WNOHANG) != 0; });
 }
 
-void outliveReaders() { std::signal(SIGPIPE, SIG_IGN); }
+void ignoreSigpipe() { std::signal(SIGPIPE, SIG_IGN); }
 
 }  // namespace platform

@@ -4,8 +4,8 @@
 //   std::size_t got = file.readAt(0, buffer);   // less than asked for only at the end of the file
 //
 // The object owns its handle and may be moved, not copied. Another program may change or lengthen
-// the file at any time; nothing is kept of it here. Errors: 53 no such file, 76 no such folder, 75
-// not permitted or not a plain file, 58 already there (CreateNew), 61 disk full, 57 reading or
+// the file at any time; nothing of it is cached here. Errors: 53 no such file, 76 no such folder,
+// 75 not permitted or not a plain file, 58 already there (kCreateNew), 61 disk full, 57 reading or
 // writing failed.
 #pragma once
 

@@ -8,14 +8,8 @@
 
 namespace platform {
 
-namespace {
-
-constexpr int kKorean = 949;
-
-}  // namespace
-
 void appendLine(const std::string& path, std::string_view text) {
-  thread_local CodePage korean(kKorean);  // dearer to make than a line is to write
+  thread_local CodePage korean(kKoreanCodePage);  // making one costs more than writing a line
   std::string line;
   line.reserve(text.size() + 2);
   korean.appendFromUtf8(text, line);
@@ -28,7 +22,7 @@ std::string readFirstLine(const std::string& path) {
   std::string line;
   std::getline(file, line);
   line.erase(std::min(line.find('\r'), line.size()));
-  return CodePage(kKorean).toUtf8(line);
+  return CodePage(kKoreanCodePage).toUtf8(line);
 }
 
 }  // namespace platform

@@ -1,10 +1,9 @@
-// What the whole program knows of the central database: its account, the text that connects to it,
-// and the connection that the login opened.
+// The central database: its account, its connection text, and the connection that the login opened.
 //
 //   central.buildConnectionString();
 //   auto& connection = central.newConnection();
 //
-// Built once by start-up and handed on.
+// Built once by start-up and passed on by reference.
 #pragma once
 
 #include <memory>
@@ -20,11 +19,11 @@ class CentralDatabase {
  public:
   CentralDatabase(Provider& provider, settings::CentralServer where);
 
-  // Sets the account and the text anew.
+  // Rebuilds the account and the text from the settings.
   void buildConnectionString();
   [[nodiscard]] const std::string& connectionString() const { return connectionString_; }
 
-  // Lets go of the connection before it.
+  // Closes the previous connection.
   Connection& newConnection();
 
  private:

@@ -7,9 +7,9 @@
 //   const auto rows = connection->openRecordSet("Select * From EmployeeTB");
 //   if (rows.recordCount() > 0) password = rows.field("EMP_PSWD");
 //
-// A connection that cannot be opened and a query that the server refuses are thrown, by the numbers
-// below and with the driver's text. What the driver only remarks upon while it succeeds is what
-// errorCount counts.
+// Errors: error::kConnectionFailed when the connection cannot be opened, error::kQueryRefused when
+// the server refuses a query, each with the driver's text. errorCount counts the driver's warnings
+// about calls that succeeded.
 #pragma once
 
 #include <cstddef>
@@ -19,9 +19,6 @@
 #include "server/record_set.h"
 
 namespace server {
-
-constexpr int kConnectionFailed = -2147467259;  // unspecified error of the provider
-constexpr int kQueryRefused = -2147217900;      // error in the command's text
 
 class Connection {
  public:

@@ -31,7 +31,7 @@ class OdbcConnection : public Connection {
       errorCount_ = connection_->remarks().size();
     } catch (const odbc::Fault& fault) {
       connection_.reset();
-      throw RuntimeError(kConnectionFailed, fault.what());
+      throw RuntimeError(error::kConnectionFailed, fault.what());
     }
   }
 
@@ -45,7 +45,7 @@ class OdbcConnection : public Connection {
       errorCount_ = query.remarks().size();
       return rows;
     } catch (const odbc::Fault& fault) {
-      throw RuntimeError(kQueryRefused, fault.what());
+      throw RuntimeError(error::kQueryRefused, fault.what());
     }
   }
 

@@ -55,7 +55,8 @@ const char* symbol(jetsql::Comparison comparison) {
 }
 
 // The value in the server's language. Empty where the server might compare in another way than Jet
-// does (texts, fractions): such a condition is left to the one who asked.
+// does (texts, fractions): such a condition is left to the query engine, which tests every row
+// again.
 std::string literal(const values::Variant& value) {
   switch (value.type()) {
     case values::VariantType::kByte:

@@ -12,7 +12,6 @@ namespace lib_Setting {
 
 namespace {
 
-constexpr int kKorean = 949;
 constexpr std::size_t kBufferSize = 256;  // of the platform's read, with the NUL at its end
 
 // No byte of a two-byte character of the code page is one of the letters looked for below, so that
@@ -26,7 +25,7 @@ std::string_view trimmed(std::string_view text) {
 }
 
 std::string nameOf(std::string_view bytes) {
-  return text::lowerCase(CodePage(kKorean).toUtf8(trimmed(bytes)));
+  return text::lowerCase(CodePage(kKoreanCodePage).toUtf8(trimmed(bytes)));
 }
 
 // One line of the file: where it begins, and its content without the end of line.
@@ -65,7 +64,7 @@ std::optional<std::string> sectionOf(std::string_view line) {
 // Where a key stands, or would have to stand.
 struct Place {
   bool sectionFound = false;
-  std::size_t sectionEnd = 0;  // behind the section's last line that is not blank
+  std::size_t sectionEnd = 0;  // end of the section's last line that is not blank
   bool keyFound = false;
   std::size_t valueBegin = 0;
   std::size_t valueEnd = 0;
@@ -119,11 +118,11 @@ std::string_view lineEndOf(std::string_view text) {
 std::string ProfileReader::read(std::string_view section, std::string_view key,
                                 std::string_view otherwise) const {
   const auto value = valueBytes(path_, section, key);
-  return value ? CodePage(kKorean).toUtf8(*value) : std::string(otherwise);
+  return value ? CodePage(kKoreanCodePage).toUtf8(*value) : std::string(otherwise);
 }
 
 void ProfileReader::write(std::string_view section, std::string_view key, std::string_view value) {
-  CodePage korean(kKorean);
+  CodePage korean(kKoreanCodePage);
   auto text = platform::fileExists(path_) ? platform::readFile(path_) : std::string();
   const auto place = findKey(text, section, key);
   const std::string lineEnd(lineEndOf(text));
@@ -149,7 +148,7 @@ std::string readProfileString(const std::string& path, std::string_view section,
   if (quoted) value = value.substr(1, value.size() - 2);
   value = value.substr(0, kBufferSize - 1);
   value = value.substr(0, value.find('\0'));
-  return CodePage(kKorean).toUtf8(value);
+  return CodePage(kKoreanCodePage).toUtf8(value);
 }
 
 }  // namespace lib_Setting

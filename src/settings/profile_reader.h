@@ -30,7 +30,7 @@ class ProfileReader : public settings::Settings {
 
 // The platform's own read of one value, for the keys that hold folders: blanks around the value and
 // one pair of quotes go, what is longer than 255 bytes of the code page is cut, and so is what
-// stands behind a NUL. A missing file, section or key gives the default.
+// follows a NUL. A missing file, section or key gives the default.
 [[nodiscard]] std::string readProfileString(const std::string& path, std::string_view section,
                                             std::string_view key, std::string_view otherwise);
 

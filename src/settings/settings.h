@@ -1,4 +1,5 @@
-// The configuration file, as the rooms that read single keys see it; start-up has the reader.
+// The interface to the configuration file for rooms that read single keys; ProfileReader
+// implements it.
 //
 //   settings.setFile(start.configPath);
 //   if (settings.read("NewType", "ApplyDCinRO", "") == "True") ...

@@ -1,5 +1,5 @@
-// What start-up found out. Built once by StartMod::Main and handed on as a const reference; it
-// stands in the lowest room because every room reads it.
+// What start-up found out: folders, command line, identity of the shop. Built once by
+// StartMod::Main and passed on as a const reference to every room above.
 #pragma once
 
 #include <string>

@@ -22,15 +22,25 @@ constexpr int kInvalidCall = 5;
 constexpr int kOverflow = 6;
 constexpr int kDivisionByZero = 11;
 constexpr int kTypeMismatch = 13;
+constexpr int kInternal = 51;  // of a library, without a number of its own
 constexpr int kFileNotFound = 53;
 constexpr int kDeviceIo = 57;
 constexpr int kFileExists = 58;
 constexpr int kDiskFull = 61;
 constexpr int kTooManyFiles = 67;
+constexpr int kPermissionDenied = 70;  // a file system that does not lock
 constexpr int kPathAccess = 75;
 constexpr int kPathNotFound = 76;
 constexpr int kObjectNotSet = 91;
+constexpr int kInvalidPattern = 93;  // of the operator Like
 constexpr int kInvalidUseOfNull = 94;
+
+// This program's own, as its logs have always shown them.
+constexpr int kNoDatabaseFile = 7001;
+
+// The server connection's.
+constexpr int kConnectionFailed = -2147467259;  // unspecified error of the provider
+constexpr int kQueryRefused = -2147217900;      // error in the command's text
 
 // The engine's: files, tables and rows.
 constexpr int kReserved = 3000;  // what should not happen

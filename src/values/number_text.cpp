@@ -22,7 +22,7 @@ std::string placePoint(std::string_view digits, int point) {
 }
 
 // The platform keeps 15 digits of a double and 7 of a single, so 0.1 + 0.2 reads 0.3. Plain below
-// 1e15 and down to fifteen places behind the point, else in the form 1.5E+15.
+// 1e15 and down to fifteen places after the point, else in the form 1.5E+15.
 template <typename Real>
 std::string formatReal(Real value) {
   constexpr int kDigits = sizeof(Real) == sizeof(float) ? 7 : 15;

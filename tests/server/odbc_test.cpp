@@ -96,7 +96,7 @@ void Odbc::valuesArriveWhole() {
 void Odbc::faultsAreRaised() {
   const auto connection = opened(text());
   EXPECT_EQ(thrown([&] { connection->openRecordSet("Select * From EmployeeTB Where 'a'b'"); }),
-            server::kQueryRefused);
+            error::kQueryRefused);
   EXPECT_EQ(connection->openRecordSet("SELECT * FROM EmployeeTB").recordCount(), 1);
   struct Case {
     const char* name;
@@ -113,7 +113,7 @@ void Odbc::faultsAreRaised() {
   for (const auto& [name, from, to] : cases) {
     auto wrong = text();
     wrong.replace(wrong.find(from), from.size(), to);
-    EXPECT_EQ(thrown([&] { opened(wrong); }), server::kConnectionFailed) << name;
+    EXPECT_EQ(thrown([&] { opened(wrong); }), error::kConnectionFailed) << name;
   }
   EXPECT_EQ(thrown([&] { provider->createConnection()->openRecordSet("SELECT 1"); }),
             error::kObjectNotSet);

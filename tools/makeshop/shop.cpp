@@ -23,7 +23,6 @@ namespace {
 
 constexpr std::array kFiles = {"data.mdb", "config.mdb", "outgo.mdb", "config.ini"};
 constexpr const char* kStatementFolder = "AutoLoadData";
-constexpr int kKorean = 949;
 
 // Sales of the first days lack the upload marks: they were written before the columns existed.
 constexpr int kDaysBeforeMarks = 2;
@@ -43,7 +42,7 @@ void writeProfile(const fs::path& path) {
       "[경영자]\r\nSvrDbName=melauth\r\nGroup=A01\r\n상호=한빛식당\r\n대표자=김대표\r\n"
       "[연결]\r\nODBCcustomer=False\r\n[NewType]\r\nApplyDCinRO=False\r\n";
   platform::createEmptyFile(path.string());
-  platform::appendToFile(path.string(), CodePage(kKorean).fromUtf8(kProfile));
+  platform::appendToFile(path.string(), CodePage(kKoreanCodePage).fromUtf8(kProfile));
 }
 
 // The day's number of sales, at most a fifth above or below the average.

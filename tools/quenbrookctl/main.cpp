@@ -3,6 +3,7 @@
 
 #include "command.h"
 #include "platform/files.h"
+#include "platform/process.h"
 #include "values/runtime_error.h"
 
 namespace {
@@ -59,6 +60,7 @@ int run(std::vector<std::string> arguments) {
 }  // namespace
 
 int main(int count, char** words) {
+  platform::ignoreSigpipe();
   try {
     return run({words + 1, words + count});
   } catch (const UsageError& mistake) {

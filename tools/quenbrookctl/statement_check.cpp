@@ -208,7 +208,7 @@ class Checker {
 
   // The statement from the current word on, not all of it.
   [[nodiscard]] std::string excerpt() const {
-    std::string text = CodePage(949).toUtf8(statement_.substr(word_.at));
+    std::string text = CodePage(kKoreanCodePage).toUtf8(statement_.substr(word_.at));
     if (text.size() <= kExcerpt) return text;
     std::size_t end = kExcerpt;
     while (text::continuesCharacter(text[end])) --end;

@@ -10,10 +10,9 @@
 namespace jetsql {
 namespace {
 
-constexpr int kInvalidPattern = 93;
-
 [[noreturn]] void invalid(std::string_view pattern) {
-  throw RuntimeError(kInvalidPattern, "Invalid pattern string '" + std::string(pattern) + "'.");
+  throw RuntimeError(error::kInvalidPattern,
+                     "Invalid pattern string '" + std::string(pattern) + "'.");
 }
 
 // The list of a bracket: [begin, end) between "[" or "[!" and "]".
