@@ -21,17 +21,25 @@ class ChildProgram {
   ChildProgram(const ChildProgram&) = delete;
   ChildProgram& operator=(const ChildProgram&) = delete;
 
-  // What the child has written to standard output and standard error since the last call, in whole
-  // lines without their ends; the rest of an unfinished line when the child has ended.
-  [[nodiscard]] std::vector<std::string> newLines();
+  // What the child has written to standard output or to standard error since the last call, in
+  // whole lines without their ends; the rest of an unfinished line when the child has ended.
+  [[nodiscard]] std::vector<std::string> newLines() { return linesOf(output_); }
+  [[nodiscard]] std::vector<std::string> newErrors() { return linesOf(errors_); }
 
   // Nothing while it runs; 128 plus the signal's number for one that a signal ended.
   [[nodiscard]] std::optional<int> exitStatus();
 
  private:
+  struct Stream {
+    int pipe = -1;  // its reading end
+    std::string unfinished;
+  };
+
+  std::vector<std::string> linesOf(Stream& stream);
+
   int id_ = 0;
-  int output_ = -1;  // the reading end of a pipe
-  std::string unfinished_;
+  Stream output_;
+  Stream errors_;
   std::optional<int> status_;
 };
 

@@ -13,17 +13,38 @@ namespace platform {
 
 namespace {
 
-class OutputTo {
+class Pipe {
  public:
-  explicit OutputTo(int pipe) {
+  Pipe() {
+    if (::pipe2(ends_, O_CLOEXEC) != 0) throwErrno(errno, "Cannot make", "a pipe");
+    ::fcntl(ends_[0], F_SETFL, O_NONBLOCK);
+  }
+  ~Pipe() {
+    if (ends_[0] >= 0) ::close(ends_[0]);
+    ::close(ends_[1]);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  [[nodiscard]] int writingEnd() const { return ends_[1]; }
+  // The caller closes it.
+  [[nodiscard]] int releaseReadingEnd() { return std::exchange(ends_[0], -1); }
+
+ private:
+  int ends_[2] = {-1, -1};
+};
+
+class Streams {
+ public:
+  Streams(const Pipe& output, const Pipe& errors) {
     posix_spawn_file_actions_init(&actions_);
     posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions_, pipe, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions_, pipe, STDERR_FILENO);
+    posix_spawn_file_actions_adddup2(&actions_, output.writingEnd(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions_, errors.writingEnd(), STDERR_FILENO);
   }
-  ~OutputTo() { posix_spawn_file_actions_destroy(&actions_); }
-  OutputTo(const OutputTo&) = delete;
-  OutputTo& operator=(const OutputTo&) = delete;
+  ~Streams() { posix_spawn_file_actions_destroy(&actions_); }
+  Streams(const Streams&) = delete;
+  Streams& operator=(const Streams&) = delete;
 
   [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &actions_; }
 
@@ -38,32 +59,34 @@ ChildProgram::ChildProgram(const std::string& program, std::vector<std::string> 
   for (auto& argument : arguments) words.push_back(argument.data());
   words.push_back(nullptr);
 
-  int ends[2];
-  if (::pipe2(ends, O_CLOEXEC) != 0) throwErrno(errno, "Cannot start", program);
-  ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
+  Pipe output;
+  Pipe errors;
+  const Streams streams(output, errors);
   const int failure =
-      posix_spawn(&id_, program.c_str(), OutputTo(ends[1]).get(), nullptr, words.data(), environ);
-  ::close(ends[1]);
-  output_ = ends[0];
-  if (failure == 0) return;
-  ::close(output_);
-  throwErrno(failure, "Cannot start", program);
+      posix_spawn(&id_, program.c_str(), streams.get(), nullptr, words.data(), environ);
+  if (failure != 0) throwErrno(failure, "Cannot start", program);
+  output_.pipe = output.releaseReadingEnd();
+  errors_.pipe = errors.releaseReadingEnd();
 }
 
-ChildProgram::~ChildProgram() { ::close(output_); }
+ChildProgram::~ChildProgram() {
+  ::close(output_.pipe);
+  ::close(errors_.pipe);
+}
 
-std::vector<std::string> ChildProgram::newLines() {
+std::vector<std::string> ChildProgram::linesOf(Stream& stream) {
   const bool ended = exitStatus().has_value();
+  auto& text = stream.unfinished;
   char block[4096];
-  for (ssize_t count = 0; (count = ::read(output_, block, sizeof block)) > 0;) {
-    unfinished_.append(block, static_cast<std::size_t>(count));
+  for (ssize_t count = 0; (count = ::read(stream.pipe, block, sizeof block)) > 0;) {
+    text.append(block, static_cast<std::size_t>(count));
   }
   std::vector<std::string> lines;
-  for (auto end = unfinished_.find('\n'); end != std::string::npos; end = unfinished_.find('\n')) {
-    lines.push_back(unfinished_.substr(0, end));
-    unfinished_.erase(0, end + 1);
+  for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n')) {
+    lines.push_back(text.substr(0, end));
+    text.erase(0, end + 1);
   }
-  if (ended && !unfinished_.empty()) lines.push_back(std::exchange(unfinished_, {}));
+  if (ended && !text.empty()) lines.push_back(std::exchange(text, {}));
   return lines;
 }
 

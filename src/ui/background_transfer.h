@@ -27,6 +27,7 @@ class BackgroundTransfer {
   virtual void start() = 0;
   // Of the transfer that was started last.
   [[nodiscard]] virtual std::vector<std::string> newLines() = 0;
+  [[nodiscard]] virtual std::vector<std::string> newErrors() = 0;
   [[nodiscard]] virtual std::optional<int> exitStatus() = 0;
 };
 
@@ -37,6 +38,7 @@ class TransferProgram : public BackgroundTransfer {
   [[nodiscard]] std::size_t waiting() const override;
   void start() override;
   [[nodiscard]] std::vector<std::string> newLines() override { return child_->newLines(); }
+  [[nodiscard]] std::vector<std::string> newErrors() override { return child_->newErrors(); }
   [[nodiscard]] std::optional<int> exitStatus() override { return child_->exitStatus(); }
 
  private:

@@ -144,6 +144,7 @@ void FrmQuenbrook::cmdStart_Click() {
 void FrmQuenbrook::cmdSend_Click() {
   if (work_ != ui::Work::kNone) return;
   begin(ui::Work::kTransfer);
+  transferError_.clear();
   try {
     transfer_.start();
   } catch (const RuntimeError& failure) {
@@ -155,12 +156,15 @@ void FrmQuenbrook::TransferTimer_Timer() {
   if (work_ != ui::Work::kTransfer) return;
   const auto status = transfer_.exitStatus();
   for (const auto& line : transfer_.newLines()) setCaption(line);
+  for (const auto& line : transfer_.newErrors()) {
+    if (transferError_.empty()) transferError_ = line;
+  }
   showWaiting();
   if (!status) return;
   if (*status == 0) {
     end(ui::Verdict::kPassed, ui::text::kTransferPassed);
   } else {
-    end(ui::Verdict::kFailed, ui::text::kTransferFailed + sspRem_);
+    end(ui::Verdict::kFailed, ui::text::kTransferFailed + transferError_);
   }
 }
 

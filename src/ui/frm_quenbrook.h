@@ -83,7 +83,8 @@ class FrmQuenbrook : private job::Window {
   ui::UploadView& view_;
 
   std::string sspRem_;
-  std::string pickedDate_;  // "yyyy/MM/dd", empty before the first click
+  std::string transferError_;  // the first line of the running transfer's standard error
+  std::string pickedDate_;     // "yyyy/MM/dd", empty before the first click
   values::DateTime fromDate_;
   values::DateTime toDate_;
   std::array<bool, ui::kBoxCount> chk1_{};

@@ -15,6 +15,7 @@ struct FakeTransfer : BackgroundTransfer {
   int starts = 0;
   bool startable = true;
   std::vector<std::string> lines;
+  std::vector<std::string> errors;
   std::optional<int> status;
 
   [[nodiscard]] std::size_t waiting() const override { return files; }
@@ -23,6 +24,7 @@ struct FakeTransfer : BackgroundTransfer {
     ++starts;
   }
   std::vector<std::string> newLines() override { return std::exchange(lines, {}); }
+  std::vector<std::string> newErrors() override { return std::exchange(errors, {}); }
   std::optional<int> exitStatus() override { return status; }
 };
 

@@ -64,7 +64,7 @@ struct FakeDriver : job::Driver {
     window.setCaption("busy");
     window.yield();
     job::JobVerdict verdict;
-    verdict.counts = {{0, "매출", 1204}, {5, "결산", 3}};
+    verdict.counts = {{.box = 0, .name = "매출", .records = 1204}, {.box = 5, .name = "결산", .records = 3}};
     if (!passes) verdict.failures.assign(2, {"매출", 94, "Null", ""});
     return verdict;
   }
@@ -192,16 +192,17 @@ TEST_F(FrmQuenbrookTest, ATransferRunsInTheBackgroundAndTellsItsEnd) {
   EXPECT_EQ(view.waiting + (view.sendable ? " sendable" : ""), "전송 대기 2개 sendable");
   form.cmdSend_Click();
   EXPECT_EQ(view.work, ui::Work::kTransfer);
-  transfer.lines = {"이전 압축파일 (*.gz) 업로드....", "서버로 업로드에 실패했습니다."};
+  transfer.lines = {"서버로 업로드에 실패했습니다.", "업로드할 내용이 없습니다.. "};
+  transfer.errors = {"전송: (75) no answer", "later"};
   transfer.files = 1;
   form.TransferTimer_Timer();
-  EXPECT_EQ(view.progress, "서버로 업로드에 실패했습니다.");
+  EXPECT_EQ(view.progress, "업로드할 내용이 없습니다.. ");
   EXPECT_EQ(view.waiting, "전송 대기 1개");
   form.cmdStart_Click();
   EXPECT_TRUE(driver.requests.empty());
   transfer.status = 1;
   form.TransferTimer_Timer();
-  EXPECT_EQ(view.verdict, "보내지 못한 자료가 있습니다. 서버로 업로드에 실패했습니다.");
+  EXPECT_EQ(view.verdict, "보내지 못한 자료가 있습니다. 전송: (75) no answer");
   EXPECT_EQ(view.colour, ui::Verdict::kFailed);
 
   form.cmdSend_Click();

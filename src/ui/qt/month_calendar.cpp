@@ -37,7 +37,9 @@ MonthCalendar::MonthCalendar(QWidget* parent, const char* name)
   month_->setWeekdayTextFormat(Qt::Saturday, saturday);
   heading_->setObjectName("month");
   heading_->setAlignment(Qt::AlignCenter);
-  heading_->setStyleSheet("font-weight: bold");
+  QFont bold;
+  bold.setBold(true);
+  heading_->setFont(bold);  // the size stays the window's
 
   auto* head = new QHBoxLayout;
   auto* before = makeStep(Qt::LeftArrow, "monthBefore", text::kMonthBefore);

@@ -149,6 +149,7 @@ void UploadWindow::setWork(Work work) {
 void UploadWindow::setVerdict(Verdict verdict, const std::string& text) {
   setTextColour(lbVerdict_, verdict == Verdict::kFailed ? kRed : kGreen);
   lbVerdict_->setText(QString::fromStdString(text));
+  lbVerdict_->setToolTip(lbVerdict_->text());  // whole, where the text has more lines
 }
 
 void UploadWindow::setWaiting(const std::string& text, bool sendable) {

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kLongestProgress = 88;  // characters of the line that ends a job
 constexpr int kProgressLines = 2;
+constexpr int kVerdictLines = 3;
 
 }  // namespace
 
@@ -81,6 +82,8 @@ void UploadWindow::makeProgress() {
   sspRem_->setWordWrap(true);
   lbVerdict_->setTextFormat(Qt::PlainText);
   lbVerdict_->setWordWrap(true);
+  lbVerdict_->setAlignment(Qt::AlignTop);
+  lbVerdict_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   bar_->setObjectName("bar");
   bar_->setTextVisible(false);
   auto policy = bar_->sizePolicy();
@@ -165,7 +168,8 @@ void UploadWindow::applyFont() {
                boxes_->minimumSizeHint().width() + letter + calendar.width()),
       metrics.lineSpacing() * kProgressLines + margin);
   bar_->setFixedHeight(letter / 3);
-  lbVerdict_->setMinimumHeight(metrics.lineSpacing() * kProgressLines);
+  // Fixed, so that no verdict makes the window higher than the screen.
+  lbVerdict_->setFixedHeight(metrics.lineSpacing() * kVerdictLines);
   for (auto* button : {cmdStart_, cmdSend_, cmdEnd_}) {
     button->setMinimumHeight(cmdStart_->sizeHint().height() * 5 / 4);
   }

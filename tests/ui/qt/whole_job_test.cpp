@@ -1,9 +1,11 @@
-// A whole job on a sample shop, from the start button of the real window.
+// A whole job on a sample shop and its transfer, from the buttons of the real window.
 #include <QEvent>
+#include <fstream>
 #include <regex>
 
 #include "program.h"
 #include "startup/start_mod.h"
+#include "support/ftp_server.h"
 #include "ui/qt/accepting_server.h"
 #include "ui/qt/window_fixture.h"
 
@@ -36,7 +38,7 @@ std::string withoutNumbers(const std::string& text) {
   return std::regex_replace(std::regex_replace(text, stamp, "@"), length, "Check..#");
 }
 
-TEST(WholeJob, ShowsItsCaptionsInOrder) {
+TEST(WholeJob, ShowsItsCaptionsInOrderAndIsSent) {
   const bool offScreen = qputenv("QT_QPA_PLATFORM", "offscreen");
   ASSERT_TRUE(offScreen);
   const support::TemporaryFolder folder;
@@ -47,6 +49,14 @@ TEST(WholeJob, ShowsItsCaptionsInOrder) {
                          &output),
             0)
       << output;
+
+  const support::FtpServer office;
+  auto settings = support::readFile(shop + "/config.ini");
+  settings.insert(
+      settings.find("ODBCcustomer="),
+      "ServerHost=" + office.address() + "\r\nFtpPort=" + std::to_string(office.port()) + "\r\n");
+  std::ofstream(shop + "/config.ini") << settings;
+  std::filesystem::create_symlink(QUENBROOKCTL, shop + "/quenbrookctl");
 
   Application application("quenbrook");
   support::ShownMessages messages;
@@ -106,6 +116,19 @@ TEST(WholeJob, ShowsItsCaptionsInOrder) {
   EXPECT_EQ(program.settings.read("DailyData", "LastDate", ""), "2013/08/21");
   EXPECT_FALSE(windows.upload().jobFailed());
   EXPECT_TRUE(messages.shown.empty());
+
+  const auto text = [&](const char* name) {
+    return window.findChild<QLabel*>(name)->text().toStdString();
+  };
+  EXPECT_TRUE(text("lbVerdict").starts_with("매출 27건, 카드매출 ")) << text("lbVerdict");
+  EXPECT_EQ(text("lbWaiting"), "전송 대기 1개");
+  click(window, "cmdSend");
+  EXPECT_FALSE(window.findChild<QWidget*>("cmdStart")->isEnabled());
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return window.findChild<QWidget*>("cmdStart")->isEnabled(); }, 60000));
+  EXPECT_EQ(text("lbVerdict"), "모두 본사로 보냈습니다.") << text("sspRem");
+  EXPECT_EQ(text("lbWaiting"), "전송 대기 0개");
+  EXPECT_EQ(office.files().size(), 1U);
 }
 
 }  // namespace
