@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "jet/index/entry_change.h"
 #include "jet/index/index_edit.h"
 #include "jet/pages/data_page.h"
 #include "jet/pages/data_page_edit.h"
 #include "jet/pages/usage_map.h"
 #include "jet/pages/usage_map_edit.h"
-#include "jet/rows/index_entry.h"
 #include "values/runtime_error.h"
 
 namespace jet {
@@ -19,7 +19,7 @@ namespace {
 constexpr int kAttempts = 200;
 constexpr std::chrono::milliseconds kRetryDelay{10};
 
-constexpr int kMaxForwards = 16;       // the engine makes one; more than a few is a circle
+constexpr int kMaxForwards = 16;        // the engine makes one; more than a few is a circle
 constexpr std::size_t kPagesTried = 8;  // pages with room that are looked at before a new one
 constexpr std::size_t kRowPointerSize = 4;
 
@@ -60,7 +60,7 @@ std::vector<IndexWork> indexWork(PageFile& file, const TableDefinition& definiti
       return definition.columns[part.column].fixed && old(part.column) != now(part.column);
     });
     if (!touched) continue;
-    works.push_back({&index, changedEntry(file, definition, index, id, old, now)});
+    works.push_back({&index, entryChange(file, definition, index, id, old, now)});
   }
   return works;
 }
@@ -145,12 +145,12 @@ void RowUpdater::attempt(RowId id, std::span<const FieldChange> changes) {
   for (const IndexWork& work : works) checkUnique(edits, definition, work, id);
   for (const IndexWork& work : works) {
     if (work.change.keyAfter.empty()) continue;
-    IndexEdit(edits, definition, *work.index).insert(entryOf(work.change.keyAfter, id));
+    IndexEdit(edits, definition, *work.index).insert(leafEntry(work.change.keyAfter, id));
   }
   write(edits, id, place, after);
   for (const IndexWork& work : works) {
     if (work.change.keyBefore.empty()) continue;
-    (void)IndexEdit(edits, definition, *work.index).remove(entryOf(work.change.keyBefore, id));
+    IndexEdit(edits, definition, *work.index).remove(leafEntry(work.change.keyBefore, id));
   }
   edits.writeAll();
 }

@@ -1,6 +1,6 @@
 #include "jet/table.h"
 
-#include "jet/index/index_key.h"
+#include "jet/index/key_codec.h"
 #include "jet/pages/data_page.h"
 #include "jet/pages/usage_map.h"
 #include "values/runtime_error.h"
@@ -103,7 +103,7 @@ bool Table::canSeek(std::size_t realIndex, std::size_t columns) const {
   const RealIndex& index = definition_.realIndexes.at(realIndex);
   if (columns > index.columns.size()) return false;
   for (std::size_t i = 0; i < columns; ++i) {
-    if (!hasKeyEncoding(definition_.columns[index.columns[i].column].type)) return false;
+    if (!ordinalType(definition_.columns[index.columns[i].column].type)) return false;
   }
   return true;
 }

@@ -82,7 +82,7 @@ class Table {
   // whole numbers, Currency, single, double, date.
   [[nodiscard]] bool canSeek(std::size_t realIndex, std::size_t columns = 1) const;
 
-  // The rows that a range of an index names, in the index's order; see jet/index_cursor.h.
+  // The rows that a range of an index names, in the index's order; see jet/index/key_range.h.
   // `realIndex` is a position in definition().realIndexes. Error 3001 for a range that canSeek
   // denies.
   [[nodiscard]] IndexCursor seek(std::size_t realIndex, const KeyRange& range);

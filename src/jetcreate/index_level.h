@@ -4,32 +4,33 @@
 //   leaves.add(entry);                                  // in order
 //   std::vector<IndexChild> children = leaves.finish(); // for the level above
 //
-// At least one page is made, though it be empty.
+// Pages leave out the longest prefix that all their entries share. At least one page is made, empty
+// where there are no entries.
 #pragma once
 
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include "jet/format/bytes.h"
 #include "jet/format/layout.h"
+#include "jet/index/index_page.h"
 #include "jetcreate/new_file.h"
 
 namespace jetcreate {
 
 struct IndexChild {
   std::uint32_t page = 0;
-  std::vector<std::byte> lastEntry;  // without the child that an entry of a node names
+  std::vector<std::byte> lastKey;  // key and row of its last entry
 };
 
 class IndexLevel {
  public:
   IndexLevel(NewFile& file, std::uint32_t owner, jet::PageType type)
-      : file_(file), owner_(owner), type_(type) {}
+      : file_(file), owner_(owner), type_(type), page_(type, {.owner = owner}) {}
 
   void add(jet::Bytes entry);
 
-  // On a node: the child's last entry, then its page.
+  // For the level above: an entry for the child.
   void addChild(const IndexChild& child);
 
   // The last page of the level names one more child, which has no entry.
@@ -44,10 +45,8 @@ class IndexLevel {
   NewFile& file_;
   std::uint32_t owner_;
   jet::PageType type_;
+  jet::IndexPage page_;  // being filled
   IndexChild tail_;
-  std::vector<std::vector<std::byte>> entries_;  // of the page being filled
-  std::size_t size_ = 0;                         // of entries_ when nothing is left out
-  std::size_t prefix_ = 0;                       // bytes that all of them begin with
   std::vector<std::uint32_t> pages_;
   std::vector<IndexChild> children_;
 };

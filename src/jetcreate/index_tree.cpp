@@ -1,10 +1,14 @@
 #include "jetcreate/index_tree.h"
 
 #include <algorithm>
-#include <cassert>
+#include <optional>
+#include <string>
 
+#include "jet/index/key_codec.h"
 #include "jetcreate/index_level.h"
 #include "jetcreate/layout.h"
+#include "jetcreate/stored_value.h"
+#include "text/utf16.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -13,30 +17,68 @@ using namespace jet;
 
 namespace {
 
-constexpr std::size_t kRowSize = 4;  // at the end of every entry
-constexpr std::size_t kLongestEntry = kIndexPageRoom / 2;
+constexpr std::size_t kMaxEntry = kIndexPageRoom / 2;
 
 bool less(Bytes a, Bytes b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
 }
 
+void appendTextPart(const TableDefinition& table, const Column& column, bool ascending,
+                    const values::Variant& value, std::vector<std::byte>& key) {
+  if (value.isNull()) return (void)appendTextKey(ascending, std::nullopt, key);
+  const std::string text = toText(value);
+  if (!appendTextKey(ascending, text::toUtf16(text), key))
+    throw RuntimeError(error::kInvalidArgument, "The text '" + text + "' of field '" + column.name +
+                                                    "' of table '" + table.name +
+                                                    "' has no place in an index here.");
+}
+
+// The value as a row stores it.
+std::optional<std::vector<std::byte>> storedField(const TableDefinition& table,
+                                                  const Column& column,
+                                                  const values::Variant& value) {
+  if (value.isNull()) return std::nullopt;
+  if (column.type != ColumnType::kYesNo)
+    return column.fixed ? storedFixed(table, column, value) : storedVariable(table, column, value);
+  if (!toBool(value)) return std::nullopt;
+  return std::vector<std::byte>();
+}
+
+void appendPart(const TableDefinition& table, const Column& column, bool ascending,
+                const values::Variant& value, std::vector<std::byte>& key) {
+  if (column.type == ColumnType::kText) return appendTextPart(table, column, ascending, value, key);
+  const auto field = storedField(table, column, value);
+  appendKey(column, ascending, field ? std::optional<Bytes>(*field) : std::nullopt, key);
+}
+
 }  // namespace
 
-void IndexTree::add(Bytes key, RowId row) {
-  if (key.size() + kRowSize > kLongestEntry)
+void IndexTree::add(const TableDefinition& table, const RealIndex& index,
+                    std::span<const values::Variant> values, RowId row) {
+  std::vector<std::byte> key;
+  bool allNull = true;
+  for (const IndexColumn& part : index.columns) {
+    const values::Variant value =
+        part.column < values.size() ? values[part.column] : values::Variant();
+    if (value.isNull() && index.required)
+      throw RuntimeError(error::kNullInKey, "Null in a primary key of table '" + table.name + "'.");
+    allNull = allNull && value.isNull();
+    appendPart(table, table.columns[part.column], part.ascending, value, key);
+  }
+  if (allNull && index.ignoreNulls) return;
+  const std::vector<std::byte> entry = leafEntry(std::move(key), row);
+  if (entry.size() > kMaxEntry)
     throw RuntimeError(error::kInvalidArgument, "An index key is too long.");
-  entries_.push_back({static_cast<std::uint32_t>(bytes_.size()),
-                      static_cast<std::uint16_t>(key.size() + kRowSize)});
-  bytes_.insert(bytes_.end(), key.begin(), key.end());
-  for (int shift : {16, 8, 0}) bytes_.push_back(static_cast<std::byte>(row.page >> shift));
-  bytes_.push_back(static_cast<std::byte>(row.row));
+  entries_.push_back(
+      {static_cast<std::uint32_t>(bytes_.size()), static_cast<std::uint16_t>(entry.size())});
+  bytes_.insert(bytes_.end(), entry.begin(), entry.end());
 }
 
 std::uint32_t IndexTree::countDistinct(const NewFile& file, bool unique) const {
   std::uint32_t distinct = 0;
   Bytes last;
   for (const Entry& entry : entries_) {
-    const Bytes key = bytesOf(entry).first(entry.size - kRowSize);
+    const Bytes key = bytesOf(entry).first(entry.size - kEntryRowSize);
     if (distinct == 0 || !std::equal(key.begin(), key.end(), last.begin(), last.end())) ++distinct;
     last = key;
   }

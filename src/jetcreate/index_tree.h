@@ -1,21 +1,25 @@
 // Builds the tree of one index from the entries of all its rows.
 //
 //   IndexTree tree;
-//   tree.add(key, rowId);                       // for each row
+//   tree.add(definition, realIndex, values, rowId);   // for each row
 //   BuiltIndex built = tree.build(file, definitionPage, /*unique=*/true, /*tails=*/false);
 //
 // Entries are kept in memory, a little more than their own bytes, and sorted at the end. Leaves are
-// filled from the left and chained; on every page the bytes that all its entries begin with stand
-// only once. A node repeats the last entry of each child. Error 3022 for a key that a unique index
-// would hold twice, and 3001 for a key that no page has room for.
+// filled from the left and chained. A node repeats the last key and row of each child.
+// Errors: 3022 for a key that a unique index would hold twice, 3314 for a Null where the index
+// takes none, 3001 for a type or a character that has no keys here and for a key that no page has
+// room for.
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "jet/format/bytes.h"
 #include "jet/format/row_id.h"
+#include "jet/format/table_definition.h"
 #include "jetcreate/new_file.h"
+#include "values/variant.h"
 
 namespace jetcreate {
 
@@ -27,10 +31,12 @@ struct BuiltIndex {
 
 class IndexTree {
  public:
-  void add(jet::Bytes key, jet::RowId row);
+  // `values` by position in the definition's columns; missing ones at the end are Null.
+  void add(const jet::TableDefinition& table, const jet::RealIndex& index,
+           std::span<const values::Variant> values, jet::RowId row);
 
-  // `tails`: as trees are that grew by appending, whose rightmost node names its last child apart
-  // from its entries. Where there is one leaf only, it makes no difference.
+  // `tails`: as in trees that grew by appending, whose rightmost node has its last child as tail
+  // and not as an entry. Where there is one leaf only, it makes no difference.
   [[nodiscard]] BuiltIndex build(NewFile& file, std::uint32_t owner, bool unique, bool tails);
 
  private:

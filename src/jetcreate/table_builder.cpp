@@ -5,7 +5,6 @@
 
 #include "jet/format/byte_buffer.h"
 #include "jet/format/layout.h"
-#include "jetcreate/entry_key.h"
 #include "jetcreate/layout.h"
 #include "jetcreate/usage_map_writer.h"
 #include "values/runtime_error.h"
@@ -79,22 +78,8 @@ void TableBuilder::takeNumber(std::vector<values::Variant>& values) {
 }
 
 void TableBuilder::addKeys(const std::vector<values::Variant>& values, RowId row) {
-  std::vector<std::byte> key;
-  for (std::size_t i = 0; i < trees_.size(); ++i) {
-    const RealIndex& index = definition_.realIndexes[i];
-    key.clear();
-    bool allNull = true;
-    for (const IndexColumn& part : index.columns) {
-      const values::Variant value =
-          part.column < values.size() ? values[part.column] : values::Variant();
-      if (value.isNull() && index.required)
-        throw RuntimeError(error::kNullInKey,
-                           "Null in a primary key of table '" + definition_.name + "'.");
-      allNull = allNull && value.isNull();
-      appendKey(definition_, definition_.columns[part.column], part.ascending, value, key);
-    }
-    if (!(allNull && index.ignoreNulls)) trees_[i].add(key, row);
-  }
+  for (std::size_t i = 0; i < trees_.size(); ++i)
+    trees_[i].add(definition_, definition_.realIndexes[i], values, row);
 }
 
 void TableBuilder::writeIndexes(bool tails) {

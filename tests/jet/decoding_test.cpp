@@ -141,14 +141,14 @@ TEST_F(Jet3Test, JumpTable) {
   EXPECT_EQ(textOf(dummy, 2), std::string(49, 'y'));
 }
 
-// Entries behind the first leave out the bytes that they share with it; the prefix's length is one
-// byte, and the byte behind it is not part of it.
+// Entries after the first leave out the bytes that they share with it; the prefix's length is one
+// byte, and the byte after it is not part of it. What is read is stored as the same bytes again.
 TEST_F(Jet3Test, IndexEntriesWithSharedPrefix) {
   auto page = std::make_shared<Page>();
   std::string bytes(2048, '\0');
-  bytes.replace(0, 8, "\x04\x01\0\0\x2A\0\0\0"s);
+  bytes.replace(0, 8, "\x04\x01\xf5\x06\x2A\0\0\0"s);
   bytes.replace(20, 2, "\x04\x01"s);
-  bytes.replace(22, 3, "\0\x42\x08"s);  // entries end behind 9, 14 and 19 bytes
+  bytes.replace(22, 3, "\0\x42\x08"s);  // entries end after 9, 14 and 19 bytes
   bytes.replace(0xf8, 19,
                 "\x7f\x80\0\0\1"
                 "\0\1\5\3"
@@ -157,7 +157,7 @@ TEST_F(Jet3Test, IndexEntriesWithSharedPrefix) {
                 "\7"
                 "\0\2\0\0"s);
   page->bytes.assign(bytesOf(bytes).begin(), bytesOf(bytes).end());
-  const IndexPage index(file_, page, 0x2A);
+  IndexPage index(file_, page, 0x2A);
   ASSERT_EQ(index.size(), 3U);
   EXPECT_EQ(index.rowId(1), (RowId{0x105, 4}));
   EXPECT_EQ(index.rowId(2), (RowId{0x200, 0}));
@@ -166,6 +166,9 @@ TEST_F(Jet3Test, IndexEntriesWithSharedPrefix) {
   EXPECT_EQ(index.lowerBound(bytesOf("\x7f\x80\0\0\3"s)), 2U);
   EXPECT_EQ(index.lowerBound(bytesOf("\x7f\x80\0\1"s)), 3U);
   EXPECT_THROW(IndexPage(file_, page, 0x2B), RuntimeError);
+  std::vector<std::byte> again(2048);
+  ASSERT_TRUE(index.store(file_.format(), again));
+  EXPECT_EQ(again, page->bytes);
 }
 
 }  // namespace

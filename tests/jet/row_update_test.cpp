@@ -1,7 +1,10 @@
 #include "jet/row_update.h"
 
+#include <gmock/gmock.h>
+
 #include <fstream>
 #include <functional>
+#include <set>
 
 #include "jet/sales_file.h"
 #include "values/runtime_error.h"
@@ -124,6 +127,70 @@ TEST(RowUpdateTest, UniqueKeysCanBeChangedToFreeOnes) {
             [](std::int64_t id) { return values::Variant(values::Currency{-1000 * id - 7}); });
   file.expectWhole();
   file.expectNoEntryTooMany();
+}
+
+// The creator and the marker must agree on the key of -0.0: the old entry stayed when they did not.
+TEST(RowUpdateTest, BothZerosHaveOneKey) {
+  const support::TemporaryFolder folder;
+  const std::string path = (folder.path() / "zeros.mdb").string();
+  {
+    FileBuilder builder(path);
+    auto& table = builder.addTable(
+        "T",
+        {{.name = "d", .type = ColumnType::kDouble},
+         {.name = "s", .type = ColumnType::kSingle},
+         {.name = "t", .type = ColumnType::kDateTime}},
+        {{.name = "byD", .columns = {"d"}}, {.name = "all", .columns = {"-s", "t", "d"}}});
+    table.add({-0.0, -0.0F, values::DateTime{-0.0}});
+    table.add({1.0, 2.0F, values::DateTime{3}});
+    builder.finish();
+  }
+  for (const double now : {5.0, -0.0, 0.0, -0.0, 7.5}) {
+    const auto database = Database::open(path, {.readOnly = false});
+    Table& table = database->openTable("T");
+    std::vector<RowId> rows;
+    for (auto scan = table.scan(); scan.next();) rows.push_back(scan.row().id());
+    const std::vector<FieldChange> changes = {{0, values::Variant(now)}};
+    database->updateRow(table, rows[0], changes);
+    for (const std::size_t index : {0U, 1U}) {
+      std::multiset<RowId> entries;
+      for (auto walk = table.walk(index); walk.next();) entries.insert(walk.rowId());
+      EXPECT_EQ(entries, std::multiset<RowId>(rows.begin(), rows.end())) << now << ", " << index;
+    }
+    auto found = table.seek(0, {.equal = {values::Variant(now)}});
+    ASSERT_TRUE(found.next()) << now;
+    EXPECT_EQ(found.rowId(), rows[0]);
+  }
+}
+
+// A row that its index does not know: nothing may be written, whichever way the entry is looked
+// for.
+TEST(RowUpdateTest, AnEntryThatIsNotThereIsDamage) {
+  for (const char* second : {"s_id", "name"}) {
+    const SalesFile file({.rows = 50}, {{.name = "byPrice", .columns = {"price", second}}});
+    std::string bytes = support::readFile(file.path());
+    const std::string stored("\x1d\xf1\0\0\0\0\0\0", 8);  // the price of row 5, 6.1725
+    const std::size_t at = bytes.find(stored);
+    ASSERT_NE(at, std::string::npos);
+    ++bytes[at];
+    std::ofstream(file.path(), std::ios::binary) << bytes;
+    const auto database = file.open();
+    Table& table = database->openTable("Selling");
+    auto row = table.seek(0, {.equal = {values::Variant(std::int32_t{5})}});
+    ASSERT_TRUE(row.next());
+    const std::vector<FieldChange> changes = {{1, values::Variant(values::Currency{7})},
+                                              {7, values::Variant(true)}};
+    try {
+      database->updateRow(table, row.rowId(), changes);
+      ADD_FAILURE() << "was not refused";
+    } catch (const RuntimeError& refusal) {
+      EXPECT_EQ(refusal.number(), error::kDamaged);
+      EXPECT_THAT(refusal.what(), testing::AllOf(testing::HasSubstr(file.path()),
+                                                 testing::HasSubstr("'byPrice' of table 'Selling'"),
+                                                 testing::HasSubstr("row 5 of page")));
+    }
+    EXPECT_TRUE(support::readFile(file.path()) == bytes) << "the file was changed";
+  }
 }
 
 // The engine's inline maps reach 512 pages; the file must be able to grow past them.

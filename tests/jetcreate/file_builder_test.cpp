@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "jet/database.h"
-#include "jetcreate/entry_key.h"
 #include "jetcreate/text_encoder.h"
 #include "support/child_process.h"
 #include "values/runtime_error.h"
@@ -207,48 +206,6 @@ TEST(TextEncoderTest, CompressesWhereThatIsShorter) {
                                     {"bytes that are no text", "a\x80z", "6100fdff7a00"},
                                     {"beyond the first plane", "😀", "3dd800de"}};
   for (const Case& c : kCases) EXPECT_EQ(hex(encodeText(c.text, true)), c.stored) << c.name;
-}
-
-// The engine's own keys, as seen in indexes of files that it made.
-TEST(EntryKeyTest, KeysAreTheEngines) {
-  struct Case {
-    const char* name;
-    ColumnType type;
-    bool ascending;
-    values::Variant value;
-    const char* key;
-  };
-  const std::vector<Case> cases = {
-      {"null", ColumnType::kLong, true, {}, "00"},
-      {"null descending", ColumnType::kLong, false, {}, "ff"},
-      {"yes", ColumnType::kYesNo, true, true, "7f00"},
-      {"no", ColumnType::kYesNo, true, {}, "7fff"},
-      {"byte", ColumnType::kByte, true, big(5), "7f05"},
-      {"short", ColumnType::kInteger, true, big(-2), "7f7ffe"},
-      {"whole", ColumnType::kLong, true, big(0x0f000001), "7f8f000001"},
-      {"whole descending", ColumnType::kLong, false, big(1), "807ffffffe"},
-      {"money", ColumnType::kCurrency, true, values::Currency{-1}, "7f7fffffffffffffff"},
-      {"single", ColumnType::kSingle, true, 1.0F, "7fbf800000"},
-      {"double", ColumnType::kDouble, true, -1.0, "7f400fffffffffffff"},
-      {"minus zero", ColumnType::kDouble, true, -0.0, "7f8000000000000000"},
-      {"day", ColumnType::kDateTime, true, values::DateTime{2}, "7fc000000000000000"},
-      {"text", ColumnType::kText, true, "Table1", "7f6d4a4c5e51380100"},
-      {"underscore", ColumnType::kText, true, "t_like1 ", "7f6d2b035e595c51380100"},
-      {"bytes", ColumnType::kBinary, true, values::Binary{std::vector<std::byte>(10, std::byte{1})},
-       "7f"
-       "0101010101010101"
-       "09"
-       "0101000000000000"
-       "02"}};
-  TableDefinition table;
-  for (const Case& c : cases) {
-    Column column;
-    column.type = c.type;
-    column.length = 20;
-    std::vector<std::byte> key;
-    appendKey(table, column, c.ascending, c.value, key);
-    EXPECT_EQ(hex(key), c.key) << c.name;
-  }
 }
 
 struct TreeCase {

@@ -90,7 +90,8 @@ struct Format {
   std::size_t indexTail;          // 32 bits
   std::size_t indexPrefixLength;  // of indexPrefixSize bytes
   std::size_t indexPrefixSize;
-  std::size_t indexMask;  // bit n: an entry ends n bytes behind indexEntries
+  std::size_t indexLevel;  // 8 bits: distance from the leaves
+  std::size_t indexMask;   // bit n: an entry ends n bytes behind indexEntries
   std::size_t indexEntries;
 
   // Bytes of an inline usage map behind its start page, as the engine makes them.
@@ -124,6 +125,10 @@ constexpr std::size_t kDefinitionLength = 8;           // 32 bits, on the first 
 constexpr std::size_t kDefinitionContinued = 8;        // where a further page's share begins
 constexpr std::size_t kUsageMapPageBits = 4;
 constexpr std::size_t kIndexOwner = 4;  // 32 bits: page of the table definition
+
+// After the key of an index entry, the high byte first.
+constexpr std::size_t kEntryRowSize = 4;    // page, 24 bits, and row, 8 bits
+constexpr std::size_t kEntryChildSize = 4;  // on a node: page, 32 bits
 
 // Row offsets of a data page.
 constexpr std::uint16_t kRowOffsetMask = 0x1fff;

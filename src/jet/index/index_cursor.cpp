@@ -1,13 +1,8 @@
 #include "jet/index/index_cursor.h"
 
-#include "jet/index/index_key.h"
+#include <utility>
 
 namespace jet {
-namespace {
-
-constexpr int kMaxLevels = 16;  // a tree of 2 GiB has five
-
-}  // namespace
 
 IndexCursor::IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefinition& definition,
                          const RealIndex& index, const KeyRange& range)
@@ -27,9 +22,11 @@ void IndexCursor::descend() {
 
 bool IndexCursor::tryDescend() {
   IndexPagePtr page = pages_->get(*file_, root_, owner_);
-  for (int level = 1; !page->isLeaf(); ++level) {
-    if (level == kMaxLevels) file_->damaged(root_, "its index has no leaves");
-    page = pages_->child(*file_, *page, page->lowerBound(first_), owner_);
+  for (std::size_t level = 1; !page->isLeaf(); ++level) {
+    if (level == kMaxIndexLevels) file_->damaged(root_, "its index has no leaves");
+    const auto position = page->childFor(first_);
+    if (!position) file_->damaged(page->page()->number, "a node of an index is empty");
+    page = pages_->child(*file_, *page, *position, owner_);
     if (!page) return false;
   }
   leaf_ = std::move(page);
@@ -38,9 +35,9 @@ bool IndexCursor::tryDescend() {
 }
 
 bool IndexCursor::nextLeaf() {
-  if (leaf_->next() == 0) return false;
+  if (leaf_->header.next == 0) return false;
   if (++leavesSeen_ > file_->pageCount()) {
-    file_->damaged(leaf_->next(), "the leaves of an index form a circle");
+    file_->damaged(leaf_->header.next, "the leaves of an index form a circle");
   }
   IndexPagePtr next = pages_->next(*file_, *leaf_, owner_);
   if (!next) {
@@ -49,9 +46,10 @@ bool IndexCursor::nextLeaf() {
     if (leaf_->size() != 0) first_ = leaf_->keyBytes(leaf_->size() - 1);
     descend();
     if (entry_ < leaf_->size() && leaf_->compare(entry_, first_) == 0) ++entry_;
-    if (entry_ < leaf_->size() || leaf_->next() == 0) return entry_ < leaf_->size();
+    if (entry_ < leaf_->size() || leaf_->header.next == 0) return entry_ < leaf_->size();
     next = pages_->next(*file_, *leaf_, owner_);
-    if (!next) file_->damaged(leaf_->next(), "it does not go on where the leaf before it ends");
+    if (!next)
+      file_->damaged(leaf_->header.next, "it does not go on where the leaf before it ends");
   }
   leaf_ = std::move(next);
   entry_ = 0;

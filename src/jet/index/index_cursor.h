@@ -1,47 +1,33 @@
-// Rows by an index: equality on the leading columns of its key, then a range on the next one.
+// The rows of a range of an index, in the order of its keys.
 //
-//   KeyRange range{.equal = {Variant(std::int32_t{7})}};
-//   KeyRange days{.lower = KeyBound{from}, .upper = KeyBound{to, /*inclusive=*/false}};
+//   IndexCursor found(file, pages, definition, realIndex, {.equal = {Variant(std::int32_t{7})}});
+//   while (found.next()) use(found.rowId());
 //
-// Values are compared as numbers with the key column's type, exactly: 2.5 finds nothing among whole
-// numbers, ">= 2.5" begins at 3. A Null value finds nothing, as in a comparison. Rows whose key
-// column is Null are outside every range. Values may be numbers, Currency, dates and Yes/No. Each
-// page is checked when it is met: kind, owner, order of its entries; depth and length are bounded.
-// Errors: 3049 for a tree that contradicts itself, 3001 for a key column or value that has no
-// encoding here (text, GUID, binary, Numeric).
+// Each page is checked when it is met: kind, owner, order of its entries; depth and length are
+// bounded. Errors: 3049 for a tree that contradicts itself, and those of encodeRange.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include "jet/format/row_id.h"
 #include "jet/format/table_definition.h"
-#include "jet/index/index_page.h"
+#include "jet/index/index_page_cache.h"
+#include "jet/index/key_range.h"
 #include "jet/pages/page_file.h"
-#include "values/variant.h"
 
 namespace jet {
 
-struct KeyBound {
-  values::Variant value;
-  bool inclusive = true;
-};
-
-// In the sense of the values, whatever the index's direction: lower is the smaller value.
-struct KeyRange {
-  std::vector<values::Variant> equal = {};  // values of the leading key columns
-  std::optional<KeyBound> lower = {};       // of the column behind them
-  std::optional<KeyBound> upper = {};
-};
+// Of an index tree; one in a file of 2 GiB has five.
+constexpr std::size_t kMaxIndexLevels = 16;
 
 class IndexCursor {
  public:
   IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefinition& definition,
               const RealIndex& index, const KeyRange& range);
 
-  // False behind the last entry of the range.
+  // False after the last entry of the range.
   [[nodiscard]] bool next();
 
   // Of the entry that next() reached.

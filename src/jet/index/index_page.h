@@ -1,15 +1,23 @@
-// One page of an index tree, taken apart: where its entries stand and what they say.
+// One page of an index tree: read, searched, changed and stored.
 //
-// An entry is the encoded key, then the row it is for (page: three bytes, row: one, the high byte
-// first); on a node also the page of the child whose last entry it repeats. Entries compare byte by
-// byte. Those behind the first leave out the first one's `prefix` leading bytes.
-// Errors: 3049.
+//   IndexPage leaf(file, file.page(number), definition.page);
+//   if (std::size_t n = leaf.lowerBound(key); n < leaf.size()) use(leaf.rowId(n));
+//
+//   leaf.insert(leaf.lowerBound(entry), entry);
+//   if (!leaf.store(format, page.bytes)) ... it no longer fits: split it
+//
+// An entry is the encoded key, then its row; on a node then the page of a child, whose last key and
+// row it repeats. Entries compare byte by byte. On the page those after the first leave out the
+// `prefix` leading bytes that they share with it. A node's tail is one more child, without an
+// entry, for keys above all entries.
+//
+// A page that is only read is a view of the file's page and cheap to copy; the first change copies
+// its entries, in full. Errors: 3049 for a page that is not of the index or contradicts itself.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <unordered_map>
+#include <optional>
 #include <vector>
 
 #include "jet/format/bytes.h"
@@ -18,16 +26,26 @@
 
 namespace jet {
 
+struct IndexPageHeader {
+  std::uint32_t owner = 0;     // definition page of the table
+  std::uint32_t previous = 0;  // pages beside this one on its level; 0: none
+  std::uint32_t next = 0;
+  std::uint32_t tail = 0;  // of a node; 0: none
+  std::uint8_t level = 0;  // distance from the leaves
+};
+
 class IndexPage {
  public:
+  // An empty one.
+  IndexPage(PageType type, const IndexPageHeader& head)
+      : header(head), leaf_(type == PageType::kIndexLeaf), inFull_(true) {}
+
   // Checks the page's kind, owner, entries and their order.
   IndexPage(const PageFile& file, PagePtr page, std::uint32_t owner);
 
+  // As it was read; null for one that was made empty.
   [[nodiscard]] const PagePtr& page() const { return page_; }
   [[nodiscard]] bool isLeaf() const { return leaf_; }
-  [[nodiscard]] std::uint32_t previous() const { return previous_; }
-  [[nodiscard]] std::uint32_t next() const { return next_; }
-  [[nodiscard]] std::uint32_t tail() const { return tail_; }
   [[nodiscard]] std::size_t size() const { return ends_.size(); }
 
   // Order of an entry's leading bytes against `key`: below, at (the entry begins with it), above 0.
@@ -36,59 +54,73 @@ class IndexPage {
   // First entry whose leading bytes are not below `key`; size() when there is none.
   [[nodiscard]] std::size_t lowerBound(Bytes key) const;
 
+  // Position of the child to descend into for `key`: an entry, or size() for the tail. A node
+  // without a tail has the keys above its entries in its last child. Nothing for an empty node.
+  [[nodiscard]] std::optional<std::size_t> childFor(Bytes key) const;
+
+  // Page of the child at a position as above.
+  [[nodiscard]] std::uint32_t child(std::size_t position) const;
+
   [[nodiscard]] RowId rowId(std::size_t entry) const;
-  [[nodiscard]] std::uint32_t child(std::size_t entry) const;  // of a node
 
   // Key and row of an entry, without a node's child.
   [[nodiscard]] std::vector<std::byte> keyBytes(std::size_t entry) const;
 
-  // The whole entry, its left-out prefix put back.
+  // The whole entry, its prefix included.
   [[nodiscard]] std::vector<std::byte> entryBytes(std::size_t entry) const;
 
+  void insert(std::size_t n, Bytes entry);
+  void erase(std::size_t n);
+
+  // For pages filled in order: adds an entry after the others. False, with nothing changed, when
+  // the page has no room for it even with the longest prefix, which store() then uses.
+  [[nodiscard]] bool append(const Format& format, Bytes entry);
+
+  // The entries from n on, moved into a page of their own together with this one's tail.
+  [[nodiscard]] IndexPage splitAt(std::size_t n);
+
+  // Where half of the bytes stand before it; at least 1, below size(). For a page of two entries
+  // or more.
+  [[nodiscard]] std::size_t middle();
+
+  // Writes header and entries into the bytes of a page. False, with the bytes untouched, when the
+  // entries do not fit even with the longest prefix.
+  [[nodiscard]] bool store(const Format& format, MutableBytes page);
+
+  IndexPageHeader header;
+
  private:
+  [[nodiscard]] Bytes entries() const { return inFull_ ? Bytes(full_) : view_; }
+  [[nodiscard]] std::size_t trailer() const {
+    return leaf_ ? kEntryRowSize : kEntryRowSize + kEntryChildSize;
+  }
   [[nodiscard]] Bytes stored(std::size_t entry) const;
   [[nodiscard]] Bytes withoutChild(Bytes entry) const;
   void findEntries(const PageFile& file);
   void checkOrder(const PageFile& file) const;
+  void copyEntries();
+  [[nodiscard]] std::size_t commonPrefix(const Format& format) const;
+  [[nodiscard]] std::size_t storedSize(std::size_t prefix) const;
+  void storeEntries(const Format& format, std::size_t prefix, MutableBytes page) const;
 
   PagePtr page_;
-  bool leaf_ = false;
-  std::uint32_t previous_ = 0;
-  std::uint32_t next_ = 0;
-  std::uint32_t tail_ = 0;
-  Bytes entries_;                    // the page from its first entry on
-  std::size_t prefix_ = 0;           // bytes
-  std::size_t trailer_ = 0;          // bytes behind the key: row pointer, child page
-  std::vector<std::uint16_t> ends_;  // of each entry in entries_
+  Bytes view_;  // of page_, from its first entry on
+  bool leaf_;
+  bool inFull_ = false;             // the entries stand in full_, with no prefix left out
+  std::size_t prefix_ = 0;          // bytes left out in entries()
+  std::size_t prefixWanted_ = 0;    // at most as many are left out by store(), if they fit so
+  std::size_t appendedPrefix_ = 0;  // common to all entries; kept by append()
+  std::vector<std::byte> full_;
+  std::vector<std::uint32_t> ends_;  // of each entry in entries()
 };
 
-using IndexPagePtr = std::shared_ptr<const IndexPage>;
+// An entry of a leaf: the key, then the row.
+[[nodiscard]] std::vector<std::byte> leafEntry(std::vector<std::byte> key, RowId row);
 
-// Index pages of one table taken apart already; bounded. A page that was read again since is taken
-// apart again. What one page says of another is compared when the two first meet: the child's
-// entries lie between those of its node, the next leaf begins behind this one's end and points
-// back.
-class IndexPageCache {
- public:
-  [[nodiscard]] IndexPagePtr get(PageFile& file, std::uint32_t number, std::uint32_t owner);
+// An entry of a node: the last key and row of a child, then its page.
+[[nodiscard]] std::vector<std::byte> nodeEntry(std::vector<std::byte> lastKey, std::uint32_t child);
 
-  // The child to go on in for `entry` of a node; for entry == size(), where keys behind them all
-  // are. Null when the two pages contradict each other: damage, or one of them was changed since
-  // the other was read.
-  [[nodiscard]] IndexPagePtr child(PageFile& file, const IndexPage& node, std::size_t entry,
-                                   std::uint32_t owner);
-
-  // The leaf behind `leaf`, which has one. Null as above.
-  [[nodiscard]] IndexPagePtr next(PageFile& file, const IndexPage& leaf, std::uint32_t owner);
-
- private:
-  static constexpr std::size_t kPages = 256;
-
-  struct Entry {
-    IndexPagePtr page;
-    PagePtr checkedUnder;  // the node with which it was compared
-  };
-  std::unordered_map<std::uint32_t, Entry> pages_;
-};
+// The row of a leaf's entry.
+[[nodiscard]] RowId rowOfEntry(Bytes leafEntry);
 
 }  // namespace jet

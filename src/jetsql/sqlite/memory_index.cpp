@@ -3,10 +3,10 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <string>
 
+#include "jet/index/key_codec.h"
 #include "jetsql/functions/text_compare.h"
 #include "jetsql/functions/value_types.h"
 #include "jetsql/sqlite/numeric_encoding.h"
@@ -17,12 +17,6 @@ namespace {
 using values::VariantType;
 
 bool isWholeKey(VariantType type) { return isWholeNumber(type) || type == VariantType::kCurrency; }
-
-// The bits of a double as a whole number of the same order.
-std::int64_t realKey(double value) {
-  const auto bits = std::bit_cast<std::int64_t>(value == 0 ? 0.0 : value);
-  return bits < 0 ? bits ^ INT64_MAX : bits;
-}
 
 std::int64_t hashKey(const void* bytes, std::size_t size) {
   std::uint64_t hash = 0xCBF29CE484222325U;
@@ -41,7 +35,7 @@ class KeyReader {
 
   [[nodiscard]] std::int64_t key(const jet::Row& row) {
     if (isWholeKey(type_)) return row.wholeNumber(column_);
-    if (hasOrderedKeys(type_)) return realKey(row.realNumber(column_));
+    if (hasOrderedKeys(type_)) return jet::realOrdinal(row.realNumber(column_));
     if (type_ == VariantType::kText) return textKey(row.text(column_, text_));
     if (type_ == VariantType::kNumeric) {
       const auto bytes = encodeNumeric(row.numeric(column_));
@@ -87,7 +81,7 @@ std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column, 
   if (isWholeKey(type)) return row.wholeNumber(column);
   const double number = row.realNumber(column);
   if (std::isnan(number)) return {};
-  return realKey(number);
+  return jet::realOrdinal(number);
 }
 
 MemoryIndex::MemoryIndex(jet::Table& table, std::size_t column) {
@@ -120,7 +114,7 @@ std::optional<std::int64_t> keyOf(sqlite3_value* value, VariantType type) {
   const int held = sqlite3_value_type(value);
   if (hasOrderedKeys(type)) {
     if (!isNumeric(value)) return {};
-    return isWholeKey(type) ? wholeKeyOf(value) : realKey(sqlite3_value_double(value));
+    return isWholeKey(type) ? wholeKeyOf(value) : jet::realOrdinal(sqlite3_value_double(value));
   }
   if (type == VariantType::kText) {
     if (held != SQLITE_TEXT) return {};
@@ -134,14 +128,14 @@ std::optional<std::int64_t> keyOf(sqlite3_value* value, VariantType type) {
 
 KeyInterval keysFrom(sqlite3_value* value, VariantType type) {
   if (!isNumeric(value)) return {1, 0};
-  if (!isWholeKey(type)) return {realKey(sqlite3_value_double(value)), INT64_MAX};
+  if (!isWholeKey(type)) return {jet::realOrdinal(sqlite3_value_double(value)), INT64_MAX};
   if (sqlite3_value_type(value) == SQLITE_INTEGER) return {sqlite3_value_int64(value), INT64_MAX};
   return {wholeBound(std::floor(sqlite3_value_double(value))), INT64_MAX};
 }
 
 KeyInterval keysUpTo(sqlite3_value* value, VariantType type) {
   if (!isNumeric(value)) return {1, 0};
-  if (!isWholeKey(type)) return {INT64_MIN, realKey(sqlite3_value_double(value))};
+  if (!isWholeKey(type)) return {INT64_MIN, jet::realOrdinal(sqlite3_value_double(value))};
   if (sqlite3_value_type(value) == SQLITE_INTEGER) return {INT64_MIN, sqlite3_value_int64(value)};
   return {INT64_MIN, wholeBound(std::ceil(sqlite3_value_double(value)))};
 }

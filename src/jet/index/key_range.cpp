@@ -1,74 +1,14 @@
-#include "jet/index/index_key.h"
+#include "jet/index/key_range.h"
 
-#include <algorithm>
-#include <array>
-#include <bit>
 #include <cmath>
-#include <limits>
-#include <optional>
+#include <string>
+#include <utility>
 
+#include "jet/index/key_codec.h"
 #include "values/runtime_error.h"
 
 namespace jet {
 namespace {
-
-constexpr std::byte kValueAscending{0x7f};
-constexpr std::byte kValueDescending{0x80};
-constexpr std::size_t kMaxKeyBytes = 8;
-
-// A key column's values, mapped to whole numbers of the same order: for whole types the number
-// itself, for doubles their bits (negative ones turned over). So "the next value" is plus one.
-using Ordinal = std::int64_t;
-
-struct KeyType {
-  std::size_t size = 0;  // bytes in an entry
-  Ordinal least = 0;
-  Ordinal greatest = 0;
-  bool real = false;
-};
-
-template <typename T>
-KeyType wholeType() {
-  return {sizeof(T), std::numeric_limits<T>::min(), std::numeric_limits<T>::max(), false};
-}
-
-std::optional<KeyType> keyType(ColumnType type) {
-  switch (type) {
-    case ColumnType::kYesNo:
-      return KeyType{1, -1, 0, false};
-    case ColumnType::kByte:
-      return wholeType<std::uint8_t>();
-    case ColumnType::kInteger:
-      return wholeType<std::int16_t>();
-    case ColumnType::kLong:
-      return wholeType<std::int32_t>();
-    case ColumnType::kCurrency:
-      return wholeType<std::int64_t>();
-    case ColumnType::kSingle:
-      return KeyType{4, std::numeric_limits<std::int32_t>::min(),
-                     std::numeric_limits<std::int32_t>::max(), true};
-    case ColumnType::kDouble:
-    case ColumnType::kDateTime:
-      return KeyType{8, std::numeric_limits<Ordinal>::min(), std::numeric_limits<Ordinal>::max(),
-                     true};
-    default:
-      return std::nullopt;
-  }
-}
-
-// The bits of a double or single, read as a signed number, order positive values; negative ones run
-// the other way and are turned over below the sign. Its own inverse.
-template <typename Int>
-Int turnNegative(Int bits) {
-  return bits < 0 ? static_cast<Int>(bits ^ std::numeric_limits<Int>::max()) : bits;
-}
-
-double realOf(const KeyType& type, Ordinal ordinal) {
-  if (type.size == 4) {
-    return std::bit_cast<float>(turnNegative(static_cast<std::int32_t>(ordinal)));
-  }
-  return std::bit_cast<double>(turnNegative(ordinal));
-}
 
 __extension__ typedef __int128 Int128;
 
@@ -117,7 +57,7 @@ Comparand toComparand(const values::Variant& value) {
 }
 
 // Order of a key value against a comparand: whole numbers exactly, all else as doubles.
-int compareKey(ColumnType column, const KeyType& type, Ordinal key, const Comparand& value) {
+int compareKey(ColumnType column, const OrdinalType& type, Ordinal key, const Comparand& value) {
   if (!type.real && value.whole) {
     const Int128 units = static_cast<Int128>(key) * (column == ColumnType::kCurrency ? 1 : 10000);
     return (units > value.units) - (units < value.units);
@@ -135,7 +75,7 @@ int compareKey(ColumnType column, const KeyType& type, Ordinal key, const Compar
 
 // The smallest key that is not below the value (or, `above`, that is above it); nothing when even
 // the greatest is. Bisection over the whole type: exact for every pair of types, some 60 steps.
-std::optional<Ordinal> firstKey(ColumnType column, const KeyType& type, const Comparand& value,
+std::optional<Ordinal> firstKey(ColumnType column, const OrdinalType& type, const Comparand& value,
                                 bool above) {
   const auto reached = [&](Ordinal key) {
     const int order = compareKey(column, type, key, value);
@@ -164,8 +104,8 @@ struct OrdinalRange {
 
 constexpr OrdinalRange kNothing = {.empty = true};
 
-// Keys from the first reached by the lower comparand to the last not beyond the upper one.
-OrdinalRange between(ColumnType column, const KeyType& type,
+// Ordinals from the first that the lower bound admits to the last that the upper one does.
+OrdinalRange between(ColumnType column, const OrdinalType& type,
                      const std::optional<std::pair<Comparand, bool>>& lower,
                      const std::optional<std::pair<Comparand, bool>>& upper) {
   OrdinalRange range{type.least, type.greatest};
@@ -177,15 +117,15 @@ OrdinalRange between(ColumnType column, const KeyType& type,
   }
   if (upper) {
     if (upper->first.null || std::isnan(upper->first.real)) return kNothing;
-    const auto behind = firstKey(column, type, upper->first, upper->second);
-    if (behind && *behind == type.least) return kNothing;
-    if (behind) range.last = *behind - 1;
+    const auto after = firstKey(column, type, upper->first, upper->second);
+    if (after && *after == type.least) return kNothing;
+    if (after) range.last = *after - 1;
   }
   range.empty = range.first > range.last;
   return range;
 }
 
-OrdinalRange equalTo(ColumnType column, const KeyType& type, const values::Variant& value) {
+OrdinalRange equalTo(ColumnType column, const OrdinalType& type, const values::Variant& value) {
   const Comparand comparand = toComparand(value);
   // The usual case without a search.
   if (!type.real && comparand.whole && column != ColumnType::kCurrency &&
@@ -197,23 +137,6 @@ OrdinalRange equalTo(ColumnType column, const KeyType& type, const values::Varia
   return between(column, type, std::pair{comparand, true}, std::pair{comparand, true});
 }
 
-// The byte that says that the value is not Null, and its own bytes as they stand in an entry.
-void appendKey(ColumnType column, const KeyType& type, Ordinal key, bool ascending,
-               std::vector<std::byte>& out) {
-  std::array<std::byte, 1 + kMaxKeyBytes> bytes;
-  auto* at = bytes.data();
-  *at++ = ascending ? kValueAscending : kValueDescending;
-  auto bits = static_cast<std::uint64_t>(key);
-  if (column == ColumnType::kYesNo) bits = key != 0 ? 0x00 : 0xff;  // Yes, being -1, comes first
-  const bool isSigned = column != ColumnType::kYesNo && column != ColumnType::kByte;
-  for (std::size_t i = type.size; i-- != 0;) {
-    auto byte = static_cast<std::byte>(bits >> 8 * i);
-    if (isSigned && i + 1 == type.size) byte ^= std::byte{0x80};
-    *at++ = ascending ? byte : ~byte;
-  }
-  out.insert(out.end(), bytes.data(), at);
-}
-
 class RangeEncoder {
  public:
   RangeEncoder(const TableDefinition& definition, const RealIndex& index)
@@ -222,11 +145,11 @@ class RangeEncoder {
   KeyInterval encode(const KeyRange& range) {
     for (const values::Variant& value : range.equal) {
       const auto [column, type] = nextColumn();
-      append(column, type, equalTo(column, type, value));
+      append(type, equalTo(column, type, value));
     }
     if (range.lower || range.upper) {
       const auto [column, type] = nextColumn();
-      append(column, type, between(column, type, comparand(range.lower), comparand(range.upper)));
+      append(type, between(column, type, comparand(range.lower), comparand(range.upper)));
     }
     return std::move(keys_);
   }
@@ -237,23 +160,23 @@ class RangeEncoder {
     return std::pair{toComparand(bound->value), bound->inclusive};
   }
 
-  std::pair<ColumnType, KeyType> nextColumn() {
+  std::pair<ColumnType, OrdinalType> nextColumn() {
     if (columns_ == index_.columns.size()) unsuitable("the index has fewer columns");
     const Column& column = definition_.columns[index_.columns[columns_].column];
-    const auto type = keyType(column.type);
+    const auto type = ordinalType(column.type);
     if (!type) unsuitable("column '" + column.name + "' is not looked up by its index");
     ascending_ = index_.columns[columns_++].ascending;
     return {column.type, *type};
   }
 
-  // An equality may be two keys wide: a real 0 is stored with or without a sign. Columns behind it
-  // could then not narrow the interval, so they are left out; the cursor's user gets a few rows
-  // more.
-  void append(ColumnType column, const KeyType& type, const OrdinalRange& range) {
+  // An equality with a real 0 is two keys wide: those of 0.0 and of -0.0, which another program may
+  // have written. The columns after it could then not narrow the interval, so they are left out;
+  // the user of the cursor gets a few rows more.
+  void append(const OrdinalType& type, const OrdinalRange& range) {
     keys_.empty = keys_.empty || range.empty;
     if (keys_.empty || keys_.first != keys_.last) return;
-    appendKey(column, type, ascending_ ? range.first : range.last, ascending_, keys_.first);
-    appendKey(column, type, ascending_ ? range.last : range.first, ascending_, keys_.last);
+    appendOrdinalKey(type, ascending_, ascending_ ? range.first : range.last, keys_.first);
+    appendOrdinalKey(type, ascending_, ascending_ ? range.last : range.first, keys_.last);
   }
 
   [[noreturn]] void unsuitable(const std::string& why) const {
@@ -269,8 +192,6 @@ class RangeEncoder {
 };
 
 }  // namespace
-
-bool hasKeyEncoding(ColumnType type) { return keyType(type).has_value(); }
 
 KeyInterval encodeRange(const TableDefinition& definition, const RealIndex& index,
                         const KeyRange& range) {

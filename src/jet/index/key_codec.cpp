@@ -1,0 +1,183 @@
+#include "jet/index/key_codec.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <limits>
+#include <type_traits>
+
+#include "values/runtime_error.h"
+
+namespace jet {
+namespace {
+
+constexpr std::byte kNull{0x00};
+constexpr std::byte kValue{0x7f};
+
+constexpr std::size_t kBinaryPiece = 8;   // bytes
+constexpr std::size_t kMaxKeyText = 255;  // characters of a text that its key holds
+constexpr std::byte kEndOfText[] = {std::byte{0x01}, std::byte{0x00}};
+
+// Weights of the letters, in alphabetical order; a capital letter has the small one's.
+constexpr std::array<std::uint8_t, 26> kLetterWeights = {
+    0x4a, 0x4c, 0x4d, 0x4f, 0x51, 0x53, 0x55, 0x57, 0x59, 0x5b, 0x5c, 0x5e, 0x60,
+    0x62, 0x64, 0x66, 0x68, 0x69, 0x6b, 0x6d, 0x6f, 0x71, 0x73, 0x75, 0x76, 0x78};
+constexpr std::uint8_t kFirstDigitWeight = 0x36;  // each further digit weighs two more
+constexpr std::uint8_t kBlankWeight = 0x07;
+constexpr std::array<std::uint8_t, 2> kUnderscoreWeights = {0x2b, 0x03};
+
+// A signed type has its sign bit inverted in keys.
+template <typename T>
+constexpr OrdinalType numberType(bool real = false) {
+  constexpr std::uint64_t kSignBit = std::is_signed_v<T> ? 1ULL << (8 * sizeof(T) - 1) : 0;
+  return {sizeof(T), std::numeric_limits<T>::min(), std::numeric_limits<T>::max(), real, kSignBit};
+}
+
+constexpr OrdinalType kYesNoType = {1, -1, 0, false, 0xff};  // Yes, being -1, is 00 and No ff
+
+// The bits of a double or single, read as a signed number, order positive values; negative ones run
+// the other way and are complemented below the sign. Its own inverse.
+template <typename Int>
+Int orderBits(Int bits) {
+  return bits < 0 ? static_cast<Int>(bits ^ std::numeric_limits<Int>::max()) : bits;
+}
+
+template <typename Int, typename Real>
+Ordinal ordinalOfReal(Real value) {
+  return orderBits(std::bit_cast<Int>(value == 0 ? Real{0} : value));  // -0.0 is 0.0
+}
+
+Ordinal ordinalOf(ColumnType type, const std::optional<Bytes>& field) {
+  if (type == ColumnType::kYesNo) return field ? -1 : 0;
+  const Bytes bytes = *field;
+  switch (type) {
+    case ColumnType::kByte:
+      return loadU8(bytes, 0);
+    case ColumnType::kInteger:
+      return loadLittle<std::int16_t>(bytes, 0);
+    case ColumnType::kLong:
+      return loadLittle<std::int32_t>(bytes, 0);
+    case ColumnType::kSingle:
+      return ordinalOfReal<std::int32_t>(loadLittle<float>(bytes, 0));
+    case ColumnType::kDouble:
+    case ColumnType::kDateTime:
+      return realOrdinal(loadLittle<double>(bytes, 0));
+    default:
+      return loadLittle<std::int64_t>(bytes, 0);
+  }
+}
+
+// Pieces of eight bytes, the last one filled with zeros; each is followed by 9 when another piece
+// follows it, else by the number of its own bytes.
+void appendBinary(Bytes bytes, std::vector<std::byte>& key) {
+  do {
+    const std::size_t size = std::min(bytes.size(), kBinaryPiece);
+    key.insert(key.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
+    key.resize(key.size() + kBinaryPiece - size);
+    bytes = bytes.subspan(size);
+    key.push_back(static_cast<std::byte>(bytes.empty() ? size : kBinaryPiece + 1));
+  } while (!bytes.empty());
+}
+
+bool appendWeights(char16_t unit, std::vector<std::byte>& key) {
+  const auto put = [&](unsigned weight) { key.push_back(static_cast<std::byte>(weight)); };
+  const char16_t letter = unit >= u'A' && unit <= u'Z' ? unit - u'A' + u'a' : unit;
+  if (letter >= u'a' && letter <= u'z') {
+    put(kLetterWeights[letter - u'a']);
+  } else if (unit >= u'0' && unit <= u'9') {
+    put(kFirstDigitWeight + 2U * (unit - u'0'));
+  } else if (unit == u' ') {
+    put(kBlankWeight);
+  } else if (unit == u'_') {
+    for (const std::uint8_t weight : kUnderscoreWeights) put(weight);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// Blanks at the end do not count.
+bool appendText(std::u16string_view text, std::vector<std::byte>& key) {
+  text = text.substr(0, text.find_last_not_of(u' ') + 1).substr(0, kMaxKeyText);
+  const bool known = std::ranges::all_of(text, [&](char16_t u) { return appendWeights(u, key); });
+  key.insert(key.end(), std::begin(kEndOfText), std::end(kEndOfText));
+  return known;
+}
+
+void complementFrom(std::size_t start, std::vector<std::byte>& key) {
+  for (std::size_t i = start; i < key.size(); ++i) key[i] = ~key[i];
+}
+
+}  // namespace
+
+std::optional<OrdinalType> ordinalType(ColumnType type) {
+  switch (type) {
+    case ColumnType::kYesNo:
+      return kYesNoType;
+    case ColumnType::kByte:
+      return numberType<std::uint8_t>();
+    case ColumnType::kInteger:
+      return numberType<std::int16_t>();
+    case ColumnType::kLong:
+      return numberType<std::int32_t>();
+    case ColumnType::kCurrency:
+      return numberType<std::int64_t>();
+    case ColumnType::kSingle:
+      return numberType<std::int32_t>(/*real=*/true);
+    case ColumnType::kDouble:
+    case ColumnType::kDateTime:
+      return numberType<std::int64_t>(/*real=*/true);
+    default:
+      return std::nullopt;
+  }
+}
+
+Ordinal realOrdinal(double value) { return ordinalOfReal<std::int64_t>(value); }
+
+double realOf(const OrdinalType& type, Ordinal ordinal) {
+  if (type.size == sizeof(float)) {
+    return std::bit_cast<float>(orderBits(static_cast<std::int32_t>(ordinal)));
+  }
+  return std::bit_cast<double>(orderBits(ordinal));
+}
+
+void appendOrdinalKey(const OrdinalType& type, bool ascending, Ordinal ordinal,
+                      std::vector<std::byte>& key) {
+  std::uint64_t bits = static_cast<std::uint64_t>(ordinal) ^ type.inverted;
+  if (!ascending) bits = ~bits;
+  std::array<std::byte, 1 + sizeof(bits)> bytes = {ascending ? kValue : ~kValue};
+  for (std::size_t i = 1; i <= type.size; ++i) {
+    bytes[i] = static_cast<std::byte>(bits >> 8 * (type.size - i));
+  }
+  key.insert(key.end(), bytes.data(), bytes.data() + 1 + type.size);
+}
+
+void appendKey(const Column& column, bool ascending, const std::optional<Bytes>& field,
+               std::vector<std::byte>& key) {
+  const ColumnType type = column.type;
+  const auto ordinals = ordinalType(type);
+  if (!field && type != ColumnType::kYesNo) {
+    key.push_back(ascending ? kNull : ~kNull);
+  } else if (ordinals) {
+    appendOrdinalKey(*ordinals, ascending, ordinalOf(type, field), key);
+  } else if (type == ColumnType::kBinary || type == ColumnType::kGuid) {
+    const std::size_t start = key.size();
+    key.push_back(kValue);
+    appendBinary(*field, key);
+    if (!ascending) complementFrom(start, key);
+  } else {
+    throw RuntimeError(error::kInvalidArgument, "Field '" + column.name + "' cannot be indexed.");
+  }
+}
+
+bool appendTextKey(bool ascending, std::optional<std::u16string_view> text,
+                   std::vector<std::byte>& key) {
+  const std::size_t start = key.size();
+  key.push_back(text ? kValue : kNull);
+  const bool known = !text || appendText(*text, key);
+  if (!known) key.resize(start);
+  if (!ascending) complementFrom(start, key);
+  return known;
+}
+
+}  // namespace jet
