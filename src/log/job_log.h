@@ -26,12 +26,13 @@ class Progress {
 class JobLog {
  public:
   JobLog(std::string programFolder, const platform::Clock& clock);
+  virtual ~JobLog() = default;
 
   // Chooses today's file and creates it where it is missing.
   void startRun();
 
   // Without a startRun before it: appends to the file of the day of its first call.
-  void append(std::string_view text);
+  virtual void append(std::string_view text);
 
   [[nodiscard]] const std::string& path() const { return path_; }
 

@@ -35,5 +35,7 @@ int runFinish(const CommandLine& line);
 extern const std::string_view kFinishDetails;
 int runNightly(const CommandLine& line);
 extern const std::string_view kNightlyDetails;
+int runSettlement(const CommandLine& line);
+extern const std::string_view kSettlementDetails;
 int runTransfer(const CommandLine& line);
 extern const std::string_view kTransferDetails;

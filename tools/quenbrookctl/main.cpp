@@ -15,6 +15,9 @@ const Command kCommands[] = {
      kFinishDetails},
     {"nightly", "", "run the job for every day since the last night that ended well", runNightly,
      kNightlyDetails},
+    {"settlement", "DAY[-DAY] [--csv FILE] [--html FILE]",
+     "compute the figures of these days; nothing is written or sent", runSettlement,
+     kSettlementDetails},
     {"transfer", "[-debug] [/t] [/c]", "compress finished statement files and send them",
      runTransfer, kTransferDetails},
 };
