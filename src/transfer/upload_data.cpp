@@ -6,15 +6,13 @@
 
 #include "platform/files.h"
 #include "text/ascii.h"
+#include "transfer/ftp_account.h"
 #include "transfer/upload_file_name.h"
 #include "values/runtime_error.h"
 
 namespace transfer {
 namespace {
 
-// The account of every shop at the central server.
-constexpr const char* kUser = "kornvat";
-constexpr const char* kPassword = "kvnt2281";
 constexpr std::uint32_t kCompressLimit = 30000;  // milliseconds for the chosen file
 constexpr std::uint32_t kTurnLimit = 60000;      // milliseconds for another transfer to end
 constexpr std::chrono::milliseconds kTurnPause{200};
@@ -46,7 +44,7 @@ UploadData::UploadData(TransferPlace place, Dependencies dependencies)
 TransferResult UploadData::run(std::string_view commandLine) {
   LmFtp = deps_.newFtpClient();
   // Not looked at: without a session every upload fails and says so itself.
-  LmFtp->Connect(place_.host, place_.port, kUser, kPassword, "/");
+  LmFtp->Connect(place_.host, place_.port, kFtpUser, kFtpPassword, "/");
 
   deps_.status("업로드용 Config File Load..");
   TransferResult result{TransferEnd::kProgramEnds, true};

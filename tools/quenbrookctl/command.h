@@ -37,5 +37,7 @@ int runNightly(const CommandLine& line);
 extern const std::string_view kNightlyDetails;
 int runSettlement(const CommandLine& line);
 extern const std::string_view kSettlementDetails;
+int runStatus(const CommandLine& line);
+extern const std::string_view kStatusDetails;
 int runTransfer(const CommandLine& line);
 extern const std::string_view kTransferDetails;

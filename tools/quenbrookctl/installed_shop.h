@@ -19,7 +19,11 @@
 constexpr int kNotStarted = 2;  // exit status
 
 struct InstalledShop {
-  explicit InstalledShop(const std::string& home) : program(messages, home), start(read()) {}
+  // Where a failed start-up is told: a command that only looks writes no log.
+  enum class Reports { kToErrorLog, kToStandardErrorOnly };
+
+  explicit InstalledShop(const std::string& home, Reports reports = Reports::kToErrorLog)
+      : program(messages, home), start(read(reports)) {}
 
   [[nodiscard]] bool ready() const { return start.next != StartMod::Next::kEnd; }
 
@@ -28,12 +32,16 @@ struct InstalledShop {
   StartMod::Start start;
 
  private:
-  StartMod::Start read() {
+  StartMod::Start read(Reports reports) {
     try {
       return StartMod::Main("", {program.folder, program.settings, program.log, program.messages});
     } catch (const RuntimeError& failure) {
-      program.errors.report(
-          joblog::failureLine({"시작", failure.number(), failure.description(), ""}));
+      const auto line = joblog::failureLine({"시작", failure.number(), failure.description(), ""});
+      if (reports == Reports::kToErrorLog) {
+        program.errors.report(line);
+      } else {
+        messages.show({line, platform::Icon::kNone, {}});
+      }
       return {};
     }
   }

@@ -18,6 +18,8 @@ const Command kCommands[] = {
     {"settlement", "DAY[-DAY] [--csv FILE] [--html FILE]",
      "compute the figures of these days; nothing is written or sent", runSettlement,
      kSettlementDetails},
+    {"status", "[--json]", "what waits, what failed, and whether all answers", runStatus,
+     kStatusDetails},
     {"transfer", "[-debug] [/t] [/c]", "compress finished statement files and send them",
      runTransfer, kTransferDetails},
 };

@@ -22,6 +22,8 @@
 
 #include "job/driver.h"
 
+constexpr const char* kNightFile = "quenbrook-nightly.txt";
+
 using Ticks = std::array<bool, 7>;  // as job::Request has them
 
 constexpr std::size_t kAttendanceBox = 6;

@@ -28,7 +28,7 @@ class Night {
   explicit Night(InstalledShop& shop)
       : shop_(shop),
         job_(shop.program, shop.start.values),
-        planPath_(platform::joinPath(shop.program.folder, "quenbrook-nightly.txt")) {
+        planPath_(platform::joinPath(shop.program.folder, kNightFile)) {
     const auto now = shop.program.clock.now();
     plan_ = NightPlan::parse(platform::fileExists(planPath_) ? platform::readFile(planPath_) : "",
                              shop.program.settings.read("DailyData", "LastDate", ""),
