@@ -38,13 +38,16 @@ bool isFixed(ColumnType type) {
 }
 
 void checkColumn(const std::string& table, const NewColumn& column) {
-  if (column.autonumber && column.type != ColumnType::kLong)
+  if (column.autonumber && column.type != ColumnType::kLong) {
     refuse(table, "the autonumber '" + column.name + "' is no whole number.");
+  }
   if (column.size > kLongestShort) refuse(table, "the field '" + column.name + "' is too long.");
-  if (column.precision > kMaxDigits || column.scale > column.precision)
+  if (column.precision > kMaxDigits || column.scale > column.precision) {
     refuse(table, "the digits of the field '" + column.name + "' are too many.");
-  if (column.type > ColumnType::kNumeric)
+  }
+  if (column.type > ColumnType::kNumeric) {
     refuse(table, "the field '" + column.name + "' has a type of later versions.");
+  }
 }
 
 void addColumn(const NewColumn& from, TableDefinition& definition) {
@@ -67,8 +70,9 @@ void addColumn(const NewColumn& from, TableDefinition& definition) {
     ++definition.varColumns;
   } else if (from.type != ColumnType::kYesNo) {  // which has no bytes but its bit
     for (const Column& other : definition.columns) {
-      if (other.fixed && other.type != ColumnType::kYesNo)
+      if (other.fixed && other.type != ColumnType::kYesNo) {
         column.fixedOffset = static_cast<std::uint16_t>(other.fixedOffset + other.length);
+      }
     }
   }
   definition.columns.push_back(std::move(column));
@@ -79,12 +83,14 @@ void addIndex(const NewIndex& from, TableDefinition& definition) {
   for (const std::string& text : from.columns) {
     const bool ascending = !text.starts_with('-');
     const auto column = definition.findColumn(ascending ? text : text.substr(1));
-    if (!column)
+    if (!column) {
       refuse(definition.name, "index '" + from.name + "' names no field by '" + text + "'.");
+    }
     real.columns.push_back({*column, ascending});
   }
-  if (real.columns.empty() || real.columns.size() > kIndexColumns)
+  if (real.columns.empty() || real.columns.size() > kIndexColumns) {
     refuse(definition.name, "index '" + from.name + "' has no fields or too many.");
+  }
   real.unique = from.unique || from.primary;
   // The engine's own tables have primary keys without this mark.
   real.required = from.primary && !definition.system;

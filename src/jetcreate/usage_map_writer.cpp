@@ -29,9 +29,10 @@ std::vector<std::byte> newBitPage() {
 
 std::vector<std::byte> rowOfReferences(const NewFile& file,
                                        const std::vector<std::uint32_t>& references) {
-  if (references.size() > kReferences)
+  if (references.size() > kReferences) {
     throw RuntimeError(error::kFileTooLarge,
                        "File '" + file.path() + "' got too large for its usage maps.");
+  }
   ByteBuffer row;
   row.put(UsageMapKind::kReference);
   for (std::uint32_t page : references) row.put(page);
@@ -61,8 +62,9 @@ std::vector<std::byte> encodeUsageMap(NewFile& file, const std::vector<std::uint
     const auto to = std::lower_bound(from, pages.end(), (r + 1) * kPagesPerReference);
     if (from == to) continue;  // no page of bits at all: none of those pages is in the set
     std::vector<std::byte> bits = newBitPage();
-    for (auto page = from; page != to; ++page)
+    for (auto page = from; page != to; ++page) {
       setBit(MutableBytes(bits).subspan(kUsageMapPageBits), *page % kPagesPerReference);
+    }
     references[r] = file.allocate();
     file.write(references[r], bits);
   }
@@ -72,19 +74,22 @@ std::vector<std::byte> encodeUsageMap(NewFile& file, const std::vector<std::uint
 std::vector<std::byte> encodeFreePages(NewFile& file) {
   if (file.pageCount() <= kInlinePages) {
     std::vector<std::byte> row = inlineRow(0);
-    for (std::uint32_t page = file.pageCount(); page < kInlinePages; ++page)
+    for (std::uint32_t page = file.pageCount(); page < kInlinePages; ++page) {
       setBit(MutableBytes(row).subspan(5), page);
+    }
     return row;
   }
   std::vector<std::uint32_t> references;
-  while (references.size() * kPagesPerReference < file.pageCount())
+  while (references.size() * kPagesPerReference < file.pageCount()) {
     references.push_back(file.allocate());
+  }
   for (std::uint32_t r = 0; r < references.size(); ++r) {
     std::vector<std::byte> bits = newBitPage();
     const std::uint32_t first = r * kPagesPerReference;
     const std::uint32_t used = std::min(kPagesPerReference, file.pageCount() - first);
-    for (std::uint32_t page = used; page < kPagesPerReference; ++page)
+    for (std::uint32_t page = used; page < kPagesPerReference; ++page) {
       setBit(MutableBytes(bits).subspan(kUsageMapPageBits), page);
+    }
     file.write(references[r], bits);
   }
   return rowOfReferences(file, references);

@@ -46,8 +46,9 @@ std::shared_ptr<const QueryLayout> layoutOf(const Translation& translation,
     layout->byName.emplace(column.name, i);
     if (!column.base) layout->computedTypes.at(column.computed) = column.type;
   }
-  for (const Translation::Source& source : translation.sources)
+  for (const Translation::Source& source : translation.sources) {
     layout->sources.push_back(catalogue.jetTable(source.table));
+  }
   layout->updatable = translation.updatable;
   return layout;
 }
@@ -61,8 +62,9 @@ PreparedQuery Session::Implementation::prepare(const Translation& translation) {
 std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source,
                                                          const std::shared_ptr<Session>& session) {
   NormalizedQuery text = normalize(source);
-  if (const PreparedQuery* query = cache_.find(text.key))
+  if (const PreparedQuery* query = cache_.find(text.key)) {
     return run(*query, text.literals, session);
+  }
   if (const PreparedQuery* query = cache_.find(exactKey(source))) return run(*query, {}, session);
   std::string key = text.key;
   const Translation translation = translate(std::move(text), catalogue);
@@ -78,8 +80,9 @@ std::unique_ptr<RecordSet> Session::Implementation::run(
   catalogue.refreshIndexes();
   sqlite3_stmt* statement = query.statement.get();
   const ResetOnExit reset(statement);
-  for (std::size_t i = 0; i < literals.size(); ++i)
+  for (std::size_t i = 0; i < literals.size(); ++i) {
     bind(statement, static_cast<int>(i) + 1, literals[i]);
+  }
   auto rows =
       std::make_unique<RecordSet::Implementation>(session, query.layout, !catalogue.readOnly());
   while (catalogue.step(statement)) rows->append(statement);
@@ -107,8 +110,9 @@ namespace {
 template <typename Wanted>
 std::vector<std::string> namesOf(const jet::Database& database, Wanted wanted) {
   std::vector<std::string> names;
-  for (const jet::CatalogueEntry& entry : database.catalogue())
+  for (const jet::CatalogueEntry& entry : database.catalogue()) {
     if (!entry.system && !entry.hidden && wanted(entry.type)) names.push_back(entry.name);
+  }
   return names;
 }
 

@@ -81,8 +81,9 @@ std::string Connection::quoted(const std::string& name) const {
   const std::string quote = fromWide(buffer.data());
   if (quote == " ") return name;  // the server knows no quoted identifiers
   std::string text = quote;
-  for (const char c : name)
+  for (const char c : name) {
     text += quote.size() == 1 && c == quote[0] ? quote + c : std::string(1, c);
+  }
   return text + quote;
 }
 

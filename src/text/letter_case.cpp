@@ -67,8 +67,9 @@ template <typename Change>
 std::string changeCase(std::string_view text, Change change) {
   std::string changed;
   changed.reserve(text.size());
-  for (std::size_t position = 0; position < text.size();)
+  for (std::size_t position = 0; position < text.size();) {
     appendCharacter(changed, change(nextCharacter(text, position)));
+  }
   return changed;
 }
 
@@ -77,11 +78,14 @@ std::string changeCase(std::string_view text, Change change) {
 char32_t lowerCase(char32_t character) {
   if (character < 0x80) return static_cast<unsigned char>(lowerAscii(static_cast<char>(character)));
   if (character >= kCaselessFrom && character < kFullWidthFrom) return character;
-  for (const CaseRange& range : kCaseRanges)
-    if (character >= range.firstUpper && character <= range.lastUpper && inStep(range, character))
+  for (const CaseRange& range : kCaseRanges) {
+    if (character >= range.firstUpper && character <= range.lastUpper && inStep(range, character)) {
       return character + range.distance;
-  for (const CasePair& pair : kCasePairs)
+    }
+  }
+  for (const CasePair& pair : kCasePairs) {
     if (pair.upper == character) return pair.lower;
+  }
   return character;
 }
 
@@ -91,8 +95,9 @@ char32_t upperCase(char32_t character) {
     const char32_t upper = character - range.distance;
     if (upper >= range.firstUpper && upper <= range.lastUpper && inStep(range, upper)) return upper;
   }
-  for (const CasePair& pair : kCasePairs)
+  for (const CasePair& pair : kCasePairs) {
     if (pair.lower == character) return pair.upper;
+  }
   return character == 0x3C2 ? 0x3A3 : character;  // final sigma has the capital of sigma
 }
 

@@ -11,8 +11,9 @@ void appendCharacter(std::string& text, char32_t character) {
 
 std::size_t characterCount(std::string_view text) {
   std::size_t count = 0;
-  for (std::size_t position = 0; position < text.size(); ++count)
+  for (std::size_t position = 0; position < text.size(); ++count) {
     (void)nextCharacter(text, position);
+  }
   return count;
 }
 
@@ -30,8 +31,9 @@ std::string_view middle(std::string_view text, std::size_t start, std::size_t co
 std::u32string toCharacters(std::string_view text) {
   std::u32string characters;
   characters.reserve(text.size());
-  for (std::size_t position = 0; position < text.size();)
+  for (std::size_t position = 0; position < text.size();) {
     characters += nextCharacter(text, position);
+  }
   return characters;
 }
 

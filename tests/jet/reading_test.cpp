@@ -361,8 +361,9 @@ TEST_F(ReadingTest, CatalogueNamesTablesLinksAndQueries) {
   }
   std::string clauses;
   for (const QueryRow& row : database->queryRows(*database->find("QRYDAY"))) {
-    if (!row.expression.isNull())
+    if (!row.expression.isNull()) {
       clauses += std::to_string(static_cast<int>(row.attribute)) + toText(row.expression) + ";";
+    }
   }
   EXPECT_EQ(clauses, "6id;6id+1;8id>3;");
 }

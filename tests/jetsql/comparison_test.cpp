@@ -18,13 +18,16 @@ TEST(CollationTest, OrdersWithoutCase) {
       {""},     {" "},  {"9"},      {"a", "A"},      {"a "},     {"aB", "Ab"},
       {"abc"},  {"b"},  {"é", "É"}, {"ς", "σ", "Σ"}, {"я", "Я"}, {"가"},
       {"가나"}, {"각"}, {"나"},     {"ａ", "Ａ"}};
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    for (std::size_t j = 0; j < rows.size(); ++j)
-      for (const std::string& a : rows[i])
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    for (std::size_t j = 0; j < rows.size(); ++j) {
+      for (const std::string& a : rows[i]) {
         for (const std::string& b : rows[j]) {
           EXPECT_EQ(compareText(a, b), i < j ? -1 : i > j ? 1 : 0) << a << " and " << b;
           EXPECT_EQ(hashText(a) == hashText(b), i == j) << a << " and " << b;
         }
+      }
+    }
+  }
 }
 
 TEST(LikeTest, Matches) {
@@ -44,10 +47,12 @@ TEST(LikeTest, Matches) {
       {"ab", "a[]b", true},      {"aXbXc", "a*b*c", true}, {"mississippi", "*iss*ip*", true},
       {"100%", "100%", true},    {"a_b", "a?b", true},     {"É", "é", true},
   };
-  for (const Case& c : cases)
+  for (const Case& c : cases) {
     EXPECT_EQ(like(c.text, c.pattern), c.expected) << c.text << " like " << c.pattern;
-  for (const char* pattern : {"[a", "x[z-a]"})
+  }
+  for (const char* pattern : {"[a", "x[z-a]"}) {
     EXPECT_THROW((void)like("x", pattern), RuntimeError) << pattern;
+  }
 }
 
 TEST(LikeTest, ManyStarsTakeNoLongerThanTheirProduct) {

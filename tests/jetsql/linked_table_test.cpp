@@ -20,9 +20,10 @@ class Tickets : public ExternalSource {
   std::unique_ptr<ExternalRows> open(const std::string& connect, const std::string& table,
                                      const std::vector<ExternalCondition>& conditions) override {
     std::string call = connect + " " + table;
-    for (const auto& condition : conditions)
+    for (const auto& condition : conditions) {
       call += " " + condition.column + std::to_string(static_cast<int>(condition.comparison)) +
               toText(condition.value);
+    }
     asked.push_back(call);
     if (fails) throw RuntimeError(3146, "ODBC--call failed.");
     return std::make_unique<Rows>();

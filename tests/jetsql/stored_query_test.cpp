@@ -62,10 +62,12 @@ TEST(StoredQuery, RebuiltAsItWasWritten) {
 }
 
 TEST(StoredQuery, RefusedByNumber) {
-  for (const int kind : {2, 3, 4, 5, 7, 8})
+  for (const int kind : {2, 3, 4, 5, 7, 8}) {
     EXPECT_EQ(rebuildQuery("q", std::vector{row(1, kind, "DROP TABLE t")}).refusal, 3219) << kind;
-  for (const int kind : {0, 10, -1})
+  }
+  for (const int kind : {0, 10, -1}) {
     EXPECT_EQ(rebuildQuery("q", std::vector{row(1, kind, "")}).refusal, 3129) << kind;
+  }
   EXPECT_EQ(rebuildQuery("q", {}).refusal, 3129);
   EXPECT_EQ(rebuildQuery("q", std::vector{row(1, 9, "")}).refusal, 3129);
 }

@@ -16,9 +16,10 @@ TEST_F(TranslationErrorTest, Numbers) {
   addQuery("asks", "PARAMETERS [From Day] DateTime; SELECT id FROM Sales WHERE day > [From Day]");
   addQuery("form", "SELECT id FROM Sales WHERE id = [Forms]![Orders]![OrderID]");
   addQuery("q0", "SELECT id FROM Sales");
-  for (int i = 1; i < 20; ++i)
+  for (int i = 1; i < 20; ++i) {
     addQuery("q" + std::to_string(i), "SELECT x.id FROM q" + std::to_string(i - 1) + " AS x, q" +
                                           std::to_string(i - 1) + " AS y");
+  }
   refuseQuery("action", 3219);
   const Case cases[] = {
       {3061, "SELECT nothing FROM Sales"},
@@ -71,8 +72,9 @@ TEST_F(TranslationErrorTest, Numbers) {
       {3307, "SELECT id FROM Sales UNION SELECT id, day FROM Sales"},
       {3306, "SELECT id FROM Sales WHERE id In (SELECT * FROM Menu)"},
   };
-  for (const Case& c : cases)
+  for (const Case& c : cases) {
     EXPECT_EQ(run(c.query), "error " + std::to_string(c.number)) << c.query;
+  }
 }
 
 TEST_F(TranslationErrorTest, CountsUnknownNamesOnce) {

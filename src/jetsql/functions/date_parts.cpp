@@ -46,8 +46,9 @@ std::int32_t weekOfYear(values::DateTime date, const WeekRule& rule) {
   std::int32_t first = firstWeekOf(year, rule);
   if (day < first) first = firstWeekOf(year - 1, rule);
   // With a rule by days the last days of December may belong to the next year's first week.
-  if (rule.firstWeek == 2 && day >= firstWeekOf(year + 1, rule))
+  if (rule.firstWeek == 2 && day >= firstWeekOf(year + 1, rule)) {
     first = firstWeekOf(year + 1, rule);
+  }
   return (day - first) / 7 + 1;
 }
 
@@ -79,8 +80,9 @@ values::DateTime fromSeconds(std::int64_t seconds) {
 std::optional<Interval> parseInterval(std::string_view name) {
   constexpr std::array<std::string_view, 10> kNames{"yyyy", "q",  "m", "y", "d",
                                                     "w",    "ww", "h", "n", "s"};
-  for (std::size_t i = 0; i < kNames.size(); ++i)
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
     if (equalText(kNames[i], name)) return static_cast<Interval>(i);
+  }
   return {};
 }
 

@@ -17,8 +17,9 @@ char32_t folded(char32_t character) {
 // Begins with one of the characters from U+2000 to U+EFFF, Hangul among them: they have no case,
 // and their bytes are in the order of their code points.
 bool isCaseless(std::string_view text) {
-  if (text.size() < 3 || !text::continuesCharacter(text[1]) || !text::continuesCharacter(text[2]))
+  if (text.size() < 3 || !text::continuesCharacter(text[1]) || !text::continuesCharacter(text[2])) {
     return false;
+  }
   const auto first = static_cast<unsigned char>(text[0]);
   const bool isSurrogate = first == 0xED && static_cast<unsigned char>(text[1]) >= 0xA0;
   return first >= 0xE2 && first <= 0xEE && !isSurrogate;
@@ -36,13 +37,16 @@ int compareText(std::string_view left, std::string_view right) {
                     right.begin())
           .first -
       left.begin());
-  if (same < shorter)
+  if (same < shorter) {
     while (same > 0 &&
-           (text::continuesCharacter(left[same]) || text::continuesCharacter(right[same])))
+           (text::continuesCharacter(left[same]) || text::continuesCharacter(right[same]))) {
       --same;
+    }
+  }
   const int order = left.substr(same, 3).compare(right.substr(same, 3));
-  if (order != 0 && isCaseless(left.substr(same)) && isCaseless(right.substr(same)))
+  if (order != 0 && isCaseless(left.substr(same)) && isCaseless(right.substr(same))) {
     return order < 0 ? -1 : 1;
+  }
   std::size_t l = same;
   std::size_t r = same;
   while (l < left.size() && r < right.size()) {
@@ -60,14 +64,16 @@ bool equalText(std::string_view left, std::string_view right) {
 
 std::uint64_t hashText(std::string_view text) {
   std::uint64_t hash = 0xCBF29CE484222325U;  // FNV-1a over characters
-  for (std::size_t position = 0; position < text.size();)
+  for (std::size_t position = 0; position < text.size();) {
     hash = (hash ^ folded(text::nextCharacter(text, position))) * 0x100000001B3U;
+  }
   return hash;
 }
 
 void appendFolded(std::string_view text, std::string& result) {
-  for (std::size_t position = 0; position < text.size();)
+  for (std::size_t position = 0; position < text.size();) {
     text::appendCharacter(result, folded(text::nextCharacter(text, position)));
+  }
 }
 
 }  // namespace jetsql

@@ -155,8 +155,9 @@ std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column
 // anyway.
 void keepSmallInMemory(const JetTable& table, AccessPath& path) {
   constexpr double kFewRows = 1000;
-  if (path.method != AccessMethod::kFileIndex || path.equal != 1 || path.lower || path.upper)
+  if (path.method != AccessMethod::kFileIndex || path.equal != 1 || path.lower || path.upper) {
     return;
+  }
   if (table.estimatedRows() > kFewRows) return;
   const std::size_t column =
       table.table().definition().realIndexes[path.target].columns.front().column;
@@ -219,16 +220,19 @@ void chooseAccessPath(const JetTable& table, sqlite3_index_info& info) {
   };
   consider(byRowId(info));
   const auto& definition = table.table().definition();
-  for (std::size_t i = 0; i < std::min(definition.realIndexes.size(), kMaxTarget); ++i)
+  for (std::size_t i = 0; i < std::min(definition.realIndexes.size(), kMaxTarget); ++i) {
     consider(byFileIndex(table, i, info));
-  for (std::size_t i = 0; i < std::min(definition.columns.size(), kMaxTarget + 1); ++i)
+  }
+  for (std::size_t i = 0; i < std::min(definition.columns.size(), kMaxTarget + 1); ++i) {
     consider(byMemoryIndex(table, i, info));
+  }
 
   keepSmallInMemory(table, best.path);
   sortInCursor(table, info, best);
 
-  for (std::size_t i = 0; i < best.constraints.size(); ++i)
+  for (std::size_t i = 0; i < best.constraints.size(); ++i) {
     info.aConstraintUsage[best.constraints[i]].argvIndex = static_cast<int>(i) + 1;
+  }
   info.idxNum = best.path.packed();
   info.estimatedCost = best.cost;
   info.estimatedRows = static_cast<sqlite3_int64>(best.rows);

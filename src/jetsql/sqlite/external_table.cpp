@@ -87,8 +87,9 @@ ExternalTable::ExternalTable(ExternalSource& source, std::string connect, std::s
   schema_.name = std::move(name);
   schema_.sqliteName = std::move(sqliteName);
   schema_.updatable = false;
-  for (const ExternalColumn& column : source_.columns(connect_, foreignName_))
+  for (const ExternalColumn& column : source_.columns(connect_, foreignName_)) {
     schema_.columns.push_back({column.name, column.type});
+  }
 }
 
 void ExternalTable::registerIn(sqlite3* connection) {
@@ -107,8 +108,9 @@ void ExternalTable::chooseAccessPath(sqlite3_index_info& info) const {
     const auto comparison = comparisonOf(constraint.op);
     if (constraint.usable == 0 || !comparison || constraint.iColumn < 0 ||
         constraint.iColumn >= kMaxColumns ||
-        !comparesEqually(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type))
+        !comparesEqually(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type)) {
       continue;
+    }
     plan += static_cast<char>(constraint.iColumn + 1);
     plan += static_cast<char>('0' + static_cast<int>(*comparison));
     info.aConstraintUsage[i].argvIndex = static_cast<int>(plan.size() / 2);

@@ -79,12 +79,14 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_va
   }
   std::size_t next = path.equal;
   if (path.lower) {
-    if (auto value = keyValue(values[next++], typeOf(path.equal)))
+    if (auto value = keyValue(values[next++], typeOf(path.equal))) {
       range.lower = jet::KeyBound{std::move(*value), path.lowerInclusive};
+    }
   }
   if (path.upper) {
-    if (auto value = keyValue(values[next++], typeOf(path.equal)))
+    if (auto value = keyValue(values[next++], typeOf(path.equal))) {
       range.upper = jet::KeyBound{std::move(*value), path.upperInclusive};
+    }
   }
   source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, range));
 }
@@ -119,8 +121,9 @@ void JetTableCursor::sortRows(std::string_view order) {
 
 template <typename NextNumber>
 bool JetTableCursor::readNext(NextNumber nextNumber) {
-  while (const std::optional<std::int64_t> number = nextNumber())
+  while (const std::optional<std::int64_t> number = nextNumber()) {
     if (table_.table().tryReadNext(jet::RowId::fromNumber(*number), row_)) return true;
+  }
   return false;
 }
 
@@ -175,10 +178,11 @@ void JetTableCursor::setColumn(sqlite3_context* context, int number) {
     }
     default: {
       const auto bytes = current.binary(column, binary_);
-      if (bytes.empty())
+      if (bytes.empty()) {
         sqlite3_result_zeroblob(context, 0);
-      else
+      } else {
         sqlite3_result_blob64(context, bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+      }
     }
   }
 }

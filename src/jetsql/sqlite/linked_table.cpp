@@ -24,8 +24,9 @@ std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile
   std::filesystem::path beside = folder / name;
   if (std::filesystem::is_regular_file(beside, problem)) return beside;
   for (const auto& entry :
-       std::filesystem::directory_iterator(folder.empty() ? "." : folder, problem))
+       std::filesystem::directory_iterator(folder.empty() ? "." : folder, problem)) {
     if (equalText(entry.path().filename().string(), name)) return entry.path();
+  }
   throw RuntimeError(
       error::kLinkedFileNotFound,
       "Could not find file '" + database + "' to which '" + linkingFile.string() + "' links.");
@@ -36,8 +37,9 @@ std::string passwordOf(std::string_view connect) {
   while (!connect.empty()) {
     const std::size_t end = connect.find(';');
     const std::string_view part = connect.substr(0, end);
-    if (part.size() >= kKey.size() && equalText(part.substr(0, kKey.size()), kKey))
+    if (part.size() >= kKey.size() && equalText(part.substr(0, kKey.size()), kKey)) {
       return std::string(part.substr(kKey.size()));
+    }
     if (end == std::string_view::npos) break;
     connect.remove_prefix(end + 1);
   }
@@ -46,10 +48,11 @@ std::string passwordOf(std::string_view connect) {
 
 void requireJetFile(const jet::CatalogueEntry& entry) {
   const std::string_view kind = std::string_view(entry.connect).substr(0, entry.connect.find(';'));
-  if (!kind.empty() && !equalText(kind, "MS Access"))
+  if (!kind.empty() && !equalText(kind, "MS Access")) {
     throw RuntimeError(error::kUnknownFileKind, "Linked table '" + entry.name +
                                                     "': could not find installable ISAM '" +
                                                     std::string(kind) + "'.");
+  }
 }
 
 }  // namespace jetsql

@@ -37,8 +37,9 @@ bool divideByTen(Limbs& limbs) {
 
 std::array<unsigned char, kNumericSize> encodeNumeric(const values::Numeric& value) {
   Limbs limbs{};
-  for (std::size_t i = 0; i < 4; ++i)
+  for (std::size_t i = 0; i < 4; ++i) {
     limbs[i] = static_cast<std::uint32_t>(value.magnitude >> (32 * i));
+  }
   for (int scale = value.scale; scale < kFixedScale; ++scale) multiplyByTen(limbs);
   const bool negative = value.negative && value.magnitude != 0;
   std::array<unsigned char, kNumericSize> bytes{};
@@ -51,8 +52,9 @@ std::array<unsigned char, kNumericSize> encodeNumeric(const values::Numeric& val
 }
 
 values::Numeric decodeNumeric(const void* bytes, std::size_t size) {
-  if (size != kNumericSize)
+  if (size != kNumericSize) {
     throw RuntimeError(error::kTypeMismatch, "Type mismatch: not an exact number.");
+  }
   const auto* source = static_cast<const unsigned char*>(bytes);
   values::Numeric value{source[0] == 0, kFixedScale, 0};
   Limbs limbs{};
