@@ -1,8 +1,8 @@
 // Files and folders.
 //
-// A path is UTF-8 in a std::string, here and in every interface of the program: texts of config.ini,
-// of the command line and of messages are paths without a conversion. What the system wants instead
-// is made where a file is opened.
+// A path is UTF-8 in a std::string, here and in every interface of the program: texts of
+// config.ini, of the command line and of messages are paths without a conversion. What the system
+// wants instead is made where a file is opened.
 //
 //   const auto path = platform::joinPath(folder, "config.ini");
 //   if (!platform::fileExists(path)) ...

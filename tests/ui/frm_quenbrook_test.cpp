@@ -64,7 +64,8 @@ struct FakeDriver : job::Driver {
     window.setCaption("busy");
     window.yield();
     job::JobVerdict verdict;
-    verdict.counts = {{.box = 0, .name = "매출", .records = 1204}, {.box = 5, .name = "결산", .records = 3}};
+    verdict.counts = {{.box = 0, .name = "매출", .records = 1204},
+                      {.box = 5, .name = "결산", .records = 3}};
     if (!passes) verdict.failures.assign(2, {"매출", 94, "Null", ""});
     return verdict;
   }

@@ -6,14 +6,13 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace makeshop {
 
 struct Options {
-  std::filesystem::path folder;
+  std::string folder;
   int days = 21;              // 1 to 3660
   int salesPerDay = 30;       // 0 to 5000, on average
   std::int32_t firstDay = 0;  // serial of a day; 2013-08-01 by default

@@ -1,7 +1,6 @@
 #include "makeshop/shop.h"
 
 #include <array>
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +15,6 @@
 #include "platform/files.h"
 #include "values/runtime_error.h"
 
-namespace fs = std::filesystem;
-
 namespace makeshop {
 namespace {
 
@@ -27,22 +24,21 @@ constexpr const char* kStatementFolder = "AutoLoadData";
 // Sales of the first days lack the upload marks: they were written before the columns existed.
 constexpr int kDaysBeforeMarks = 2;
 
-void refuseExisting(const fs::path& folder) {
+void refuseExisting(const std::string& folder) {
   for (const char* name : kFiles) {
-    const fs::path path = folder / name;
-    if (platform::fileExists(path.string())) {
-      throw RuntimeError(error::kFileExists,
-                         "'" + path.string() + "' is there already; nothing was made");
+    const std::string path = platform::joinPath(folder, name);
+    if (platform::fileExists(path)) {
+      throw RuntimeError(error::kFileExists, "'" + path + "' is there already; nothing was made");
     }
   }
 }
 
-void writeProfile(const fs::path& path) {
+void writeProfile(const std::string& path) {
   constexpr std::string_view kProfile =
       "[경영자]\r\nSvrDbName=melauth\r\nGroup=A01\r\n상호=한빛식당\r\n대표자=김대표\r\n"
       "[연결]\r\nODBCcustomer=False\r\n[NewType]\r\nApplyDCinRO=False\r\n";
-  platform::createEmptyFile(path.string());
-  platform::appendToFile(path.string(), CodePage(kKoreanCodePage).fromUtf8(kProfile));
+  platform::createEmptyFile(path);
+  platform::appendToFile(path, CodePage(kKoreanCodePage).fromUtf8(kProfile));
 }
 
 // The day's number of sales, at most a fifth above or below the average.
@@ -54,9 +50,9 @@ int salesOf(Random& random, const Options& options) {
 void writeDatabases(const Options& options) {
   const jetcreate::FileBuilder::Options creation{
       .created = {static_cast<double>(options.firstDay)}};
-  jetcreate::FileBuilder dataBuilder((options.folder / "data.mdb").string(), creation);
-  jetcreate::FileBuilder configBuilder((options.folder / "config.mdb").string(), creation);
-  jetcreate::FileBuilder outgoBuilder((options.folder / "outgo.mdb").string(), creation);
+  jetcreate::FileBuilder dataBuilder(platform::joinPath(options.folder, "data.mdb"), creation);
+  jetcreate::FileBuilder configBuilder(platform::joinPath(options.folder, "config.mdb"), creation);
+  jetcreate::FileBuilder outgoBuilder(platform::joinPath(options.folder, "outgo.mdb"), creation);
 
   Random random(options.seed);
   Texts texts(random, options.plain);
@@ -83,25 +79,25 @@ void writeDatabases(const Options& options) {
   }
 }
 
-void removeFiles(const fs::path& folder) {
+void removeFiles(const std::string& folder) {
   for (const char* name : kFiles) {
-    const fs::path path = folder / name;
-    if (platform::fileExists(path.string())) platform::deleteFile(path.string());
+    const std::string path = platform::joinPath(folder, name);
+    if (platform::fileExists(path)) platform::deleteFile(path);
   }
 }
 
 }  // namespace
 
 void makeShop(const Options& options) {
-  if (!platform::folderExists(options.folder.string())) {
-    platform::createFolder(options.folder.string());
+  if (!platform::folderExists(options.folder)) {
+    platform::createFolder(options.folder);
   }
   refuseExisting(options.folder);
   try {
     writeDatabases(options);
-    writeProfile(options.folder / "config.ini");
-    const fs::path statements = options.folder / kStatementFolder;
-    if (!platform::folderExists(statements.string())) platform::createFolder(statements.string());
+    writeProfile(platform::joinPath(options.folder, "config.ini"));
+    const std::string statements = platform::joinPath(options.folder, kStatementFolder);
+    if (!platform::folderExists(statements)) platform::createFolder(statements);
   } catch (const RuntimeError&) {
     removeFiles(options.folder);
     throw;
