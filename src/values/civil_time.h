@@ -24,10 +24,14 @@ struct CivilTime {
 // Whether the calendar has the day (years 0 to 9999) and the clock the time.
 [[nodiscard]] bool exists(const CivilTime& civil);
 
-// Reads yyyy-MM-dd, yyyy/MM/dd, M/d/yyyy, hh:nn[:ss], or a day and a time with a blank between
-// them; blanks around it do not count. Nothing for any other text, nor for a day or time that does
-// not exist.
-[[nodiscard]] std::optional<CivilTime> parseCivilTime(std::string_view text);
+// Reads a day, a time or both as the platform's conversions do on a Korean system:
+//   2013-08-21  13-8-21  2013.08.21  2013. 8. 21.  8/21/2013  2013년 8월 21일 수요일  2013-08
+//   15:30:20  3:30 PM  오후 3:30  3 PM
+// Years of two digits are those from 1930 to 2029. A month and a day alone (8-21) are of the
+// current year, and read as nothing where that is not given. Nothing for any other text, nor for a
+// day or time that does not exist.
+[[nodiscard]] std::optional<CivilTime> parseCivilTime(std::string_view text,
+                                                      std::optional<int> currentYear = {});
 
 // The patterns of strftime that more than one room uses.
 constexpr const char* kStampFormat = "%Y%m%d %H%M%S";       // 20130821 153045

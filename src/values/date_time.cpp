@@ -142,8 +142,8 @@ std::string timeText(DateTime value) {
   return {form.data(), putTime(form.data(), split(value).second)};
 }
 
-std::optional<DateTime> parseDate(std::string_view text) {
-  const auto civil = parseCivilTime(text);
+std::optional<DateTime> parseDate(std::string_view text, std::optional<int> currentYear) {
+  const auto civil = parseCivilTime(text, currentYear);
   if (!civil) return std::nullopt;
   return toDateTime(*civil);
 }

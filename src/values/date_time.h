@@ -44,6 +44,7 @@ void appendDateText(std::string& text, DateTime value);
 [[nodiscard]] std::string timeText(DateTime value);
 
 // The date of a text in one of the forms of parseCivilTime; a time alone is one of serial 0.
-[[nodiscard]] std::optional<DateTime> parseDate(std::string_view text);
+[[nodiscard]] std::optional<DateTime> parseDate(std::string_view text,
+                                                std::optional<int> currentYear = {});
 
 }  // namespace values

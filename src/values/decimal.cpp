@@ -6,6 +6,8 @@
 #include <cmath>
 #include <string>
 
+#include "text/ascii.h"
+#include "values/number_text.h"
 #include "values/runtime_error.h"
 
 namespace values {
@@ -66,31 +68,22 @@ Numeric fromReal(double value) {
   return normalized(number);
 }
 
-// A plain decimal text is taken digit by digit; anything else by way of a double.
+// A text without an exponent is taken digit by digit; anything else by way of a double.
 Numeric fromText(const std::string& text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return fromReal(toDouble(Variant(text)));
-  std::size_t i = first;
+  const auto plain = plainNumber(text);
+  if (!plain || plain->find('e') != std::string::npos) return fromReal(toDouble(Variant(text)));
   Numeric number;
-  if (text[i] == '-' || text[i] == '+') number.negative = text[i++] == '-';
-  bool any = false;
   int digits = 0;  // significant ones
   bool afterPoint = false;
-  for (; i < text.size() && digits <= kMaxDigits && number.scale <= kMaxDigits; ++i) {
-    if (text[i] == '.' && !afterPoint) {
-      afterPoint = true;
-    } else if (text[i] >= '0' && text[i] <= '9') {
-      number.magnitude = number.magnitude * 10 + static_cast<unsigned>(text[i] - '0');
-      number.scale = static_cast<std::uint8_t>(number.scale + (afterPoint ? 1 : 0));
-      any = true;
-      digits += number.magnitude != 0 ? 1 : 0;
-    } else {
-      break;
-    }
+  for (const char c : *plain) {
+    if (c == '-') number.negative = true;
+    if (c == '.') afterPoint = true;
+    if (!text::isAsciiDigit(c)) continue;
+    number.magnitude = number.magnitude * 10 + static_cast<unsigned>(c - '0');
+    number.scale = static_cast<std::uint8_t>(number.scale + (afterPoint ? 1 : 0));
+    digits += number.magnitude != 0 ? 1 : 0;
+    if (digits > kMaxDigits || number.scale > kMaxDigits) return fromReal(toDouble(Variant(text)));
   }
-  const bool plain = text.find_first_not_of(' ', i) == std::string::npos;
-  if (!plain || !any || digits > kMaxDigits || number.scale > kMaxDigits)
-    return fromReal(toDouble(Variant(text)));
   return fitted(number);
 }
 
@@ -135,6 +128,29 @@ Numeric multiply(const Numeric& left, const Numeric& right) {
     dropDigits(longer, 1);
   }
   return fitted({a.negative != b.negative, static_cast<std::uint8_t>(a.scale + b.scale), product});
+}
+
+// Digit by digit until nothing is left or no further digit fits; the last one is rounded.
+Numeric divide(const Numeric& left, const Numeric& right) {
+  const Numeric dividend = normalized(left);
+  const Numeric divisor = normalized(right);
+  Uint128 quotient = dividend.magnitude / divisor.magnitude;
+  Uint128 rest = dividend.magnitude % divisor.magnitude;
+  int scale = dividend.scale - divisor.scale;
+  const auto next = [&] {
+    quotient = quotient * 10 + rest * 10 / divisor.magnitude;
+    rest = rest * 10 % divisor.magnitude;
+    ++scale;
+  };
+  while (scale < 0) {
+    if (quotient >= powerOfTen(kMaxDigits - 1)) throwOverflow();
+    next();
+  }
+  while (rest != 0 && scale < kMaxDigits && quotient < powerOfTen(kMaxDigits - 1)) next();
+  const bool up =
+      rest > divisor.magnitude - rest || (rest == divisor.magnitude - rest && quotient % 2 != 0);
+  return fitted(
+      {left.negative != right.negative, static_cast<std::uint8_t>(scale), quotient + (up ? 1 : 0)});
 }
 
 Numeric toNumeric(const Variant& value) {

@@ -56,6 +56,7 @@ template <typename Unsigned>
 
 [[nodiscard]] Numeric add(const Numeric& left, const Numeric& right);
 [[nodiscard]] Numeric multiply(const Numeric& left, const Numeric& right);
+[[nodiscard]] Numeric divide(const Numeric& left, const Numeric& right);  // not by zero
 [[nodiscard]] Numeric negated(Numeric value);
 
 // Without the zeros at the end of its fraction.

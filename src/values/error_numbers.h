@@ -22,6 +22,7 @@ constexpr int kInvalidCall = 5;
 constexpr int kOverflow = 6;
 constexpr int kDivisionByZero = 11;
 constexpr int kTypeMismatch = 13;
+constexpr int kOutOfStringSpace = 14;
 constexpr int kInternal = 51;  // of a library, without a number of its own
 constexpr int kFileNotFound = 53;
 constexpr int kDeviceIo = 57;

@@ -21,12 +21,12 @@ std::string placePoint(std::string_view digits, int point) {
   return text.append(1, '.').append(digits.substr(whole));
 }
 
-// The platform keeps 15 digits of a double and 7 of a single, so 0.1 + 0.2 reads 0.3. Plain below
-// 1e15 and down to fifteen places after the point, else in the form 1.5E+15.
+// The platform keeps 15 digits of a double and 7 of a single, so 0.1 + 0.2 reads 0.3. The
+// form 1.5E+15 is for whole parts of more digits than that and for numbers below 0.0001.
 template <typename Real>
 std::string formatReal(Real value) {
   constexpr int kDigits = sizeof(Real) == sizeof(float) ? 7 : 15;
-  constexpr int kPlainLimit = 15;
+  constexpr int kLeastPlainExponent = -4;
   if (!std::isfinite(value)) return value != value ? "NaN" : value < 0 ? "-Inf" : "Inf";
   std::array<char, 40> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
@@ -42,7 +42,7 @@ std::string formatReal(Real value) {
   digits.resize(digits.find_last_not_of('0') + 1);
   if (digits.empty()) return "0";
   const std::string sign = value < 0 ? "-" : "";
-  if (exponent < kPlainLimit && exponent >= -kPlainLimit)
+  if (exponent < kDigits && exponent >= kLeastPlainExponent)
     return sign + placePoint(digits, exponent + 1);
   std::string text = sign + digits[0];
   if (digits.size() > 1) text.append(1, '.').append(digits, 1);
@@ -74,18 +74,6 @@ std::string decimalText(bool negative, Uint128 magnitude, int scale) {
   const std::size_t last = digits.find_last_not_of('0');
   if (last == std::string_view::npos) return "0";
   return (negative ? "-" : "") + placePoint(digits.substr(0, last + 1), point);
-}
-
-std::optional<double> parseNumber(std::string_view text) {
-  std::string_view rest = text::trimBlanks(text);
-  const bool negative = rest.starts_with('-');
-  if (negative || rest.starts_with('+')) rest.remove_prefix(1);
-  // What the library would take besides: a second sign, words for infinity.
-  if (rest.empty() || !(text::isAsciiDigit(rest[0]) || rest[0] == '.')) return std::nullopt;
-  double number = 0;
-  const auto [end, code] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
-  if (code != std::errc{} || end != rest.data() + rest.size()) return std::nullopt;
-  return negative ? -number : number;
 }
 
 }  // namespace values

@@ -60,6 +60,13 @@ double numericValue(const Numeric& value) {
   return value.negative ? -magnitude : magnitude;
 }
 
+Currency fromNumeric(const Numeric& value) {
+  const int surplus = value.scale - kCurrencyPlaces;  // places
+  const Uint128 units = surplus > 0 ? divideHalvesToEven(value.magnitude, powerOfTen(surplus))
+                                    : value.magnitude * powerOfTen(-surplus);
+  return {fromMagnitude<std::int64_t>(value.negative, units)};
+}
+
 template <typename Whole>
 Whole toWhole(const Variant& value) {
   if (const auto* currency = value.as<Currency>()) return fromCurrency<Whole>(*currency);
@@ -120,6 +127,7 @@ double toDouble(const Variant& value) {
       [](const std::string& v) {
         const auto number = parseNumber(v);
         if (!number) throwMismatchText(v);
+        if (std::isinf(*number)) throwOverflow();
         return *number;
       },
       [](const Binary&) -> double { throwMismatch("binary is no number"); },
@@ -135,11 +143,10 @@ std::int16_t toInteger(const Variant& value) { return toWhole<std::int16_t>(valu
 
 Currency toCurrency(const Variant& value) {
   if (const auto* currency = value.as<Currency>()) return *currency;
-  if (const auto* numeric = value.as<Numeric>()) {
-    const int surplus = numeric->scale - kCurrencyPlaces;  // places
-    const Uint128 units = surplus > 0 ? divideHalvesToEven(numeric->magnitude, powerOfTen(surplus))
-                                      : numeric->magnitude * powerOfTen(-surplus);
-    return {fromMagnitude<std::int64_t>(numeric->negative, units)};
+  if (const auto* numeric = value.as<Numeric>()) return fromNumeric(*numeric);
+  if (const auto* text = value.as<std::string>()) {
+    if (!plainNumber(*text)) throwMismatchText(*text);  // &H1F, which is a number otherwise
+    return fromNumeric(toNumeric(value));
   }
   return {fromReal<std::int64_t>(toDouble(value) * kCurrencyScale)};
 }

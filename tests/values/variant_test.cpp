@@ -34,10 +34,10 @@ TEST(VariantTest, TextIsThePlatformsDefaultForm) {
       {999999999999999.9, "1E+15"},
       {-1234567890123456.0, "-1.23456789012346E+15"},
       {1e100, "1E+100"},
-      {0.00001, "0.00001"},
+      {0.00001, "1E-05"},
       {1.5e-20, "1.5E-20"},
       {0.1F, "0.1"},
-      {16777217.0F, "16777220"},
+      {16777216.0F, "1.677722E+07"},
       {Currency{125000}, "12.5"},
       {Currency{-1}, "-0.0001"},
       {Currency{INT64_MIN}, "-922337203685477.5808"},
@@ -95,6 +95,28 @@ TEST(VariantTest, WholeNumbersRoundHalvesToEvenAndKeepTheirRange) {
   EXPECT_EQ(errorOf([] { (void)toCurrency(Variant(1e15)); }), 6);
 }
 
+TEST(VariantTest, TextsReadAsNumbersOfAKoreanSystem) {
+  const struct {
+    const char* text;
+    double number;
+    int error = 0;
+  } rows[] = {
+      {"1,234", 1234}, {"₩1,234", 1234}, {"(5)", -5},        {"(₩1,234.5)", -1234.5},
+      {"&H1F", 31},    {" 7 ", 7},       {"\t7", 7},         {"7-", -7},
+      {"1e2", 100},    {"- 5", -5},      {"&HFFFFFFFF", -1}, {"&o17", 15},
+      {".5", 0.5},     {"1d2", 0, 13},   {"1 234", 0, 13},   {"1.5%", 0, 13},
+      {"１２", 0, 13}, {"True", 0, 13},  {"", 0, 13},        {"(5", 0, 13},
+      {"-7-", 0, 13},  {"1.5,0", 0, 13}, {",5", 0, 13},      {"1e", 0, 13},
+      {"&H", 0, 13},   {"1e400", 0, 6},  {"1e-400", 0},      {"₩₩5", 0, 13},
+  };
+  for (const auto& row : rows) {
+    double number = 0;
+    EXPECT_EQ(errorOf([&] { number = toDouble(Variant(row.text)); }), row.error) << row.text;
+    EXPECT_EQ(number, row.number) << row.text;
+  }
+  EXPECT_EQ(toCurrency(Variant("(₩1,234.56785)")).units, -12345678);  // halves to even
+}
+
 TEST(VariantTest, SwitchesReadNumbersAndTheTwoWords) {
   EXPECT_TRUE(toBool(Variant("TRUE")));
   EXPECT_FALSE(toBool(Variant(" false ")));
@@ -139,7 +161,26 @@ TEST(DateTimeTest, TextsReadAsDates) {
       {"8/2/2013 19:05:09", "2013-08-02 19:05:09"},
       {" 19:05 ", "1899-12-30 19:05:00"},
       {"2013-02-29", nullptr},
-      {"2013-08", nullptr},
+      {"2013-08", "2013-08-01"},
+      {"2013/8/21 3:30 PM", "2013-08-21 15:30:00"},
+      {"13-08-21", "2013-08-21"},
+      {"30-1-2", "1930-01-02"},
+      {"2013.08.21", "2013-08-21"},
+      {"2013. 8. 21.", "2013-08-21"},
+      {"8/21/13", "2013-08-21"},
+      {"3:30", "1899-12-30 03:30:00"},
+      {"2013-08-21 오후 3:30:00", "2013-08-21 15:30:00"},
+      {"오전 9:05", "1899-12-30 09:05:00"},
+      {"오전 12:05", "1899-12-30 00:05:00"},
+      {"12:05 pm", "1899-12-30 12:05:00"},
+      {"오전 13:00", nullptr},
+      {"2013년 8월 21일", "2013-08-21"},
+      {"2013년 8월 21일 수요일 오후 3:30", "2013-08-21 15:30:00"},
+      {"8-21", nullptr},  // of which year
+      {"20130821", nullptr},
+      {"15", nullptr},
+      {"2013-08-21 2013-08-22", nullptr},
+      {"오후", nullptr},
       {"2013-08/02", nullptr},
       {"2013-08-02-", nullptr},
       {"2013-08-02 25:00", nullptr},
