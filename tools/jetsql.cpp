@@ -3,6 +3,7 @@
 //   jetsql shop.mdb                          names of tables and saved queries
 //   jetsql shop.mdb 'SELECT * FROM Selling'  rows as CSV in UTF-8
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <exception>
 #include <iostream>
@@ -14,6 +15,8 @@
 
 #include "jetsql/session.h"
 #include "platform/clock.h"
+#include "values/decimal.h"
+#include "values/number_text.h"
 #include "values/runtime_error.h"
 
 namespace {
@@ -64,12 +67,21 @@ std::string hexadecimal(const values::Binary& binary) {
   return text;
 }
 
+// Without an exponent between 1E-15 and 1E+15, for programs that read the CSV.
+std::string plainReal(const values::Variant& value) {
+  std::string text = toText(value);
+  const double size = std::abs(toDouble(value));
+  if (text.find('E') == std::string::npos || size < 1e-15 || size >= 1e15) return text;
+  return toText(values::toNumeric(*values::parseNumber(text)));
+}
+
 std::string cell(const values::Variant& value) {
   if (value.isNull()) return {};
   if (const auto* text = value.as<std::string>()) return inQuotes(*text);
   if (const auto* yes = value.as<bool>()) return *yes ? "-1" : "0";
   if (const auto* binary = value.as<values::Binary>()) return hexadecimal(*binary);
-  return toText(value);
+  return value.as<float>() != nullptr || value.as<double>() != nullptr ? plainReal(value)
+                                                                       : toText(value);
 }
 
 void printRows(jetsql::RecordSet& rows) {

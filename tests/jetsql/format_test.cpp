@@ -71,6 +71,18 @@ TEST(FormatTest, Gives) {
       {"가나", "!@@@", "가나 "},
       {"0212345678", "@@-@@@@-@@@@", "02-1234-5678"},
       {"aBc", ">", "ABC"},
+      {"ab", "\"<\"@@@\\>", "< ab>"},
+      {"", "@@;\"empty\"", "empty"},
+      {Variant(), "@@;\"empty\"", "empty"},
+      {"a", "@@;\"empty\"", " a"},
+      {Variant(), "@@", ""},
+      {kEvening, "aaa aaaa", "금 금요일"},
+      {kEvening, "oooo", "8월"},
+      {values::DateTime{0.8125}, "General Date", "19:30:00"},
+      {values::DateTime{0}, "General Date", "00:00:00"},
+      {1, "On/Off", "On"},
+      {0, "On/Off", "Off"},
+      {Currency{INT64_MAX}, "#,##0.0000", "922,337,203,685,477.5807"},
   };
   for (const Case& c : cases)
     EXPECT_EQ(format(c.value, c.pattern), c.expected)

@@ -50,7 +50,7 @@ class DateFormatter {
       position_ += 2;
       return;
     }
-    if (halfDay()) return;
+    if (halfDay() || localName()) return;
     const char letter = text::lowerAscii(c);
     if (std::string_view("dmyhnswqtc").find(letter) == std::string_view::npos) {
       result_ += c;
@@ -89,6 +89,26 @@ class DateFormatter {
     return true;
   }
 
+  // The Korean names, which the other marks give here as well.
+  bool localName() {
+    std::size_t length = 4;
+    if (matches("oooo")) {
+      result_ += monthName(civil_.month, false);
+    } else if (matches("aaa")) {
+      length = matches("aaaa") ? 4 : 3;
+      result_ += weekdayName(values::weekday(date_), length == 3);
+    } else {
+      return false;
+    }
+    position_ += length;
+    return true;
+  }
+
+  // The day where there is one, and the time where there is one; midnight of day 0 is a time.
+  [[nodiscard]] std::string generalText() const {
+    return dayNumber(date_) == 0 ? values::timeText(date_) : values::dateText(date_);
+  }
+
   [[nodiscard]] std::string field(char letter, std::size_t count) const {
     switch (letter) {
       case 'y':
@@ -110,7 +130,7 @@ class DateFormatter {
       case 't':
         return count == 5 ? values::timeText(date_) : std::string(count, 't');
       default:
-        return values::dateText(date_);
+        return generalText();
     }
   }
 

@@ -269,6 +269,15 @@ std::string render(const Section& section, Digits digits) {
   return text;
 }
 
+bool roundsToZero(const Section& section, Digits digits) {
+  if (section.hasExponent) return digits.digits.empty();
+  digits.exponent += section.shift;
+  digits.round(section.places);
+  return digits.digits.empty();
+}
+
+}  // namespace
+
 std::vector<std::string_view> splitSections(std::string_view pattern) {
   std::vector<std::string_view> sections;
   std::size_t start = 0;
@@ -285,15 +294,6 @@ std::vector<std::string_view> splitSections(std::string_view pattern) {
   sections.push_back(pattern.substr(start));
   return sections;
 }
-
-bool roundsToZero(const Section& section, Digits digits) {
-  if (section.hasExponent) return digits.digits.empty();
-  digits.exponent += section.shift;
-  digits.round(section.places);
-  return digits.digits.empty();
-}
-
-}  // namespace
 
 std::string formatNumber(const Variant& value, std::string_view pattern) {
   const std::vector<std::string_view> sections = splitSections(pattern);

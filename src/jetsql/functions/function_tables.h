@@ -15,6 +15,11 @@ namespace jetsql {
 [[nodiscard]] std::span<const Function> dateFunctions();
 [[nodiscard]] std::span<const Function> conversionFunctions();
 [[nodiscard]] std::span<const Function> controlFunctions();
+[[nodiscard]] std::span<const Function> characterFunctions();
+[[nodiscard]] std::span<const Function> formattedFunctions();
+[[nodiscard]] std::span<const Function> inspectionFunctions();
+[[nodiscard]] std::span<const Function> financialFunctions();
+[[nodiscard]] std::span<const Function> systemFunctions();
 
 // Result types that do not depend on the arguments: fixedType<VariantType::kText>.
 template <values::VariantType kType>
@@ -24,6 +29,10 @@ values::VariantType fixedType(ArgumentTypes) {
 
 [[noreturn]] void throwInvalidCall(std::string_view function);
 [[noreturn]] void throwOverflow();
+
+// Error 14 for a result longer than the functions of texts make.
+constexpr std::size_t kMaxTextSize = std::size_t{1} << 26U;  // bytes
+void requireTextSize(std::size_t size);
 
 // An argument as the engine takes it where it wants a text: a text itself is not copied.
 class TextArgument {
@@ -38,6 +47,10 @@ class TextArgument {
   std::string converted_;
   std::string_view view_;
 };
+
+// A date, or a text that reads as one; a month and a day alone are of this year. Error 13.
+[[nodiscard]] values::DateTime dateArgument(const values::Variant& value,
+                                            const Environment& environment);
 
 // The argument at `index` as a whole number, or `otherwise` where it is not given.
 [[nodiscard]] std::int32_t longArgument(Arguments arguments, std::size_t index,

@@ -35,8 +35,9 @@ const Function* findFunction(std::string_view name) {
 const Function* findOperator(std::string_view name) { return findIn(allOperators(), name); }
 
 FunctionGroups functionGroups() {
-  return {textFunctions(), numberFunctions(), dateFunctions(), conversionFunctions(),
-          controlFunctions()};
+  return {textFunctions(),       characterFunctions(), numberFunctions(),     dateFunctions(),
+          conversionFunctions(), formattedFunctions(), inspectionFunctions(), controlFunctions(),
+          financialFunctions(),  systemFunctions()};
 }
 
 Variant call(const Function& function, Arguments arguments, const Environment& environment) {
@@ -51,6 +52,10 @@ void throwInvalidCall(std::string_view function) {
                      "Invalid procedure call or argument: " + std::string(function) + ".");
 }
 
+void requireTextSize(std::size_t size) {
+  if (size > kMaxTextSize) throw RuntimeError(error::kOutOfStringSpace, "Out of string space.");
+}
+
 void throwOverflow() { throw RuntimeError(error::kOverflow, "Overflow."); }
 
 TextArgument::TextArgument(const Variant& value) {
@@ -60,6 +65,12 @@ TextArgument::TextArgument(const Variant& value) {
     converted_ = toText(convert(value, VariantType::kText));
     view_ = converted_;
   }
+}
+
+values::DateTime dateArgument(const Variant& value, const Environment& environment) {
+  if (const auto* text = value.as<std::string>())
+    if (const auto date = values::parseDate(*text, environment.clock.now().year)) return *date;
+  return toDate(value);
 }
 
 std::int32_t longArgument(Arguments arguments, std::size_t index, std::int32_t otherwise) {

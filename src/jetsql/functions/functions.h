@@ -17,7 +17,7 @@
 // Text positions count characters (code points, so a Hangul syllable is one) from 1.
 //
 // Errors: RuntimeError 5 invalid argument, 6 overflow, 11 division by zero, 13 type mismatch,
-// 94 Null where none may be.
+// 14 a text too long, 94 Null where none may be.
 #pragma once
 
 #include <array>
@@ -60,8 +60,8 @@ struct Function {
 
 [[nodiscard]] std::span<const Function> allOperators();
 
-// Every function, by group: text, number, date, conversion, control.
-using FunctionGroups = std::array<std::span<const Function>, 5>;
+// Every function, one group for each functions_*.cpp.
+using FunctionGroups = std::array<std::span<const Function>, 10>;
 [[nodiscard]] FunctionGroups functionGroups();
 
 }  // namespace jetsql

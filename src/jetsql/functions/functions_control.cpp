@@ -27,8 +27,6 @@ Variant iif(Arguments arguments, const Environment&) {
   return isTrue(arguments[0]) ? arguments[1] : arguments[2];
 }
 
-Variant isNull(Arguments arguments, const Environment&) { return arguments[0].isNull(); }
-
 // Nz(value [, otherwise]): without the second an empty text.
 Variant nz(Arguments arguments, const Environment&) {
   if (!arguments[0].isNull()) return arguments[0];
@@ -57,7 +55,6 @@ Variant choose(Arguments arguments, const Environment&) {
 
 constexpr Function kTable[] = {
     {"IIf", 3, 3, afterFirst, iif, true},
-    {"IsNull", 1, 1, fixedType<VariantType::kYesNo>, isNull, true},
     {"Nz", 1, 2, nzType, nz, true},
     {"Switch", 2, kAnyNumberOfArguments, everySecond, switchCase, true},
     {"Choose", 2, kAnyNumberOfArguments, afterFirst, choose, true},

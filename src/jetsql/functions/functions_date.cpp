@@ -32,8 +32,12 @@ Variant now(Arguments, const Environment& environment) {
   return values::toDateTime(environment.clock.now());
 }
 
-DateTime dayPart(DateTime date) { return {std::trunc(date.serial)}; }
-DateTime timePart(DateTime date) { return {std::abs(date.serial - std::trunc(date.serial))}; }
+// By the text of the date, which has whole seconds: free of what a double loses.
+DateTime dayPart(DateTime date) { return {static_cast<double>(dayNumber(date))}; }
+DateTime timePart(DateTime date) {
+  constexpr std::int64_t kSecondsOfDay = 86400;
+  return fromSeconds(((secondNumber(date) % kSecondsOfDay) + kSecondsOfDay) % kSecondsOfDay);
+}
 
 Variant today(Arguments arguments, const Environment& environment) {
   return dayPart(*now(arguments, environment).as<DateTime>());
@@ -43,10 +47,12 @@ Variant timeOfDay(Arguments arguments, const Environment& environment) {
   return timePart(*now(arguments, environment).as<DateTime>());
 }
 
-Variant dateValue(Arguments arguments, const Environment&) { return dayPart(toDate(arguments[0])); }
+Variant dateValue(Arguments arguments, const Environment& environment) {
+  return dayPart(dateArgument(arguments[0], environment));
+}
 
-Variant timeValue(Arguments arguments, const Environment&) {
-  return timePart(toDate(arguments[0]));
+Variant timeValue(Arguments arguments, const Environment& environment) {
+  return timePart(dateArgument(arguments[0], environment));
 }
 
 DateTime dateOf(std::int64_t year, std::int64_t month, std::int64_t day) {

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <limits>
-#include <vector>
 
 #include "jetsql/functions/function_tables.h"
 #include "jetsql/functions/text_compare.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
@@ -109,9 +109,11 @@ Variant inStrRev(Arguments arguments, const Environment&) {
   return found == std::u32string::npos ? 0 : static_cast<std::int32_t>(found + 1);
 }
 
-// Replace(text, find, by [, start [, count [, comparison]]]): the text before the start is cut
-// off.
+// Replace(text, find, by [, start [, count [, comparison]]]): the text before the start is cut off.
+// Error 94 where the text is Null.
 Variant replace(Arguments arguments, const Environment&) {
+  for (const Variant& argument : arguments)
+    if (argument.isNull()) throw RuntimeError(error::kInvalidUseOfNull, "Invalid use of Null.");
   const TextArgument source(arguments[0]);
   const std::int32_t comparison = longArgument(arguments, 5, kBinaryCompare);
   const std::size_t start = arguments.size() > 3 ? countArgument(arguments, 3, "Replace", 1) : 1;
@@ -120,67 +122,20 @@ Variant replace(Arguments arguments, const Environment&) {
       text::toCharacters(source.view().substr(text::offsetOfCharacter(source.view(), start - 1)));
   const std::u32string searched = comparable(text::fromCharacters(text), comparison);
   const std::u32string part = comparable(TextArgument(arguments[1]).view(), comparison);
-  const std::u32string by = text::toCharacters(TextArgument(arguments[2]).view());
+  const TextArgument by(arguments[2]);
   if (part.empty()) return text::fromCharacters(text);
-  std::u32string result;
+  const std::u32string_view characters = text;
+  std::string result;
   std::size_t position = 0;
   for (; count != 0; --count) {
     const std::size_t found = searched.find(part, position);
     if (found == std::u32string::npos) break;
-    result += text.substr(position, found - position) + by;
+    result += text::fromCharacters(characters.substr(position, found - position));
+    result += by.view();
+    requireTextSize(result.size());
     position = found + part.size();
   }
-  return text::fromCharacters(result + text.substr(position));
-}
-
-Variant reverse(Arguments arguments, const Environment&) {
-  std::u32string characters = text::toCharacters(TextArgument(arguments[0]).view());
-  std::reverse(characters.begin(), characters.end());
-  return text::fromCharacters(characters);
-}
-
-constexpr std::size_t kLongestRepetition = 1U << 24U;
-
-Variant repeated(std::string_view character, std::size_t count, std::string_view function) {
-  if (count > kLongestRepetition) throwInvalidCall(function);
-  std::string text;
-  for (; count > 0; --count) text += character;
-  return text;
-}
-
-Variant space(Arguments arguments, const Environment&) {
-  return repeated(" ", countArgument(arguments, 0, "Space"), "Space");
-}
-
-// String(count, character): a code, or a text whose first character counts.
-Variant string(Arguments arguments, const Environment&) {
-  std::string character;
-  if (const auto* text = arguments[1].as<std::string>()) {
-    if (text->empty()) throwInvalidCall("String");
-    character = text::middle(*text, 0, 1);
-  } else {
-    text::appendCharacter(character, static_cast<char32_t>(toLong(arguments[1]) & 0xFF));
-  }
-  return repeated(character, countArgument(arguments, 0, "String"), "String");
-}
-
-constexpr std::int32_t kLargestCode = 65535;
-
-// Codes are those of Unicode, also between 128 and 255.
-Variant characterOfCode(Arguments arguments, const Environment&) {
-  std::int32_t code = toLong(arguments[0]);
-  if (code < 0) code += kLargestCode + 1;  // the 16 bits taken for a signed number
-  if (code < 0 || code > kLargestCode) throwInvalidCall("Chr");
-  std::string text;
-  text::appendCharacter(text, static_cast<char32_t>(code));
-  return text;
-}
-
-Variant codeOfCharacter(Arguments arguments, const Environment&) {
-  const TextArgument text(arguments[0]);
-  if (text.view().empty()) throwInvalidCall("Asc");
-  std::size_t position = 0;
-  return static_cast<std::int32_t>(text::nextCharacter(text.view(), position));
+  return result + text::fromCharacters(characters.substr(position));
 }
 
 Variant compare(Arguments arguments, const Environment&) {
@@ -190,34 +145,6 @@ Variant compare(Arguments arguments, const Environment&) {
                         ? left.view().compare(right.view())
                         : compareText(left.view(), right.view());
   return order < 0 ? -1 : (order > 0 ? 1 : 0);
-}
-
-// A letter after a character that is none becomes a capital, every other a small one.
-std::string properCase(std::string_view text) {
-  std::u32string characters = text::toCharacters(text::lowerCase(text));
-  bool inWord = false;
-  for (char32_t& character : characters) {
-    const bool isLetter = text::upperCase(character) != text::lowerCase(character) ||
-                          character > 0x2E7F || (character >= U'0' && character <= U'9') ||
-                          character == U'\'';
-    if (!inWord) character = text::upperCase(character);
-    inWord = isLetter;
-  }
-  return text::fromCharacters(characters);
-}
-
-Variant convertText(Arguments arguments, const Environment&) {
-  const TextArgument text(arguments[0]);
-  switch (toLong(arguments[1])) {
-    case 1:
-      return text::upperCase(text.view());
-    case 2:
-      return text::lowerCase(text.view());
-    case 3:
-      return properCase(text.view());
-    default:
-      throwInvalidCall("StrConv");
-  }
 }
 
 constexpr auto kText = fixedType<VariantType::kText>;
@@ -236,16 +163,8 @@ constexpr Function kTable[] = {
     {"LCase", 1, 1, kText, toLower},
     {"InStr", 2, 4, kLong, inStr},
     {"InStrRev", 2, 4, kLong, inStrRev},
-    {"Replace", 3, 6, kText, replace},
-    {"StrReverse", 1, 1, kText, reverse},
-    {"Space", 1, 1, kText, space},
-    {"String", 2, 2, kText, string},
-    {"Chr", 1, 1, kText, characterOfCode},
-    {"ChrW", 1, 1, kText, characterOfCode},
-    {"Asc", 1, 1, kLong, codeOfCharacter},
-    {"AscW", 1, 1, kLong, codeOfCharacter},
+    {"Replace", 3, 6, kText, replace, true},
     {"StrComp", 2, 3, kInteger, compare},
-    {"StrConv", 2, 3, kText, convertText},
 };
 
 }  // namespace

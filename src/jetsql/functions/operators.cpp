@@ -34,14 +34,14 @@ Variant addReal(Arithmetic operation, const Variant& left, const Variant& right)
   return checkedReal(operation == Arithmetic::kAdd ? a + b : a - b);
 }
 
-Variant wholeArithmetic(Arithmetic operation, const Variant& left, const Variant& right) {
+Variant wholeArithmetic(Arithmetic operation, VariantType type, const Variant& left,
+                        const Variant& right) {
   const std::int64_t a = toLong(left);
   const std::int64_t b = toLong(right);
   const std::int64_t result = operation == Arithmetic::kMultiply ? a * b
                               : operation == Arithmetic::kAdd    ? a + b
                                                                  : a - b;
-  if (result != static_cast<std::int32_t>(result)) throwOverflow();
-  return static_cast<std::int32_t>(result);
+  return wholeResult(result, type);
 }
 
 std::int64_t checkedUnits(values::Uint128 magnitude, bool negative) {
@@ -83,23 +83,29 @@ Variant numericArithmetic(Arithmetic operation, const Variant& left, const Varia
   return add(a, operation == Arithmetic::kAdd ? b : values::negated(b));
 }
 
+std::string concatenated(std::string_view left, std::string_view right) {
+  requireTextSize(left.size() + right.size());
+  return std::string(left).append(right);
+}
+
 template <Arithmetic kOperation>
 Variant compute(Arguments arguments, const Environment&) {
   const Variant& left = arguments[0];
   const Variant& right = arguments[1];
-  switch (arithmeticType(kOperation, left.type(), right.type())) {
+  const VariantType type = arithmeticType(kOperation, left.type(), right.type());
+  switch (type) {
     case VariantType::kText:
-      return *left.as<std::string>() + *right.as<std::string>();
+      return concatenated(*left.as<std::string>(), *right.as<std::string>());
+    case VariantType::kByte:
+    case VariantType::kInteger:
     case VariantType::kLong:
-      return wholeArithmetic(kOperation, left, right);
+      return wholeArithmetic(kOperation, type, left, right);
     case VariantType::kCurrency:
       return currencyArithmetic(kOperation, left, right);
     case VariantType::kNumeric:
       return numericArithmetic(kOperation, left, right);
-    case VariantType::kDateTime:
-      return toDate(addReal(kOperation, left, right));
     default:
-      return addReal(kOperation, left, right);
+      return convert(addReal(kOperation, left, right), type);
   }
 }
 
@@ -108,24 +114,28 @@ Variant compute(Arguments arguments, const Environment&) {
 }
 
 Variant divide(Arguments arguments, const Environment&) {
+  const VariantType type =
+      arithmeticType(Arithmetic::kDivide, arguments[0].type(), arguments[1].type());
+  if (type == VariantType::kNumeric) {
+    const values::Numeric divisor = values::toNumeric(arguments[1]);
+    if (divisor.magnitude == 0) throwDivisionByZero();
+    return values::divide(values::toNumeric(arguments[0]), divisor);
+  }
   const double divisor = toDouble(arguments[1]);
   if (divisor == 0) throwDivisionByZero();
-  return checkedReal(toDouble(arguments[0]) / divisor);
+  return convert(Variant(checkedReal(toDouble(arguments[0]) / divisor)), type);
 }
 
 // Operands of \ and Mod are rounded to whole numbers first.
+template <Arithmetic kOperation>
 Variant divideWhole(Arguments arguments, const Environment&) {
+  const std::int64_t dividend = toLong(arguments[0]);
   const std::int64_t divisor = toLong(arguments[1]);
   if (divisor == 0) throwDivisionByZero();
-  const std::int64_t quotient = toLong(arguments[0]) / divisor;
-  if (quotient > INT32_MAX) throwOverflow();
-  return static_cast<std::int32_t>(quotient);
-}
-
-Variant modulo(Arguments arguments, const Environment&) {
-  const std::int64_t divisor = toLong(arguments[1]);
-  if (divisor == 0) throwDivisionByZero();
-  return static_cast<std::int32_t>(toLong(arguments[0]) % divisor);
+  const std::int64_t result =
+      kOperation == Arithmetic::kModulo ? dividend % divisor : dividend / divisor;
+  if (result > INT32_MAX) throwOverflow();
+  return wholeResult(result, arithmeticType(kOperation, arguments[0].type(), arguments[1].type()));
 }
 
 Variant power(Arguments arguments, const Environment&) {
@@ -152,10 +162,9 @@ Variant negate(Arguments arguments, const Environment& environment) {
 // & takes Null for an empty text unless both are Null.
 Variant concatenate(Arguments arguments, const Environment&) {
   if (arguments[0].isNull() && arguments[1].isNull()) return {};
-  std::string text;
-  for (const Variant& argument : arguments)
-    if (!argument.isNull()) text += TextArgument(argument).view();
-  return text;
+  if (arguments[0].isNull()) return convert(arguments[1], VariantType::kText);
+  if (arguments[1].isNull()) return convert(arguments[0], VariantType::kText);
+  return concatenated(TextArgument(arguments[0]).view(), TextArgument(arguments[1]).view());
 }
 
 Variant matches(Arguments arguments, const Environment&) {
@@ -211,16 +220,15 @@ Variant equivalent(Arguments arguments, const Environment&) {
 }
 
 constexpr auto kDouble = fixedType<VariantType::kDouble>;
-constexpr auto kLong = fixedType<VariantType::kLong>;
 
 constexpr Function kTable[] = {
     {"add", 2, 2, arithmetic<Arithmetic::kAdd>, compute<Arithmetic::kAdd>, false, true, addAmounts},
     {"sub", 2, 2, arithmetic<Arithmetic::kSubtract>, compute<Arithmetic::kSubtract>, false, true,
      subtractAmounts},
     {"mul", 2, 2, arithmetic<Arithmetic::kMultiply>, compute<Arithmetic::kMultiply>},
-    {"div", 2, 2, kDouble, divide},
-    {"intdiv", 2, 2, kLong, divideWhole},
-    {"mod", 2, 2, kLong, modulo},
+    {"div", 2, 2, arithmetic<Arithmetic::kDivide>, divide},
+    {"intdiv", 2, 2, arithmetic<Arithmetic::kDivideWhole>, divideWhole<Arithmetic::kDivideWhole>},
+    {"mod", 2, 2, arithmetic<Arithmetic::kModulo>, divideWhole<Arithmetic::kModulo>},
     {"pow", 2, 2, kDouble, power},
     {"neg", 1, 1, negatedType, negate},
     {"concat", 2, 2, fixedType<VariantType::kText>, concatenate, true},

@@ -60,6 +60,54 @@ VariantType widerNumber(VariantType left, VariantType right) {
   return wide;
 }
 
+bool isAny(VariantType type, VariantType left, VariantType right) {
+  return left == type || right == type;
+}
+
+bool isTextual(VariantType type) {
+  return type == VariantType::kText || type == VariantType::kBinary;
+}
+
+// The type of + and -, and of * where that is not Double.
+VariantType sumType(VariantType left, VariantType right) {
+  using enum VariantType;
+  if (isAny(kNumeric, left, right)) return kNumeric;
+  if (isAny(kDateTime, left, right)) return kDateTime;
+  if (left == kText && right == kText) return kText;
+  if (isAny(kCurrency, left, right)) return kCurrency;
+  if (isTextual(left) || isTextual(right) || isAny(kDouble, left, right)) return kDouble;
+  if (isAny(kSingle, left, right)) return isAny(kLong, left, right) ? kDouble : kSingle;
+  if (isAny(kLong, left, right)) return kLong;
+  return left == kByte && right == kByte ? kByte : kInteger;
+}
+
+VariantType differenceType(VariantType left, VariantType right) {
+  if (left == right && (left == VariantType::kDateTime || isTextual(left)))
+    return VariantType::kDouble;
+  return sumType(left, right);
+}
+
+VariantType productType(VariantType left, VariantType right) {
+  using enum VariantType;
+  const VariantType type = sumType(left, right);
+  if (type == kDateTime || type == kText) return kDouble;
+  const auto isExact = [](VariantType operand) {
+    return isWholeNumber(operand) || operand == kCurrency;
+  };
+  return type == kCurrency && !(isExact(left) && isExact(right)) ? kDouble : type;
+}
+
+VariantType quotientType(VariantType left, VariantType right) {
+  using enum VariantType;
+  if (isAny(kNumeric, left, right)) return kNumeric;
+  return sumType(left, right) == kSingle ? kSingle : kDouble;
+}
+
+VariantType wholeQuotientType(VariantType left, VariantType right) {
+  const VariantType type = sumType(left, right);
+  return type == VariantType::kByte || type == VariantType::kInteger ? type : VariantType::kLong;
+}
+
 std::uint8_t toByte(const Variant& value) {
   const std::int32_t whole = toLong(value);
   if (whole < 0 || whole > std::numeric_limits<std::uint8_t>::max())
@@ -110,15 +158,27 @@ VariantType commonType(VariantType left, VariantType right) {
 
 VariantType arithmeticType(Arithmetic operation, VariantType left, VariantType right) {
   if (left == VariantType::kNull || right == VariantType::kNull) return VariantType::kNull;
-  const bool leftDate = left == VariantType::kDateTime;
-  const bool rightDate = right == VariantType::kDateTime;
-  if (operation == Arithmetic::kAdd && left == VariantType::kText && right == VariantType::kText)
-    return VariantType::kText;
-  if (operation == Arithmetic::kAdd && (leftDate || rightDate)) return VariantType::kDateTime;
-  if (operation == Arithmetic::kSubtract && leftDate != rightDate) return VariantType::kDateTime;
-  if (!isNumber(left) || !isNumber(right)) return VariantType::kDouble;
-  const VariantType wide = widerNumber(left, right);
-  return isWholeNumber(wide) ? VariantType::kLong : wide;
+  switch (operation) {
+    case Arithmetic::kAdd:
+      return sumType(left, right);
+    case Arithmetic::kSubtract:
+      return differenceType(left, right);
+    case Arithmetic::kMultiply:
+      return productType(left, right);
+    case Arithmetic::kDivide:
+      return quotientType(left, right);
+    default:
+      return wholeQuotientType(left, right);
+  }
+}
+
+Variant wholeResult(std::int64_t number, VariantType type) {
+  if (type == VariantType::kByte && std::in_range<std::uint8_t>(number))
+    return static_cast<std::uint8_t>(number);
+  if (type != VariantType::kLong && std::in_range<std::int16_t>(number))
+    return static_cast<std::int16_t>(number);
+  if (std::in_range<std::int32_t>(number)) return static_cast<std::int32_t>(number);
+  return static_cast<double>(number);
 }
 
 Variant convert(const Variant& value, VariantType type) {
@@ -157,6 +217,17 @@ Variant convert(const Variant& value, VariantType type) {
 Variant convert(Variant&& value, VariantType type) {
   if (value.isNull() || value.type() == type) return std::move(value);
   return convert(std::as_const(value), type);
+}
+
+Variant convertResult(Variant&& value, VariantType type) {
+  const bool isWider = isWholeNumber(type) &&
+                       (isWholeNumber(value.type()) || value.type() == VariantType::kDouble) &&
+                       value.type() > type;
+  if (!isWider || type == VariantType::kYesNo) return convert(std::move(value), type);
+  const double number = toDouble(value);
+  const bool isLong = number == std::trunc(number) && number >= INT32_MIN && number <= INT32_MAX;
+  const bool fits = isLong && wholeResult(static_cast<std::int64_t>(number), type).type() == type;
+  return fits ? convert(value, type) : std::move(value);
 }
 
 }  // namespace jetsql

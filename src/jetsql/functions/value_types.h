@@ -7,6 +7,8 @@
 // type may be Null. Errors of convert: 6 overflow, 13 type mismatch.
 #pragma once
 
+#include <cstdint>
+
 #include "values/variant.h"
 
 namespace jetsql {
@@ -25,15 +27,23 @@ namespace jetsql {
 // where nothing else does (a number beside a text, a date beside a text).
 [[nodiscard]] values::VariantType commonType(values::VariantType left, values::VariantType right);
 
-// The type of + - * of two operands. Whole numbers give Long; Currency with whole numbers or
-// Currency stays exact; a date with + or - a number stays a date, two dates with - give Double;
-// two texts with + give Text, a text beside a number counts as a number (Double).
-enum class Arithmetic { kAdd, kSubtract, kMultiply };
+// The type of an operation on two operands, as the platform's arithmetic of variants has it: Byte
+// and Byte stay Byte, Currency + Double is Currency but Currency * Double is Double, a Numeric
+// makes everything Numeric, a text counts as a Double except that two with + are concatenated.
+enum class Arithmetic { kAdd, kSubtract, kMultiply, kDivide, kDivideWhole, kModulo };
 [[nodiscard]] values::VariantType arithmeticType(Arithmetic operation, values::VariantType left,
                                                  values::VariantType right);
+
+// The narrowest of Byte (where `type` is Byte), Integer, Long and Double that holds the number and
+// is no narrower than `type`: a whole result that overflows goes to the next wider type.
+[[nodiscard]] values::Variant wholeResult(std::int64_t number, values::VariantType type);
 
 // Null stays Null; to Null gives Null. Whole numbers round halves to even.
 [[nodiscard]] values::Variant convert(const values::Variant& value, values::VariantType type);
 [[nodiscard]] values::Variant convert(values::Variant&& value, values::VariantType type);
+
+// What a function gave, as its static type; a whole number too large for that stays the wider
+// number that it is.
+[[nodiscard]] values::Variant convertResult(values::Variant&& value, values::VariantType type);
 
 }  // namespace jetsql

@@ -175,7 +175,7 @@ void finalCallback(sqlite3_context* context) {
   slot->group = nullptr;
   guarded(
       callbacksOf(context),
-      [&] { setResult(context, convert(group->aggregate->result(), group->type)); },
+      [&] { setResult(context, convertResult(group->aggregate->result(), group->type)); },
       [&](const char* text) { sqlite3_result_error(context, text, -1); });
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "jetsql/functions/functions.h"
@@ -20,6 +21,7 @@ namespace jetsql {
 namespace {
 
 using values::Variant;
+using values::VariantType;
 
 // The user data of a registered function. Without a function: jet_convert.
 struct Binding {
@@ -70,7 +72,10 @@ void run(const Binding& binding, sqlite3_context* context, std::size_t count,
     return i < count ? decode(values[i + 1], typeOfLetter(letters[i + 1])) : Variant();
   };
   const auto finish = [&](Arguments arguments) {
-    setResult(context, convert(evaluate(binding, arguments), typeOfLetter(letters[0])));
+    Variant result = evaluate(binding, arguments);
+    const VariantType type = typeOfLetter(letters[0]);
+    setResult(context, binding.function == nullptr ? convert(std::move(result), type)
+                                                   : convertResult(std::move(result), type));
   };
   const std::array<Variant, 4> few{argument(0), argument(1), argument(2), argument(3)};
   if (count <= few.size()) return finish(Arguments(few).first(count));

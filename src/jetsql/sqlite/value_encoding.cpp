@@ -4,9 +4,9 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string>
 
+#include "jetsql/functions/value_types.h"
 #include "jetsql/sqlite/numeric_encoding.h"
 #include "values/decimal.h"
 #include "values/runtime_error.h"
@@ -28,12 +28,10 @@ double realOf(const EncodedValue& value) {
   return value.kind == EncodedValue::Kind::kReal ? value.real : static_cast<double>(value.whole);
 }
 
-template <typename Whole>
-Whole wholeNumber(const EncodedValue& value) {
-  const std::int64_t whole = wholeOf(value);
-  if (whole < std::numeric_limits<Whole>::min() || whole > std::numeric_limits<Whole>::max())
-    throw RuntimeError(error::kOverflow, "Overflow.");
-  return static_cast<Whole>(whole);
+// A whole number too large for its static type is the wider number that arithmetic made of it.
+Variant wholeNumber(const EncodedValue& value, VariantType type) {
+  if (value.kind == EncodedValue::Kind::kReal) return value.real;
+  return wholeResult(value.whole, type);
 }
 
 values::Binary binaryOf(std::string_view bytes) {
@@ -108,11 +106,9 @@ Variant decode(const EncodedValue& value, VariantType type) {
     case VariantType::kYesNo:
       return wholeOf(value) != 0;
     case VariantType::kByte:
-      return wholeNumber<std::uint8_t>(value);
     case VariantType::kInteger:
-      return wholeNumber<std::int16_t>(value);
     case VariantType::kLong:
-      return wholeNumber<std::int32_t>(value);
+      return wholeNumber(value, type);
     case VariantType::kSingle:
       return static_cast<float>(realOf(value));
     case VariantType::kDouble:

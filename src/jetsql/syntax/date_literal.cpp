@@ -63,13 +63,8 @@ int fullYear(const Piece& piece) {
 }
 
 std::optional<values::CivilTime> existingDay(int year, int month, int day) {
-  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1) return std::nullopt;
-  if (day > values::daySerial(year, month + 1, 1) - values::daySerial(year, month, 1))
-    return std::nullopt;
-  values::CivilTime civil;
-  civil.year = year;
-  civil.month = month;
-  civil.day = day;
+  const values::CivilTime civil{year, month, day};
+  if (year < 100 || !values::exists(civil)) return std::nullopt;
   return civil;
 }
 
