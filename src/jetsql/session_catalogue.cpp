@@ -52,17 +52,17 @@ SessionCatalogue::SessionCatalogue(const std::filesystem::path& file, const Sess
       database_(openFile(file, options, options.password)),
       connection_(openConnection(callbacks_)) {}
 
-SchemaObject SessionCatalogue::find(std::string_view name) {
+CatalogueObject SessionCatalogue::find(std::string_view name) {
   const auto known = found_.find(name);
   if (known != found_.end()) return known->second;
   const jet::CatalogueEntry* entry = database_->find(name);
   if (entry == nullptr) return {};
-  const SchemaObject object = load(*entry);
+  const CatalogueObject object = load(*entry);
   found_.emplace(entry->name, object);
   return object;
 }
 
-SchemaObject SessionCatalogue::load(const jet::CatalogueEntry& entry) {
+CatalogueObject SessionCatalogue::load(const jet::CatalogueEntry& entry) {
   switch (entry.type) {
     case jet::ObjectType::kTable:
       return addTable(*database_, database_->openTable(entry), entry.name);
@@ -80,16 +80,16 @@ SchemaObject SessionCatalogue::load(const jet::CatalogueEntry& entry) {
   }
 }
 
-SchemaObject SessionCatalogue::addTable(jet::Database& database, jet::Table& table,
-                                        const std::string& name) {
+CatalogueObject SessionCatalogue::addTable(jet::Database& database, jet::Table& table,
+                                           const std::string& name) {
   auto added = std::make_unique<JetTable>(database, table, name, nextName(), callbacks_);
   added->registerIn(connection_.get());
-  const SchemaTable* schema = &added->schema();
+  const CatalogueTable* schema = &added->schema();
   tables_[schema] = std::move(added);
   return {schema, nullptr};
 }
 
-SchemaObject SessionCatalogue::addExternal(const jet::CatalogueEntry& entry) {
+CatalogueObject SessionCatalogue::addExternal(const jet::CatalogueEntry& entry) {
   if (options_.external == nullptr)
     throw RuntimeError(error::kConnectFailed, "ODBC--connection to '" + entry.connect +
                                                   "' failed: linked table '" + entry.name +
@@ -101,7 +101,7 @@ SchemaObject SessionCatalogue::addExternal(const jet::CatalogueEntry& entry) {
   return {&externals_.back()->schema(), nullptr};
 }
 
-SchemaObject SessionCatalogue::addLinkedTable(const jet::CatalogueEntry& entry) {
+CatalogueObject SessionCatalogue::addLinkedTable(const jet::CatalogueEntry& entry) {
   requireJetFile(entry);
   const std::filesystem::path path = resolveLinkedFile(file_, entry.database);
   auto& database = linked_[path];
@@ -110,7 +110,7 @@ SchemaObject SessionCatalogue::addLinkedTable(const jet::CatalogueEntry& entry) 
   return addTable(*database, database->openTable(name), entry.name);
 }
 
-JetTable* SessionCatalogue::jetTable(const SchemaTable* table) const {
+JetTable* SessionCatalogue::jetTable(const CatalogueTable* table) const {
   const auto found = tables_.find(table);
   return found == tables_.end() ? nullptr : found->second.get();
 }
@@ -125,8 +125,8 @@ std::vector<values::Variant> SessionCatalogue::values(const Translation& query) 
   return values;
 }
 
-std::optional<std::string> SessionCatalogue::keyTable(const SchemaTable& table,
-                                                      const ComputedKey& key) {
+std::optional<std::string> SessionCatalogue::expressionIndex(const CatalogueTable& table,
+                                                             const IndexedExpression& key) {
   const JetTable* jetTable = this->jetTable(&table);
   if (jetTable == nullptr) return std::nullopt;
   return expressionIndexes_.find(connection_.get(), *jetTable, key);

@@ -23,21 +23,21 @@
 
 namespace jetsql {
 
-class SessionCatalogue : public SchemaSource {
+class SessionCatalogue : public Catalogue {
  public:
   SessionCatalogue(const std::filesystem::path& file, const SessionOptions& options,
                    const platform::Clock& clock);
 
-  [[nodiscard]] SchemaObject find(std::string_view name) override;
+  [[nodiscard]] CatalogueObject find(std::string_view name) override;
   [[nodiscard]] std::vector<values::Variant> values(const Translation& query) override;
-  [[nodiscard]] std::optional<std::string> keyTable(const SchemaTable& table,
-                                                    const ComputedKey& key) override;
+  [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
+                                                           const IndexedExpression& key) override;
 
   // Before a query is run: recomputes what writes of this session have made stale.
   void refreshIndexes() { expressionIndexes_.refresh(connection_.get()); }
 
   // Nullptr for a table of another system, whose rows have no lasting ids.
-  [[nodiscard]] JetTable* jetTable(const SchemaTable* table) const;
+  [[nodiscard]] JetTable* jetTable(const CatalogueTable* table) const;
 
   [[nodiscard]] const jet::Database& database() const { return *database_; }
   [[nodiscard]] bool readOnly() const { return options_.readOnly; }
@@ -47,11 +47,11 @@ class SessionCatalogue : public SchemaSource {
   [[nodiscard]] bool step(sqlite3_stmt* statement);
 
  private:
-  [[nodiscard]] SchemaObject load(const jet::CatalogueEntry& entry);
-  [[nodiscard]] SchemaObject addTable(jet::Database& database, jet::Table& table,
-                                      const std::string& name);
-  [[nodiscard]] SchemaObject addLinkedTable(const jet::CatalogueEntry& entry);
-  [[nodiscard]] SchemaObject addExternal(const jet::CatalogueEntry& entry);
+  [[nodiscard]] CatalogueObject load(const jet::CatalogueEntry& entry);
+  [[nodiscard]] CatalogueObject addTable(jet::Database& database, jet::Table& table,
+                                         const std::string& name);
+  [[nodiscard]] CatalogueObject addLinkedTable(const jet::CatalogueEntry& entry);
+  [[nodiscard]] CatalogueObject addExternal(const jet::CatalogueEntry& entry);
   [[nodiscard]] std::string nextName() { return "t" + std::to_string(++names_); }
   [[noreturn]] void fail();
 
@@ -60,10 +60,10 @@ class SessionCatalogue : public SchemaSource {
   CallbackContext callbacks_;
   std::unique_ptr<jet::Database> database_;
   std::map<std::filesystem::path, std::unique_ptr<jet::Database>> linked_;
-  std::unordered_map<const SchemaTable*, std::unique_ptr<JetTable>> tables_;
+  std::unordered_map<const CatalogueTable*, std::unique_ptr<JetTable>> tables_;
   std::vector<std::unique_ptr<ExternalTable>> externals_;
   NameMap<std::unique_ptr<SavedQuery>> queries_;
-  NameMap<SchemaObject> found_;
+  NameMap<CatalogueObject> found_;
   ExpressionIndexes expressionIndexes_;
   int names_ = 0;
   ConnectionHandle connection_;  // declared after the tables, so that it closes before they go

@@ -35,6 +35,7 @@ struct Numeric {
   bool negative = false;
   std::uint8_t scale = 0;  // digits after the point, 0 to 28
   Uint128 magnitude = 0;   // at most 10^28 - 1
+  friend bool operator==(const Numeric&, const Numeric&) = default;
 };
 
 // The bytes of a binary or OLE field.
@@ -90,6 +91,9 @@ class Variant {
   decltype(auto) visit(Visitor&& visitor) const {
     return std::visit(std::forward<Visitor>(visitor), value_);
   }
+
+  // The same value of the same type; Null equals Null.
+  friend bool operator==(const Variant&, const Variant&) = default;
 
  private:
   std::variant<std::monostate, bool, std::uint8_t, std::int16_t, std::int32_t, float, double,

@@ -53,7 +53,7 @@ QueryFixture::QueryFixture() : callbacks_{Environment{kClock}, nullptr} {
 
 void QueryFixture::addTable(const std::string& name, std::vector<std::string> fields,
                             const std::vector<std::vector<values::Variant>>& rows) {
-  SchemaTable table{name, name, {}, true};
+  CatalogueTable table{name, name, {}, true};
   std::string columns;
   std::string marks;
   for (std::size_t i = 0; i < fields.size(); ++i) {
@@ -76,8 +76,8 @@ void QueryFixture::refuseQuery(const std::string& name, int number) {
   queries_.push_back({name, {}, number, "refused"});
 }
 
-SchemaObject QueryFixture::find(std::string_view name) {
-  for (const SchemaTable& table : tables_)
+CatalogueObject QueryFixture::find(std::string_view name) {
+  for (const CatalogueTable& table : tables_)
     if (equalText(table.name, name)) return {&table, nullptr};
   for (const SavedQuery& query : queries_)
     if (equalText(query.name, name)) return {nullptr, &query};
@@ -135,11 +135,11 @@ std::vector<values::Variant> QueryFixture::values(const Translation& query) {
   return result;
 }
 
-std::optional<std::string> QueryFixture::keyTable(const SchemaTable& table,
-                                                  const ComputedKey& key) {
+std::optional<std::string> QueryFixture::expressionIndex(const CatalogueTable& table,
+                                                         const IndexedExpression& key) {
   const std::string name = "keys" + std::to_string(keys_.size());
   step(prepare("CREATE TABLE " + name + (key.isText ? " (key COLLATE JET, row)" : " (key, row)")));
-  step(prepare("INSERT INTO " + name + " SELECT " + key.expression + ", k.rowid FROM \"" +
+  step(prepare("INSERT INTO " + name + " SELECT " + key.sql + ", k.rowid FROM \"" +
                table.sqliteName + "\" AS k"));
   keys_.push_back(key);
   return name;

@@ -23,7 +23,7 @@
 
 namespace jetsql {
 
-class QueryFixture : public testing::Test, public SchemaSource {
+class QueryFixture : public testing::Test, public Catalogue {
  protected:
   QueryFixture();
 
@@ -41,11 +41,12 @@ class QueryFixture : public testing::Test, public SchemaSource {
   // How often the query reads the table from end to end rather than by an index.
   int scans(const std::string& text, const std::string& table);
 
-  SchemaObject find(std::string_view name) override;
+  CatalogueObject find(std::string_view name) override;
   std::vector<values::Variant> values(const Translation& query) override;
-  std::optional<std::string> keyTable(const SchemaTable& table, const ComputedKey& key) override;
+  std::optional<std::string> expressionIndex(const CatalogueTable& table,
+                                             const IndexedExpression& key) override;
 
-  std::vector<ComputedKey> keys_;  // that were asked for
+  std::vector<IndexedExpression> keys_;  // that were asked for
 
  private:
   struct CloseDatabase {
@@ -64,7 +65,7 @@ class QueryFixture : public testing::Test, public SchemaSource {
 
   CallbackContext callbacks_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
-  std::deque<SchemaTable> tables_;
+  std::deque<CatalogueTable> tables_;
   std::deque<SavedQuery> queries_;
 };
 

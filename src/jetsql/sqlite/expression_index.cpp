@@ -20,9 +20,9 @@ bool run(sqlite3* connection, const std::string& sql) {
 }  // namespace
 
 std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const JetTable& table,
-                                                   const ComputedKey& key) {
+                                                   const IndexedExpression& key) {
   for (const Index& index : indexes_)
-    if (index.table == &table && index.key.expression == key.expression) return index.name;
+    if (index.table == &table && index.key.sql == key.sql) return index.name;
   const double rows = table.estimatedRows();
   if (rows < kMinRows || rows > kMaxRows || indexes_.size() == kMaxTables) return {};
   Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0};
@@ -48,7 +48,7 @@ std::size_t ExpressionIndexes::changesOf(const Index& index) {
 bool ExpressionIndexes::build(sqlite3* connection, Index& index) {
   index.changes = changesOf(index);
   // A Null key violates the primary key and is ignored.
-  return run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + index.key.expression +
+  return run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + index.key.sql +
                              ", k.rowid FROM " + quotedName(index.table->schema().sqliteName) +
                              " AS k");
 }

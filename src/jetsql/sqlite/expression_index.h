@@ -25,7 +25,7 @@ class ExpressionIndexes {
  public:
   // The name of the temporary table, built on the first call; nothing where a scan is as good.
   [[nodiscard]] std::optional<std::string> find(sqlite3* connection, const JetTable& table,
-                                                const ComputedKey& key);
+                                                const IndexedExpression& key);
 
   // Rebuilds the indexes that writes to their tables have made stale.
   void refresh(sqlite3* connection);
@@ -33,7 +33,7 @@ class ExpressionIndexes {
  private:
   struct Index {
     const JetTable* table;
-    ComputedKey key;
+    IndexedExpression key;
     std::string name;
     std::size_t changes = 0;  // writes to its columns before it was built
   };

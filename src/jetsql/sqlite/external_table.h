@@ -28,7 +28,7 @@ class ExternalTable {
   void registerIn(sqlite3* connection);
   void chooseAccessPath(sqlite3_index_info& info) const;
 
-  [[nodiscard]] const SchemaTable& schema() const { return schema_; }
+  [[nodiscard]] const CatalogueTable& schema() const { return schema_; }
   [[nodiscard]] CallbackContext& callbacks() const { return callbacks_; }
   [[nodiscard]] std::unique_ptr<ExternalRows> open(
       const std::vector<ExternalCondition>& conditions) const {
@@ -39,7 +39,7 @@ class ExternalTable {
   ExternalSource& source_;
   std::string connect_;
   std::string foreignName_;
-  SchemaTable schema_;
+  CatalogueTable schema_;
   CallbackContext& callbacks_;
 };
 

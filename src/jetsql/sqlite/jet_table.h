@@ -43,7 +43,7 @@ class JetTable {
   // Called by the planner; see access_path.h.
   void chooseAccessPath(sqlite3_index_info& info) const;
 
-  [[nodiscard]] const SchemaTable& schema() const { return schema_; }
+  [[nodiscard]] const CatalogueTable& schema() const { return schema_; }
   [[nodiscard]] jet::Table& table() const { return table_; }
   [[nodiscard]] CallbackContext& callbacks() const { return callbacks_; }
 
@@ -70,7 +70,7 @@ class JetTable {
 
   jet::Database& database_;
   jet::Table& table_;
-  SchemaTable schema_;
+  CatalogueTable schema_;
   CallbackContext& callbacks_;
   std::vector<ColumnUse> uses_;
 };

@@ -45,7 +45,7 @@ bool RowSorter::canOrderBy(VariantType type) {
   return hasOrderedKeys(type) || type == VariantType::kText;
 }
 
-RowSorter::RowSorter(const SchemaTable& table, std::string_view terms) : table_(table) {
+RowSorter::RowSorter(const CatalogueTable& table, std::string_view terms) : table_(table) {
   while (!terms.empty()) {
     Term term;
     const char* end = std::from_chars(terms.begin(), terms.end(), term.column).ptr;

@@ -34,7 +34,7 @@ class RowSorter {
   [[nodiscard]] static std::string packed(std::span<const Term> terms);
   [[nodiscard]] static bool canOrderBy(values::VariantType type);
 
-  RowSorter(const SchemaTable& table, std::string_view terms);
+  RowSorter(const CatalogueTable& table, std::string_view terms);
 
   void add(const jet::Row& row);
   [[nodiscard]] std::vector<std::int64_t> rows();
@@ -48,7 +48,7 @@ class RowSorter {
 
   void appendKey(const jet::Row& row, const Term& term);
 
-  const SchemaTable& table_;
+  const CatalogueTable& table_;
   std::vector<Term> terms_;
   std::string keys_;  // concatenated; byte order is the order of the values
   std::vector<Entry> entries_;

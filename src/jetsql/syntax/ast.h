@@ -1,18 +1,25 @@
-// The tree of a query, as the parser leaves it: names are not yet looked up.
+// The tree of a query as the parser leaves it: names are not yet looked up.
 //
-// One node type for all expressions; `kind` says which members count. Nodes own their children.
+//   if (const auto* name = expression.as<Name>()) use(name->path);
+//
+// Nodes own their children.
 #pragma once
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "values/variant.h"
 
 namespace jetsql {
 
+struct Expression;
 struct Query;
+struct TableReference;
+using ExpressionPtr = std::unique_ptr<Expression>;
+using QueryPtr = std::unique_ptr<Query>;
 
 enum class Operator {
   kOr,
@@ -39,36 +46,85 @@ enum class Operator {
   kNegate,
 };
 
-struct Expression {
-  enum class Kind {
-    kLiteral,    // value, literalOrdinal
-    kName,       // path
-    kStar,       // the * of Count(*)
-    kUnary,      // operation, arguments[0]
-    kBinary,     // operation, arguments[0], arguments[1]
-    kCall,       // path[0], arguments
-    kBetween,    // arguments[0] Between arguments[1] And arguments[2]; negated
-    kInList,     // arguments[0] In (arguments[1], ...); negated
-    kInQuery,    // arguments[0] In (query); negated
-    kIsNull,     // arguments[0]; negated
-    kScalar,     // (query)
-    kExists,     // query; negated
-    kQuantified  // arguments[0] operation Any/All (query)
-  };
-
-  Kind kind = Kind::kLiteral;
-  Operator operation = Operator::kEqual;
+struct Literal {
   values::Variant value;
-  int literalOrdinal = -1;  // place among the literals of the text; -1 for True, False and Null
+  std::optional<std::size_t> number;  // among the literals of the text; not of True, False, Null
+};
+
+struct Name {
   std::vector<std::string> path;  // t.f and t!f give {t, f}
-  std::vector<std::unique_ptr<Expression>> arguments;
-  std::unique_ptr<Query> query;
+};
+
+struct Star {};  // the * of Count(*)
+
+struct Unary {
+  Operator operation;
+  ExpressionPtr operand;
+};
+
+struct Binary {
+  Operator operation;
+  ExpressionPtr left;
+  ExpressionPtr right;
+};
+
+struct Call {
+  std::string function;
+  std::vector<ExpressionPtr> arguments;
+};
+
+struct Between {
+  ExpressionPtr value;
+  ExpressionPtr low;
+  ExpressionPtr high;
   bool negated = false;
-  bool all = false;    // Quantified: All, else Any or Some
+};
+
+struct InList {
+  ExpressionPtr value;
+  std::vector<ExpressionPtr> items;
+  bool negated = false;
+};
+
+struct InQuery {
+  ExpressionPtr value;
+  QueryPtr query;
+  bool negated = false;
+};
+
+struct IsNull {
+  ExpressionPtr value;
+  bool negated = false;
+};
+
+struct ScalarQuery {
+  QueryPtr query;
+};
+
+struct Exists {
+  QueryPtr query;
+};
+
+// value <operation> All (query); Any or Some where not `all`.
+struct Quantified {
+  Operator operation;
+  ExpressionPtr value;
+  bool all = false;
+  QueryPtr query;
+};
+
+struct Expression {
+  std::variant<Literal, Name, Star, Unary, Binary, Call, Between, InList, InQuery, IsNull,
+               ScalarQuery, Exists, Quantified>
+      node;
   int depth = 1;       // levels of the tree from here down
   std::string source;  // the text it was read from, for messages
+
+  template <typename Node>
+  [[nodiscard]] const Node* as() const {
+    return std::get_if<Node>(&node);
+  }
 };
-using ExpressionPtr = std::unique_ptr<Expression>;
 
 struct SelectItem {
   ExpressionPtr expression;  // none for * and table.*
@@ -76,18 +132,27 @@ struct SelectItem {
   std::string starTable;     // of table.*; empty for *
 };
 
-struct TableReference {
-  enum class Kind { kName, kSubquery, kJoin };
-  enum class JoinType { kInner, kLeft, kRight };
-
-  Kind kind = Kind::kName;
+struct NamedTable {
   std::string name;
-  std::string alias;             // empty when none is given
-  std::unique_ptr<Query> query;  // Subquery
-  JoinType joinType = JoinType::kInner;
+  std::string alias;  // empty when none is given
+};
+
+struct DerivedTable {
+  QueryPtr query;
+  std::string alias;
+};
+
+struct Join {
+  enum class Type { kInner, kLeft, kRight };
+
+  Type type = Type::kInner;
   std::unique_ptr<TableReference> left;
   std::unique_ptr<TableReference> right;
   ExpressionPtr on;
+};
+
+struct TableReference {
+  std::variant<NamedTable, DerivedTable, Join> node;
 };
 
 struct OrderItem {

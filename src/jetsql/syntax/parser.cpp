@@ -4,14 +4,11 @@
 #include <charconv>
 #include <limits>
 
-#include "jetsql/syntax/parser_internal.h"
 #include "values/error_numbers.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
-
-constexpr int kMaxJoins = 60;  // SQLite joins up to 64 tables; the engine 32
 
 constexpr std::string_view kQueryWords[] = {"SELECT", "TRANSFORM", "PARAMETERS", "TABLE"};
 
@@ -39,7 +36,7 @@ int wholeNumber(const values::Variant& value) {
 
 bool isClauseWord(const Token& token) { return isAny(token, kClauseWords); }
 
-std::unique_ptr<Query> Parser::statement() {
+QueryPtr Parser::statement() {
   if (isAny(tokens_.peek(), kActionWords)) tokens_.fail(error::kInvalidOperation);
   auto result = query();
   if (tokens_.acceptSymbol(";")) {
@@ -51,9 +48,9 @@ std::unique_ptr<Query> Parser::statement() {
   return result;
 }
 
-std::unique_ptr<Query> Parser::query() {
+QueryPtr Parser::query() {
   std::vector<std::string> names = parameters();
-  std::unique_ptr<Query> result;
+  QueryPtr result;
   if (tokens_.atWord("TRANSFORM")) {
     result = crosstab();
   } else {
@@ -87,7 +84,7 @@ std::vector<std::string> Parser::parameters() {
   return names;
 }
 
-std::unique_ptr<Query> Parser::crosstab() {
+QueryPtr Parser::crosstab() {
   tokens_.expectWord("TRANSFORM", error::kTransformSyntax);
   notParameterizable_ = true;
   auto result = std::make_unique<Query>();
@@ -100,14 +97,15 @@ std::unique_ptr<Query> Parser::crosstab() {
   return result;
 }
 
-// PIVOT expression [IN (heading, ...)]: read as one expression, the IN list is cut off again.
+// PIVOT expression [IN (heading, ...)]: read as one expression, then taken apart.
 void Parser::pivot(Crosstab& crosstab) {
   tokens_.expectWord("PIVOT", error::kTransformSyntax);
   crosstab.pivot = expression();
-  if (crosstab.pivot->kind != Expression::Kind::kInList || crosstab.pivot->negated) return;
-  auto parts = std::move(crosstab.pivot->arguments);
-  crosstab.pivot = std::move(parts.front());
-  for (std::size_t i = 1; i < parts.size(); ++i) crosstab.headings.push_back(std::move(parts[i]));
+  auto* list = std::get_if<InList>(&crosstab.pivot->node);
+  if (list == nullptr || list->negated) return;
+  crosstab.headings = std::move(list->items);
+  ExpressionPtr value = std::move(list->value);
+  crosstab.pivot = std::move(value);
 }
 
 void Parser::unionOf(Query& query) {
@@ -125,7 +123,7 @@ void Parser::unionOf(Query& query) {
 
 Select Parser::parenthesizedSelect() {
   if (tokens_.acceptSymbol("(")) {
-    if (++depth_ > 100) tokens_.fail(error::kQueryTooComplex);
+    if (++depth_ > kMaxNested) tokens_.fail(error::kQueryTooComplex);
     Select inner = parenthesizedSelect();
     tokens_.expectSymbol(")", error::kSelectSyntax);
     --depth_;
@@ -210,74 +208,6 @@ void Parser::clausesAfterFrom(Select& select) {
   }
 }
 
-std::vector<TableReference> Parser::from() {
-  std::vector<TableReference> tables;
-  do tables.push_back(joinedTable());
-  while (tokens_.acceptSymbol(","));
-  return tables;
-}
-
-TableReference Parser::joinedTable() {
-  TableReference left = tablePrimary();
-  while (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"})) {
-    if (++joins_ > kMaxJoins) tokens_.fail(error::kQueryTooComplex);
-    TableReference join;
-    join.kind = TableReference::Kind::kJoin;
-    if (tokens_.acceptWord("LEFT")) {
-      join.joinType = TableReference::JoinType::kLeft;
-    } else if (tokens_.acceptWord("RIGHT")) {
-      join.joinType = TableReference::JoinType::kRight;
-    } else {
-      tokens_.acceptWord("INNER");
-    }
-    if (join.joinType != TableReference::JoinType::kInner) tokens_.acceptWord("OUTER");
-    tokens_.expectWord("JOIN", error::kJoinSyntax);
-    join.left = std::make_unique<TableReference>(std::move(left));
-    // a INNER JOIN b INNER JOIN c ON ... ON ... is not the engine's language: it wants parentheses.
-    join.right = std::make_unique<TableReference>(tablePrimary());
-    if (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"})) tokens_.fail(error::kJoinSyntax);
-    tokens_.expectWord("ON", error::kJoinSyntax);
-    join.on = expression();
-    left = std::move(join);
-  }
-  return left;
-}
-
-TableReference Parser::tablePrimary() {
-  if (++depth_ > 100) tokens_.fail(error::kQueryTooComplex);
-  TableReference table;
-  if (atSubquery()) {
-    table.kind = TableReference::Kind::kSubquery;
-    table.query = subquery();
-  } else if (tokens_.acceptSymbol("(")) {
-    table = joinedTable();
-    tokens_.expectSymbol(")", error::kFromSyntax);
-    --depth_;
-    return table;
-  } else if (tokens_.peek().kind == TokenKind::kBracketed && isSymbol(tokens_.peek(1), ".") &&
-             beginsStatement(tokens_.peek().text)) {
-    table = legacySubquery();
-  } else {
-    table.name = name(error::kFromSyntax);
-  }
-  const bool announced = tokens_.acceptWord("AS");
-  if (announced || (tokens_.atName() && !isClauseWord(tokens_.peek())))
-    table.alias = name(error::kFromSyntax);
-  --depth_;
-  return table;
-}
-
-// [SELECT ...]. AS x is how older versions wrote (SELECT ...) AS x.
-TableReference Parser::legacySubquery() {
-  TableReference table;
-  table.kind = TableReference::Kind::kSubquery;
-  const NormalizedQuery inner = normalize(tokens_.take().text);
-  table.query = Parser(inner).statement();
-  tokens_.expectSymbol(".", error::kFromSyntax);
-  notParameterizable_ = true;  // its literals are not counted with those of the whole text
-  return table;
-}
-
 std::vector<ExpressionPtr> Parser::expressionList() {
   std::vector<ExpressionPtr> list;
   do list.push_back(expression());
@@ -307,9 +237,7 @@ std::string Parser::name(int errorNumber) {
   return std::string(tokens_.take().text);
 }
 
-std::unique_ptr<Query> parseQuery(const NormalizedQuery& query) {
-  return Parser(query).statement();
-}
+QueryPtr parseQuery(const NormalizedQuery& query) { return Parser(query).statement(); }
 
 bool beginsStatement(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r\n(");
@@ -320,12 +248,11 @@ bool beginsStatement(std::string_view text) {
   return isAny(word, kQueryWords) || isAny(word, kActionWords);
 }
 
-std::unique_ptr<Query> selectAll(std::string_view table) {
+QueryPtr selectAll(std::string_view table) {
   auto query = std::make_unique<Query>();
   Select all;
   all.items.emplace_back();
-  all.from.emplace_back();
-  all.from.back().name = table;
+  all.from.push_back({NamedTable{std::string(table), {}}});
   query->selects.push_back(std::move(all));
   return query;
 }

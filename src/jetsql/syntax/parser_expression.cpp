@@ -5,15 +5,13 @@
 #include <utility>
 
 #include "jetsql/syntax/parser.h"
-#include "jetsql/syntax/parser_internal.h"
 #include "values/error_numbers.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
 
-// More than any query needs would exhaust the stack of whoever reads or walks the tree.
-constexpr int kMaxNested = 100;
+// More levels of a tree would exhaust the stack of whoever walks it.
 constexpr int kDeepest = 400;
 
 struct BinaryOperator {
@@ -48,31 +46,30 @@ constexpr std::array<ArithmeticOperator, 7> kArithmetic{{{"&", Operator::kConcat
                                                          {"*", Operator::kMultiply, 4},
                                                          {"/", Operator::kDivide, 4}}};
 
-ExpressionPtr node(Expression::Kind kind) {
+// `below` is the number of levels below the node.
+template <typename Node>
+ExpressionPtr makeExpression(Node node, int below = 0) {
+  if (below >= kDeepest) throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
   auto made = std::make_unique<Expression>();
-  made->kind = kind;
+  made->node = std::move(node);
+  made->depth = below + 1;
   return made;
 }
 
-void adopt(Expression& parent, ExpressionPtr child) {
-  parent.depth = std::max(parent.depth, child->depth + 1);
-  if (parent.depth > kDeepest) throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
-  parent.arguments.push_back(std::move(child));
+ExpressionPtr makeUnary(Operator operation, ExpressionPtr operand) {
+  const int below = operand->depth;
+  return makeExpression(Unary{operation, std::move(operand)}, below);
 }
 
-ExpressionPtr unaryNode(Operator operation, ExpressionPtr operand) {
-  auto made = node(Expression::Kind::kUnary);
-  made->operation = operation;
-  adopt(*made, std::move(operand));
-  return made;
+ExpressionPtr makeBinary(Operator operation, ExpressionPtr left, ExpressionPtr right) {
+  const int below = std::max(left->depth, right->depth);
+  return makeExpression(Binary{operation, std::move(left), std::move(right)}, below);
 }
 
-ExpressionPtr binaryNode(Operator operation, ExpressionPtr left, ExpressionPtr right) {
-  auto made = node(Expression::Kind::kBinary);
-  made->operation = operation;
-  adopt(*made, std::move(left));
-  adopt(*made, std::move(right));
-  return made;
+int deepestOf(const std::vector<ExpressionPtr>& list) {
+  int deepest = 0;
+  for (const ExpressionPtr& item : list) deepest = std::max(deepest, item->depth);
+  return deepest;
 }
 
 }  // namespace
@@ -91,7 +88,7 @@ ExpressionPtr Parser::binaryLevel(std::size_t level) {
   if (level == kLogical.size()) return logicalNot();
   auto left = binaryLevel(level + 1);
   while (tokens_.acceptWord(kLogical[level].token)) {
-    left = binaryNode(kLogical[level].operation, std::move(left), binaryLevel(level + 1));
+    left = makeBinary(kLogical[level].operation, std::move(left), binaryLevel(level + 1));
   }
   return left;
 }
@@ -101,8 +98,8 @@ ExpressionPtr Parser::logicalNot() {
   bool odd = true;
   while (tokens_.acceptWord("NOT")) odd = !odd;
   auto operand = comparison();
-  return odd ? unaryNode(Operator::kNot, std::move(operand))
-             : unaryNode(Operator::kNot, unaryNode(Operator::kNot, std::move(operand)));
+  return odd ? makeUnary(Operator::kNot, std::move(operand))
+             : makeUnary(Operator::kNot, makeUnary(Operator::kNot, std::move(operand)));
 }
 
 ExpressionPtr Parser::comparison() {
@@ -117,11 +114,10 @@ ExpressionPtr Parser::comparison() {
     }
     if (found) continue;
     if (tokens_.acceptWord("IS")) {
-      auto test = node(Expression::Kind::kIsNull);
-      test->negated = tokens_.acceptWord("NOT");
+      const bool negated = tokens_.acceptWord("NOT");
       tokens_.expectWord("NULL", error::kExpressionSyntax);
-      adopt(*test, std::move(left));
-      left = std::move(test);
+      const int below = left->depth;
+      left = makeExpression(IsNull{std::move(left), negated}, below);
     } else if (tokens_.atAnyWord({"LIKE", "IN", "BETWEEN"})) {
       left = negatable(std::move(left), false);
     } else if (tokens_.atWord("NOT") &&
@@ -138,44 +134,38 @@ ExpressionPtr Parser::comparison() {
 // Like, In and Between, which may have a Not before them.
 ExpressionPtr Parser::negatable(ExpressionPtr left, bool negated) {
   if (tokens_.acceptWord("LIKE")) {
-    auto like = binaryNode(Operator::kLike, std::move(left), arithmeticLevel(0));
-    return negated ? unaryNode(Operator::kNot, std::move(like)) : std::move(like);
+    auto like = makeBinary(Operator::kLike, std::move(left), arithmeticLevel(0));
+    return negated ? makeUnary(Operator::kNot, std::move(like)) : std::move(like);
   }
-  ExpressionPtr test;
   if (tokens_.acceptWord("BETWEEN")) {
-    test = node(Expression::Kind::kBetween);
-    adopt(*test, std::move(left));
-    adopt(*test, arithmeticLevel(0));
+    auto low = arithmeticLevel(0);
     tokens_.expectWord("AND", error::kExpressionSyntax);
-    adopt(*test, arithmeticLevel(0));
-  } else {
-    tokens_.expectWord("IN", error::kExpressionSyntax);
-    test = node(Expression::Kind::kInList);
-    adopt(*test, std::move(left));
-    if (atSubquery()) {
-      test->kind = Expression::Kind::kInQuery;
-      test->query = subquery();
-      test->depth = std::max(test->depth, subqueryDepth_);
-    } else {
-      tokens_.expectSymbol("(", error::kExpressionSyntax);
-      for (auto& item : expressionList()) adopt(*test, std::move(item));
-      tokens_.expectSymbol(")", error::kExpressionSyntax);
-    }
+    auto high = arithmeticLevel(0);
+    const int below = std::max({left->depth, low->depth, high->depth});
+    return makeExpression(Between{std::move(left), std::move(low), std::move(high), negated},
+                          below);
   }
-  test->negated = negated;
-  return test;
+  tokens_.expectWord("IN", error::kExpressionSyntax);
+  int below = left->depth;
+  if (atSubquery()) {
+    QueryPtr query = subquery();
+    below = std::max(below, levelsBelowSubquery());
+    return makeExpression(InQuery{std::move(left), std::move(query), negated}, below);
+  }
+  tokens_.expectSymbol("(", error::kExpressionSyntax);
+  std::vector<ExpressionPtr> items = expressionList();
+  tokens_.expectSymbol(")", error::kExpressionSyntax);
+  below = std::max(below, deepestOf(items));
+  return makeExpression(InList{std::move(left), std::move(items), negated}, below);
 }
 
 ExpressionPtr Parser::quantifiedOr(Operator operation, ExpressionPtr left) {
   if (!tokens_.atAnyWord({"ANY", "SOME", "ALL"}) || !isSymbol(tokens_.peek(1), "("))
-    return binaryNode(operation, std::move(left), arithmeticLevel(0));
-  auto test = node(Expression::Kind::kQuantified);
-  test->operation = operation;
-  test->all = isWord(tokens_.take(), "ALL");
-  adopt(*test, std::move(left));
-  test->query = subquery();
-  test->depth = std::max(test->depth, subqueryDepth_);
-  return test;
+    return makeBinary(operation, std::move(left), arithmeticLevel(0));
+  const bool all = isWord(tokens_.take(), "ALL");
+  QueryPtr query = subquery();
+  const int below = std::max(left->depth, levelsBelowSubquery());
+  return makeExpression(Quantified{operation, std::move(left), all, std::move(query)}, below);
 }
 
 ExpressionPtr Parser::arithmeticLevel(std::size_t level) {
@@ -190,7 +180,7 @@ ExpressionPtr Parser::arithmeticLevel(std::size_t level) {
         found = &candidate;
     if (found == nullptr) return left;
     tokens_.take();
-    left = binaryNode(found->operation, std::move(left), arithmeticLevel(level + 1));
+    left = makeBinary(found->operation, std::move(left), arithmeticLevel(level + 1));
   }
 }
 
@@ -200,7 +190,7 @@ ExpressionPtr Parser::unary() {
     if (tokens_.take().text == "-") minus = !minus;
   }
   auto operand = power();
-  return minus ? unaryNode(Operator::kNegate, std::move(operand)) : std::move(operand);
+  return minus ? makeUnary(Operator::kNegate, std::move(operand)) : std::move(operand);
 }
 
 ExpressionPtr Parser::power() {
@@ -208,8 +198,8 @@ ExpressionPtr Parser::power() {
   while (tokens_.acceptSymbol("^")) {
     const bool minus = tokens_.acceptSymbol("-");
     auto exponent = primary();
-    if (minus) exponent = unaryNode(Operator::kNegate, std::move(exponent));
-    base = binaryNode(Operator::kPower, std::move(base), std::move(exponent));
+    if (minus) exponent = makeUnary(Operator::kNegate, std::move(exponent));
+    base = makeBinary(Operator::kPower, std::move(base), std::move(exponent));
   }
   return base;
 }
@@ -218,16 +208,11 @@ ExpressionPtr Parser::primary() {
   if (tokens_.atSymbol("(")) return parenthesized();
   if (tokens_.peek().kind == TokenKind::kLiteral) {
     const Token& token = tokens_.take();
-    auto literal = node(Expression::Kind::kLiteral);
-    literal->value = tokens_.literal(token);
-    literal->literalOrdinal = static_cast<int>(token.literal);
-    return literal;
+    return makeExpression(Literal{tokens_.literal(token), token.literal});
   }
   if (tokens_.acceptWord("EXISTS")) {
-    auto exists = node(Expression::Kind::kExists);
-    exists->query = subquery();
-    exists->depth = std::max(exists->depth, subqueryDepth_);
-    return exists;
+    QueryPtr query = subquery();
+    return makeExpression(Exists{std::move(query)}, levelsBelowSubquery());
   }
   if (auto value = constant()) return value;
   return nameOrCall();
@@ -235,10 +220,8 @@ ExpressionPtr Parser::primary() {
 
 ExpressionPtr Parser::parenthesized() {
   if (atSubquery()) {
-    auto scalar = node(Expression::Kind::kScalar);
-    scalar->query = subquery();
-    scalar->depth = std::max(scalar->depth, subqueryDepth_);
-    return scalar;
+    QueryPtr query = subquery();
+    return makeExpression(ScalarQuery{std::move(query)}, levelsBelowSubquery());
   }
   tokens_.take();
   auto inner = expression();
@@ -251,41 +234,41 @@ ExpressionPtr Parser::constant() {
   if (isSymbol(tokens_.peek(1), ".") || isSymbol(tokens_.peek(1), "!")) return nullptr;
   const bool yes = tokens_.atWord("TRUE");
   if (!yes && !tokens_.atAnyWord({"FALSE", "NULL"})) return nullptr;
-  auto literal = node(Expression::Kind::kLiteral);
-  if (!tokens_.atWord("NULL")) literal->value = yes;
+  Literal literal;
+  if (!tokens_.atWord("NULL")) literal.value = yes;
   tokens_.take();
-  return literal;
+  return makeExpression(std::move(literal));
 }
 
 ExpressionPtr Parser::nameOrCall() {
   const bool isCall = tokens_.peek().kind == TokenKind::kWord && isSymbol(tokens_.peek(1), "(");
   if (isCall && (!isClauseWord(tokens_.peek()) || tokens_.atAnyWord({"LEFT", "RIGHT"})))
     return call(std::string(tokens_.take().text));
-  auto reference = node(Expression::Kind::kName);
   const std::size_t first = tokens_.position();
-  reference->path.push_back(name(error::kExpressionSyntax));
+  std::vector<std::string> path{name(error::kExpressionSyntax)};
   while (tokens_.atSymbol(".") || tokens_.atSymbol("!")) {
     tokens_.take();
     if (!tokens_.atName()) tokens_.fail(error::kExpressionSyntax);
-    reference->path.emplace_back(tokens_.take().text);
+    path.emplace_back(tokens_.take().text);
   }
-  reference->source = tokens_.textSince(first);
-  return reference;
+  auto made = makeExpression(Name{std::move(path)});
+  made->source = tokens_.textSince(first);
+  return made;
 }
 
-ExpressionPtr Parser::call(const std::string& function) {
-  auto made = node(Expression::Kind::kCall);
-  made->path.push_back(function);
+ExpressionPtr Parser::call(std::string function) {
   tokens_.expectSymbol("(", error::kExpressionSyntax);
-  if (tokens_.acceptSymbol(")")) return made;
+  Call made{std::move(function), {}};
+  if (tokens_.acceptSymbol(")")) return makeExpression(std::move(made));
   if (tokens_.atSymbol("*") && isSymbol(tokens_.peek(1), ")")) {
     tokens_.take();
-    adopt(*made, node(Expression::Kind::kStar));
+    made.arguments.push_back(makeExpression(Star()));
   } else {
-    for (auto& argument : expressionList()) adopt(*made, std::move(argument));
+    made.arguments = expressionList();
   }
   tokens_.expectSymbol(")", error::kExpressionSyntax);
-  return made;
+  const int below = deepestOf(made.arguments);
+  return makeExpression(std::move(made), below);
 }
 
 bool Parser::atSubquery() const {
@@ -296,7 +279,10 @@ bool Parser::atSubquery() const {
   return isWord(tokens_.peek(1), "SELECT") || isWord(tokens_.peek(1), "TRANSFORM");
 }
 
-std::unique_ptr<Query> Parser::subquery() {
+// What a node with the subquery just read has below it.
+int Parser::levelsBelowSubquery() const { return subqueryDepth_ - 1; }
+
+QueryPtr Parser::subquery() {
   if (++depth_ > kMaxNested) tokens_.fail(error::kQueryTooComplex);
   const int around = std::exchange(deepest_, 0);
   tokens_.expectSymbol("(", error::kExpressionSyntax);

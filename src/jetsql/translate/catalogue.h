@@ -1,7 +1,7 @@
-// What a query's names may refer to: the tables and saved queries of one database, as the
-// translation sees them. The session implements it over a Jet file; tests over a list.
+// What a query's names may refer to: the tables and saved queries of one database, as the resolver
+// sees them. The session implements it over a Jet file; tests over a list.
 //
-// Lifetimes: references that find returns stay good as long as the source.
+// Lifetimes: pointers that find returns stay good as long as the catalogue.
 #pragma once
 
 #include <cstddef>
@@ -17,42 +17,42 @@ namespace jetsql {
 
 struct Translation;
 
-struct SchemaColumn {
+struct CatalogueColumn {
   std::string name;
   values::VariantType type = values::VariantType::kNull;
 };
 
 // In SQLite a table's columns are named c0, c1, ... in this order, its rows by rowid.
-struct SchemaTable {
-  std::string name;        // as the catalogue writes it
+struct CatalogueTable {
+  std::string name;        // as the database writes it
   std::string sqliteName;  // without quotes
-  std::vector<SchemaColumn> columns;
-  bool updatable =
-      true;  // false for tables linked to another system, whose rows have no lasting id
+  std::vector<CatalogueColumn> columns;
+  bool updatable = true;  // false for tables of another system, whose rows have no lasting id
 };
 
-// An expression over the columns of one table, SQL in which the table is k: k.c3 || k.c4.
-struct ComputedKey {
-  std::string expression;
+// An expression over the columns of one table, in SQL in which the table is k: k.c3 || k.c4. Equal
+// expressions have equal SQL, since it is written from the typed tree and not from the query text.
+struct IndexedExpression {
+  std::string sql;
   std::vector<std::size_t> columns;  // that it reads
   bool isText = false;               // compared without regard to case
 };
 
 // At most one of the two is set; none when there is no such name.
-struct SchemaObject {
-  const SchemaTable* table = nullptr;
+struct CatalogueObject {
+  const CatalogueTable* table = nullptr;
   const SavedQuery* query = nullptr;
 };
 
-class SchemaSource {
+class Catalogue {
  public:
-  SchemaSource() = default;
-  SchemaSource(const SchemaSource&) = delete;
-  SchemaSource& operator=(const SchemaSource&) = delete;
-  virtual ~SchemaSource() = default;
+  Catalogue() = default;
+  Catalogue(const Catalogue&) = delete;
+  Catalogue& operator=(const Catalogue&) = delete;
+  virtual ~Catalogue() = default;
 
   // Names match without regard to case. May throw what opening a linked table throws.
-  [[nodiscard]] virtual SchemaObject find(std::string_view name) = 0;
+  [[nodiscard]] virtual CatalogueObject find(std::string_view name) = 0;
 
   // Runs a query of one computed column and gives its values in order: the headings of a crosstab
   // that does not list them.
@@ -60,8 +60,8 @@ class SchemaSource {
 
   // The SQLite name of a table (key, row) of the expression's values and the rowids that have them,
   // by which a comparison with a constant finds its rows; nothing: they are to be scanned.
-  [[nodiscard]] virtual std::optional<std::string> keyTable(const SchemaTable&,
-                                                            const ComputedKey&) {
+  [[nodiscard]] virtual std::optional<std::string> expressionIndex(const CatalogueTable&,
+                                                                   const IndexedExpression&) {
     return std::nullopt;
   }
 };

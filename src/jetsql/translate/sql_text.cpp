@@ -7,8 +7,6 @@
 
 #include "jetsql/functions/value_types.h"
 #include "text/letter_case.h"
-#include "values/error_numbers.h"
-#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
@@ -36,51 +34,10 @@ std::string hexText(const char* bytes, std::size_t count) {
   return text + "'";
 }
 
-bool isFloating(VariantType type) {
-  return type == VariantType::kSingle || type == VariantType::kDouble ||
-         type == VariantType::kDateTime;
-}
-
-struct Kinds {
-  bool text = false;
-  bool binary = false;
-  bool currency = false;
-  bool numeric = false;
-  bool floating = false;
-  bool whole = false;
-};
-
-Kinds kindsOf(std::span<const Sql> operands) {
-  Kinds kinds;
-  for (const Sql& operand : operands) {
-    kinds.text = kinds.text || operand.type == VariantType::kText;
-    kinds.binary = kinds.binary || operand.type == VariantType::kBinary;
-    kinds.currency = kinds.currency || operand.type == VariantType::kCurrency;
-    kinds.numeric = kinds.numeric || operand.type == VariantType::kNumeric;
-    kinds.floating = kinds.floating || isFloating(operand.type);
-    kinds.whole = kinds.whole || isWholeNumber(operand.type);
-  }
-  return kinds;
-}
-
-// Whole numbers and floats compare as they are; Currency counts ten-thousandths and Numeric is a
-// blob, so what stands beside them has to become the same.
-void convertScaled(std::span<Sql> operands, const Kinds& kinds) {
-  if (!kinds.currency && !kinds.numeric) return;
-  for (Sql& operand : operands) {
-    const bool scaled =
-        operand.type == VariantType::kCurrency || operand.type == VariantType::kNumeric;
-    if (kinds.floating) {
-      if (scaled) operand = convertTo(operand, VariantType::kDouble);
-    } else {
-      operand = convertTo(operand, kinds.numeric ? VariantType::kNumeric : VariantType::kCurrency);
-    }
-  }
-}
-
 // All operators group from the left, so a left operand of the same operator goes on.
-std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& right) {
-  std::vector<Sql> operands = left.parts;
+std::vector<TypedSql> operandsOf(std::string_view chain, const TypedSql& left,
+                                 const TypedSql& right) {
+  std::vector<TypedSql> operands = left.parts;
   if (left.chain != chain) operands = {left};
   operands.push_back(right);
   return operands;
@@ -88,13 +45,13 @@ std::vector<Sql> operandsOf(std::string_view chain, const Sql& left, const Sql& 
 
 // a & b & c in SQLite's own words, where a literal among them keeps the whole from being Null: Null
 // stands for no text. Empty where the operator has to be called.
-std::string concatenation(std::span<const Sql> operands) {
+std::string concatenation(std::span<const TypedSql> operands) {
   constexpr std::size_t kMaxOperands = 100;  // SQLite takes only so deep an expression
-  const auto isLiteral = [](const Sql& operand) { return operand.literal; };
+  const auto isLiteral = [](const TypedSql& operand) { return operand.literal; };
   if (operands.size() > kMaxOperands || std::none_of(operands.begin(), operands.end(), isLiteral))
     return {};
   std::vector<std::string> parts;
-  for (const Sql& operand : operands) {
+  for (const TypedSql& operand : operands) {
     const std::string text = convertTo(operand, VariantType::kText).text;
     parts.push_back(operand.literal ? text : "ifnull(" + text + ", '')");
   }
@@ -143,8 +100,14 @@ std::string joined(std::span<const std::string> parts, std::string_view separato
   return text;
 }
 
-Sql constant(const values::Variant& value) {
-  Sql sql{.text = "NULL", .type = value.type(), .literal = !value.isNull()};
+std::string clause(std::string_view keyword, std::string_view text) {
+  return text.empty() ? std::string() : " " + std::string(keyword) + " " + std::string(text);
+}
+
+TypedSql truth(const std::string& text) { return {"(" + text + ")", VariantType::kYesNo, true}; }
+
+TypedSql constant(const values::Variant& value) {
+  TypedSql sql{.text = "NULL", .type = value.type(), .literal = !value.isNull()};
   switch (value.type()) {
     case VariantType::kNull:
       break;
@@ -179,26 +142,17 @@ Sql constant(const values::Variant& value) {
   return sql;
 }
 
-std::string valueOf(const Sql& sql) { return sql.truth ? "-" + sql.text : sql.text; }
+std::string valueOf(const TypedSql& sql) { return sql.truth ? "-" + sql.text : sql.text; }
 
-std::string truthOf(const Sql& sql) {
-  switch (sql.type) {
-    case VariantType::kText:
-    case VariantType::kBinary:
-      throw RuntimeError(error::kCriteriaTypeMismatch,
-                         "Data type mismatch in criteria expression.");
-    case VariantType::kNumeric:
-      return convertTo(sql, VariantType::kDouble).text;
-    default:
-      return sql.text;
-  }
+std::string conditionOf(const TypedSql& sql) {
+  return sql.type == VariantType::kNumeric ? convertTo(sql, VariantType::kDouble).text : sql.text;
 }
 
-std::string collated(const Sql& sql) {
+std::string collated(const TypedSql& sql) {
   return sql.type == VariantType::kText ? sql.text + " COLLATE JET" : valueOf(sql);
 }
 
-Sql convertTo(const Sql& sql, VariantType type) {
+TypedSql convertTo(const TypedSql& sql, VariantType type) {
   if (sql.type == type) return sql;
   if (sql.type == VariantType::kNull || type == VariantType::kNull) return {sql.text, type};
   // Whole numbers of more bits, and amounts from whole numbers, need no call.
@@ -210,54 +164,36 @@ Sql convertTo(const Sql& sql, VariantType type) {
   return {callText("convert", type, std::array{sql}), type};
 }
 
-std::string callText(std::string_view name, VariantType result, std::span<const Sql> arguments) {
+std::string callText(std::string_view name, VariantType result,
+                     std::span<const TypedSql> arguments) {
   std::string signature(1, letterOf(result));
   std::string values;
-  for (const Sql& argument : arguments) {
+  for (const TypedSql& argument : arguments) {
     signature += letterOf(argument.type);
     values += ", " + valueOf(argument);
   }
   return "jet_" + text::lowerCase(name) + "('" + signature + "'" + values + ")";
 }
 
-Sql unaryCall(std::string_view name, const Sql& operand) {
-  const VariantType result = findOperator(name)->resultType(std::array{operand.type});
+TypedSql unaryCall(std::string_view name, VariantType result, const TypedSql& operand) {
   return {callText("op_" + std::string(name), result, std::array{operand}), result};
 }
 
-Sql binaryCall(std::string_view name, const Sql& left, const Sql& right) {
-  const VariantType result = findOperator(name)->resultType(std::array{left.type, right.type});
-  std::vector<Sql> operands = operandsOf(name, left, right);
+TypedSql binaryCall(std::string_view name, VariantType result, const TypedSql& left,
+                    const TypedSql& right) {
+  std::vector<TypedSql> operands = operandsOf(name, left, right);
   std::string text = name == "concat" ? concatenation(operands) : std::string();
   if (text.empty()) text = callText("op_" + std::string(name), result, operands);
   return {std::move(text), result, false, name, std::move(operands)};
 }
 
-Sql truthChain(std::string_view keyword, const Sql& left, const Sql& right) {
-  std::vector<Sql> operands = operandsOf(keyword, left, right);
+TypedSql truthChain(std::string_view keyword, const TypedSql& left, const TypedSql& right) {
+  std::vector<TypedSql> operands = operandsOf(keyword, left, right);
   std::vector<std::string> texts;
   texts.reserve(operands.size());
-  for (const Sql& operand : operands) texts.push_back(operand.text);
+  for (const TypedSql& operand : operands) texts.push_back(operand.text);
   return {"(" + joined(texts, keyword) + ")", VariantType::kYesNo, true, keyword,
           std::move(operands)};
-}
-
-void makeComparable(std::span<Sql> operands, int mismatch) {
-  const Kinds kinds = kindsOf(operands);
-  const bool number = kinds.currency || kinds.numeric || kinds.floating || kinds.whole;
-  if ((kinds.text && (number || kinds.binary)) || (kinds.binary && number))
-    throw RuntimeError(mismatch, mismatch == error::kJoinTypeMismatch
-                                     ? "Type mismatch in JOIN expression."
-                                     : "Data type mismatch in criteria expression.");
-  convertScaled(operands, kinds);
-  for (Sql& operand : operands) operand = {valueOf(operand), operand.type};
-}
-
-VariantType makeAlike(std::span<Sql> values) {
-  VariantType type = VariantType::kNull;
-  for (const Sql& value : values) type = commonType(type, value.type);
-  for (Sql& value : values) value = {valueOf(convertTo(value, type)), type};
-  return type;
 }
 
 }  // namespace jetsql

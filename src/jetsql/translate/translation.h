@@ -37,7 +37,7 @@ namespace jetsql {
 struct Translation {
   // A base table whose rows stand directly in the outermost FROM and give output columns.
   struct Source {
-    const SchemaTable* table = nullptr;
+    const CatalogueTable* table = nullptr;
     std::string name;  // alias or table name in the query
   };
   struct BaseColumn {
@@ -62,6 +62,6 @@ struct Translation {
 };
 
 // `text` is a query or the name of a table or saved query.
-[[nodiscard]] Translation translate(NormalizedQuery text, SchemaSource& schema);
+[[nodiscard]] Translation translate(NormalizedQuery text, Catalogue& schema);
 
 }  // namespace jetsql

@@ -1,0 +1,106 @@
+#include "jetsql/translate/sql_writer.h"
+
+#include <optional>
+
+#include "jetsql/translate/sql_writer_select.h"
+
+namespace jetsql {
+
+RelationNames namesUnder(const std::string& alias, const typed::Relation& relation) {
+  RelationNames names;
+  if (relation.table != nullptr) names.rowid = alias + ".rowid";
+  for (std::size_t i = 0; i < relation.columns().size(); ++i)
+    names.columns.push_back(alias + ".c" + std::to_string(i));
+  return names;
+}
+
+Translation SqlWriter::statement(const typed::Query& query) {
+  if (query.selects.size() == 1 && !query.crosstab) return rows(query.selects.front());
+  Translation result;
+  result.sql = this->query(query);
+  for (const CatalogueColumn& column : query.columns)
+    result.columns.push_back({column.name, column.type, std::nullopt, result.computedCount++});
+  return result;
+}
+
+// A select that keeps rows apart gives row identities where it can; any other gives values.
+Translation SqlWriter::rows(const typed::Select& select) {
+  const SelectWriter writer(*this, select);
+  Translation result;
+  const bool keepsRows = !select.grouped && select.duplicates != Select::Duplicates::kDistinct;
+  const auto sourceOf = [&](const typed::Output& output) {
+    const auto* field = keepsRows && output.isField ? output.value.as<typed::Field>() : nullptr;
+    const bool lasts =
+        field != nullptr && field->relation->table != nullptr && field->relation->table->updatable;
+    return lasts ? field : nullptr;
+  };
+  std::unordered_map<const typed::Relation*, std::size_t> position;
+  std::vector<std::string> projection;
+  for (const typed::Output& output : select.outputs) {
+    const typed::Field* field = sourceOf(output);
+    if (field == nullptr || !position.emplace(field->relation, result.sources.size()).second)
+      continue;
+    result.sources.push_back({field->relation->table, field->relation->name});
+    projection.push_back(names(field->relation).rowid);
+  }
+  const std::vector<std::string> values = writer.values();
+  for (std::size_t i = 0; i < select.outputs.size(); ++i) {
+    const typed::Output& output = select.outputs[i];
+    Translation::Column column{output.name, output.value.type(), std::nullopt, 0};
+    if (const typed::Field* field = sourceOf(output)) {
+      column.base = {position.at(field->relation), field->column};
+    } else {
+      column.computed = result.computedCount++;
+      projection.push_back(values[i]);
+    }
+    result.columns.push_back(std::move(column));
+  }
+  if (keepsRows && select.relations.size() == 1 && result.sources.size() == 1) result.updatable = 0;
+  result.sql = writer.sql(projection, true);
+  return result;
+}
+
+Translation SqlWriter::distinctValues(const typed::Select& select, const typed::Expression& value) {
+  Translation result;
+  result.sql = SelectWriter(*this, select).distinctValues(value);
+  result.columns.push_back({"c0", value.type(), std::nullopt, 0});
+  result.computedCount = 1;
+  result.exactTextOnly = true;
+  return result;
+}
+
+std::string SqlWriter::query(const typed::Query& query) {
+  if (query.crosstab) return crosstab(query);
+  if (query.selects.size() > 1) return unionOf(query);
+  const SelectWriter writer(*this, query.selects.front());
+  return writer.sql(writer.values(), query.keepsOrder);
+}
+
+std::string SqlWriter::unionOf(const typed::Query& query) {
+  std::string sql;
+  for (std::size_t i = 0; i < query.selects.size(); ++i) {
+    if (i > 0) sql += query.keepsAll[i - 1] ? " UNION ALL " : " UNION ";
+    sql += unionPart(query, query.selects[i]);
+  }
+  std::vector<std::string> terms;
+  for (const typed::UnionOrder& order : query.order)
+    terms.push_back(
+        std::to_string(order.column + 1) +
+        (query.columns[order.column].type == values::VariantType::kText ? " COLLATE JET" : "") +
+        (order.descending ? " DESC" : ""));
+  return sql + clause("ORDER BY", joined(terms, ", "));
+}
+
+std::string SqlWriter::unionPart(const typed::Query& query, const typed::Select& select) {
+  const SelectWriter writer(*this, select);
+  std::vector<std::string> values;
+  for (std::size_t i = 0; i < query.columns.size(); ++i) {
+    const TypedSql value = convertTo(writer.outputs()[i], query.columns[i].type);
+    values.push_back(collated({valueOf(value), value.type}));
+  }
+  const std::string sql = writer.sql(values, true);
+  if (!select.top && select.order.empty()) return sql;
+  return "SELECT " + numberedColumns("c", values.size()) + " FROM (" + sql + ")";
+}
+
+}  // namespace jetsql

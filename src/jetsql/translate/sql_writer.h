@@ -1,0 +1,60 @@
+// SQLite SQL written from a resolved query. Types, conversions and names are settled by then; what
+// is decided here is how SQLite is told.
+//
+//   Translation t = SqlWriter(catalogue).statement(resolve(*parsed, catalogue).query);
+//
+// A query in parentheses names its columns c0, c1, ...; relations are t0, t1, ... in the order in
+// which they are written. One writer serves one statement.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "jetsql/translate/catalogue.h"
+#include "jetsql/translate/sql_text.h"
+#include "jetsql/translate/translation.h"
+#include "jetsql/translate/typed_tree.h"
+
+namespace jetsql {
+
+// What a relation of a FROM is called in the SQL around it.
+struct RelationNames {
+  std::string rowid;  // empty for a query
+  std::vector<std::string> columns;
+};
+
+// Of a table or query under an alias: t0.rowid, t0.c0, t0.c1, ...
+[[nodiscard]] RelationNames namesUnder(const std::string& alias, const typed::Relation& relation);
+
+class SqlWriter {
+ public:
+  explicit SqlWriter(Catalogue& catalogue) : catalogue_(catalogue) {}
+
+  // The whole statement: row identities and computed values, as translation.h has them.
+  [[nodiscard]] Translation statement(const typed::Query& query);
+
+  // The different values of an expression over the rows of a select, before they are grouped.
+  [[nodiscard]] Translation distinctValues(const typed::Select& select,
+                                           const typed::Expression& value);
+
+  // For the parts: SelectWriter, FromWriter, ExpressionWriter.
+  [[nodiscard]] std::string query(const typed::Query& query);
+  [[nodiscard]] std::string nextAlias() { return "t" + std::to_string(aliases_++); }
+  [[nodiscard]] RelationNames& names(const typed::Relation* relation) { return names_[relation]; }
+  [[nodiscard]] std::string& columnOf(const typed::Query* subquery) { return columns_[subquery]; }
+  [[nodiscard]] Catalogue& catalogue() { return catalogue_; }
+
+ private:
+  [[nodiscard]] Translation rows(const typed::Select& select);
+  [[nodiscard]] std::string unionOf(const typed::Query& query);
+  [[nodiscard]] std::string unionPart(const typed::Query& query, const typed::Select& select);
+  [[nodiscard]] std::string crosstab(const typed::Query& query);  // sql_writer_crosstab.cpp
+
+  Catalogue& catalogue_;
+  std::size_t aliases_ = 0;
+  std::unordered_map<const typed::Relation*, RelationNames> names_;
+  std::unordered_map<const typed::Query*, std::string> columns_;  // the only one of a subquery
+};
+
+}  // namespace jetsql

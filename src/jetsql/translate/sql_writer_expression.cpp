@@ -1,0 +1,110 @@
+#include "jetsql/translate/sql_writer_expression.h"
+
+#include "values/error_numbers.h"
+
+namespace jetsql {
+
+TypedSql ExpressionWriter::write(const typed::Expression& expression) const {
+  return std::visit([&](const auto& payload) { return node(payload, expression.type()); },
+                    (*expression).payload);
+}
+
+TypedSql ExpressionWriter::value(const typed::Expression& expression) const {
+  return {valueOf(write(expression)), expression.type()};
+}
+
+TypedSql ExpressionWriter::node(const typed::Literal& literal, Type type) const {
+  if (!literal.parameter) return constant(literal.value);
+  return {.text = "?" + std::to_string(*literal.parameter + 1),
+          .type = type,
+          .literal = !literal.value.isNull()};
+}
+
+TypedSql ExpressionWriter::node(const typed::Field& field, Type type) const {
+  return {writer_.names(field.relation).columns[field.column], type};
+}
+
+TypedSql ExpressionWriter::node(const typed::Conversion& conversion, Type type) const {
+  return convertTo(write(conversion.operand), type);
+}
+
+TypedSql ExpressionWriter::node(const typed::Operation& operation, Type type) const {
+  const std::string_view name = operation.operation->name;
+  const TypedSql left = write(operation.operands.front());
+  if (operation.operands.size() == 1) return unaryCall(name, type, left);
+  return binaryCall(name, type, left, write(operation.operands.back()));
+}
+
+TypedSql ExpressionWriter::node(const typed::Not& negation, Type) const {
+  return truth("NOT " + write(negation.operand).text);
+}
+
+TypedSql ExpressionWriter::node(const typed::Junction& junction, Type) const {
+  const TypedSql left = write(junction.left);
+  return truthChain(junction.operation == Operator::kAnd ? " AND " : " OR ", left,
+                    write(junction.right));
+}
+
+TypedSql ExpressionWriter::node(const typed::Comparison& test, Type) const {
+  const std::string left = collated(value(test.left));
+  return truth(left + std::string(comparisonSymbol(test.operation)) + value(test.right).text);
+}
+
+TypedSql ExpressionWriter::node(const typed::Between& test, Type) const {
+  const std::string left = collated(value(test.value));
+  const std::string low = value(test.low).text;
+  return truth(left + (test.negated ? " NOT BETWEEN " : " BETWEEN ") + low + " AND " +
+               value(test.high).text);
+}
+
+TypedSql ExpressionWriter::node(const typed::InList& test, Type) const {
+  const std::string left = collated(value(test.value));
+  std::vector<std::string> items;
+  for (const typed::Expression& item : test.items) items.push_back(value(item).text);
+  return truth(left + (test.negated ? " NOT IN (" : " IN (") + joined(items, ", ") + ")");
+}
+
+TypedSql ExpressionWriter::node(const typed::IsNull& test, Type) const {
+  return truth(value(test.value).text + (test.negated ? " IS NOT NULL" : " IS NULL"));
+}
+
+TypedSql ExpressionWriter::node(const typed::SubqueryColumn& column, Type type) const {
+  return {writer_.columnOf(column.query), type};
+}
+
+TypedSql ExpressionWriter::node(const typed::InQuery& test, Type) const {
+  const std::string left = collated(value(test.value));
+  std::string rows = writer_.query(*test.query);
+  writer_.columnOf(test.query.get()) = "c0";
+  if (test.column.as<typed::SubqueryColumn>() == nullptr)
+    rows = "SELECT " + value(test.column).text + " FROM (" + rows + ")";
+  return truth(left + (test.negated ? " NOT IN (" : " IN (") + rows + ")");
+}
+
+TypedSql ExpressionWriter::node(const typed::Exists& test, Type) const {
+  return truth("EXISTS (" + writer_.query(*test.query) + ")");
+}
+
+TypedSql ExpressionWriter::node(const typed::ScalarQuery& scalar, Type type) const {
+  const std::string rows = writer_.query(*scalar.query);
+  if (scalar.givesOneRow) return {"(" + rows + ")", type};
+  // SQLite would take the first row of several.
+  return {"(SELECT CASE WHEN COUNT(*) > 1 THEN jet_fail(" + std::to_string(error::kSubqueryRows) +
+              ", 'At most one record can be returned by this subquery.') ELSE MAX(c0) END FROM (" +
+              rows + "))",
+          type};
+}
+
+// x > ALL (rows): there is no row for which x > row is not true. A comparison with Null is neither
+// true nor false and counts as not true.
+TypedSql ExpressionWriter::node(const typed::Quantified& test, Type) const {
+  const std::string rows = writer_.query(*test.query);
+  const std::string alias = writer_.nextAlias();
+  writer_.columnOf(test.query.get()) = alias + ".c0";
+  const std::string passes = write(test.test).text;
+  const std::string some = "EXISTS (SELECT 1 FROM (" + rows + ") AS " + alias + " WHERE ";
+  return test.all ? truth("NOT " + some + "NOT ifnull(" + passes + ", 0))")
+                  : truth(some + passes + ")");
+}
+
+}  // namespace jetsql
