@@ -341,7 +341,7 @@ TEST_F(TranslationTest, ComputedColumnsAreFoundByTheirKeys) {
   EXPECT_FALSE(keys_[1].isText);
 }
 
-TEST_F(TranslationTest, DynasetsAndShapes) {
+TEST_F(TranslationTest, RowIdentitiesAndNormalizedTexts) {
   const Translation join = translate(normalize("SELECT Items.*, Menu.name as MenuName, qty * 2 "
                                                "FROM Items Left Join Menu ON Items.menu = "
                                                "Menu.menu WHERE s_id = 1"),

@@ -1,4 +1,4 @@
-// What stands between the two # of a date literal. The order of day and month is the American one
+// The text between the two # of a date literal. The order of day and month is the American one
 // whatever the region, unless the year comes first or the first number can only be a day.
 //
 //   8/2/2013   8/2/13   2013-08-02   2-Aug-2013   Aug 2, 2013   14:30   8/2/2013 2:30:15 PM

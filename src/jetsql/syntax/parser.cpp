@@ -116,7 +116,7 @@ void Parser::unionOf(Query& query) {
     query.selects.push_back(parenthesizedSelect());
   }
   if (query.selects.size() == 1) return;
-  // What stands last orders the union, not its last part.
+  // The last ORDER BY is that of the union, not of its last part.
   query.orderBy = std::move(query.selects.back().orderBy);
   query.selects.back().orderBy.clear();
 }

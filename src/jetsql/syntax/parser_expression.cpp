@@ -131,7 +131,7 @@ ExpressionPtr Parser::comparison() {
   }
 }
 
-// Like, In and Between, which may have a Not before them.
+// Like, In and Between, which may be preceded by Not.
 ExpressionPtr Parser::negatable(ExpressionPtr left, bool negated) {
   if (tokens_.acceptWord("LIKE")) {
     auto like = makeBinary(Operator::kLike, std::move(left), arithmeticLevel(0));
@@ -279,7 +279,7 @@ bool Parser::atSubquery() const {
   return isWord(tokens_.peek(1), "SELECT") || isWord(tokens_.peek(1), "TRANSFORM");
 }
 
-// What a node with the subquery just read has below it.
+// The levels below a node that holds the subquery just read.
 int Parser::levelsBelowSubquery() const { return subqueryDepth_ - 1; }
 
 QueryPtr Parser::subquery() {

@@ -27,7 +27,7 @@ std::string textOf(const values::Variant& value) {
 
 std::string bracketed(const std::string& name) { return "[" + name + "]"; }
 
-// A join of tables, or one table, on its way to a FROM clause.
+// One table or a join of tables, as text for the FROM clause.
 struct Part {
   std::string text;
   std::vector<std::string> names;
@@ -139,8 +139,8 @@ class Rebuilder {
     return text;
   }
 
-  // Each row joins the two parts in which its tables are by now. Tables that are joined already
-  // get one condition more.
+  // Each row joins the two parts that hold its tables. Where one part holds both, the join gets one
+  // more condition.
   void addJoin(std::vector<Part>& parts, const jet::QueryRow& row) {
     const auto holder = [&parts](const std::string& name) {
       return std::find_if(parts.begin(), parts.end(),

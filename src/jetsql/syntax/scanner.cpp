@@ -74,7 +74,7 @@ bool Scanner::next() {
     return false;
   }
   const char c = text_[begin_];
-  // In t.5x a point belongs to the name before it, not to a number.
+  // In t.5x the point belongs to the name before it, not to a number.
   const bool afterName =
       begin_ == previousEnd && (previous == TokenKind::kWord || previous == TokenKind::kBracketed);
   if (isWordStart(c)) {

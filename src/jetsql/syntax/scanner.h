@@ -3,8 +3,8 @@
 //   Scanner scanner("SELECT [no], 기념일_년 FROM t WHERE d = #8/2/2013#");
 //   while (scanner.next()) use(scanner.token());
 //
-// Words are kept as written; keywords are told by context, since Jet takes many of them as names.
-// Tokens refer to the text, which outlives them.
+// Words are kept as written; keywords are recognised by context, since Jet takes many of them as
+// names. Tokens refer to the text, which outlives them.
 //
 // Errors: 3075 (a text, name or date that does not end, a date that does not exist, a character
 // that has no meaning).

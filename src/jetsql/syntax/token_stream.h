@@ -45,7 +45,7 @@ class TokenStream {
   void expectWord(std::string_view word, int errorNumber);
   void expectSymbol(std::string_view symbol, int errorNumber);
 
-  // What the text says from the token at `first` up to the last one taken.
+  // The text from the token at `first` to the last one taken.
   [[nodiscard]] std::size_t position() const { return position_; }
   [[nodiscard]] std::string textSince(std::size_t first) const;
   [[nodiscard]] bool anyLiteralSince(std::size_t first) const;

@@ -101,25 +101,33 @@ bool hasOneFormEach(values::VariantType type) {
          type == values::VariantType::kDouble || type == values::VariantType::kDateTime;
 }
 
-// Whether the expression is made of the relation's fields and constants alone; adds the fields'
-// columns. Parameters differ from run to run, and so does what asks the clock.
-bool readsOnly(const Expression& expression, const typed::Relation& relation,
-               std::vector<std::size_t>& columns) {
-  if (const auto* literal = expression.as<typed::Literal>()) return !literal->parameter;
-  if (const auto* field = expression.as<typed::Field>()) {
-    columns.push_back(field->column);
-    return field->relation == &relation;
+bool isSubquery(const Expression& expression) {
+  return expression.as<typed::InQuery>() != nullptr ||
+         expression.as<typed::Quantified>() != nullptr ||
+         expression.as<typed::Exists>() != nullptr ||
+         expression.as<typed::ScalarQuery>() != nullptr;
+}
+
+// The columns of the relation that the expression reads; nothing where it is made of anything else
+// but them and constants. Parameters differ from run to run, and so does what asks the clock.
+std::optional<std::vector<std::size_t>> columnsRead(const Expression& expression,
+                                                    const typed::Relation& relation) {
+  using Columns = std::optional<std::vector<std::size_t>>;
+  if (const auto* literal = expression.as<typed::Literal>())
+    return literal->parameter ? Columns() : Columns(std::in_place);
+  if (const auto* field = expression.as<typed::Field>())
+    return field->relation == &relation ? Columns(std::in_place, 1, field->column) : Columns();
+  const auto* call = expression.as<typed::Call>();
+  if ((call != nullptr && !call->function->deterministic) || isSubquery(expression) ||
+      expression.as<typed::Aggregate>() != nullptr)
+    return std::nullopt;
+  Columns columns(std::in_place);
+  for (const Expression& operand : typed::operandsOf(expression)) {
+    const Columns read = columnsRead(operand, relation);
+    if (!read) return std::nullopt;
+    columns->insert(columns->end(), read->begin(), read->end());
   }
-  if (const auto* call = expression.as<typed::Call>(); call && !call->function->deterministic)
-    return false;
-  const std::vector<Expression> operands = typed::operandsOf(expression);
-  const bool aggregate = expression.as<typed::Aggregate>() != nullptr;
-  const bool subquery =
-      expression.as<typed::InQuery>() != nullptr || expression.as<typed::Quantified>() != nullptr ||
-      expression.as<typed::Exists>() != nullptr || expression.as<typed::ScalarQuery>() != nullptr;
-  return !aggregate && !subquery && std::ranges::all_of(operands, [&](const Expression& operand) {
-    return readsOnly(operand, relation, columns);
-  });
+  return columns;
 }
 
 void pushInto(typed::Query& query, std::size_t column, const Predicate& predicate);
@@ -135,14 +143,13 @@ void pushThrough(typed::Select& select, const typed::Field& field, const Predica
 void addLookup(typed::Select& select, const Expression& value, const Predicate& predicate) {
   if (!predicate.isEquality() || select.relations.size() != 1) return;
   const typed::Relation& relation = *select.relations.front();
-  typed::IndexedLookup lookup{value, {}, {}};
-  if (relation.table == nullptr || !readsOnly(value, relation, lookup.columns)) return;
-  if (lookup.columns.empty()) return;
+  if (relation.table == nullptr) return;
+  auto columns = columnsRead(value, relation);
+  if (!columns || columns->empty()) return;
   const Expression test = predicate.on(value);
   const auto* equality = test.as<typed::Comparison>();
   if (!(equality->left == value)) return;  // the index holds values that are not converted
-  lookup.value = equality->right;
-  select.lookups.push_back(std::move(lookup));
+  select.lookups.push_back({value, std::move(*columns), equality->right});
 }
 
 void pushInto(typed::Select& select, std::size_t column, const Predicate& predicate) {

@@ -1,5 +1,4 @@
-// Where a query or an expression stands while it is resolved, which decides what its names may
-// refer to.
+// The context in which a query or an expression is resolved: what its names may refer to.
 #pragma once
 
 #include <cstddef>

@@ -26,8 +26,8 @@ struct ResolvedQuery {
 
 [[nodiscard]] ResolvedQuery resolve(const Query& query, Catalogue& catalogue);
 
-// What the parts of the resolver share: one serves one query with all its subqueries. Private to
-// the room, as are its parts: SelectResolver, ExpressionResolver.
+// Resolves one query with all its subqueries, and holds what its parts share: SelectResolver,
+// ExpressionResolver. Private to the room.
 class Resolver {
  public:
   explicit Resolver(Catalogue& catalogue) : catalogue_(catalogue) {}

@@ -116,13 +116,9 @@ struct Operands {
 
 }  // namespace
 
-bool isAggregateCall(const Expression& expression) {
-  const auto* call = expression.as<Call>();
-  return call != nullptr && aggregateOf(*call);
-}
-
 bool containsAggregate(const Expression& expression) {
-  return isAggregateCall(expression) ||
+  const auto* call = expression.as<Call>();
+  return (call != nullptr && aggregateOf(*call)) ||
          std::ranges::any_of(std::visit(Operands(), expression.node),
                              [](const Expression* operand) { return containsAggregate(*operand); });
 }

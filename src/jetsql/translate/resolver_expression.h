@@ -48,8 +48,7 @@ class ExpressionResolver {
   const ExpressionContext& context_;
 };
 
-// Whether the expression is the call of an aggregate; has one, outside of its subqueries.
-[[nodiscard]] bool isAggregateCall(const Expression& expression);
+// Whether the expression calls an aggregate, outside of its subqueries.
 [[nodiscard]] bool containsAggregate(const Expression& expression);
 
 }  // namespace jetsql

@@ -34,7 +34,7 @@ std::string hexText(const char* bytes, std::size_t count) {
   return text + "'";
 }
 
-// All operators group from the left, so a left operand of the same operator goes on.
+// All operators group from the left, so a left operand of the same operator is continued.
 std::vector<TypedSql> operandsOf(std::string_view chain, const TypedSql& left,
                                  const TypedSql& right) {
   std::vector<TypedSql> operands = left.parts;

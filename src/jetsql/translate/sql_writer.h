@@ -1,5 +1,5 @@
-// SQLite SQL written from a resolved query. Types, conversions and names are settled by then; what
-// is decided here is how SQLite is told.
+// SQLite SQL written from a resolved query. Names, types and conversions are settled by then; the
+// writer chooses the SQL that expresses them.
 //
 //   Translation t = SqlWriter(catalogue).statement(resolve(*parsed, catalogue).query);
 //

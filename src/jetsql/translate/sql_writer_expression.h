@@ -1,5 +1,4 @@
-// An expression in SQL. Every text made here is whole in itself: parenthesised where it has an
-// operator.
+// An expression in SQL. Each text is in parentheses where it has an operator.
 //
 //   ExpressionWriter(writer).write(value).text      // (t0.c3 COLLATE JET = ?1)
 #pragma once

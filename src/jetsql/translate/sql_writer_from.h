@@ -14,7 +14,7 @@ namespace jetsql {
 
 class FromWriter {
  public:
-  // A part of a FROM: what stands left or right of a JOIN.
+  // A part of a FROM: one side of a JOIN.
   struct Fragment {
     std::string sql;
     std::vector<std::string> conditions;

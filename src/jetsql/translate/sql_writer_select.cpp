@@ -9,7 +9,7 @@
 namespace jetsql {
 namespace {
 
-// SQLite would take a whole number after GROUP BY or ORDER BY for the place of a column.
+// SQLite would take a whole number after GROUP BY or ORDER BY for the number of a column.
 std::string sortKey(const TypedSql& sql) {
   if (sql.text.find_first_not_of("-0123456789") == std::string::npos)
     return "CAST(" + sql.text + " AS INTEGER)";

@@ -1,8 +1,8 @@
-// A query text of Jet SQL made into SQLite SQL against a schema.
+// A query text of Jet SQL made into SQLite SQL against a catalogue.
 //
-//   Translation t = translate(normalize("SELECT Items.*, Menu.name AS menu FROM Items LEFT JOIN
-//   Menu "
-//                             "ON Items.m_id = Menu.m_id WHERE s_id = 7"), schema);
+//   Translation t = translate(normalize(text), catalogue);
+//   text:       SELECT Items.*, Menu.name AS menu FROM Items LEFT JOIN Menu
+//               ON Items.m_id = Menu.m_id WHERE s_id = 7
 //   t.sql:      SELECT t0.rowid, t1.rowid FROM "Items" AS t0 LEFT JOIN ... WHERE t0.c1 = ?1
 //   t.sources:  Items, Menu         t.literals: {7}
 //   t.columns:  each a column of a source, or a computed value
@@ -35,7 +35,7 @@
 namespace jetsql {
 
 struct Translation {
-  // A base table whose rows stand directly in the outermost FROM and give output columns.
+  // A base table of the outermost FROM, whose rows give output columns.
   struct Source {
     const CatalogueTable* table = nullptr;
     std::string name;  // alias or table name in the query

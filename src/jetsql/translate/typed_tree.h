@@ -18,7 +18,7 @@
 
 namespace jetsql::typed {
 
-// What stands in a FROM under one name: a table, or a query. Fields refer to it by its address.
+// A table or query of a FROM. Fields refer to it by its address.
 struct Relation {
   std::string name;                       // alias or name, by which its fields are qualified
   const CatalogueTable* table = nullptr;  // else:

@@ -24,7 +24,7 @@ struct Case {
   const char* text;
 };
 
-TEST(StoredQuery, RebuiltAsItWasWritten) {
+TEST(SavedQuery, RebuiltAsItWasWritten) {
   const Case cases[] = {
       {"grouped",
        {row(0, 0, ""), row(1, 1, ""), row(3, 0, ""), row(5, 0, "", "Sales"), row(6, 0, "Sales.day"),
@@ -61,7 +61,7 @@ TEST(StoredQuery, RebuiltAsItWasWritten) {
   }
 }
 
-TEST(StoredQuery, RefusedByNumber) {
+TEST(SavedQuery, RefusedByNumber) {
   for (const int kind : {2, 3, 4, 5, 7, 8}) {
     EXPECT_EQ(rebuildQuery("q", std::vector{row(1, kind, "DROP TABLE t")}).refusal, 3219) << kind;
   }
