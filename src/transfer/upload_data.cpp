@@ -107,15 +107,24 @@ std::optional<platform::FolderLock> UploadData::waitForTurn() {
   return std::nullopt;
 }
 
-// The packer deletes a statement file once its compressed one is complete; where both are there, it
-// was ended before.
-void UploadData::deleteBrokenCompressions() {
-  for (const std::string& name : listing(true)) {
+std::vector<std::string> UploadData::halfCompressed() const {
+  std::vector<std::string> names;
+  for (std::string& name : listing(true)) {
     if (IsUploadFileName(name) && !isCompressed(name) &&
         platform::fileExists(path(name) + kCompressed)) {
-      deps_.deleteFile(path(name) + kCompressed);
+      names.push_back(std::move(name));
     }
   }
+  return names;
+}
+
+// gzip deletes a statement file once its compressed one is complete; where both are there, it was
+// ended before, unless it is the child of a killed transfer and still runs: deleting its output
+// would lose the statements that it then deletes.
+void UploadData::deleteBrokenCompressions() {
+  if (halfCompressed().empty()) return;
+  waitForGzip();
+  for (const std::string& name : halfCompressed()) deps_.deleteFile(path(name) + kCompressed);
 }
 
 void UploadData::compressLeftovers() {
@@ -153,7 +162,7 @@ bool UploadData::hasContent(const std::string& chosen) const {
 
 bool UploadData::compressChosen(const std::string& chosen) {
   const std::string compressed = path(chosen) + kCompressed;
-  if (platform::fileExists(compressed)) deps_.deleteFile(compressed);  // broken off: both are there
+  if (platform::fileExists(compressed)) deps_.deleteFile(compressed);  // incomplete: both exist
   const std::uint32_t start = deps_.tickCount();
   startGzip(chosen);
   waitForGzip();

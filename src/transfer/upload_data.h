@@ -36,7 +36,7 @@ struct TransferPlace {
   int port = 21;
 };
 
-// What the transfer calls; a test puts its own in place.
+// What the transfer needs of its caller.
 struct Dependencies {
   std::function<std::unique_ptr<FtpClient>()> newFtpClient;
   // Sets the caption of sspRem and appends the same line to the job log.
@@ -86,6 +86,8 @@ class UploadData {
   bool readSwitches(std::string_view commandLine, TransferResult& result);
   // Nothing when another transfer has worked in the folder for all the time that this one waited.
   std::optional<platform::FolderLock> waitForTurn();
+  // Statement files beside which their compressed ones lie.
+  [[nodiscard]] std::vector<std::string> halfCompressed() const;
   void deleteBrokenCompressions();
   void compressLeftovers();
   void uploadLeftovers();
@@ -98,11 +100,12 @@ class UploadData {
   [[nodiscard]] std::vector<std::string> listing(bool filesOnly) const;
   [[nodiscard]] std::string path(const std::string& name) const;
   [[nodiscard]] std::string gzip() const;
-  // Why the file must not be sent; empty when it may.
+  // Why the statements' compressed file must not be sent; empty when it may.
   [[nodiscard]] std::string whyNotWhole(const std::string& statements) const;
   void sendAndDelete(const std::string& folder, const std::string& name);
   // The status text of a failure, and its reason.
-  void fail(const std::string& text, const std::string& name, const FtpFailure& failure);
+  void fail(const std::string& text, const std::string& name, const FtpFailure& failure,
+            const std::string& left);
 
   TransferPlace place_;
   Dependencies deps_;

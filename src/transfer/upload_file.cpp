@@ -12,6 +12,7 @@ namespace {
 constexpr const char* kRemoteFolder = "/MU/";
 constexpr const char* kCompressed = ".gz";
 constexpr const char* kKept = "파일은 여기 남아 있고 다음 전송 때 다시 보냅니다.";
+constexpr const char* kSentAndKept = "보냈지만 파일이 여기 남아 있어 다음 전송 때 또 보냅니다.";
 constexpr int kAttempts = 5;
 
 template <typename Attempt>
@@ -41,9 +42,10 @@ std::string UploadData::whyNotWhole(const std::string& statements) const {
   return deps_.isWholeGzip(gzip(), file) ? "" : "압축 파일이 온전하지 않습니다.";
 }
 
-void UploadData::fail(const std::string& text, const std::string& name, const FtpFailure& failure) {
+void UploadData::fail(const std::string& text, const std::string& name, const FtpFailure& failure,
+                      const std::string& left) {
   deps_.status(text);
-  deps_.reportFailure({"전송 " + name + kCompressed, failure.number, failure.description, kKept});
+  deps_.reportFailure({"전송 " + name + kCompressed, failure.number, failure.description, left});
 }
 
 void UploadData::sendAndDelete(const std::string& folder, const std::string& name) {
@@ -55,11 +57,11 @@ void UploadData::sendAndDelete(const std::string& folder, const std::string& nam
   }
   const std::string temporary = kRemoteFolder + temporaryRemoteName(name, deps_.tickCount());
   if (!withinAttempts([&] { return LmFtp->PutFile(file, temporary); })) {
-    fail("서버로 업로드에 실패했습니다.", name, LmFtp->lastFailure());
+    fail("서버로 업로드에 실패했습니다.", name, LmFtp->lastFailure(), kKept);
     return;
   }
   if (!withinAttempts([&] { return LmFtp->RenameFile(temporary, temporary + "z"); })) {
-    fail("서버 파일의 이름 변경에 실패했습니다.", name, LmFtp->lastFailure());
+    fail("서버 파일의 이름 변경에 실패했습니다.", name, LmFtp->lastFailure(), kKept);
     return;
   }
   FtpFailure undeletable;
@@ -71,7 +73,7 @@ void UploadData::sendAndDelete(const std::string& folder, const std::string& nam
     }
     return !platform::fileExists(file);
   });
-  if (!gone) fail("원본 파일의 삭제에 실패했습니다.", name, undeletable);
+  if (!gone) fail("원본 파일의 삭제에 실패했습니다.", name, undeletable, kSentAndKept);
 }
 
 }  // namespace transfer

@@ -12,8 +12,8 @@ namespace transfer {
 [[nodiscard]] bool IsUploadFileName(std::string_view name);
 
 // The name under which a file is sent before it is whole: the first 15 characters of the local
-// name (a statement's date and time), "_", the tick count as a signed 32-bit number, ".g". With a
-// "z" behind it, it becomes the final name.
+// name (a statement's date and time), "_", the tick count as a signed 32-bit number, ".g". Its
+// final name is the same and "z".
 [[nodiscard]] std::string temporaryRemoteName(std::string_view name, std::uint32_t ticks);
 
 }  // namespace transfer

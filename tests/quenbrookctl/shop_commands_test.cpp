@@ -122,6 +122,8 @@ TEST_F(CommandsTest, StatusNamesEachFaultAndPassesAShopWithoutAny) {
 }
 
 TEST_F(CommandsTest, SettlementPrintsWhatAJobSendsAndChangesNothing) {
+  // A wrong port is no matter of the settlement, which asks whether the host answers.
+  configure("[연결]\r\nODBCcustomer=True\r\nServerHost=nowhere.invalid\r\nFtpPort=abc\r\n");
   ASSERT_EQ(ctl({"settlement", daysAgo(2), "--csv", home() + ".csv", "--html", home() + ".html"}),
             0)
       << output;

@@ -38,7 +38,7 @@ int runCheck(const CommandLine& line) {
   for (std::size_t at = 0; at < content.size(); ++statements) {
     const std::string_view rest = std::string_view(content).substr(at);
     std::string_view statement = rest.substr(0, rest.find('\n') + 1);
-    // Whole in its line, or broken, or a text in it goes on in the lines behind.
+    // Either whole in its line, or broken, or a text in it continues in the following lines.
     auto reason = checkStatement(statement);
     if (reason) {
       statement = linesOfStatement(rest);

@@ -1,4 +1,5 @@
 #include <iostream>
+#include <utility>
 
 #include "command.h"
 #include "extract/extractors.h"
@@ -30,12 +31,15 @@ int runCustomers(const CommandLine& line) {
   InstalledShop shop(line.home);
   if (!shop.ready()) return 1;
   Installation& program = shop.program;
-  const auto turn = job::waitForTurn(job::statementFolder(line.home), program.sleeper, [] {});
+  bool told = false;
+  const auto turn = job::waitForTurn(job::statementFolder(line.home), program.sleeper, [&] {
+    if (!std::exchange(told, true)) std::cout << job::kWaitingText << std::endl;
+  });
 
   localdb::DBEngine engine(program.clock, nullptr);
   localdb::LocalDatabases databases(engine,
                                     [&](const std::string& text) { program.errors.report(text); });
-  NoWindow window;
+  ConsoleWindow window;
   extract::Workspace work({shop.start.values, databases, window, program.clock, program.ticks}, {});
   const std::string path = job::freeWorkingPath(shop.start.values, program.clock, program.sleeper);
   work.setStatementPath(path);

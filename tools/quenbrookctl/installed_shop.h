@@ -6,6 +6,7 @@
 //   Job job(shop.program, shop.start.values);
 #pragma once
 
+#include <iostream>
 #include <string>
 #include <string_view>
 
@@ -47,10 +48,13 @@ struct InstalledShop {
   }
 };
 
-// Nobody looks at the progress of a command's job.
-class NoWindow : public job::Window {
+// The progress of a command's job goes to standard output, as that of an unattended start does.
+class ConsoleWindow : public job::Window {
  public:
-  void setCaption(std::string_view text) override { caption_ = text; }
+  void setCaption(std::string_view text) override {
+    caption_ = text;
+    std::cout << caption_ << std::endl;
+  }
   [[nodiscard]] std::string caption() const override { return caption_; }
   void yield() override {}
   void setHourglass(bool) override {}

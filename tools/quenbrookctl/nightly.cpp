@@ -90,7 +90,7 @@ class Night {
 
   InstalledShop& shop_;
   Job job_;
-  NoWindow window_;
+  ConsoleWindow window_;
   std::string planPath_;
   NightPlan plan_;
   bool passed_ = true;

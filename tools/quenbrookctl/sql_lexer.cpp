@@ -61,17 +61,17 @@ Token SqlLexer::quoted(TokenKind closed, char quote) {
 }
 
 Token SqlLexer::variable() {
-  SqlLexer behind(text_);
-  behind.at_ = at_ + 1;
+  SqlLexer rest(text_);
+  rest.at_ = at_ + 1;
   const bool nameFollows =
-      behind.at_ < text_.size() && (isWordPart(text_[behind.at_]) || isQuote(text_[behind.at_]));
+      rest.at_ < text_.size() && (isWordPart(text_[rest.at_]) || isQuote(text_[rest.at_]));
   if (!nameFollows) return token(TokenKind::kOther, 1);
-  const Token name = behind.next();
+  const Token name = rest.next();
   return token(name.kind == TokenKind::kOpenString ? name.kind : TokenKind::kVariable,
                name.text.size() + 1);
 }
 
-// Digits with letters behind them are a name, unless they are an exponent, a fraction or 0x.
+// Digits followed by letters are a name, unless they are an exponent, a fraction or 0x.
 Token SqlLexer::wordOrNumber() {
   std::size_t end = at_;
   if (text_.substr(at_).starts_with("0x")) {
