@@ -149,7 +149,9 @@ constexpr std::array<std::string_view, 6> kHangul = {"돌솥밥", "방 2", "주�
 
 std::string compressed(std::string_view latin) { return "\xFF\xFE" + std::string(latin); }
 
-std::string utf16(std::string_view text) { return std::string(jet::asText(jet::toUtf16(text))); }
+std::string utf16(std::string_view text) {
+  return std::string(jet::asText(jet::encodeText(text, false)));
+}
 
 std::string korean(std::string_view text) { return CodePage(949).fromUtf8(text); }
 

@@ -62,14 +62,8 @@ std::shared_ptr<jetsql::Session> openForMarking(const SampleShop& shop,
 }
 
 // Every mark changes its row: rounds set and clear the marks in turn.
-std::array<jetsql::FieldValue, 2> marks(bool value) {
+std::array<jet::FieldValue, 2> marks(bool value) {
   return {{{"c_upload", value}, {"cc_upload", false}}};
-}
-
-void mark(jetsql::RecordSet& rows, bool value) {
-  rows.edit();
-  for (const auto& [name, mark] : marks(value)) rows.setField(name, mark);
-  rows.update();
 }
 
 constexpr const char* kAllSales = "SELECT * FROM Selling ORDER BY rDate, s_ID";
@@ -95,12 +89,12 @@ void markOneByOne(benchmark::State& state, const SampleShop& shop) {
   const platform::SystemClock clock;
   const auto session = openForMarking(shop, clock);
   const auto rows = session->openRecordSet(kAllSales);
+  std::size_t row = 0;
   bool value = true;
   for (auto _ : state) {
-    mark(*rows, value);
-    rows->moveNext();
-    if (!rows->atEnd()) continue;
-    rows->moveFirst();
+    rows->updateRows(row, 1, marks(value));
+    if (++row < static_cast<std::size_t>(rows->recordCount())) continue;
+    row = 0;
     value = !value;
   }
   state.SetItemsProcessed(state.iterations());

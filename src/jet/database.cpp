@@ -1,99 +1,40 @@
 #include "jet/database.h"
 
-#include <algorithm>
-#include <tuple>
+#include <functional>
 #include <utility>
 
-#include "jet/pages/commit_bytes.h"
+#include "jet/format/commit_bytes.h"
+#include "jet/format/object_types.h"
 #include "jet/table_definition_reader.h"
 #include "values/runtime_error.h"
 
 namespace jet {
 namespace {
 
-constexpr std::uint32_t kPageOfId = 0x00ffffff;  // an object's id, less its marks
-constexpr std::uint32_t kSystemFlags = 0x80000002;
-constexpr std::uint32_t kHiddenFlag = 0x8;
-
-// Numbers in MSysObjects.Type.
-ObjectType objectType(std::int64_t number) {
-  switch (number) {
-    case 1:
-      return ObjectType::kTable;
-    case 4:
-      return ObjectType::kLinkedOdbcTable;
-    case 5:
-      return ObjectType::kQuery;
-    case 6:
-      return ObjectType::kLinkedTable;
-    default:
-      return ObjectType::kOther;
-  }
-}
-
-// Tables and queries are asked for by name; forms and relations may bear the same ones.
+// Tables and queries are asked for by name; forms and relations may have the same names.
 bool isNamedSource(ObjectType type) { return type != ObjectType::kOther; }
 
-// Columns of a system table by their names; one that is missing or of another type is damage.
-class SystemRow {
- public:
-  explicit SystemRow(Table& table) : table_(table) {}
+using ReadHeader = std::function<std::vector<std::byte>()>;
 
-  void moveTo(const Row& row) { row_ = &row; }
-
-  std::int64_t number(const char* name) const {
-    const values::Variant value = row_->value(position(name));
-    switch (value.type()) {
-      case values::VariantType::kNull:
-        return 0;
-      case values::VariantType::kByte:
-        return *value.as<std::uint8_t>();
-      case values::VariantType::kInteger:
-        return *value.as<std::int16_t>();
-      case values::VariantType::kLong:
-        return *value.as<std::int32_t>();
-      default:
-        unexpected(name);
-    }
+// The first slot whose write has not ended though its user is gone. Nobody but us has the file
+// exclusively once we have joined, so pair 0 belongs to a user who is gone.
+std::optional<int> interruptedSlot(Bytes header, Version version, const LockFile& users) {
+  for (int slot = 0; slot < kCommitPairs; ++slot) {
+    if (!isInterrupted(header, version, slot)) continue;
+    if (slot == 0 || !users.isSlotTaken(slot)) return slot;
   }
+  return std::nullopt;
+}
 
-  // Null or Text. Access 97 and 2000 end some of a query's texts with a zero character.
-  values::Variant text(const char* name) const {
-    const values::Variant value = row_->value(position(name));
-    if (value.isNull()) return {};
-    if (value.type() != values::VariantType::kText) unexpected(name);
-    std::string text = *value.as<std::string>();
-    text.resize(text.find_last_not_of('\0') + 1);
-    return text;
-  }
-
-  std::string plainText(const char* name) const {
-    const values::Variant value = text(name);
-    return value.isNull() ? std::string() : *value.as<std::string>();
-  }
-
-  std::vector<std::byte> binary(const char* name) const {
-    const values::Variant value = row_->value(position(name));
-    if (value.isNull()) return {};
-    if (value.type() != values::VariantType::kBinary) unexpected(name);
-    return value.as<values::Binary>()->bytes;
-  }
-
- private:
-  std::size_t position(const char* name) const {
-    const auto found = table_.definition().findColumn(name);
-    if (!found) unexpected(name);
-    return *found;
-  }
-
-  [[noreturn]] void unexpected(const char* name) const {
-    table_.file().damaged(table_.definition().page, "system table '" + table_.name() +
-                                                        "' has no proper column '" + name + "'");
-  }
-
-  Table& table_;
-  const Row* row_ = nullptr;
-};
+void checkCommitBytes(const ReadHeader& readHeader, Version version, const LockFile& users,
+                      const std::string& path) {
+  const auto slot = interruptedSlot(readHeader(), version, users);
+  // A user who ended its write and left between our two looks has restored the pair by now.
+  if (!slot || !isInterrupted(readHeader(), version, *slot)) return;
+  throw RuntimeError(error::kDamaged,
+                     "The database '" + path + "' was left in the middle of a write by user " +
+                         std::to_string(*slot) + " and must be repaired (page 0, commit bytes).");
+}
 
 }  // namespace
 
@@ -126,7 +67,7 @@ Database::Database(RandomAccessFile file, const FileHeader& header, const Option
       lockFile_(std::move(lockFile)),
       file_(std::move(file), formatOf(header.version), header.encodingKey, options.readOnly),
       text_(header.version, header.codePage) {
-  readCatalogue();
+  readObjects();
 }
 
 Database::~Database() = default;
@@ -140,24 +81,10 @@ Table& Database::tableAt(std::uint32_t page, const std::string& name) {
   return *table;
 }
 
-void Database::readCatalogue() {
-  Table& objects = tableAt(kCataloguePage, "MSysObjects");
-  SystemRow fields(objects);
-  auto scan = objects.scan();
-  while (scan.next()) {
-    fields.moveTo(scan.row());
-    CatalogueEntry entry;
-    entry.name = fields.plainText("Name");
-    entry.type = objectType(fields.number("Type"));
-    entry.id = static_cast<std::int32_t>(fields.number("Id"));
-    entry.flags = static_cast<std::uint32_t>(fields.number("Flags"));
-    entry.system = (entry.flags & kSystemFlags) != 0;
-    entry.hidden = (entry.flags & kHiddenFlag) != 0;
-    entry.database = fields.plainText("Database");
-    entry.connect = fields.plainText("Connect");
-    entry.foreignName = fields.plainText("ForeignName");
-    if (isNamedSource(entry.type)) byName_.emplace(foldName(entry.name), catalogue_.size());
-    catalogue_.push_back(std::move(entry));
+void Database::readObjects() {
+  catalogue_ = readCatalogue(tableAt(kCataloguePage, "MSysObjects"));
+  for (std::size_t i = 0; i < catalogue_.size(); ++i) {
+    if (isNamedSource(catalogue_[i].type)) byName_.emplace(foldName(catalogue_[i].name), i);
   }
 }
 
@@ -180,46 +107,27 @@ Table& Database::openTable(const CatalogueEntry& entry) {
 }
 
 void Database::updateRows(Table& table, std::span<const RowId> ids,
-                          std::span<const FieldChange> changes) {
+                          std::span<const FieldValue> fields) {
   if (options_.readOnly || !lockFile_) {
     throw RuntimeError(error::kReadOnly, "'" + file_.path() +
                                              "' was opened for reading only: table '" +
                                              table.name() + "' is not updatable.");
   }
   platform::Sleeper& sleeper = options_.sleeper != nullptr ? *options_.sleeper : systemSleeper_;
-  updaters_.try_emplace(&table, table, *lockFile_, sleeper).first->second.update(ids, changes);
+  const auto updater =
+      updaters_.try_emplace(&table, file_, table.definition(), *lockFile_, sleeper).first;
+  updater->second.update(ids, fields);
 }
 
 std::vector<QueryRow> Database::queryRows(const CatalogueEntry& query) {
-  if (!queriesRead_) readQueries();
-  const auto found = queries_.find(query.id);
-  return found == queries_.end() ? std::vector<QueryRow>() : found->second;
-}
-
-// All at once: a file has few, and they are asked for one after the other.
-void Database::readQueries() {
-  const CatalogueEntry* entry = find("MSysQueries");
-  if (entry == nullptr) file_.damaged(kCataloguePage, "there are queries but no MSysQueries");
-  Table& clauses = openTable(*entry);
-  SystemRow fields(clauses);
-  auto scan = clauses.scan();
-  while (scan.next()) {
-    fields.moveTo(scan.row());
-    QueryRow row;
-    row.attribute = static_cast<QueryAttribute>(fields.number("Attribute"));
-    row.flag = static_cast<std::int16_t>(fields.number("Flag"));
-    row.expression = fields.text("Expression");
-    row.name1 = fields.text("Name1");
-    row.name2 = fields.text("Name2");
-    row.order = fields.binary("Order");
-    queries_[static_cast<std::int32_t>(fields.number("ObjectId"))].push_back(std::move(row));
+  if (!queries_) {
+    // All at once: a file has few, and they are asked for one after the other.
+    const CatalogueEntry* entry = find("MSysQueries");
+    if (entry == nullptr) file_.damaged(kCataloguePage, "there are queries but no MSysQueries");
+    queries_ = readQueries(openTable(*entry));
   }
-  for (auto& [id, rows] : queries_) {
-    std::stable_sort(rows.begin(), rows.end(), [](const QueryRow& a, const QueryRow& b) {
-      return std::tie(a.attribute, a.order) < std::tie(b.attribute, b.order);
-    });
-  }
-  queriesRead_ = true;
+  const auto found = queries_->find(query.id);
+  return found == queries_->end() ? std::vector<QueryRow>() : found->second;
 }
 
 }  // namespace jet

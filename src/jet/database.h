@@ -13,43 +13,22 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "jet/format/bytes.h"
+#include "jet/catalogue.h"
 #include "jet/format/file_header.h"
-#include "jet/format/query_attributes.h"
 #include "jet/format/text_codec.h"
 #include "jet/pages/lock_file.h"
 #include "jet/pages/page_file.h"
-#include "jet/row_update.h"
+#include "jet/rows/row_update.h"
 #include "jet/table.h"
 
 namespace jet {
-
-enum class ObjectType : std::uint8_t {
-  kTable,
-  kLinkedTable,      // in another Jet file: `database` and `foreignName`
-  kLinkedOdbcTable,  // on a server: `connect` and `foreignName`
-  kQuery,
-  kOther,  // forms, relations, containers …
-};
-
-// A row of MSysObjects.
-struct CatalogueEntry {
-  std::string name;
-  ObjectType type = ObjectType::kOther;
-  std::int32_t id = 0;  // of a table: its definition page
-  std::uint32_t flags = 0;
-  bool system = false;  // the engine's own
-  bool hidden = false;
-  std::string database;     // of a linked table: path of the other file
-  std::string connect;      // connection text, with password where it needs one
-  std::string foreignName;  // name over there
-};
 
 class Database {
  public:
@@ -88,19 +67,15 @@ class Database {
   [[nodiscard]] Table& openTable(std::string_view name);
   [[nodiscard]] Table& openTable(const CatalogueEntry& entry);
 
-  // Makes the same change to rows of one of this file's tables; jet/row_update.h says how and with
-  // which errors.
-  void updateRows(Table& table, std::span<const RowId> ids, std::span<const FieldChange> changes);
-  void updateRow(Table& table, RowId id, std::span<const FieldChange> changes) {
-    updateRows(table, {&id, 1}, changes);
-  }
+  // Gives the same values to fields of some rows of one of this file's tables; how, and with which
+  // errors: jet/rows/row_update.h.
+  void updateRows(Table& table, std::span<const RowId> ids, std::span<const FieldValue> fields);
 
   // The clauses of a stored query, by attribute and then by order.
   [[nodiscard]] std::vector<QueryRow> queryRows(const CatalogueEntry& query);
 
  private:
-  void readCatalogue();
-  void readQueries();
+  void readObjects();
   [[nodiscard]] Table& tableAt(std::uint32_t page, const std::string& name);
 
   FileHeader header_;
@@ -113,9 +88,8 @@ class Database {
   std::unordered_map<std::string, std::size_t> byName_;  // folded; position in catalogue_
   std::unordered_map<std::uint32_t, std::unique_ptr<Table>> tables_;  // by definition page
   std::unordered_map<const Table*, RowUpdater> updaters_;
-  std::vector<PageLock> openTables_;  // told to the file's other users
-  std::unordered_map<std::int32_t, std::vector<QueryRow>> queries_;  // by object id
-  bool queriesRead_ = false;
+  std::vector<PageLock> openTables_;      // told to the file's other users
+  std::optional<StoredQueries> queries_;  // read when first asked for
 };
 
 }  // namespace jet

@@ -6,11 +6,6 @@
 #include "values/runtime_error.h"
 
 namespace jet {
-namespace {
-
-constexpr int kMaxForwards = 16;  // the engine makes one; more than a few is a circle
-
-}  // namespace
 
 TableCursor::TableCursor(Table& table) : table_(&table) { rewind(); }
 
@@ -51,26 +46,19 @@ PagePtr Table::dataPage(std::uint32_t number, Freshness freshness) {
 
 bool Table::rowAt(const PagePtr& first, std::uint16_t row, Row& out, Freshness freshness) {
   const RowId id{first->number, row};
-  RowSlot slot = rowSlot(file_, *first, row);
+  const RowSlot slot = rowSlot(file_, *first, row);
   if (slot.deleted) return false;
   if (!slot.forwarded) {
     out = Row(context_, id, first, Bytes(first->bytes).subspan(slot.start, slot.size()));
     return true;
   }
-  PagePtr page = first;
-  for (int forwards = 0; slot.forwarded; ++forwards) {
-    if (slot.size() < 4 || forwards == kMaxForwards) {
-      file_.damaged(page->number, "row " + std::to_string(row) + " points nowhere");
-    }
-    const RowId target = loadRowPointer(page->bytes, slot.start);
-    page = dataPage(target.page, freshness);
-    if (target.row >= rowCount(file_.format(), *page)) {
-      file_.damaged(target.page, "it has no row " + std::to_string(target.row));
-    }
-    // Where a forwarded row arrived it bears the mark of a deleted one, so that a scan skips it.
-    slot = rowSlot(file_, *page, target.row);
-  }
-  const Bytes bytes = Bytes(page->bytes).subspan(slot.start, slot.size());
+  PagePtr page;
+  const auto pageAt = [&](std::uint32_t number) -> const Page& {
+    page = number == first->number ? first : dataPage(number, freshness);
+    return *page;
+  };
+  const ForwardedRow found = followForwards(file_, id, pageAt);
+  const Bytes bytes = Bytes(page->bytes).subspan(found.slot.start, found.slot.size());
   out = Row(context_, id, std::move(page), bytes);
   return true;
 }
@@ -111,7 +99,5 @@ bool Table::canSeek(std::size_t realIndex, std::size_t columns) const {
 IndexCursor Table::seek(std::size_t realIndex, const KeyRange& range) {
   return {file_, indexPages_, definition_, definition_.realIndexes.at(realIndex), range};
 }
-
-IndexCursor Table::walk(std::size_t realIndex) { return seek(realIndex, KeyRange{}); }
 
 }  // namespace jet

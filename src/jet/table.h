@@ -31,7 +31,7 @@ class TableCursor {
  public:
   explicit TableCursor(Table& table);
 
-  // False behind the last row.
+  // False after the last row.
   [[nodiscard]] bool next();
 
   // The row that next() reached; valid until the next call, unless copied.
@@ -82,13 +82,11 @@ class Table {
   // whole numbers, Currency, single, double, date.
   [[nodiscard]] bool canSeek(std::size_t realIndex, std::size_t columns = 1) const;
 
-  // The rows that a range of an index names, in the index's order; see jet/index/key_range.h.
+  // The rows that a range of an index names, in the index's order; see jet/index/key_range.h. An
+  // empty range names all rows that are in the index.
   // `realIndex` is a position in definition().realIndexes. Error 3001 for a range that canSeek
   // denies.
   [[nodiscard]] IndexCursor seek(std::size_t realIndex, const KeyRange& range);
-
-  // Every row in the index's order; an index that leaves Nulls out leaves their rows out.
-  [[nodiscard]] IndexCursor walk(std::size_t realIndex);
 
   // A data page of this table, checked: kind, owner, row offsets.
   [[nodiscard]] PagePtr dataPage(std::uint32_t number, Freshness freshness = Freshness::kCached);

@@ -5,8 +5,8 @@
 
 #include "jet/format/byte_buffer.h"
 #include "jet/format/layout.h"
+#include "jet/format/text_codec.h"
 #include "jetcreate/layout.h"
-#include "jetcreate/text_encoder.h"
 
 namespace jetcreate {
 

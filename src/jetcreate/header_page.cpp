@@ -5,10 +5,11 @@
 #include <string_view>
 
 #include "jet/format/bytes.h"
+#include "jet/format/commit_bytes.h"
 #include "jet/format/layout.h"
 #include "jet/format/rc4.h"
+#include "jet/format/text_codec.h"
 #include "jetcreate/layout.h"
-#include "jetcreate/text_encoder.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -53,8 +54,8 @@ std::vector<std::byte> headerPage(std::uint32_t encodingKey, const std::string& 
   storeLittle(page, kHeaderCreated, kCreatedBits);
   storeLittle(page, kHeaderFormatMark, kFormatMark);
   putAscii(page, kHeaderFormatMark + 4, "4.0");
-  for (std::size_t at = kHeaderCommitPairs; at < kPageSize; at += 2)
-    storeLittle(page, at, kIdleCommitPair);
+  for (int slot = 0; slot < kCommitPairs; ++slot)
+    storeLittle(page, commitPairOffset(Version::kJet4, slot), kUnusedCommitPair);
   applyRc4(kHeaderMaskKey, 0,
            MutableBytes(page).subspan(kHeaderMaskStart, formatOf(Version::kJet4).headerMaskSize));
   return page;

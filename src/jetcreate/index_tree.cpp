@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "jet/format/field_codec.h"
 #include "jet/index/key_codec.h"
 #include "jetcreate/index_level.h"
 #include "jetcreate/layout.h"
-#include "jetcreate/stored_value.h"
 #include "text/utf16.h"
 #include "values/runtime_error.h"
 
@@ -33,21 +33,21 @@ void appendTextPart(const TableDefinition& table, const Column& column, bool asc
                                                     "' has no place in an index here.");
 }
 
-// The value as a row stores it.
-std::optional<std::vector<std::byte>> storedField(const TableDefinition& table,
-                                                  const Column& column,
-                                                  const values::Variant& value) {
+// The value as a row stores it; no bytes for a type that has no keys.
+StoredField storedField(const Column& column, const values::Variant& value) {
   if (value.isNull()) return std::nullopt;
-  if (column.type != ColumnType::kYesNo)
-    return column.fixed ? storedFixed(table, column, value) : storedVariable(table, column, value);
-  if (!toBool(value)) return std::nullopt;
-  return std::vector<std::byte>();
+  if (column.type == ColumnType::kYesNo) {
+    return toBool(value) ? StoredField(std::vector<std::byte>()) : std::nullopt;
+  }
+  if (column.fixed) return encodeFixed(column, value);
+  const auto* binary = value.as<values::Binary>();
+  return binary == nullptr ? std::vector<std::byte>() : binary->bytes;
 }
 
 void appendPart(const TableDefinition& table, const Column& column, bool ascending,
                 const values::Variant& value, std::vector<std::byte>& key) {
   if (column.type == ColumnType::kText) return appendTextPart(table, column, ascending, value, key);
-  const auto field = storedField(table, column, value);
+  const auto field = storedField(column, value);
   appendKey(column, ascending, field ? std::optional<Bytes>(*field) : std::nullopt, key);
 }
 

@@ -24,12 +24,10 @@ constexpr std::uint8_t kPageMark = 0x01;
 
 // Header page. The pointers of the usage maps and the system tables' pages stand in the masked
 // region in front of the code page.
-constexpr std::size_t kHeaderMapPointers = 0x18;   // two row pointers: free pages, and one unused
-constexpr std::size_t kHeaderSystemPages = 0x20;   // four 32-bit pages, MSysObjects first
-constexpr std::size_t kHeaderBuild = 0x6a;         // 32 bits: build number of the engine
-constexpr std::size_t kHeaderFormatMark = 0x98;    // 32 bits, then "4.0"
-constexpr std::size_t kHeaderCommitPairs = 0xe00;  // 256 pairs, as the engine leaves them: 00 01
-constexpr std::uint16_t kIdleCommitPair = 0x0100;
+constexpr std::size_t kHeaderMapPointers = 0x18;  // two row pointers: free pages, and one unused
+constexpr std::size_t kHeaderSystemPages = 0x20;  // four 32-bit pages, MSysObjects first
+constexpr std::size_t kHeaderBuild = 0x6a;        // 32 bits: build number of the engine
+constexpr std::size_t kHeaderFormatMark = 0x98;   // 32 bits, then "4.0"
 constexpr std::uint32_t kEngineBuild = 8618;
 constexpr std::uint32_t kFormatMark = 0x654;
 constexpr std::uint16_t kCodePage = 1252;

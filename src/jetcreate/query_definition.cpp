@@ -86,7 +86,7 @@ std::vector<QueryRow> queryRows(const QueryDefinition& query) {
   return rows.take();
 }
 
-std::int32_t catalogueFlags(QueryKind kind) {
+std::uint32_t catalogueFlags(QueryKind kind) {
   switch (kind) {
     case QueryKind::kCrosstab:
       return 16;

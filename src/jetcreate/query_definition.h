@@ -63,6 +63,6 @@ struct QueryDefinition {
 [[nodiscard]] std::vector<jet::QueryRow> queryRows(const QueryDefinition& query);
 
 // Flags of the query's row in MSysObjects.
-[[nodiscard]] std::int32_t catalogueFlags(jet::QueryKind kind);
+[[nodiscard]] std::uint32_t catalogueFlags(jet::QueryKind kind);
 
 }  // namespace jetcreate

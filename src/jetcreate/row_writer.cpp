@@ -3,16 +3,56 @@
 #include <algorithm>
 #include <string>
 
+#include "jet/format/byte_buffer.h"
+#include "jet/format/field_codec.h"
 #include "jet/format/layout.h"
+#include "jet/format/text_codec.h"
+#include "jet/rows/row_layout.h"
 #include "jetcreate/layout.h"
-#include "jetcreate/stored_value.h"
+#include "text/utf16.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
 
 using namespace jet;
 
-RowEncoder::RowEncoder(NewFile& file, const TableDefinition& definition)
+namespace {
+
+// Calls a conversion, which knows neither table nor column, and names them in its error.
+template <typename Convert>
+std::vector<std::byte> converted(const TableDefinition& table, const Column& column,
+                                 Convert convert) {
+  try {
+    return convert();
+  } catch (const RuntimeError& fault) {
+    throw RuntimeError(fault.number(), fault.description() + " (field '" + column.name +
+                                           "' of table '" + table.name + "').");
+  }
+}
+
+// Text and memo encoded, binary and OLE as their bytes.
+std::vector<std::byte> variableBytes(const Column& column, const values::Variant& value) {
+  if (column.type == ColumnType::kText || column.type == ColumnType::kMemo)
+    return encodeText(toText(value), column.compressed);
+  if (const auto* binary = value.as<values::Binary>()) return binary->bytes;
+  throw RuntimeError(error::kTypeMismatch, "Type mismatch");
+}
+
+// Of a text the length counts that is not compressed.
+void checkLength(const TableDefinition& table, const Column& column, const values::Variant& value,
+                 std::size_t stored) {
+  if (column.isLongValue()) return;
+  const std::size_t length =
+      column.type == ColumnType::kText ? text::utf16Length(toText(value)) * 2 : stored;
+  if (length > column.length)
+    throw RuntimeError(error::kFieldTooSmall, "The field '" + column.name + "' of table '" +
+                                                  table.name + "' is too small for " +
+                                                  std::to_string(length) + " bytes.");
+}
+
+}  // namespace
+
+RowWriter::RowWriter(NewFile& file, const TableDefinition& definition)
     : file_(file), definition_(definition) {
   for (std::size_t i = 0; i < definition.columns.size(); ++i) {
     if (definition.columns[i].isLongValue())
@@ -20,70 +60,68 @@ RowEncoder::RowEncoder(NewFile& file, const TableDefinition& definition)
   }
 }
 
-Bytes RowEncoder::encode(std::span<const values::Variant> values) {
-  row_.clear();
-  row_.put(static_cast<std::uint16_t>(values.size()));
-  putFixed(values);
-  putVariable(values);
-  putNullMask(values);
-  if (row_.size() > kMaxRowSize)
+std::vector<std::byte> RowWriter::encode(std::span<const values::Variant> values) {
+  const Format& format = formatOf(Version::kJet4);
+  const std::vector<std::byte> fixed = fixedFields(values);
+  const std::vector<std::byte> mask = nullMask(values);
+  std::vector<std::byte> variable;
+  RowParts parts{.columns = values.size(), .fixed = fixed, .mask = mask};
+  const auto endSoFar = [&] { return format.countWidth + fixed.size() + variable.size(); };
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (definition_.columns[i].fixed) continue;
+    parts.offsets.push_back(endSoFar());
+    if (values[i].isNull()) continue;
+    const std::vector<std::byte> bytes = variableField(i, values[i]);
+    variable.insert(variable.end(), bytes.begin(), bytes.end());
+  }
+  if (definition_.varColumns != 0) parts.offsets.push_back(endSoFar());
+  parts.variable = variable;
+
+  std::vector<std::byte> row = assembleRow(format, parts);
+  if (row.size() > kMaxRowSize)
     throw RuntimeError(error::kRowTooLong, "Record of table '" + definition_.name +
-                                               "' is too large: " + std::to_string(row_.size()) +
+                                               "' is too large: " + std::to_string(row.size()) +
                                                " bytes.");
-  return row_.bytes();
+  return row;
 }
 
-void RowEncoder::putFixed(std::span<const values::Variant> values) {
-  const std::size_t start = row_.size();
+std::vector<std::byte> RowWriter::fixedFields(std::span<const values::Variant> values) const {
+  std::vector<std::byte> fields;
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Column& column = definition_.columns[i];
     if (!column.fixed || column.type == ColumnType::kYesNo) continue;
-    row_.putZeros(start + column.fixedOffset + column.length - row_.size());
+    fields.resize(column.fixedOffset + std::size_t{column.length});
     if (values[i].isNull()) continue;
-    const std::vector<std::byte> bytes = storedFixed(definition_, column, values[i]);
-    std::copy(bytes.begin(), bytes.end(),
-              row_.bytes().begin() + static_cast<std::ptrdiff_t>(start + column.fixedOffset));
+    const std::vector<std::byte> bytes =
+        converted(definition_, column, [&] { return encodeFixed(column, values[i]); });
+    std::ranges::copy(bytes, fields.begin() + column.fixedOffset);
   }
+  return fields;
 }
 
-// The values one behind the other, then where the last one ends, where each begins (the last one
-// first), and their count. A table without such columns has none of this.
-void RowEncoder::putVariable(std::span<const values::Variant> values) {
-  if (definition_.varColumns == 0) return;
-  std::vector<std::uint16_t> starts;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (definition_.columns[i].fixed) continue;
-    starts.push_back(static_cast<std::uint16_t>(row_.size()));
-    if (!values[i].isNull()) row_.put(variableBytes(i, values[i]));
-  }
-  row_.put(static_cast<std::uint16_t>(row_.size()));
-  for (auto start = starts.rbegin(); start != starts.rend(); ++start) row_.put(*start);
-  row_.put(static_cast<std::uint16_t>(starts.size()));
-}
-
-// A bit a column: set when it is not Null, and for Yes/No the value itself.
-void RowEncoder::putNullMask(std::span<const values::Variant> values) {
-  const std::size_t start = row_.size();
-  row_.putZeros((values.size() + 7) / 8);
+std::vector<std::byte> RowWriter::nullMask(std::span<const values::Variant> values) const {
+  std::vector<std::byte> mask(nullMaskSize(values.size()));
   for (std::size_t i = 0; i < values.size(); ++i) {
     const bool yesNo = definition_.columns[i].type == ColumnType::kYesNo;
-    if (values[i].isNull() || (yesNo && !toBool(values[i]))) continue;
-    row_.bytes()[start + i / 8] |= std::byte{1} << (i % 8);
+    const bool value = !values[i].isNull() && (!yesNo || toBool(values[i]));
+    setMaskBit(mask, static_cast<std::uint16_t>(i), value);
   }
+  return mask;
 }
 
-std::vector<std::byte> RowEncoder::variableBytes(std::size_t position,
-                                                 const values::Variant& value) {
+std::vector<std::byte> RowWriter::variableField(std::size_t position,
+                                                const values::Variant& value) {
   const Column& column = definition_.columns[position];
-  std::vector<std::byte> bytes = storedVariable(definition_, column, value);
+  std::vector<std::byte> bytes =
+      converted(definition_, column, [&] { return variableBytes(column, value); });
+  checkLength(definition_, column, value, bytes.size());
   return column.isLongValue() ? placeLongValue(position, bytes) : bytes;
 }
 
 // Twelve bytes in the row: length and form, a row pointer, and zeros. Short values follow them
 // there; longer ones fill one row of a long-value page, or several, each beginning with the pointer
 // to the next.
-std::vector<std::byte> RowEncoder::placeLongValue(std::size_t position, Bytes bytes) {
-  constexpr std::size_t kPointerSize = 4;
+std::vector<std::byte> RowWriter::placeLongValue(std::size_t position, Bytes bytes) {
   const auto length = static_cast<std::uint32_t>(bytes.size());
   ByteBuffer header;
   const auto finish = [&](std::uint32_t form, RowId first) {
@@ -100,9 +138,9 @@ std::vector<std::byte> RowEncoder::placeLongValue(std::size_t position, Bytes by
   pages.closePage();  // every piece but the last fills a page of its own
   RowId first;
   for (Bytes rest = bytes; !rest.empty();) {
-    const Bytes piece = rest.first(std::min(rest.size(), kMaxPageLong - kPointerSize));
+    const Bytes piece = rest.first(std::min(rest.size(), kMaxPageLong - kRowPointerSize));
     rest = rest.subspan(piece.size());
-    const RowId here = pages.placeFor(piece.size() + kPointerSize);
+    const RowId here = pages.placeFor(piece.size() + kRowPointerSize);
     if (first.page == 0) first = here;
     ByteBuffer row;
     row.put(rest.empty() ? std::uint32_t{0} : rowPointer(file_.pageCount(), 0));
@@ -112,7 +150,7 @@ std::vector<std::byte> RowEncoder::placeLongValue(std::size_t position, Bytes by
   return finish(0, first);
 }
 
-void RowEncoder::finish() {
+void RowWriter::finish() {
   for (auto& [position, pages] : longValues_) pages.finish();
 }
 

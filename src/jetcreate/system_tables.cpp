@@ -23,7 +23,6 @@ constexpr std::int32_t kDatabasesId = 0x0f000002;
 constexpr std::int32_t kRelationsId = 0x0f000003;
 constexpr std::int32_t kDatabaseId = 0x10000000;
 constexpr std::int32_t kFirstFreeId = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kSystemObject = std::numeric_limits<std::int32_t>::min();  // a flag
 
 values::Variant binary(const SecurityId& id) { return values::Binary{{id.begin(), id.end()}}; }
 
@@ -167,7 +166,7 @@ void SystemTables::addOwnObjects() {
   for (const OwnObject& object : kOwnObjects) {
     names_.push_back(text::lowerAscii(object.name));
     objects_.add({object.id, object.parent, object.name, object.type, created_, created_,
-                  binary(object.owner), kSystemObject});
+                  binary(object.owner), static_cast<std::int32_t>(kEngineFlag)});
   }
   for (const Right& right : kOwnRights)
     rights_.add({right.object, binary(right.who), right.rights, right.inheritable});
@@ -180,8 +179,8 @@ std::int32_t SystemTables::addObject(const NewObject& object) {
   names_.push_back(name);
   const std::int32_t id = object.id != 0 ? object.id : nextId_++;
   objects_.add({id, kTablesId, object.name, object.type, created_, created_, binary(kAdminId),
-                object.flags, textOrNull(object.database), textOrNull(object.connect),
-                textOrNull(object.foreignName)});
+                static_cast<std::int32_t>(object.flags), textOrNull(object.database),
+                textOrNull(object.connect), textOrNull(object.foreignName)});
   rights_.add({id, binary(kAdminId), kAllRights, false});
   rights_.add({id, binary(kUsersId), kAllRights, false});
   return id;

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "jet/format/object_types.h"
 #include "jet/format/query_attributes.h"
 #include "jetcreate/new_file.h"
 #include "jetcreate/table_builder.h"
@@ -20,23 +21,11 @@
 
 namespace jetcreate {
 
-// Types of objects in MSysObjects.
-constexpr std::int16_t kTableObject = 1;
-constexpr std::int16_t kDatabaseObject = 2;
-constexpr std::int16_t kContainerObject = 3;
-constexpr std::int16_t kOdbcLinkObject = 4;
-constexpr std::int16_t kQueryObject = 5;
-constexpr std::int16_t kJetLinkObject = 6;
-
-// Their flags.
-constexpr std::int32_t kJetLinkFlag = 0x200000;
-constexpr std::int32_t kOdbcLinkFlag = 0x100000;
-
 struct NewObject {
   std::string name = {};
-  std::int16_t type = kTableObject;
+  std::int16_t type = jet::kTableObject;
   std::int32_t id = 0;  // 0: the next one for objects that are no tables of this file
-  std::int32_t flags = 0;
+  std::uint32_t flags = 0;
   std::string database = {};
   std::string connect = {};
   std::string foreignName = {};

@@ -40,7 +40,7 @@ TableBuilder::TableBuilder(NewFile& file, bool system, const std::string& name,
       pages_(allocateDefinition(file, definition_, extras_)),
       rows_(file, pages_[0]),
       forwardedRows_(file, pages_[0]),
-      encoder_(file, definition_),
+      rowWriter_(file, definition_),
       trees_(definition_.realIndexes.size()) {
   definition_.page = pages_[0];
 }
@@ -50,7 +50,7 @@ RowId TableBuilder::add(std::vector<values::Variant> values, RowForm form) {
     throw RuntimeError(error::kInvalidArgument,
                        "Table '" + definition_.name + "' has fewer fields than the row.");
   takeNumber(values);
-  const Bytes row = encoder_.encode(values);
+  const std::vector<std::byte> row = rowWriter_.encode(values);
   if (form == RowForm::kDeleted) {
     // What the engine leaves of a deleted row: its place in the table of offsets, without bytes.
     return rows_.add({}, kRowForwarded | kRowDeleted);
@@ -105,7 +105,7 @@ void TableBuilder::writeMaps() {
   definition_.freePages = addMap(merged(rows_.withRoom(), forwardedRows_.withRoom()));
   for (std::size_t i = 0; i < indexPages_.size(); ++i)
     definition_.realIndexes[i].usageMap = addMap(indexPages_[i]);
-  for (const auto& [column, pages] : encoder_.longValues()) {
+  for (const auto& [column, pages] : rowWriter_.longValues()) {
     LongValueMaps& used = extras_.longValues[column];
     used.ownedPages = addMap(pages.owned());
     used.freePages = addMap(pages.withRoom());
@@ -116,7 +116,7 @@ void TableBuilder::writeMaps() {
 void TableBuilder::finish(bool tails) {
   rows_.finish();
   forwardedRows_.finish();
-  encoder_.finish();
+  rowWriter_.finish();
   writeIndexes(tails);
   writeMaps();
   writeDefinition(file_, definition_, extras_, pages_);

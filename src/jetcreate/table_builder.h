@@ -62,7 +62,7 @@ class TableBuilder {
   std::vector<std::uint32_t> pages_;  // of the definition
   DataPages rows_;
   DataPages forwardedRows_;
-  RowEncoder encoder_;
+  RowWriter rowWriter_;
   std::vector<IndexTree> trees_;  // of each real index
   std::vector<std::vector<std::uint32_t>> indexPages_;
 };

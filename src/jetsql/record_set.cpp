@@ -34,7 +34,6 @@ void RecordSet::Implementation::needUpdatable() const {
 
 void RecordSet::Implementation::moveTo(std::size_t position) {
   if (count_ == 0) throw RuntimeError(error::kNoCurrentRecord, "No current record.");
-  editing_ = false;
   position_ = position;
 }
 
@@ -62,62 +61,28 @@ Variant RecordSet::Implementation::field(std::size_t index) {
   needRow();
   const Translation::Column& column = layout_->columns[index];
   if (!column.base) return values_.get(position_, column.computed);
-  if (editing_) {
-    const auto changed = changeOfColumn(column.base->column);
-    if (changed != changes_.end()) return changed->value;
-  }
   const jet::Row* current = row(column.base->source);
   return current == nullptr ? Variant() : current->value(column.base->column);
 }
 
-void RecordSet::Implementation::edit() {
-  needRow();
-  needUpdatable();
-  const std::size_t source = *layout_->updatable;
-  const jet::RowId id = jet::RowId::fromNumber(rowId(position_, source));
-  SourceRow& current = current_[source];
-  current.position = SIZE_MAX;
-  if (!layout_->sources[source]->table().tryRead(id, current.row, jet::Table::Freshness::kFresh))
-    throw RuntimeError(error::kRowDeleted, "Record is deleted.");
-  current.present = true;
-  current.position = position_;
-  changes_.clear();
-  editing_ = true;
+std::size_t RecordSet::Implementation::fieldIndex(std::string_view name) const {
+  const auto found = layout_->byName.find(name);
+  if (found == layout_->byName.end())
+    throw RuntimeError(error::kItemNotFound,
+                       "Item not found in this collection: '" + std::string(name) + "'.");
+  return found->second;
 }
 
-void RecordSet::Implementation::setField(std::size_t index, const Variant& value) {
-  needRow();
-  needUpdatable();
-  if (!editing_)
-    throw RuntimeError(error::kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
-  jet::FieldChange change = changeOf(index, value);
-  const auto earlier = changeOfColumn(change.column);
-  if (earlier == changes_.end())
-    changes_.push_back(std::move(change));
-  else
-    *earlier = std::move(change);
-}
-
-jet::FieldChange RecordSet::Implementation::changeOf(std::size_t index,
-                                                     const Variant& value) const {
-  const Translation::Column& column = layout_->columns[index];
+jet::FieldValue RecordSet::Implementation::ofTable(const jet::FieldValue& field) const {
+  const Translation::Column& column = layout_->columns[fieldIndex(field.name)];
   if (!column.base)
     throw RuntimeError(error::kReadOnly, "Cannot update. Field '" + column.name + "' is computed.");
-  return {column.base->column, convert(value, column.type)};
-}
-
-void RecordSet::Implementation::update() {
-  needRow();
-  needUpdatable();
-  if (!editing_)
-    throw RuntimeError(error::kUpdateWithoutEdit, "Update or CancelUpdate without AddNew or Edit.");
-  updateRows(position_, 1, changes_);
-  changes_.clear();
-  editing_ = false;
+  const jet::TableDefinition& table = layout_->sources[*layout_->updatable]->table().definition();
+  return {table.columns[column.base->column].name, convert(field.value, column.type)};
 }
 
 void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
-                                           std::span<const jet::FieldChange> changes) {
+                                           std::span<const jet::FieldValue> fields) {
   needUpdatable();
   if (first > count_ || count > count_ - first)
     throw RuntimeError(error::kNoCurrentRecord, "No current record.");
@@ -126,8 +91,10 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
   for (std::size_t position = first; position < first + count; ++position)
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
   std::ranges::sort(ids, {}, &jet::RowId::number);  // the order of the file
+  std::vector<jet::FieldValue> values;
+  for (const jet::FieldValue& field : fields) values.push_back(ofTable(field));
   current_[source] = {};
-  layout_->sources[source]->write(ids, changes);
+  layout_->sources[source]->updateRows(ids, values);
 }
 
 RecordSet::RecordSet(std::unique_ptr<Implementation> implementation)
@@ -143,14 +110,7 @@ RecordSet::Implementation& RecordSet::alive() const {
 
 const std::vector<FieldDescription>& RecordSet::fields() const { return alive().layout().fields; }
 
-std::size_t RecordSet::fieldIndex(std::string_view name) const {
-  const auto& byName = alive().layout().byName;
-  const auto found = byName.find(name);
-  if (found == byName.end())
-    throw RuntimeError(error::kItemNotFound,
-                       "Item not found in this collection: '" + std::string(name) + "'.");
-  return found->second;
-}
+std::size_t RecordSet::fieldIndex(std::string_view name) const { return alive().fieldIndex(name); }
 
 std::int32_t RecordSet::recordCount() const { return static_cast<std::int32_t>(alive().count()); }
 
@@ -162,19 +122,9 @@ void RecordSet::moveLast() { alive().moveTo(alive().count() - 1); }
 Variant RecordSet::field(std::size_t index) const { return alive().field(index); }
 
 bool RecordSet::isUpdatable() const { return alive().isUpdatable(); }
-void RecordSet::edit() { alive().edit(); }
-void RecordSet::setField(std::string_view name, const Variant& value) {
-  alive().setField(fieldIndex(name), value);
-}
-void RecordSet::update() { alive().update(); }
-
 void RecordSet::updateRows(std::size_t first, std::size_t count,
-                           std::span<const FieldValue> values) {
-  Implementation& rows = alive();
-  std::vector<jet::FieldChange> changes;
-  for (const FieldValue& field : values)
-    changes.push_back(rows.changeOf(fieldIndex(field.name), field.value));
-  rows.updateRows(first, count, changes);
+                           std::span<const jet::FieldValue> fields) {
+  alive().updateRows(first, count, fields);
 }
 
 void RecordSet::close() { implementation_.reset(); }

@@ -6,8 +6,8 @@
 // Rows of tables are kept as row identities (8 bytes a table and row) and their fields are read
 // from the file when asked for; computed values are kept. The record set keeps its session alive.
 //
-// Errors: 3021 no current record, 3265 no such field, 3027 not updatable, 3020 update without
-// edit, 91 after close, and the Jet engine's where a row cannot be read.
+// Errors: 3021 no current record, 3265 no such field, 3027 not updatable, 91 after close,
+// and the Jet engine's where a row cannot be read or saved.
 #pragma once
 
 #include <cstddef>
@@ -18,6 +18,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jet/rows/row_update.h"
 #include "jetsql/record_set_types.h"
 #include "values/variant.h"
 
@@ -47,17 +48,13 @@ class RecordSet {
     return field(fieldIndex(name));
   }
 
-  // Single-table record sets of a writable session. Values are collected by setField and written
-  // together by update; moving drops them.
+  // Single-table record sets of a writable session.
   [[nodiscard]] bool isUpdatable() const;
-  void edit();
-  void setField(std::string_view name, const values::Variant& value);
-  void update();
 
-  // Writes the fields `values` of `count` rows from number `first` (0 and on) together, in the
-  // order of the file; the current row stays. On an error the rows before the failing one are
-  // written.
-  void updateRows(std::size_t first, std::size_t count, std::span<const FieldValue> values);
+  // Gives fields of `count` rows from number `first` (0 and on) the same values and saves them, in
+  // the order of the file. The current row stays; its fields show the new values. On an error the
+  // rows before the failing one are saved.
+  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);
 
   void close();
 

@@ -1,13 +1,12 @@
-// The rows of a record set and the state of an edit. Private to the room; record_set.h is public.
+// The rows of a record set. Private to the room; record_set.h is public.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
-#include "jet/row_update.h"
 #include "jet/table.h"
 #include "jetsql/computed_values.h"
 #include "jetsql/query_layout.h"
@@ -33,6 +32,7 @@ class RecordSet::Implementation {
   void append(sqlite3_stmt* statement);
   void endOfRows() { rowIds_.shrink_to_fit(); }
 
+  [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;  // error 3265
   [[nodiscard]] const QueryLayout& layout() const { return *layout_; }
   [[nodiscard]] std::size_t count() const { return count_; }
   [[nodiscard]] bool atEnd() const { return position_ >= count_; }
@@ -41,13 +41,8 @@ class RecordSet::Implementation {
 
   [[nodiscard]] values::Variant field(std::size_t index);
   [[nodiscard]] bool isUpdatable() const { return writable_ && layout_->updatable.has_value(); }
-  void edit();
-  void setField(std::size_t index, const values::Variant& value);
-  void update();
-
-  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldChange> changes);
-  // The change of a field, converted to its type. Error 3027 where it is computed.
-  [[nodiscard]] jet::FieldChange changeOf(std::size_t index, const values::Variant& value) const;
+  // Of `count` rows from number `first` on.
+  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);
 
  private:
   struct SourceRow {
@@ -68,9 +63,9 @@ class RecordSet::Implementation {
     return current.present ? &current.row : nullptr;
   }
   void load(std::size_t source, SourceRow& into);
-  [[nodiscard]] auto changeOfColumn(std::size_t column) {
-    return std::ranges::find(changes_, column, &jet::FieldChange::column);
-  }
+  // The same value for the column of the updatable table that the field shows. Error 3027 where the
+  // field is computed.
+  [[nodiscard]] jet::FieldValue ofTable(const jet::FieldValue& field) const;
 
   std::shared_ptr<Session> session_;
   std::shared_ptr<const QueryLayout> layout_;
@@ -80,8 +75,6 @@ class RecordSet::Implementation {
   ComputedValues values_;
   std::size_t position_ = 0;
   std::vector<SourceRow> current_;  // per source
-  bool editing_ = false;
-  std::vector<jet::FieldChange> changes_;  // of the row that is edited
 };
 
 }  // namespace jetsql

@@ -1,8 +1,7 @@
-// What callers hand to a record set and get from it, beside the rows.
+// What a record set tells of its fields.
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "values/variant.h"
 
@@ -11,12 +10,6 @@ namespace jetsql {
 struct FieldDescription {
   std::string name;
   values::VariantType type = values::VariantType::kNull;
-};
-
-// A field to be written: its name in any case and its new value.
-struct FieldValue {
-  std::string_view name;
-  values::Variant value;
 };
 
 }  // namespace jetsql

@@ -29,27 +29,15 @@ class QueryRecordSet : public RecordSet {
   [[nodiscard]] values::Variant field(std::size_t index) const override {
     return rows_->field(index);
   }
-  void edit() override {
-    needWritable();
-    rows_->edit();
-  }
-  void setField(std::string_view name, const values::Variant& value) override {
-    rows_->setField(name, value);
-  }
-  void update() override { rows_->update(); }
   void updateRows(std::size_t first, std::size_t count,
-                  std::span<const FieldValue> values) override {
-    needWritable();
-    rows_->updateRows(first, count, values);
+                  std::span<const FieldValue> fields) override {
+    if (readOnly_ && rows_->isUpdatable())
+      throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
+    rows_->updateRows(first, count, fields);
   }
   void close() override { rows_->close(); }
 
  private:
-  void needWritable() const {
-    if (readOnly_ && rows_->isUpdatable())
-      throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
-  }
-
   std::unique_ptr<jetsql::RecordSet> rows_;
   bool readOnly_;
 };

@@ -35,16 +35,13 @@ class LocalDatabases : public DatabaseAccess {
                   std::string_view source, std::int32_t type, std::int32_t options,
                   std::int32_t lock, bool trace) override;
 
-  // How many openings were traced.
-  [[nodiscard]] std::int32_t openCounter() const { return openCounter_; }
-
   // At the end of a job: closes the files that nothing uses any more.
   void closeIdle() { engine_.closeIdle(); }
 
  private:
   DBEngine& engine_;
   MessageWriter message_;
-  std::int32_t openCounter_ = 0;
+  std::int32_t openCounter_ = 0;  // openings that were traced
 };
 
 }  // namespace localdb

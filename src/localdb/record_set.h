@@ -1,13 +1,12 @@
 // A record set on a local database, as the extractors and the settlement walk it.
 //
-//   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext()) {
+//   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext())
 //     total += NzLong(rows->field("price"));
-//     rows->edit(); rows->setField("c_upload", true); rows->update();
-//   }
+//   rows->updateRows(0, rows->recordCount(), marks);   // std::vector<FieldValue>: {{"c_upload", true}}
 //
 // Errors: 3021 no current record, 3265 no such field (with the field's name), 3027 read-only or
-// not updatable, 3020 update without edit, 91 after close, and those of the Jet engine. A damaged
-// page is reported by the call that reads it.
+// not updatable, 91 after close, and those of the Jet engine. A damaged page is reported by the
+// call that reads it.
 #pragma once
 
 #include <cstddef>
@@ -15,12 +14,12 @@
 #include <span>
 #include <string_view>
 
-#include "jetsql/record_set.h"
+#include "jet/rows/row_update.h"
 #include "values/variant.h"
 
 namespace localdb {
 
-using FieldValue = jetsql::FieldValue;  // name, value
+using FieldValue = jet::FieldValue;  // name, value
 
 class RecordSet {
  public:
@@ -47,17 +46,11 @@ class RecordSet {
     return field(fieldIndex(name));
   }
 
-  // Changes to the current row, all written by update. Record sets on one table only (error 3027
-  // otherwise).
-  virtual void edit() = 0;
-  virtual void setField(std::string_view name, const values::Variant& value) = 0;
-  virtual void update() = 0;
-
-  // The fields `values` of `count` rows from number `first` (0 and on), saved as edit, setField and
-  // update would, but in the order of the file, and neighbours there in one go. The current row
-  // stays. With an error those before the one that met it are saved.
+  // Gives fields of `count` rows from number `first` (0 and on) the same values and saves them, in
+  // the order of the file. The current row stays. On an error the rows before the failing one are
+  // saved. Record sets on one table only (error 3027 otherwise).
   virtual void updateRows(std::size_t first, std::size_t count,
-                          std::span<const FieldValue> values) = 0;
+                          std::span<const FieldValue> fields) = 0;
 
   // Releases the rows and the file; every other call then throws 91. The destructor does the same.
   virtual void close() = 0;

@@ -48,7 +48,6 @@ constexpr int kReserved = 3000;  // what should not happen
 constexpr int kInvalidArgument = 3001;
 constexpr int kObjectNotFound = 3011;  // no such table
 constexpr int kObjectExists = 3012;
-constexpr int kUpdateWithoutEdit = 3020;
 constexpr int kNoCurrentRecord = 3021;
 constexpr int kDuplicateKey = 3022;        // a unique index has the key already
 constexpr int kLinkedFileNotFound = 3024;  // the file of a linked table

@@ -61,7 +61,7 @@ struct Content {
 void readIndexes(Table& table) {
   Row row;
   for (std::size_t i = 0; i < table.definition().realIndexes.size(); ++i) {
-    for (auto walk = table.walk(i); walk.next();) (void)table.tryRead(walk.rowId(), row);
+    for (auto walk = table.seek(i, {}); walk.next();) (void)table.tryRead(walk.rowId(), row);
     if (!table.canSeek(i)) continue;
     for (auto found = table.seek(i, {.lower = KeyBound{values::Variant(300.5)}}); found.next();) {
     }

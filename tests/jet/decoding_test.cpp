@@ -1,9 +1,8 @@
-// Exact bytes: texts, rows of Jet 3 and pages of its indexes, which the creator does not make.
+// Exact bytes: texts, and index pages of Jet 3, which jetcreate does not make.
 #include <gtest/gtest.h>
 
 #include "jet/format/text_codec.h"
 #include "jet/index/index_page.h"
-#include "jet/rows/row.h"
 #include "support/child_process.h"
 #include "values/runtime_error.h"
 
@@ -50,7 +49,31 @@ TEST(TextTest, StoredForms) {
     std::string scratch = "left over";
     EXPECT_EQ(decoder.decode(bytesOf(c.stored), scratch), c.text) << c.name;
   }
-  EXPECT_EQ(asText(toUtf16("A가😀\xFF")), "A\0\x00\xAC\x3D\xD8\x00\xDE\xFD\xFF"s);
+}
+
+TEST(TextTest, IsCompressedWhereThatIsShorter) {
+  const struct {
+    const char* name;
+    const char* text;
+    std::string stored;
+  } cases[] = {
+      {"empty", "", ""},
+      {"two characters are no shorter", "ab", "a\0b\0"s},
+      {"ascii", "abc",
+       "\xFF\xFE"
+       "abc"},
+      {"latin one", "né!", "\xFF\xFEn\xE9!"},
+      {"a zero low byte forbids it", "abcd가", "a\0b\0c\0d\0\x00\xAC"s},
+      {"there and back", "abc나다def",
+       "\xFF\xFE"
+       "abc\0\x98\xB0\xE4\xB2\0def"s},
+      {"short runs do not switch", "abcd나xy다",
+       "\xFF\xFE"
+       "abcd\0\x98\xB0x\0y\0\xE4\xB2"s},
+      {"bytes that are no text", "a\x80z", "a\0\xFD\xFFz\0"s},
+      {"beyond the first plane", "😀", "\x3D\xD8\x00\xDE"s},
+  };
+  for (const auto& c : cases) EXPECT_EQ(asText(encodeText(c.text, true)), c.stored) << c.name;
 }
 
 class Jet3Test : public testing::Test {
@@ -59,87 +82,11 @@ class Jet3Test : public testing::Test {
   Jet3Test()
       : file_(RandomAccessFile::open((folder_.path() / "f").string(),
                                      RandomAccessFile::Mode::kCreateNew),
-              formatOf(Version::kJet3), 0, false) {
-    definition_.maxColumns = 8;
-  }
-
-  void addColumn(ColumnType type, std::uint16_t number, bool fixed, std::uint16_t place) {
-    const std::uint16_t length = type == ColumnType::kLong ? 4 : 0;
-    definition_.columns.push_back({.name = "c",
-                                   .type = type,
-                                   .number = number,
-                                   .fixed = fixed,
-                                   .fixedOffset = place,
-                                   .varIndex = place,
-                                   .length = length});
-  }
-
-  Row row(const std::string& stored) {
-    auto page = std::make_shared<Page>();
-    page->bytes.assign(bytesOf(stored).begin(), bytesOf(stored).end());
-    const Bytes bytes = page->bytes;
-    return {context_, RowId{1, 0}, std::move(page), bytes};
-  }
-
-  std::string textOf(const Row& row, std::size_t column) {
-    std::string scratch;
-    return std::string(row.text(column, scratch));
-  }
+              formatOf(Version::kJet3), 0, false) {}
 
   support::TemporaryFolder folder_;
   PageFile file_;
-  TextDecoder text_{Version::kJet3, 949};
-  TableDefinition definition_;
-  RowContext context_{definition_, file_, text_};
 };
-
-TEST_F(Jet3Test, ShortRow) {
-  addColumn(ColumnType::kLong, 0, true, 0);
-  addColumn(ColumnType::kText, 1, false, 0);
-  addColumn(ColumnType::kText, 2, false, 1);
-  // Count, long, "ab", "c"; end 8, starts 7 and 5, two of them; not Null: all three.
-  const Row three =
-      row("\x03\x05\0\0\0"
-          "abc"
-          "\x08\x07\x05\x02"
-          "\x07"s);
-  EXPECT_EQ(three.wholeNumber(0), 5);
-  EXPECT_EQ(textOf(three, 1), "ab");
-  EXPECT_EQ(textOf(three, 2), "c");
-  const Row damaged =
-      row("\x03\x05\0\0\0"
-          "abc"
-          "\x08\x09\x05\x02"
-          "\x07"s);
-  EXPECT_THROW((void)textOf(damaged, 1), RuntimeError);
-}
-
-// Offsets are bytes: those of 256 and on follow from the jump table, whose entries say from which
-// column on another 256 are added.
-TEST_F(Jet3Test, JumpTable) {
-  for (std::uint16_t i = 0; i < 3; ++i) addColumn(ColumnType::kText, i, false, i);
-  const std::string a(200, 'a');
-  const std::string b(100, 'b');
-  const std::string c(250, 'c');
-  // Starts 1, 201, 301 (45 and a jump), end 551 (39 and two jumps). The row has 559 bytes: two
-  // jumps.
-  const Row whole = row("\x03" + a + b + c +
-                        "\x27\x2D\xC9\x01"
-                        "\x03\x02\x03"
-                        "\x07"s);
-  EXPECT_EQ(textOf(whole, 0), a);
-  EXPECT_EQ(textOf(whole, 1), b);
-  EXPECT_EQ(textOf(whole, 2), c);
-  // The row has 257 bytes and so one jump, but its values end at 250: the jump is a dummy.
-  const std::string x(100, 'x');
-  const Row dummy = row("\x03" + x + x + std::string(49, 'y') +
-                        "\xFA\xC9\x65\x01"
-                        "\xFF\x03"
-                        "\x07"s);
-  EXPECT_EQ(dummy.bytes().size(), 257U);
-  EXPECT_EQ(textOf(dummy, 1), x);
-  EXPECT_EQ(textOf(dummy, 2), std::string(49, 'y'));
-}
 
 // Entries after the first leave out the bytes that they share with it; the prefix's length is one
 // byte, and the byte after it is not part of it. What is read is stored as the same bytes again.

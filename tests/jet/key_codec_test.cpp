@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "jet/index/key_range.h"
-#include "jet/rows/row_encode.h"
+#include "jet/rows/row_patch.h"
 #include "values/runtime_error.h"
 
 namespace jet {
@@ -41,7 +41,7 @@ std::vector<std::string> keysOf(ColumnType type, bool ascending, const Variant& 
   table.columns = {columnOf(type)};
   RealIndex index;
   index.columns = {{.column = 0, .ascending = ascending}};
-  const auto field = encodeField(table.columns[0], value);
+  const auto field = encodeMark(table.columns[0], value);
   std::vector<std::byte> key;
   appendKey(table.columns[0], ascending, field ? std::optional<Bytes>(*field) : std::nullopt, key);
   const KeyInterval found = encodeRange(table, index, {.equal = {value}});

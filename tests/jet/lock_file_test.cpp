@@ -1,5 +1,6 @@
 #include "jet/pages/lock_file.h"
 
+#include <array>
 #include <fstream>
 #include <functional>
 
@@ -9,6 +10,8 @@
 
 namespace jet {
 namespace {
+
+using namespace std::string_literals;
 
 // Does something instead of waiting, once.
 class Meanwhile : public platform::Sleeper {
@@ -139,20 +142,18 @@ TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {
   auto scan = table.scan();
   ASSERT_TRUE(scan.next());
   const RowId id = scan.row().id();
-  const auto mark = [&] {
-    const std::vector<FieldChange> changes = {{7, values::Variant(true)}};
-    database->updateRow(table, id, changes);
+  const auto mark = [&](bool value) {
+    database->updateRows(table, std::array{id}, std::array{FieldValue{"c_upload", value}});
   };
   const std::string before = support::readFile(file.path());
   held = other->lockPage(id.page);
-  mark();
+  mark(true);
   EXPECT_GT(letsGo.slept().count(), 0);
   EXPECT_FALSE(support::readFile(file.path()) == before);
 
   const auto changed = support::readFile(file.path());
   held = other->lockPage(id.page);
-  const std::vector<FieldChange> back = {{7, values::Variant(false)}};
-  EXPECT_EQ(errorOf([&] { database->updateRow(table, id, back); }), error::kLockedByUser);
+  EXPECT_EQ(errorOf([&] { mark(false); }), error::kLockedByUser);
   EXPECT_LE(letsGo.slept().count(), 5000);
   EXPECT_TRUE(support::readFile(file.path()) == changed);
 }
@@ -164,14 +165,12 @@ TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
   Table& table = ours->openTable("Selling");
   auto scan = table.scan();
   ASSERT_TRUE(scan.next());
-  const RowId id = scan.row().id();
+  const std::array ids{scan.row().id()};
   const auto theirs = file.open();
-  const std::vector<FieldChange> theirChange = {{4, values::Variant(std::int32_t{77})},
-                                                {3, values::Variant(false)}};
-  theirs->updateRow(theirs->openTable("Selling"), id, theirChange);
-  const std::vector<FieldChange> ourChange = {{7, values::Variant(true)}};
-  ours->updateRow(table, id, ourChange);
-  const Row row = table.read(id, Table::Freshness::kFresh);
+  theirs->updateRows(theirs->openTable("Selling"), ids,
+                     std::array{FieldValue{"no", 77}, FieldValue{"void", false}});
+  ours->updateRows(table, ids, std::array{FieldValue{"c_upload", true}});
+  const Row row = table.read(ids[0], Table::Freshness::kFresh);
   EXPECT_EQ(row.wholeNumber(4), 77);
   EXPECT_EQ(row.wholeNumber(3), 0);
   EXPECT_EQ(row.wholeNumber(7), -1);
@@ -196,7 +195,7 @@ TEST_P(CommitBytesTest, AWriteLeftInTheMiddleIsNoticed) {
   }
   {
     std::fstream header(file.path(), std::ios::in | std::ios::out | std::ios::binary);
-    header.seekp(0x600 + 2 * GetParam().pair);
+    header.seekp(0xE00 + 2 * GetParam().pair);
     header << GetParam().bytes;
   }
   EXPECT_EQ(errorOf([&] { (void)Database::open(file.path()); }), GetParam().error);
@@ -204,10 +203,10 @@ TEST_P(CommitBytesTest, AWriteLeftInTheMiddleIsNoticed) {
 
 INSTANTIATE_TEST_SUITE_P(
     Pairs, CommitBytesTest,
-    testing::Values(CommitCase{"OfAUserWhoIsGone", 2, "\x01\x01", false, error::kDamaged},
-                    CommitCase{"OfAUserWhoIsIn", 2, "\x01\x01", true, 0},
-                    CommitCase{"OfOneWhoHadItAlone", 0, "\x01\x01", false, error::kDamaged},
-                    CommitCase{"Neutral", 5, std::string(2, '\0'), false, 0}),
+    testing::Values(CommitCase{"OfAUserWhoIsGone", 2, "\x41\0"s, false, error::kDamaged},
+                    CommitCase{"OfAUserWhoIsIn", 2, "\x41\0"s, true, 0},
+                    CommitCase{"OfOneWhoHadItAlone", 0, "\x41\0"s, false, error::kDamaged},
+                    CommitCase{"ACountOfWrites", 5, "\xB7\1"s, false, 0}),
     [](const auto& tried) { return tried.param.name; });
 
 }  // namespace

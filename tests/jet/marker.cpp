@@ -23,17 +23,15 @@ void mark(const std::string& path, const std::string& tableName, int rounds,
   for (auto scan = table.scan(); scan.next();) ids.push_back(scan.row().id());
   std::cout << ids.size() << " rows" << std::endl;
   for (int round = 0; round < rounds; ++round) {
-    std::vector<jet::FieldChange> changes;
+    std::vector<jet::FieldValue> fields;
     for (const std::string& text : columns) {
       const auto equals = text.find('=');
-      const std::size_t column = table.definition().findColumn(text.substr(0, equals)).value();
-      if (equals != std::string::npos) {
-        changes.push_back({column, values::Variant(text.substr(equals + 1))});
-      } else {
-        changes.push_back({column, values::Variant(round % 2 == 0)});
-      }
+      const auto name = std::string_view(text).substr(0, equals);
+      fields.push_back({name, equals == std::string::npos
+                                  ? values::Variant(round % 2 == 0)
+                                  : values::Variant(text.substr(equals + 1))});
     }
-    database->updateRows(table, ids, changes);
+    database->updateRows(table, ids, fields);
   }
 }
 

@@ -1,7 +1,8 @@
-#include "jet/row_update.h"
+#include "jet/rows/row_update.h"
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <fstream>
 #include <functional>
 #include <set>
@@ -96,11 +97,10 @@ TEST_P(RefusalTest, LeavesTheFileAsItWas) {
     Table& table = database->openTable("Selling");
     auto scan = table.scan();
     ASSERT_TRUE(scan.next());
-    const std::vector<FieldChange> changes = {
-        {table.definition().findColumn("c_upload").value(), values::Variant(true)},
-        {table.definition().findColumn(GetParam().column).value(), GetParam().value}};
+    const std::vector<FieldValue> fields = {{"c_upload", true},
+                                            {GetParam().column, GetParam().value}};
     try {
-      database->updateRow(table, scan.row().id(), changes);
+      database->updateRows(table, std::array{scan.row().id()}, fields);
       ADD_FAILURE() << "was not refused";
     } catch (const RuntimeError& refusal) {
       EXPECT_EQ(refusal.number(), GetParam().error) << refusal.what();
@@ -112,6 +112,7 @@ TEST_P(RefusalTest, LeavesTheFileAsItWas) {
 INSTANTIATE_TEST_SUITE_P(
     Fields, RefusalTest,
     testing::Values(
+        RefusalCase{"NoSuchField", "c_uplaod", values::Variant(true), error::kItemNotFound},
         RefusalCase{"Text", "name", values::Variant("x"), error::kNotUpdatable},
         RefusalCase{"Memo", "memo", values::Variant("x"), error::kNotUpdatable},
         RefusalCase{"DuplicateKey", "price", values::Variant(values::Currency{12345}),
@@ -150,11 +151,10 @@ TEST(RowUpdateTest, BothZerosHaveOneKey) {
     Table& table = database->openTable("T");
     std::vector<RowId> rows;
     for (auto scan = table.scan(); scan.next();) rows.push_back(scan.row().id());
-    const std::vector<FieldChange> changes = {{0, values::Variant(now)}};
-    database->updateRow(table, rows[0], changes);
+    database->updateRows(table, std::array{rows[0]}, std::array{FieldValue{"d", now}});
     for (const std::size_t index : {0U, 1U}) {
       std::multiset<RowId> entries;
-      for (auto walk = table.walk(index); walk.next();) entries.insert(walk.rowId());
+      for (auto walk = table.seek(index, {}); walk.next();) entries.insert(walk.rowId());
       EXPECT_EQ(entries, std::multiset<RowId>(rows.begin(), rows.end())) << now << ", " << index;
     }
     auto found = table.seek(0, {.equal = {values::Variant(now)}});
@@ -178,10 +178,9 @@ TEST(RowUpdateTest, AnEntryThatIsNotThereIsDamage) {
     Table& table = database->openTable("Selling");
     auto row = table.seek(0, {.equal = {values::Variant(std::int32_t{5})}});
     ASSERT_TRUE(row.next());
-    const std::vector<FieldChange> changes = {{1, values::Variant(values::Currency{7})},
-                                              {7, values::Variant(true)}};
+    const std::vector<FieldValue> fields = {{"price", values::Currency{7}}, {"c_upload", true}};
     try {
-      database->updateRow(table, row.rowId(), changes);
+      database->updateRows(table, std::array{row.rowId()}, fields);
       ADD_FAILURE() << "was not refused";
     } catch (const RuntimeError& refusal) {
       EXPECT_EQ(refusal.number(), error::kDamaged);
@@ -213,10 +212,10 @@ TEST(RowUpdateTest, ADeletedRowIsNotFound) {
   Table& table = database->openTable("Selling");
   auto scan = table.scan();
   ASSERT_TRUE(scan.next());
-  const RowId gone{scan.row().id().page, 77};
-  const std::vector<FieldChange> changes = {{7, values::Variant(true)}};
+  const std::array gone{RowId{scan.row().id().page, 77}};
+  const std::vector<FieldValue> fields = {{"c_upload", true}};
   try {
-    database->updateRow(table, gone, changes);
+    database->updateRows(table, gone, fields);
     ADD_FAILURE();
   } catch (const RuntimeError& refusal) {
     EXPECT_EQ(refusal.number(), error::kRowDeleted);

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "jet/database.h"
-#include "jet/row_update.h"
+#include "jet/rows/row_update.h"
 #include "jetcreate/file_builder.h"
 #include "support/child_process.h"
 
@@ -101,8 +101,8 @@ class SalesFile {
       const values::Variant now = value(number(*id));
       const auto other = std::find_if(
           id, ids.end(), [&](RowId next) { return shown(value(number(next))) != shown(now); });
-      const std::vector<FieldChange> changes = {{position, now}};
-      database->updateRows(table, {id, other}, changes);
+      const std::vector<FieldValue> fields = {{column, now}};
+      database->updateRows(table, {id, other}, fields);
       for (; id != other; ++id) rows_.at(number(*id))[position] = shown(now);
     }
   }
@@ -128,7 +128,7 @@ class SalesFile {
     Table& table = database->openTable("Selling");
     for (std::size_t i = 0; i < table.definition().realIndexes.size(); ++i) {
       std::size_t entries = 0;
-      for (auto walk = table.walk(i); walk.next();) ++entries;
+      for (auto walk = table.seek(i, {}); walk.next();) ++entries;
       std::size_t rows = 0;
       const RealIndex& index = table.definition().realIndexes[i];
       for (auto scan = table.scan(); scan.next();) {
@@ -190,7 +190,7 @@ class SalesFile {
         rows.insert(scan.row().id());
       }
       for (auto& [key, wanted] : byKey) {
-        auto found = known == 0 ? table.walk(i) : table.seek(i, wanted.first);
+        auto found = known == 0 ? table.seek(i, {}) : table.seek(i, wanted.first);
         while (found.next()) wanted.second.erase(found.rowId());
         ASSERT_TRUE(wanted.second.empty()) << "index " << i << " lost rows of " << key;
       }

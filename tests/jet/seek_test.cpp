@@ -137,7 +137,7 @@ TEST_P(SeekTest, WalksInOrder) {
   for (const std::size_t index : {0U, 1U}) {
     double before = 0;
     std::size_t rows = 0;
-    for (auto walk = table_->walk(index); walk.next(); ++rows) {
+    for (auto walk = table_->seek(index, {}); walk.next(); ++rows) {
       const values::Variant value = table_->read(walk.rowId()).value(1);
       if (value.isNull()) continue;
       const double key = index == 0 ? toDouble(value) : -toDouble(value);

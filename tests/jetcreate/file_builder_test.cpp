@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "jet/database.h"
-#include "jetcreate/text_encoder.h"
 #include "support/child_process.h"
 #include "values/runtime_error.h"
 
@@ -18,15 +17,6 @@ namespace jet {
 namespace {
 
 using namespace jetcreate;
-
-std::string hex(Bytes bytes) {
-  std::string text;
-  for (std::byte byte : bytes) {
-    text += "0123456789abcdef"[std::to_integer<int>(byte >> 4)];
-    text += "0123456789abcdef"[std::to_integer<int>(byte & std::byte{15})];
-  }
-  return text;
-}
 
 values::Variant big(std::int32_t value) { return value; }
 
@@ -65,7 +55,7 @@ class FileBuilderTest : public testing::Test {
   // The first column's whole numbers in the order of an index.
   static std::vector<std::int64_t> walk(Table& table, std::size_t index) {
     std::vector<std::int64_t> numbers;
-    IndexCursor cursor = table.walk(index);
+    IndexCursor cursor = table.seek(index, {});
     while (cursor.next()) numbers.push_back(table.read(cursor.rowId()).wholeNumber(0));
     return numbers;
   }
@@ -181,31 +171,6 @@ TEST_F(FileBuilderTest, RowsMayBeShortForwardedOrDeletedAndColumnsDeleted) {
   EXPECT_NE(row.page()->number, forwarded.page);
   EXPECT_EQ(tool("mdb-export", {"Forms"}),
             "id,name,late\n1,\"plain\",\"late\"\n2,\"short\",\n5,\"last\",\n3,\"forwarded\",\n");
-}
-
-TEST(TextEncoderTest, CompressesWhereThatIsShorter) {
-  struct Case {
-    const char* name;
-    const char* text;
-    const char* stored;
-  };
-  static constexpr Case kCases[] = {{"empty", "", ""},
-                                    {"two characters are no shorter", "ab", "61006200"},
-                                    {"ascii", "abc", "fffe616263"},
-                                    {"latin one", "né!", "fffe6ee921"},
-                                    {"a zero low byte forbids it", "abcd가",
-                                     "6100620063006400"
-                                     "00ac"},
-                                    {"there and back", "abc나다def",
-                                     "fffe61626300"
-                                     "98b0e4b2"
-                                     "00646566"},
-                                    {"short runs do not switch", "abcd나xy다",
-                                     "fffe6162636400"
-                                     "98b078007900e4b2"},
-                                    {"bytes that are no text", "a\x80z", "6100fdff7a00"},
-                                    {"beyond the first plane", "😀", "3dd800de"}};
-  for (const Case& c : kCases) EXPECT_EQ(hex(encodeText(c.text, true)), c.stored) << c.name;
 }
 
 struct TreeCase {

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "jetcreate/file_builder.h"
 #include "jetsql/session.h"
@@ -57,6 +58,10 @@ class SessionFixture : public testing::Test {
   std::string rows(const std::string& query) {
     if (session_ == nullptr) session_ = open();
     return rows(*session_, query);
+  }
+
+  static void update(RecordSet& set, std::size_t row, const std::vector<jet::FieldValue>& fields) {
+    set.updateRows(row, 1, fields);
   }
 
   static int errorOf(const std::function<void()>& action) {

@@ -115,7 +115,7 @@ TEST_F(SessionTest, AnEmptyRecordSet) {
     EXPECT_TRUE(set->atEnd());
     EXPECT_EQ(errorOf([&] { set->moveFirst(); }), 3021);
     EXPECT_EQ(errorOf([&] { set->moveLast(); }), 3021);
-    EXPECT_EQ(errorOf([&] { set->edit(); }), 3021);
+    EXPECT_EQ(errorOf([&] { set->moveNext(); }), 3021);
   }
 }
 
@@ -129,15 +129,10 @@ TEST_F(SessionTest, ARecordSetOutlivesItsSession) {
 
 TEST_F(SessionTest, UpdatesReachTheFile) {
   auto session = openWritable();
-  const auto set = session->openRecordSet("SELECT * FROM Items WHERE id <= 2 ORDER BY id");
-  for (; !set->atEnd(); set->moveNext()) {
-    set->edit();
-    set->setField("DONE", -1);
-    set->setField("price", 99.5);
-    EXPECT_TRUE(toBool(set->field("done")));  // seen before it is written
-    set->update();
-    EXPECT_TRUE(toBool(set->field("done")));
-  }
+  const auto set =
+      session->openRecordSet("SELECT id, done, price AS cost FROM Items WHERE id <= 2 ORDER BY id");
+  set->updateRows(0, 2, std::vector<jet::FieldValue>{{"DONE", -1}, {"cost", 99.5}});
+  for (; !set->atEnd(); set->moveNext()) EXPECT_TRUE(toBool(set->field("done")));
   EXPECT_EQ(rows(*session, "SELECT id, price FROM Items WHERE price = 99.5 ORDER BY id"),
             "1,99.5|2,99.5");
   session.reset();
@@ -149,7 +144,7 @@ TEST_F(SessionTest, WhatCannotBeUpdated) {
   const auto session = openWritable();
   const auto refused = [&](Session& by, const std::string& query) {
     const auto set = by.openRecordSet(query);
-    return errorOf([&] { set->edit(); });
+    return errorOf([&] { update(*set, 0, {{set->fields()[0].name, 1}}); });
   };
   EXPECT_EQ(refused(*session, "SELECT * FROM Items WHERE id = 1"), 0);
   EXPECT_EQ(
@@ -160,14 +155,10 @@ TEST_F(SessionTest, WhatCannotBeUpdated) {
   EXPECT_EQ(refused(*open(), "SELECT * FROM Items WHERE id = 1"), 3027);
 
   const auto set = session->openRecordSet("SELECT id, done, price * 2 AS twice FROM Items");
-  EXPECT_EQ(errorOf([&] { set->setField("done", true); }), 3020);
-  EXPECT_EQ(errorOf([&] { set->update(); }), 3020);
-  set->edit();
-  EXPECT_EQ(errorOf([&] { set->setField("twice", 1); }), 3027);
-  EXPECT_EQ(errorOf([&] { set->setField("done", "maybe"); }), 13);
-  set->setField("done", true);
-  set->moveNext();  // drops the edit
-  EXPECT_EQ(errorOf([&] { set->update(); }), 3020);
+  EXPECT_EQ(errorOf([&] { update(*set, 0, {{"twice", 1}}); }), 3027);
+  EXPECT_EQ(errorOf([&] { update(*set, 0, {{"done", true}, {"dnoe", true}}); }), 3265);
+  EXPECT_EQ(errorOf([&] { update(*set, 0, {{"done", "maybe"}}); }), 13);
+  EXPECT_EQ(errorOf([&] { update(*set, set->recordCount(), {{"done", true}}); }), 3021);
   EXPECT_EQ(rows(*session, "SELECT done FROM Items WHERE id = 1"), "False");
 }
 

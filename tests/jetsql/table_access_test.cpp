@@ -93,9 +93,7 @@ TEST_F(TableAccessTest, AnIndexInMemoryFollowsUpdates) {
   const std::string query = "SELECT id FROM Plain WHERE sale = 5";
   for (int i = 0; i < 4; ++i) EXPECT_EQ(rows(*session, query), "10|11");
   const auto set = session->openRecordSet("SELECT * FROM Plain WHERE id = 400");
-  set->edit();
-  set->setField("Sale", 5);
-  set->update();
+  update(*set, 0, {{"Sale", 5}});
   EXPECT_EQ(rows(*session, query), "10|11|400");
 }
 

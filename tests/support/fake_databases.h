@@ -52,15 +52,6 @@ class FakeRecordSet : public localdb::RecordSet {
     const auto found = answer_.rows[at_].find(names_.at(index));
     return found == answer_.rows[at_].end() ? values::Variant() : found->second;
   }
-  void edit() override { edited_ = true; }
-  void setField(std::string_view name, const values::Variant& value) override {
-    changes_[lower(name)] = value;
-  }
-  void update() override {
-    if (!edited_) throw RuntimeError(3020, "update without edit");
-    for (const auto& [name, value] : changes_) answer_.rows[at_][name] = value;
-    edited_ = false;
-  }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const localdb::FieldValue> values) override {
     for (const auto& field : values) (void)fieldIndex(field.name);
@@ -78,8 +69,6 @@ class FakeRecordSet : public localdb::RecordSet {
   FakeAnswer& answer_;
   std::size_t at_ = 0;
   mutable std::vector<std::string> names_;
-  FakeRow changes_;
-  bool edited_ = false;
 };
 
 class FakeDatabases : public localdb::DatabaseAccess {

@@ -68,7 +68,7 @@ std::vector<std::byte> readPassword(Bytes header, const Format& format, double c
 std::vector<std::byte> storedForm(std::string_view password, const FileHeader& header) {
   std::vector<std::byte> stored;
   if (header.version == Version::kJet4) {
-    stored = toUtf16(password);
+    stored = encodeText(password, /*compress=*/false);
   } else {
     const std::string text = CodePage(header.codePage).fromUtf8(password);
     const Bytes bytes = std::as_bytes(std::span(text));

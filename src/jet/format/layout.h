@@ -40,8 +40,9 @@ struct Format {
   std::size_t dataRowCount;    // 16 bits
   std::size_t dataRowOffsets;  // 16 bits a row
 
-  // Row: the count in front, and each entry of the variable-column table, are this wide.
-  std::size_t rowNumberSize;
+  // Row: bytes of its column count, of each offset and of its variable count;
+  // jet/rows/row_layout.h.
+  std::size_t countWidth;
 
   // Table definition, from the start of its first page.
   std::size_t definitionRowCount;     // 32 bits
@@ -111,7 +112,6 @@ constexpr std::size_t kHeaderKey = 0x3e;            // 32 bits: 0 when pages are
 constexpr std::size_t kHeaderPassword = 0x42;
 constexpr std::size_t kHeaderJet4SortOrder = 0x6e;  // 32 bits
 constexpr std::size_t kHeaderCreated = 0x72;        // double: days since 1899-12-30
-constexpr std::size_t kHeaderCommitBytes = 0x600;   // 256 pairs
 
 constexpr std::uint32_t kUsedPagesMapPage = 1;  // the whole file's usage map: row 0 of page 1
 constexpr std::uint32_t kCataloguePage = 2;     // definition of MSysObjects
@@ -130,7 +130,12 @@ constexpr std::size_t kIndexOwner = 4;  // 32 bits: page of the table definition
 constexpr std::size_t kEntryRowSize = 4;    // page, 24 bits, and row, 8 bits
 constexpr std::size_t kEntryChildSize = 4;  // on a node: page, 32 bits
 
+// Row pointers: the row's place on its page in the low byte, the page in the three above.
+constexpr std::size_t kRowPointerSize = 4;
+constexpr std::size_t kMaxRowsOnPage = 255;
+
 // Row offsets of a data page.
+constexpr std::size_t kRowOffsetSize = 2;
 constexpr std::uint16_t kRowOffsetMask = 0x1fff;
 constexpr std::uint16_t kRowForwarded = 0x4000;  // four bytes stand here: a pointer to the row
 constexpr std::uint16_t kRowDeleted = 0x8000;    // gone; also set where a forwarded row arrived

@@ -1,5 +1,9 @@
 #include "jet/format/text_codec.h"
 
+#include <algorithm>
+#include <span>
+
+#include "jet/format/byte_buffer.h"
 #include "text/ascii.h"
 #include "text/utf16.h"
 
@@ -7,19 +11,9 @@ namespace jet {
 namespace {
 
 constexpr std::string_view kCompressedMark = "\xFF\xFE";
+constexpr char16_t kFirstWide = 0x100;  // takes two bytes also in a compressed text
 
-}  // namespace
-
-std::vector<std::byte> toUtf16(std::string_view utf8) {
-  std::vector<std::byte> bytes;
-  bytes.reserve(utf8.size() * 2);
-  for (const char16_t unit : text::toUtf16(utf8)) {
-    bytes.push_back(static_cast<std::byte>(unit & 0xFF));
-    bytes.push_back(static_cast<std::byte>(unit >> 8));
-  }
-  return bytes;
-}
-
+// An odd last byte is ignored.
 void appendUtf16(Bytes stored, std::string& utf8) {
   text::Utf16Decoder out(utf8, stored.size() / 2);
   for (std::size_t i = 0; i + 1 < stored.size(); i += 2) {
@@ -27,6 +21,7 @@ void appendUtf16(Bytes stored, std::string& utf8) {
   }
 }
 
+// Of a compressed text, what follows its mark.
 void appendCompressed(Bytes stored, std::string& utf8) {
   text::Utf16Decoder out(utf8, stored.size());
   bool compressed = true;
@@ -43,6 +38,46 @@ void appendCompressed(Bytes stored, std::string& utf8) {
       i += 2;
     }
   }
+}
+
+void putWide(char16_t unit, ByteBuffer& out) { out.put(static_cast<std::uint16_t>(unit)); }
+
+// Whether the characters from `start` on have one byte each; three of them tell, since a shorter
+// run is not worth two switches.
+bool worthSwitching(std::u16string_view units, std::size_t start) {
+  constexpr std::size_t kShortestRun = 3;
+  const std::u16string_view run = units.substr(start, kShortestRun);
+  return std::ranges::all_of(run, [](char16_t unit) { return unit < kFirstWide; });
+}
+
+void putCompressed(std::u16string_view units, ByteBuffer& out) {
+  out.put(std::as_bytes(std::span(kCompressedMark)));
+  bool narrow = true;
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const bool wanted = units[i] < kFirstWide && (narrow || worthSwitching(units, i));
+    if (wanted != narrow) out.put(std::uint8_t{0});
+    narrow = wanted;
+    if (narrow) {
+      out.put(static_cast<std::uint8_t>(units[i]));
+    } else {
+      putWide(units[i], out);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<std::byte> encodeText(std::string_view utf8, bool compress) {
+  const std::u16string units = text::toUtf16(utf8);
+  ByteBuffer out;
+  const bool zeroByte =
+      std::ranges::any_of(units, [](char16_t unit) { return (unit & 0xFF) == 0; });
+  if (compress && !zeroByte) putCompressed(units, out);
+  if (out.size() == 0 || out.size() >= 2 * units.size()) {
+    out.clear();
+    for (const char16_t unit : units) putWide(unit, out);
+  }
+  return {out.bytes().begin(), out.bytes().end()};
 }
 
 TextDecoder::TextDecoder(Version version, int codePage) : version_(version), codePage_(codePage) {}

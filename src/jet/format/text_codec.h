@@ -1,8 +1,12 @@
-// Text as the file stores it, to UTF-8: in Jet 4 UTF-16 or its compressed form, in Jet 3 the file's
-// code page.
+// Text as the file stores it, to UTF-8 and back: in Jet 4 UTF-16 or its compressed form, in Jet 3
+// the file's code page (which is read only).
 //
 //   std::string name;
 //   decoder.append(bytes, name);
+//   std::vector<std::byte> stored = encodeText("된장찌개 2", /*compress=*/true);
+//
+// UTF-16 stands low byte first. A compressed text begins with FF FE and has one byte for a
+// character below 256; a zero byte switches to two bytes a character, and back.
 //
 // Half a surrogate pair and bytes that are no text become U+FFFD; nothing here throws on bad bytes.
 #pragma once
@@ -37,14 +41,9 @@ class TextDecoder {
   CodePage codePage_;
 };
 
-// UTF-16, low byte first. Bytes that are no UTF-8 become U+FFFD.
-[[nodiscard]] std::vector<std::byte> toUtf16(std::string_view utf8);
-
-// UTF-16, low byte first; an odd last byte is ignored.
-void appendUtf16(Bytes stored, std::string& utf8);
-
-// Behind the mark FF FE, Jet 4 stores one byte for a character below 256; a zero byte switches to
-// two bytes a character, and back.
-void appendCompressed(Bytes stored, std::string& utf8);
+// A text as Jet 4 stores it; bytes that are no UTF-8 become U+FFFD. With `compress` in the
+// compressed form where that is shorter and every character can be in it: one whose low byte is
+// zero cannot (가 is U+AC00).
+[[nodiscard]] std::vector<std::byte> encodeText(std::string_view utf8, bool compress);
 
 }  // namespace jet

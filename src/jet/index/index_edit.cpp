@@ -116,7 +116,7 @@ void IndexEdit::write(Page& target, IndexPage& page) {
 }
 
 void IndexEdit::link(Page& page) {
-  giveAway(edits_, page.number);
+  markAllocated(edits_, page.number);
   setUsageBit(edits_, index_.usageMap, page.number, true);
 }
 

@@ -3,6 +3,11 @@
 #include <string>
 
 namespace jet {
+namespace {
+
+constexpr int kMaxForwards = 16;  // the engine makes one; more than a few are a circle
+
+}  // namespace
 
 void checkDataPage(const PageFile& file, const Page& page, std::uint32_t owner) {
   checkDataPage(file, page);
@@ -52,6 +57,23 @@ Bytes presentRow(const PageFile& file, const Page& page, std::uint16_t row) {
   const RowSlot slot = rowSlot(file, page, row);
   if (slot.deleted) file.damaged(page.number, "row " + std::to_string(row) + " is deleted");
   return Bytes(page.bytes).subspan(slot.start, slot.size());
+}
+
+ForwardedRow followForwards(const PageFile& file, RowId from, const CheckedPage& pageAt) {
+  const Page* page = &pageAt(from.page);
+  ForwardedRow row{from, rowSlot(file, *page, from.row)};
+  for (int forwards = 0; row.slot.forwarded; ++forwards) {
+    if (row.slot.size() < kRowPointerSize || forwards == kMaxForwards) {
+      file.damaged(row.at.page, "row " + std::to_string(row.at.row) + " points nowhere");
+    }
+    row.at = loadRowPointer(page->bytes, row.slot.start);
+    page = &pageAt(row.at.page);
+    if (row.at.row >= rowCount(file.format(), *page)) {
+      file.damaged(row.at.page, "it has no row " + std::to_string(row.at.row));
+    }
+    row.slot = rowSlot(file, *page, row.at.row);
+  }
+  return row;
 }
 
 }  // namespace jet

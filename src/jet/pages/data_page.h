@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "jet/format/bytes.h"
 #include "jet/format/row_id.h"
@@ -17,7 +18,7 @@ namespace jet {
 
 struct RowSlot {
   std::uint16_t start = 0;
-  std::uint16_t end = 0;  // behind the last byte
+  std::uint16_t end = 0;  // one past the last byte
   bool deleted = false;
   bool forwarded = false;
 
@@ -38,6 +39,20 @@ void checkDataPage(const PageFile& file, const Page& page);
 
 // The bytes of a row that must be there: damage when it is not or is deleted.
 [[nodiscard]] Bytes presentRow(const PageFile& file, const Page& page, std::uint16_t row);
+
+// Where the bytes of a forwarded row are: `at` is not where the row was looked for.
+struct ForwardedRow {
+  RowId at;
+  RowSlot slot;  // of a row that arrived: it bears the mark of a deleted one, so that scans skip it
+};
+
+// Gives a page, checked as a data page of the row's table; the last one asked for holds the row.
+using CheckedPage = std::function<const Page&(std::uint32_t number)>;
+
+// Follows the forward pointer of the row at `from`, whose slot says that it has one. Pointers that
+// lead nowhere or in a circle are damage.
+[[nodiscard]] ForwardedRow followForwards(const PageFile& file, RowId from,
+                                          const CheckedPage& pageAt);
 
 // Row pointers in a file: place on the page in the low byte, page in the three above.
 [[nodiscard]] inline RowId loadRowPointer(Bytes bytes, std::size_t offset) {

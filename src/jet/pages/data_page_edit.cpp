@@ -6,8 +6,6 @@
 namespace jet {
 namespace {
 
-constexpr std::size_t kMaxRows = 255;  // a row pointer has one byte for the place
-
 std::size_t offsetsEnd(const Format& format, const Page& page) {
   return format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)};
 }
@@ -59,7 +57,7 @@ std::optional<std::uint16_t> appendRow(const PageFile& file, Page& page, Bytes b
                                        std::uint16_t flags) {
   const Format& format = file.format();
   const std::uint16_t row = rowCount(format, page);
-  if (row >= kMaxRows || bytes.size() + 2 > freeSpace(file, page)) return std::nullopt;
+  if (row >= kMaxRowsOnPage || bytes.size() + 2 > freeSpace(file, page)) return std::nullopt;
   const std::size_t start = rowsStart(file, page) - bytes.size();
   std::memcpy(page.bytes.data() + start, bytes.data(), bytes.size());
   storeLittle<std::uint16_t>(page.bytes, format.dataRowOffsets + 2 * std::size_t{row},

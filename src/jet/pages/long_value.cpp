@@ -19,15 +19,14 @@ void append(Bytes bytes, std::vector<std::byte>& out) {
 // Each piece begins with the pointer to the next one; the last one's is 0. That each must bring
 // something, and all together no more than the length, also ends a circle.
 void readChain(PageFile& file, RowId pointer, std::size_t length, std::vector<std::byte>& out) {
-  constexpr std::size_t kPointer = 4;
   while (out.size() < length) {
     if (pointer.page == 0) file.damaged(pointer.page, "a long value ends too soon");
     PagePtr page;
     const Bytes bytes = piece(file, pointer, page);
-    if (bytes.size() <= kPointer || bytes.size() - kPointer > length - out.size()) {
+    if (bytes.size() <= kRowPointerSize || bytes.size() - kRowPointerSize > length - out.size()) {
       file.damaged(pointer.page, "a piece of a long value has the wrong size");
     }
-    append(bytes.subspan(kPointer), out);
+    append(bytes.subspan(kRowPointerSize), out);
     pointer = loadRowPointer(bytes, 0);
   }
 }

@@ -112,7 +112,7 @@ class MapEdit {
     added.bytes[1] = std::byte{1};
     added.bytes[2] = added.bytes[3] = std::byte{0};
     edits_.schedule(added.number);
-    if (!background()) giveAway(edits_, added.number);
+    if (!background()) markAllocated(edits_, added.number);
     return added;
   }
 
@@ -165,7 +165,9 @@ Page& allocatePage(PageEdits& edits) {
   return edits.create(map.nextFree());
 }
 
-void giveAway(PageEdits& edits, std::uint32_t page) { MapEdit(edits, kFreePages).set(page, false); }
+void markAllocated(PageEdits& edits, std::uint32_t page) {
+  MapEdit(edits, kFreePages).set(page, false);
+}
 
 void setUsageBit(PageEdits& edits, RowId map, std::uint32_t page, bool value) {
   MapEdit(edits, map).set(page, value);

@@ -1,8 +1,8 @@
-// Giving pages away: bits of the usage maps.
+// Allocating pages: bits of the usage maps.
 //
 //   Page& page = allocatePage(edits);           // empty, nobody else's
 //   ... fill it ...; edits.schedule(page.number);
-//   giveAway(edits, page.number);               // no longer free in the file's own map
+//   markAllocated(edits, page.number);               // no longer free in the file's own map
 //   setUsageBit(edits, definition.ownedPages, page.number, true);
 //
 // In that order: a kill between two of the steps leaves a page that nobody uses, at worst. In the
@@ -24,7 +24,7 @@ namespace jet {
 [[nodiscard]] Page& allocatePage(PageEdits& edits);
 
 // Takes a written page out of the free ones.
-void giveAway(PageEdits& edits, std::uint32_t page);
+void markAllocated(PageEdits& edits, std::uint32_t page);
 
 // Sets or clears a page's bit in a map and schedules what that changes.
 void setUsageBit(PageEdits& edits, RowId map, std::uint32_t page, bool value);

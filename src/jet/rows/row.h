@@ -22,6 +22,7 @@
 #include "jet/format/table_definition.h"
 #include "jet/format/text_codec.h"
 #include "jet/pages/page_file.h"
+#include "jet/rows/row_layout.h"
 #include "values/variant.h"
 
 namespace jet {
@@ -37,20 +38,17 @@ class Row {
  public:
   Row() = default;
 
-  // `bytes` lie in `page`. Checks the row's own frame, not its fields.
+  // `bytes` lie in `page`. Checks that they hold a column count and a null mask, not the fields.
   Row(const RowContext& context, RowId id, PagePtr page, Bytes bytes);
 
   [[nodiscard]] RowId id() const { return id_; }
 
   // The row as stored, and the page that holds it: not id().page when the row was forwarded.
-  [[nodiscard]] Bytes bytes() const { return bytes_; }
+  [[nodiscard]] Bytes bytes() const { return layout_.row(); }
   [[nodiscard]] const PagePtr& page() const { return page_; }
 
   // Leaves the row as one that was never read.
   [[nodiscard]] PagePtr takePage() { return std::exchange(*this, Row()).page_; }
-
-  // Columns that the row has room for in its null mask; the table may have got more since.
-  [[nodiscard]] std::size_t columnCount() const { return columnCount_; }
 
   [[nodiscard]] bool isNull(std::size_t column) const;
   [[nodiscard]] values::Variant value(std::size_t column) const;
@@ -74,25 +72,18 @@ class Row {
   [[nodiscard]] const Column& column(std::size_t column) const {
     return context_->definition.columns[column];
   }
-  [[nodiscard]] bool bit(const Column& column) const;
   [[nodiscard]] Bytes raw(const Column& column) const;
-  [[nodiscard]] Bytes rawFixed(const Column& column) const;
-  [[nodiscard]] Bytes rawVariable(const Column& column) const;
-  [[nodiscard]] std::size_t jumpCount() const;
-  [[nodiscard]] std::size_t variableOffset(std::size_t entry, std::size_t count,
-                                           std::size_t jumps) const;
-  template <typename T>
-  [[nodiscard]] T number(const Column& column) const;
+  // The same, as long as the column's type asks for.
+  [[nodiscard]] Bytes rawFixedSize(const Column& column) const;
   [[nodiscard]] std::string textValue(std::size_t column) const;
+  [[nodiscard]] values::Binary binaryValue(std::size_t column) const;
   [[noreturn]] void damaged(const Column& column, std::string_view what) const;
   [[noreturn]] void rowDamaged(const std::string& what) const;
 
   const RowContext* context_ = nullptr;
   RowId id_;
   PagePtr page_;
-  Bytes bytes_;
-  std::uint16_t columnCount_ = 0;
-  std::uint16_t maskOffset_ = 0;  // of the null mask in bytes_
+  RowLayout layout_;
 };
 
 }  // namespace jet

@@ -49,12 +49,15 @@ std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
   return use.index;
 }
 
-void JetTable::write(std::span<const jet::RowId> rows, std::span<const jet::FieldChange> changes) {
-  for (const jet::FieldChange& change : changes) {
-    uses_[change.column].index = nullptr;
-    ++uses_[change.column].changes;
+void JetTable::updateRows(std::span<const jet::RowId> rows,
+                          std::span<const jet::FieldValue> fields) {
+  for (const jet::FieldValue& field : fields) {
+    const auto column = table_.definition().findColumn(field.name);
+    if (!column) continue;  // which the engine refuses
+    uses_[*column].index = nullptr;
+    ++uses_[*column].changes;
   }
-  database_.updateRows(table_, rows, changes);
+  database_.updateRows(table_, rows, fields);
 }
 
 }  // namespace jetsql

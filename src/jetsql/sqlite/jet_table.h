@@ -50,16 +50,16 @@ class JetTable {
   // Rows that the table may have, for estimates; at least 1.
   [[nodiscard]] double estimatedRows() const;
 
-  // How often write() has changed the column.
+  // How often updateRows() has changed the column.
   [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
 
   // Called once per lookup by the column: its index, from the second lookup on and up to a limit of
   // rows, else nullptr (the caller scans).
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
 
-  // Writes the same fields of each of the rows into the file and drops the indexes in memory on
-  // them. The engine's errors: 3027, 3167, 3218, 3260, ...
-  void write(std::span<const jet::RowId> rows, std::span<const jet::FieldChange> changes);
+  // Saves the same values in fields of each of the rows and drops the indexes in memory on them.
+  // The engine's errors: 3027, 3167, 3218, 3260, ...
+  void updateRows(std::span<const jet::RowId> rows, std::span<const jet::FieldValue> fields);
 
  private:
   struct ColumnUse {
