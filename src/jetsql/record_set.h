@@ -6,6 +6,7 @@
 // Rows of tables are kept as row identities (8 bytes a table and row) and their fields are read
 // from the file when asked for; computed values are kept. The record set keeps its session alive.
 //
+// A computed value that could not be computed (1/0) raises its error when its field is read.
 // Errors: 3021 no current record, 3265 no such field, 3027 not updatable, 91 after close,
 // and the Jet engine's where a row cannot be read or saved.
 #pragma once

@@ -6,6 +6,7 @@
 #include "jetsql/session_catalogue.h"
 #include "jetsql/statement_cache.h"
 #include "jetsql/translate/translation.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 
@@ -15,13 +16,15 @@ class Session::Implementation {
                  const platform::Clock& clock)
       : catalogue(file, options, clock) {}
 
-  // Runs a query, prepared now or taken from the cache.
+  // Runs a query. An error in a computed column is raised when that field is read.
   [[nodiscard]] std::unique_ptr<RecordSet> open(std::string_view source,
                                                 const std::shared_ptr<Session>& session);
 
   SessionCatalogue catalogue;
 
  private:
+  [[nodiscard]] std::unique_ptr<RecordSet> openCached(std::string_view source,
+                                                      const std::shared_ptr<Session>& session);
   [[nodiscard]] PreparedQuery prepare(const Translation& translation);
   [[nodiscard]] std::unique_ptr<RecordSet> run(const PreparedQuery& query,
                                                const std::vector<values::Variant>& literals,
@@ -61,6 +64,19 @@ PreparedQuery Session::Implementation::prepare(const Translation& translation) {
 
 std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source,
                                                          const std::shared_ptr<Session>& session) {
+  try {
+    return openCached(source, session);
+  } catch (const RuntimeError&) {
+    if (!catalogue.failedInFunction()) throw;
+  }
+  // Perhaps in a column that nobody will read. The statement that finds out is slower and rare, so
+  // it is not cached.
+  const Translation translation = translate(normalize(source), catalogue, ColumnErrors::kDefer);
+  return run(prepare(translation), translation.literals, session);
+}
+
+std::unique_ptr<RecordSet> Session::Implementation::openCached(
+    std::string_view source, const std::shared_ptr<Session>& session) {
   NormalizedQuery text = normalize(source);
   if (const PreparedQuery* query = cache_.find(text.key)) {
     return run(*query, text.literals, session);

@@ -48,7 +48,7 @@ SessionCatalogue::SessionCatalogue(const std::filesystem::path& file, const Sess
                                    const platform::Clock& clock)
     : file_(file),
       options_(options),
-      callbacks_{{clock}, nullptr},
+      callbacks_{{clock}},
       database_(openFile(file, options, options.password)),
       connection_(openConnection(callbacks_)) {}
 
@@ -133,7 +133,7 @@ std::optional<std::string> SessionCatalogue::expressionIndex(const CatalogueTabl
 }
 
 StatementHandle SessionCatalogue::prepare(const std::string& sql) {
-  callbacks_.failure = nullptr;
+  callbacks_.clear();
   sqlite3_stmt* prepared = nullptr;
   const int status = sqlite3_prepare_v3(connection_.get(), sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
@@ -143,7 +143,7 @@ StatementHandle SessionCatalogue::prepare(const std::string& sql) {
 }
 
 bool SessionCatalogue::step(sqlite3_stmt* statement) {
-  callbacks_.failure = nullptr;
+  callbacks_.clear();
   const int status = sqlite3_step(statement);
   if (status == SQLITE_ROW) return true;
   if (status == SQLITE_DONE) return false;

@@ -45,6 +45,8 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] StatementHandle prepare(const std::string& sql);
   // To the next row; false after the last. Throws the error that a callback met.
   [[nodiscard]] bool step(sqlite3_stmt* statement);
+  // Whether the last error of prepare or step was one of a function, not of a table.
+  [[nodiscard]] bool failedInFunction() const { return callbacks_.failedInFunction; }
 
  private:
   [[nodiscard]] CatalogueObject load(const jet::CatalogueEntry& entry);

@@ -29,7 +29,7 @@ values::Currency won(double amount) { return {static_cast<std::int64_t>(amount *
 
 }  // namespace
 
-QueryFixture::QueryFixture() : callbacks_{Environment{kClock}, nullptr} {
+QueryFixture::QueryFixture() : callbacks_{Environment{kClock}} {
   sqlite3* database = nullptr;
   if (sqlite3_open(":memory:", &database) != SQLITE_OK) throw std::runtime_error("no SQLite");
   database_.reset(database);

@@ -169,5 +169,60 @@ TEST_F(SessionTest, NamesAreListed) {
   EXPECT_EQ(session_->queryNames(), std::vector<std::string>{"Cheap"});
 }
 
+// As with DAO, so that a day without customers has its other figures.
+TEST_F(SessionTest, AnErrorInAColumnIsRaisedWhereItIsRead) {
+  const struct {
+    const char* query;
+    std::vector<const char*> fields;
+    const char* values;  // row by row
+  } cases[] = {
+      {"SELECT id, 1/0 AS x FROM Items WHERE id < 3", {"id", "x"}, "1,error 11|2,error 11"},
+      {"SELECT id, 6/(id-2) AS x FROM Items WHERE id < 4", {"id", "x"}, "1,-6|2,error 11|3,6"},
+      {"SELECT Sum(price)/Sum(0) AS r, Count(*) AS n FROM Nothing, Items", {"n", "r"}, "0,-"},
+      {"SELECT Sum(id)/Sum(0) AS r, Count(*) AS n FROM Items", {"n", "r"}, "600,error 11"},
+      {"SELECT * FROM (SELECT Count(*) AS n, Sum(id)/Sum(0) AS r FROM Items) AS q",
+       {"n", "r"},
+       "600,error 11"},
+      {"SELECT n + 1 AS m, Nz(r, 0) AS z FROM (SELECT Count(*) AS n, 1/0 AS r FROM Items) AS q",
+       {"m", "z"},
+       "601,error 11"},
+      {"SELECT id, CLng(name) AS x FROM Items WHERE id = 7", {"id", "x"}, "7,error 13"},
+      {"SELECT IsError(6/(id-2)) AS x FROM Items WHERE id < 4", {"x"}, "False|True|False"},
+      // Where the query itself needs the value.
+      {"SELECT id FROM Items WHERE 6/(id-2) > 0", {}, "error 11"},
+      {"SELECT id FROM Items ORDER BY 6/(id-2)", {}, "error 11"},
+      {"SELECT 6/(id-2) AS x FROM Items GROUP BY 6/(id-2)", {}, "error 11"},
+      {"SELECT DISTINCT 6/(id-2) AS x FROM Items", {}, "error 11"},
+      {"SELECT n FROM (SELECT Count(*) AS n, 1/0 AS r FROM Items) AS q WHERE r > 0",
+       {},
+       "error 11"},
+      {"SELECT id FROM Items WHERE id IN (SELECT 6/(id-2) FROM Items)", {}, "error 11"},
+      {"SELECT Sum(6/(id-2)) AS x FROM Items", {}, "error 11"},
+  };
+  const auto session = open();
+  for (const auto& c : cases) {
+    const auto read = [&](const RecordSet& rows, const char* field) -> std::string {
+      try {
+        const values::Variant value = rows.field(field);
+        return value.isNull() ? "-" : toText(value);
+      } catch (const RuntimeError& problem) {
+        return "error " + std::to_string(problem.number());
+      }
+    };
+    std::string text;
+    try {
+      const auto rows = session->openRecordSet(c.query);
+      for (; !rows->atEnd(); rows->moveNext()) {
+        if (!text.empty()) text += '|';
+        for (std::size_t i = 0; i < c.fields.size(); ++i)
+          text += (i > 0 ? "," : "") + read(*rows, c.fields[i]);
+      }
+    } catch (const RuntimeError& problem) {
+      text = "error " + std::to_string(problem.number());
+    }
+    EXPECT_EQ(text, c.values) << c.query;
+  }
+}
+
 }  // namespace
 }  // namespace jetsql

@@ -148,24 +148,21 @@ struct GroupSlot {
 
 template <typename Kind>
 void stepCallback(sqlite3_context* context, int count, sqlite3_value** values) {
-  guarded(
-      callbacksOf(context),
-      [&] {
-        auto* slot = static_cast<GroupSlot*>(sqlite3_aggregate_context(context, sizeof(GroupSlot)));
-        if (slot == nullptr || count != 2) throw std::bad_alloc();
-        const unsigned char* letters = signature(values[0]);
-        if (slot->group == nullptr) {
-          slot->group = std::make_unique<Group>(Group{std::make_unique<Kind>(),
-                                                      typeOfLetter(static_cast<char>(letters[0]))})
-                            .release();
-        }
-        const VariantType type = typeOfLetter(static_cast<char>(letters[1]));
-        if (isWhole(values[1], type))
-          slot->group->aggregate->stepWhole(sqlite3_value_int(values[1]));
-        else
-          slot->group->aggregate->step(decode(values[1], type));
-      },
-      [&](const char* text) { sqlite3_result_error(context, text, -1); });
+  guardedFunction(callbacksOf(context), context, [&] {
+    auto* slot = static_cast<GroupSlot*>(sqlite3_aggregate_context(context, sizeof(GroupSlot)));
+    if (slot == nullptr || count != 2) throw std::bad_alloc();
+    const unsigned char* letters = signature(values[0]);
+    if (slot->group == nullptr) {
+      slot->group = std::make_unique<Group>(Group{std::make_unique<Kind>(),
+                                                  typeOfLetter(static_cast<char>(letters[0]))})
+                        .release();
+    }
+    const VariantType type = typeOfLetter(static_cast<char>(letters[1]));
+    if (isWhole(values[1], type))
+      slot->group->aggregate->stepWhole(sqlite3_value_int(values[1]));
+    else
+      slot->group->aggregate->step(decode(values[1], type));
+  });
 }
 
 void finalCallback(sqlite3_context* context) {
@@ -173,10 +170,9 @@ void finalCallback(sqlite3_context* context) {
   if (slot == nullptr || slot->group == nullptr) return sqlite3_result_null(context);
   const std::unique_ptr<Group> group(slot->group);
   slot->group = nullptr;
-  guarded(
-      callbacksOf(context),
-      [&] { setResult(context, convertResult(group->aggregate->result(), group->type)); },
-      [&](const char* text) { sqlite3_result_error(context, text, -1); });
+  guardedFunction(callbacksOf(context), context, [&] {
+    setResult(context, convertResult(group->aggregate->result(), group->type));
+  });
 }
 
 template <typename Kind>

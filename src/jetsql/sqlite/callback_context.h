@@ -1,13 +1,16 @@
 // What the callbacks of one SQLite connection share with the session: the environment of functions,
 // and the exception that a callback met, kept here because SQLite passes texts only.
 //
-//   guarded(callbacks, [&] { ... may throw RuntimeError ... }, [&](const char* text) { report to
-//   SQLite }); callbacks.rethrow();       // after sqlite3_step gave an error
+//   guarded(callbacks, [&] { ... may throw RuntimeError ... }, [&](const char* text) { report });
+//   callbacks.rethrow();       // after sqlite3_step gave an error
 #pragma once
+
+#include <sqlite3.h>
 
 #include <exception>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "jetsql/functions/environment.h"
 #include "values/runtime_error.h"
@@ -16,7 +19,17 @@ namespace jetsql {
 
 struct CallbackContext {
   Environment environment;
-  std::exception_ptr failure;
+  std::exception_ptr failure = nullptr;
+  bool failedInFunction = false;  // not in reading a table: another column may still be good
+  // The first error in each expression that is being computed inside jet_guard, innermost last;
+  // nullptr so far. See deferred_error.h.
+  std::vector<std::exception_ptr> deferred = {};
+
+  void clear() {
+    failure = nullptr;
+    failedInFunction = false;
+    deferred.clear();
+  }
 
   // Throws the kept error, if there is one, and forgets it.
   void rethrow() {
@@ -33,6 +46,27 @@ void guarded(CallbackContext& callbacks, Body&& body, Fail&& fail) noexcept {
   } catch (const std::exception& problem) {
     if (!callbacks.failure) callbacks.failure = std::current_exception();
     fail(problem.what());
+  }
+}
+
+// The same for a SQL function, whose error may be deferred: its result is then Null.
+template <typename Body>
+void guardedFunction(CallbackContext& callbacks, sqlite3_context* context, Body&& body) noexcept {
+  const bool defers = !callbacks.deferred.empty();
+  if (defers && callbacks.deferred.back()) return sqlite3_result_null(context);
+  try {
+    body();
+  } catch (const RuntimeError& problem) {
+    if (defers) {
+      callbacks.deferred.back() = std::current_exception();
+      return sqlite3_result_null(context);
+    }
+    if (!callbacks.failure) callbacks.failure = std::current_exception();
+    callbacks.failedInFunction = true;
+    sqlite3_result_error(context, problem.what(), -1);
+  } catch (const std::exception& problem) {
+    if (!callbacks.failure) callbacks.failure = std::current_exception();
+    sqlite3_result_error(context, problem.what(), -1);
   }
 }
 

@@ -14,6 +14,7 @@
 #include "jetsql/sqlite/aggregates.h"
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/collation_registration.h"
+#include "jetsql/sqlite/deferred_error.h"
 #include "jetsql/sqlite/value_encoding.h"
 #include "text/letter_case.h"
 
@@ -86,21 +87,16 @@ void run(const Binding& binding, sqlite3_context* context, std::size_t count,
 
 void callback(sqlite3_context* context, int count, sqlite3_value** values) {
   const auto& binding = *static_cast<const Binding*>(sqlite3_user_data(context));
-  guarded(
-      binding.callbacks,
-      [&] { run(binding, context, static_cast<std::size_t>(count - 1), values); },
-      [&](const char* text) { sqlite3_result_error(context, text, -1); });
+  guardedFunction(binding.callbacks, context,
+                  [&] { run(binding, context, static_cast<std::size_t>(count - 1), values); });
 }
 
 void fail(sqlite3_context* context, int, sqlite3_value** values) {
   auto& callbacks = *static_cast<CallbackContext*>(sqlite3_user_data(context));
-  guarded(
-      callbacks,
-      [&] {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[1]));
-        throw RuntimeError(sqlite3_value_int(values[0]), text == nullptr ? "" : text);
-      },
-      [&](const char* text) { sqlite3_result_error(context, text, -1); });
+  guardedFunction(callbacks, context, [&] {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[1]));
+    throw RuntimeError(sqlite3_value_int(values[0]), text == nullptr ? "" : text);
+  });
 }
 
 void destroyBinding(void* binding) { std::unique_ptr<Binding>(static_cast<Binding*>(binding)); }
@@ -126,6 +122,7 @@ void registerFunctions(sqlite3* database, CallbackContext& callbacks) {
   add(database, callbacks, "jet_convert", nullptr);
   sqlite3_create_function_v2(database, "jet_fail", 2, SQLITE_UTF8, &callbacks, fail, nullptr,
                              nullptr, nullptr);
+  registerErrorFunctions(database, callbacks);
   registerAggregates(database, callbacks);
   registerCollation(database);
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "jetsql/functions/value_types.h"
+#include "jetsql/sqlite/deferred_error.h"
 #include "jetsql/sqlite/numeric_encoding.h"
 #include "values/decimal.h"
 #include "values/runtime_error.h"
@@ -101,6 +102,8 @@ EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
 
 Variant decode(const EncodedValue& value, VariantType type) {
   if (value.kind == EncodedValue::Kind::kNull) return {};
+  if (value.kind == EncodedValue::Kind::kBlob)
+    if (const auto error = errorIn(value.bytes)) throw RuntimeError(*error);
   if (type == VariantType::kNull) type = dynamicType(value.kind);
   switch (type) {
     case VariantType::kYesNo:

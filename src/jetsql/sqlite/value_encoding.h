@@ -29,8 +29,8 @@ struct EncodedValue {
 // Of the statement's current row; the bytes last until its next step.
 [[nodiscard]] EncodedValue encodedColumn(sqlite3_stmt* statement, int column);
 
-// A whole number outside the range of the type is one of a wider type; error 6 for a Currency out
-// of range.
+// Raises the error that a value is (deferred_error.h). A whole number outside the range of the type
+// is one of a wider type; error 6 for a Currency out of range.
 [[nodiscard]] values::Variant decode(const EncodedValue& value, values::VariantType type);
 [[nodiscard]] values::Variant decode(sqlite3_value* value, values::VariantType type);
 

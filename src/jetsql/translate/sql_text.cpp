@@ -187,6 +187,10 @@ TypedSql binaryCall(std::string_view name, VariantType result, const TypedSql& l
   return {std::move(text), result, false, name, std::move(operands)};
 }
 
+std::string guardedText(const std::string& value) {
+  return "jet_guard(jet_begin(), " + value + ")";
+}
+
 TypedSql truthChain(std::string_view keyword, const TypedSql& left, const TypedSql& right) {
   std::vector<TypedSql> operands = operandsOf(keyword, left, right);
   std::vector<std::string> texts;

@@ -64,6 +64,9 @@ struct TypedSql {
 [[nodiscard]] TypedSql binaryCall(std::string_view name, values::VariantType result,
                                   const TypedSql& left, const TypedSql& right);
 
+// The value, or its error as a value; see deferred_error.h.
+[[nodiscard]] std::string guardedText(const std::string& value);
+
 // Operands of And or Or as SQLite has them.
 [[nodiscard]] TypedSql truthChain(std::string_view keyword, const TypedSql& left,
                                   const TypedSql& right);

@@ -1,6 +1,7 @@
 #include "jetsql/translate/sql_writer.h"
 
 #include <optional>
+#include <utility>
 
 #include "jetsql/translate/sql_writer_select.h"
 
@@ -74,6 +75,13 @@ std::string SqlWriter::query(const typed::Query& query) {
   if (query.selects.size() > 1) return unionOf(query);
   const SelectWriter writer(*this, query.selects.front());
   return writer.sql(writer.values(), query.keepsOrder);
+}
+
+std::string SqlWriter::subquery(const typed::Query& query) {
+  const ColumnErrors around = std::exchange(errors_, ColumnErrors::kRaise);
+  std::string sql = this->query(query);
+  errors_ = around;
+  return sql;
 }
 
 std::string SqlWriter::unionOf(const typed::Query& query) {

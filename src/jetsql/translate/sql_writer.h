@@ -29,7 +29,8 @@ struct RelationNames {
 
 class SqlWriter {
  public:
-  explicit SqlWriter(Catalogue& catalogue) : catalogue_(catalogue) {}
+  explicit SqlWriter(Catalogue& catalogue, ColumnErrors errors = ColumnErrors::kRaise)
+      : catalogue_(catalogue), errors_(errors) {}
 
   // The whole statement: row identities and computed values, as translation.h has them.
   [[nodiscard]] Translation statement(const typed::Query& query);
@@ -40,6 +41,9 @@ class SqlWriter {
 
   // For the parts: SelectWriter, FromWriter, ExpressionWriter.
   [[nodiscard]] std::string query(const typed::Query& query);
+  // A query in an expression, whose columns are compared at once.
+  [[nodiscard]] std::string subquery(const typed::Query& query);
+  [[nodiscard]] bool defersErrors() const { return errors_ == ColumnErrors::kDefer; }
   [[nodiscard]] std::string nextAlias() { return "t" + std::to_string(aliases_++); }
   [[nodiscard]] RelationNames& names(const typed::Relation* relation) { return names_[relation]; }
   [[nodiscard]] std::string& columnOf(const typed::Query* subquery) { return columns_[subquery]; }
@@ -52,6 +56,7 @@ class SqlWriter {
   [[nodiscard]] std::string crosstab(const typed::Query& query);  // sql_writer_crosstab.cpp
 
   Catalogue& catalogue_;
+  ColumnErrors errors_;
   std::size_t aliases_ = 0;
   std::unordered_map<const typed::Relation*, RelationNames> names_;
   std::unordered_map<const typed::Query*, std::string> columns_;  // the only one of a subquery

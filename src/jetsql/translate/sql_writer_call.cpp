@@ -19,7 +19,14 @@ TypedSql sumOf(const TypedSql& argument, VariantType type, const std::string& fi
 
 }  // namespace
 
+// True for an error in the argument, which is computed in a guard of its own.
+TypedSql ExpressionWriter::isError(const typed::Expression& expression) const {
+  const ExpressionWriter inside(writer_, filter_, Constants::kEveryRow);
+  return {"jet_is_error(" + guardedText(inside.value(expression).text) + ")", VariantType::kYesNo};
+}
+
 TypedSql ExpressionWriter::node(const typed::Call& call, Type type) const {
+  if (call.function->name == "IsError") return isError(call.arguments.front());
   std::vector<TypedSql> arguments;
   arguments.reserve(call.arguments.size());
   for (const typed::Expression& argument : call.arguments) arguments.push_back(write(argument));

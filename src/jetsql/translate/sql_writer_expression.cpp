@@ -14,10 +14,14 @@ TypedSql ExpressionWriter::value(const typed::Expression& expression) const {
 }
 
 TypedSql ExpressionWriter::node(const typed::Literal& literal, Type type) const {
-  if (!literal.parameter) return constant(literal.value);
-  return {.text = "?" + std::to_string(*literal.parameter + 1),
-          .type = type,
-          .literal = !literal.value.isNull()};
+  TypedSql sql = constant(literal.value);
+  if (literal.parameter) {
+    sql = {.text = "?" + std::to_string(*literal.parameter + 1),
+           .type = type,
+           .literal = !literal.value.isNull()};
+  }
+  if (constants_ == Constants::kEveryRow) sql.text = "jet_variable(" + sql.text + ")";
+  return sql;
 }
 
 TypedSql ExpressionWriter::node(const typed::Field& field, Type type) const {
@@ -74,7 +78,7 @@ TypedSql ExpressionWriter::node(const typed::SubqueryColumn& column, Type type) 
 
 TypedSql ExpressionWriter::node(const typed::InQuery& test, Type) const {
   const std::string left = collated(value(test.value));
-  std::string rows = writer_.query(*test.query);
+  std::string rows = writer_.subquery(*test.query);
   writer_.columnOf(test.query.get()) = "c0";
   if (test.column.as<typed::SubqueryColumn>() == nullptr)
     rows = "SELECT " + value(test.column).text + " FROM (" + rows + ")";
@@ -82,11 +86,11 @@ TypedSql ExpressionWriter::node(const typed::InQuery& test, Type) const {
 }
 
 TypedSql ExpressionWriter::node(const typed::Exists& test, Type) const {
-  return truth("EXISTS (" + writer_.query(*test.query) + ")");
+  return truth("EXISTS (" + writer_.subquery(*test.query) + ")");
 }
 
 TypedSql ExpressionWriter::node(const typed::ScalarQuery& scalar, Type type) const {
-  const std::string rows = writer_.query(*scalar.query);
+  const std::string rows = writer_.subquery(*scalar.query);
   if (scalar.givesOneRow) return {"(" + rows + ")", type};
   // SQLite would take the first row of several.
   return {"(SELECT CASE WHEN COUNT(*) > 1 THEN jet_fail(" + std::to_string(error::kSubqueryRows) +
@@ -98,7 +102,7 @@ TypedSql ExpressionWriter::node(const typed::ScalarQuery& scalar, Type type) con
 // x > ALL (rows): there is no row for which x > row is not true. A comparison with Null is neither
 // true nor false and counts as not true.
 TypedSql ExpressionWriter::node(const typed::Quantified& test, Type) const {
-  const std::string rows = writer_.query(*test.query);
+  const std::string rows = writer_.subquery(*test.query);
   const std::string alias = writer_.nextAlias();
   writer_.columnOf(test.query.get()) = alias + ".c0";
   const std::string passes = write(test.test).text;

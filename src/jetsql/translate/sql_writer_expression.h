@@ -15,9 +15,14 @@ namespace jetsql {
 
 class ExpressionWriter {
  public:
+  // kOnce: SQLite computes a call of constants once for all rows. kEveryRow: its error is found in
+  // each row.
+  enum class Constants { kOnce, kEveryRow };
+
   // `filter`: the rows that aggregates take, as a condition in SQL; empty for all.
-  explicit ExpressionWriter(SqlWriter& writer, std::string filter = {})
-      : writer_(writer), filter_(std::move(filter)) {}
+  explicit ExpressionWriter(SqlWriter& writer, std::string filter = {},
+                            Constants constants = Constants::kOnce)
+      : writer_(writer), filter_(std::move(filter)), constants_(constants) {}
 
   [[nodiscard]] TypedSql write(const typed::Expression& expression) const;
 
@@ -44,11 +49,14 @@ class ExpressionWriter {
   [[nodiscard]] TypedSql node(const typed::Case& choice, Type type) const;
   [[nodiscard]] TypedSql node(const typed::Aggregate& aggregate, Type type) const;
 
+  [[nodiscard]] TypedSql isError(const typed::Expression& expression) const;
+
   // A Yes/No as -1 or 0.
   [[nodiscard]] TypedSql value(const typed::Expression& expression) const;
 
   SqlWriter& writer_;
   std::string filter_;
+  Constants constants_;
 };
 
 }  // namespace jetsql

@@ -16,6 +16,14 @@ std::string sortKey(const TypedSql& sql) {
   return collated(sql);
 }
 
+bool containsQuery(const typed::Expression& expression) {
+  if (expression.as<typed::ScalarQuery>() != nullptr || expression.as<typed::Exists>() != nullptr ||
+      expression.as<typed::InQuery>() != nullptr || expression.as<typed::Quantified>() != nullptr)
+    return true;
+  const std::vector<typed::Expression> operands = typed::operandsOf(expression);
+  return std::ranges::any_of(operands, containsQuery);
+}
+
 }  // namespace
 
 std::string numberedColumns(std::string_view prefix, std::size_t count) {
@@ -33,8 +41,9 @@ SelectWriter::SelectWriter(SqlWriter& writer, const typed::Select& select)
   for (const typed::Expression& condition : select.conditions)
     conditions_.push_back(conditionOf(expressions.write(condition)));
   for (const typed::Group& group : select.groups) groups_.push_back(expressions.write(group.value));
+  const ExpressionWriter guarded(writer, {}, ExpressionWriter::Constants::kEveryRow);
   for (const typed::Output& output : select.outputs)
-    outputs_.push_back(expressions.write(output.value));
+    outputs_.push_back((isGuarded(output) ? guarded : expressions).write(output.value));
   if (select.having) having_ = conditionOf(expressions.write(select.having));
   for (const typed::Order& order : select.order) order_.push_back(expressions.write(order.value));
   for (const typed::IndexedLookup& lookup : select.lookups) lookUp(lookup);
@@ -68,9 +77,22 @@ void SelectWriter::lookUp(const typed::IndexedLookup& lookup) {
 std::vector<std::string> SelectWriter::values() const {
   const bool compared = select_.duplicates == Select::Duplicates::kDistinct;
   std::vector<std::string> values;
-  for (const TypedSql& output : outputs_)
-    values.push_back(compared ? collated(output) : valueOf(output));
+  for (std::size_t i = 0; i < outputs_.size(); ++i) {
+    const TypedSql& output = outputs_[i];
+    std::string value = compared ? collated(output) : valueOf(output);
+    values.push_back(isGuarded(select_.outputs[i]) ? guardedText(value) : std::move(value));
+  }
   return values;
+}
+
+// SQLite computes a subquery that refers to nothing outside once for all rows: an error in it
+// cannot be told to the rows one by one.
+bool SelectWriter::isGuarded(const typed::Output& output) const {
+  const auto* field = output.value.as<typed::Field>();
+  const bool canFail = output.value.as<typed::Literal>() == nullptr &&
+                       (field == nullptr || field->relation->table == nullptr);
+  return writer_.defersErrors() && canFail && !containsQuery(output.value) &&
+         select_.duplicates != Select::Duplicates::kDistinct;
 }
 
 std::vector<std::string> SelectWriter::identities() const {

@@ -26,6 +26,8 @@ class SelectWriter {
 
  private:
   void lookUp(const typed::IndexedLookup& lookup);
+  // Whether its error becomes a value.
+  [[nodiscard]] bool isGuarded(const typed::Output& output) const;
   [[nodiscard]] std::vector<std::string> identities() const;
   [[nodiscard]] std::vector<std::string> groupTerms() const;
   [[nodiscard]] std::vector<std::string> orderTerms() const;

@@ -21,20 +21,20 @@ std::string trimmedName(std::string_view text) {
   return std::string(text);
 }
 
-Translation translateTree(const Query& query, Catalogue& catalogue) {
+Translation translateTree(const Query& query, Catalogue& catalogue, ColumnErrors errors) {
   const ResolvedQuery resolved = resolve(query, catalogue);
-  Translation translation = SqlWriter(catalogue).statement(resolved.query);
+  Translation translation = SqlWriter(catalogue, errors).statement(resolved.query);
   translation.dataDependent = resolved.dataDependent;
   return translation;
 }
 
 }  // namespace
 
-Translation translate(NormalizedQuery text, Catalogue& catalogue) {
+Translation translate(NormalizedQuery text, Catalogue& catalogue, ColumnErrors errors) {
   const std::string asName = trimmedName(text.text);
   const CatalogueObject object = catalogue.find(asName);
   if (object.table != nullptr || object.query != nullptr) {
-    Translation translation = translateTree(*selectAll(asName), catalogue);
+    Translation translation = translateTree(*selectAll(asName), catalogue, errors);
     translation.exactTextOnly = true;  // a number in the name of a table is no literal
     return translation;
   }
@@ -42,7 +42,7 @@ Translation translate(NormalizedQuery text, Catalogue& catalogue) {
     throw RuntimeError(error::kUnknownTable,
                        "Could not find the input table or query '" + asName + "'.");
   const QueryPtr query = parseQuery(text);
-  Translation translation = translateTree(*query, catalogue);
+  Translation translation = translateTree(*query, catalogue, errors);
   translation.exactTextOnly = query->notParameterizable;
   if (!translation.exactTextOnly) translation.literals = std::move(text.literals);
   return translation;

@@ -34,6 +34,11 @@
 
 namespace jetsql {
 
+// What becomes of an error in a computed column. kRaise: the statement fails. kDefer: the column
+// holds the error as a value, which reading it raises; columns that are compared (DISTINCT, UNION)
+// or hold subqueries still raise, and so do conditions, groups and orders.
+enum class ColumnErrors { kRaise, kDefer };
+
 struct Translation {
   // A base table of the outermost FROM, whose rows give output columns.
   struct Source {
@@ -62,6 +67,7 @@ struct Translation {
 };
 
 // `text` is a query or the name of a table or saved query.
-[[nodiscard]] Translation translate(NormalizedQuery text, Catalogue& schema);
+[[nodiscard]] Translation translate(NormalizedQuery text, Catalogue& catalogue,
+                                    ColumnErrors errors = ColumnErrors::kRaise);
 
 }  // namespace jetsql
