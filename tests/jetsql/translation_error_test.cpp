@@ -49,6 +49,8 @@ TEST_F(TranslationErrorTest, Numbers) {
       {3075, "SELECT id note FROM Sales"},
       {3131, "SELECT id FROM WHERE id = 1"},
       {3131, "SELECT id FROM Sales x y"},
+      {3131, "SELECT Sales.id FROM Sales JOIN Items ON Sales.id = Items.s_id"},
+      {3131, "SELECT Sales.id FROM Sales FULL JOIN Items ON Sales.id = Items.s_id"},
       {3135, "SELECT id FROM Sales INNER JOIN Items WHERE id = 1"},
       {3138, "SELECT id FROM Sales ORDER id"},
       {3141, "SELECT FROM Sales"},

@@ -20,7 +20,7 @@ std::vector<TableReference> Parser::from() {
 
 TableReference Parser::joinedTable() {
   TableReference left = tablePrimary();
-  while (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT", "JOIN"})) {
+  while (tokens_.atAnyWord({"INNER", "LEFT", "RIGHT"})) {
     if (++joins_ > kMaxJoins) tokens_.fail(error::kQueryTooComplex);
     Join join;
     if (tokens_.acceptWord("LEFT")) {
@@ -28,7 +28,7 @@ TableReference Parser::joinedTable() {
     } else if (tokens_.acceptWord("RIGHT")) {
       join.type = Join::Type::kRight;
     } else {
-      tokens_.acceptWord("INNER");
+      tokens_.expectWord("INNER", error::kFromSyntax);  // a JOIN alone is no Jet SQL
     }
     if (join.type != Join::Type::kInner) tokens_.acceptWord("OUTER");
     tokens_.expectWord("JOIN", error::kJoinSyntax);
