@@ -169,6 +169,11 @@ TEST_F(SessionTest, NamesAreListed) {
   EXPECT_EQ(session_->queryNames(), std::vector<std::string>{"Cheap"});
 }
 
+TEST_F(SessionTest, TextsOfDomainFunctionsAreNoLiteralsOfACachedQuery) {
+  EXPECT_EQ(rows("SELECT DCount('*', 'Items', 'id < 3') AS n"), "2");
+  EXPECT_EQ(rows("SELECT DCount('*', 'Items', 'id < 5') AS n"), "4");
+}
+
 // As with DAO, so that a day without customers has its other figures.
 TEST_F(SessionTest, AnErrorInAColumnIsRaisedWhereItIsRead) {
   const struct {

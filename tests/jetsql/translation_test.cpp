@@ -45,6 +45,37 @@ TEST_F(TranslationTest, Expressions) {
   });
 }
 
+// Values that & joins to the criteria are those of the row around, whatever the domain's fields are
+// called.
+TEST_F(TranslationTest, DomainFunctions) {
+  expectAll({
+      {"of the row",
+       "SELECT id, DSum('qty', 'Items', 's_id = ' & id), DCount('*', '[Items]', 's_id=' & [id]) "
+       "FROM Sales WHERE id < 4",
+       "1,3,2|2,-,0|3,3,1"},
+      {"text", "SELECT DLookup('menu', 'Menu', 'name = ''' & name & '''') FROM Menu",
+       "100|200|400"},
+      {"part of a text",
+       "SELECT DCount('*', 'Sales', 'note Like \"' & Left(note, 1) & '*\"') FROM Sales WHERE id = "
+       "1",
+       "2"},
+      {"date", "SELECT DCount('*', 'Sales', 'day = #' & day & '#') FROM Sales WHERE id = 1", "2"},
+      {"no criteria", "SELECT DMax('price', 'Sales'), DFirst('id', 'Sales'), DLast('id', 'Sales')",
+       "20,1,5"},
+      {"constant criteria", "SELECT DAvg('price', 'Sales', 'id <= 2 And void = ' & 'False')",
+       "10.5"},
+      {"in a condition", "SELECT id FROM Sales WHERE DCount('*', 'Items', 's_id=' & id) > 1", "1"},
+      {"no rows", "SELECT DLookup('id', 'Sales', 'id = 77'), DCount('id', 'Sales', 'id = 77')",
+       "-,0"},
+      {"expression that is a field", "SELECT DLookup(note, 'Sales') FROM Sales", "error 3075"},
+      {"criteria that are a field", "SELECT DSum('qty', 'Items', note) FROM Sales", "error 3075"},
+      {"part of a date", "SELECT DCount('*', 'Sales', 'day = #1/' & id & '/2013#') FROM Sales",
+       "error 3075"},
+      {"no such domain", "SELECT DSum('qty', 'Nowhere')", "error 3078"},
+      {"no such field", "SELECT DSum('nothing', 'Items')", "error 3061"},
+  });
+}
+
 TEST_F(TranslationTest, Conditions) {
   expectAll({
       {"case does not count", "SELECT id FROM sales WHERE NOTE = 'kim' ORDER BY id", "1|5"},

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "jetsql/syntax/domain_functions.h"
 #include "jetsql/syntax/parser.h"
 #include "values/error_numbers.h"
 #include "values/runtime_error.h"
@@ -258,6 +259,8 @@ ExpressionPtr Parser::nameOrCall() {
 
 ExpressionPtr Parser::call(std::string function) {
   tokens_.expectSymbol("(", error::kExpressionSyntax);
+  // The texts of its arguments become SQL.
+  if (findDomainFunction(function) != nullptr) notParameterizable_ = true;
   Call made{std::move(function), {}};
   if (tokens_.acceptSymbol(")")) return makeExpression(std::move(made));
   if (tokens_.atSymbol("*") && isSymbol(tokens_.peek(1), ")")) {

@@ -16,6 +16,8 @@ namespace jetsql {
 struct Scope {
   std::vector<typed::Relation*> relations;
   const Scope* outer = nullptr;  // of the query around a subquery
+  // Of a domain function's subquery: what the names [~0], [~1], ... stand for.
+  const std::vector<typed::Expression>* values = nullptr;
 };
 
 struct QueryContext {

@@ -96,6 +96,15 @@ typed::Query Resolver::savedQuery(const SavedQuery& query, const QueryContext& c
   return result;
 }
 
+typed::Query Resolver::domainQuery(const std::string& text, const Scope& outer) {
+  if (++expansions_ > kMaxExpansions)
+    throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
+  const bool around = std::exchange(parameterizes_, false);
+  typed::Query result = query(*parseQuery(normalize(text)), {.outer = &outer, .keepsOrder = true});
+  parameterizes_ = around;
+  return result;
+}
+
 void Resolver::addUnknown(const std::string& name) { unknown_.insert(text::lowerCase(name)); }
 
 void Resolver::failWhereUnknown() const {

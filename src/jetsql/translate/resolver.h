@@ -38,6 +38,9 @@ class Resolver {
   [[nodiscard]] typed::Query query(const Query& query, const QueryContext& context);
   [[nodiscard]] typed::Query savedQuery(const SavedQuery& query, const QueryContext& context);
 
+  // A subquery of a text that the query itself does not hold.
+  [[nodiscard]] typed::Query domainQuery(const std::string& text, const Scope& outer);
+
   [[nodiscard]] Catalogue& catalogue() { return catalogue_; }
   // Literals of the text itself become parameters of the statement, if none of them shapes it.
   [[nodiscard]] bool parameterizes() const { return parameterizes_; }

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "jetsql/functions/value_types.h"
+#include "jetsql/translate/domain_query.h"
 #include "jetsql/translate/resolver_expression.h"
 #include "jetsql/translate/typing.h"
 #include "text/letter_case.h"
@@ -125,6 +126,8 @@ bool containsAggregate(const Expression& expression) {
 
 typed::Expression ExpressionResolver::node(const Call& call, const Expression&) const {
   if (aggregateOf(call)) return aggregate(call);
+  if (const DomainFunction* function = findDomainFunction(call.function))
+    return domain(*function, call);
   const Function* function = findFunction(call.function);
   if (function == nullptr)
     throw RuntimeError(error::kUnknownFunction,
@@ -144,6 +147,27 @@ typed::Expression ExpressionResolver::node(const Call& call, const Expression&) 
   types.reserve(values.size());
   for (const typed::Expression& value : values) types.push_back(value.type());
   return {function->resultType(types), typed::Call{function, std::move(values)}};
+}
+
+// A subquery whose text the arguments give. Values of the query around are found there, so that a
+// field of the domain with the same name does not hide them.
+typed::Expression ExpressionResolver::domain(const DomainFunction& function,
+                                             const Call& call) const {
+  const DomainQuery domain = domainQuery(function, call);
+  std::vector<typed::Expression> values;
+  for (const Expression* value : domain.values) values.push_back(resolve(*value));
+  const Scope scope{.relations = {}, .outer = context_.scope, .values = &values};
+  auto query = std::make_shared<const typed::Query>(resolver_.domainQuery(domain.text, scope));
+  const VariantType type = query->columns.front().type;
+  return {type, typed::ScalarQuery{std::move(query), true}};
+}
+
+typed::Expression ExpressionResolver::domainValue(const Name& name) const {
+  const auto number = domainValueNumber(name);
+  for (const Scope* scope = context_.scope; number && scope != nullptr; scope = scope->outer)
+    if (scope->values != nullptr && *number < scope->values->size())
+      return (*scope->values)[*number];
+  return {};
 }
 
 typed::Expression ExpressionResolver::aggregate(const Call& call) const {

@@ -82,6 +82,7 @@ typed::Expression ExpressionResolver::node(const Literal& literal, const Express
 
 // A field; else an alias of the select list; else Yes or No; else a parameter without a value.
 typed::Expression ExpressionResolver::node(const Name& name, const Expression& expression) const {
+  if (auto value = domainValue(name)) return value;
   const auto found = findColumn(*context_.scope, name.path);
   const bool local = found && found->scope == context_.scope;
   if (found && !(local && context_.groups != nullptr)) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jetsql/syntax/ast.h"
+#include "jetsql/syntax/domain_functions.h"
 #include "jetsql/translate/query_context.h"
 #include "jetsql/translate/resolver.h"
 #include "jetsql/translate/typed_tree.h"
@@ -43,6 +44,8 @@ class ExpressionResolver {
   // resolver_call.cpp
   [[nodiscard]] typed::Expression node(const Call& call, const Expression& expression) const;
   [[nodiscard]] typed::Expression aggregate(const Call& call) const;
+  [[nodiscard]] typed::Expression domain(const DomainFunction& function, const Call& call) const;
+  [[nodiscard]] typed::Expression domainValue(const Name& name) const;
 
   Resolver& resolver_;
   const ExpressionContext& context_;
