@@ -1,6 +1,8 @@
 #include "platform/folder_lock.h"
 
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 #include "platform/files.h"
 #include "values/runtime_error.h"
@@ -10,11 +12,22 @@ namespace {
 
 constexpr ByteRange kWhole{0, 1};
 
+// A file that another account's killed process left must hinder nobody.
+void openToAll(const std::string& path) {
+  namespace fs = std::filesystem;
+  constexpr auto kEverybody = fs::perms::owner_read | fs::perms::owner_write |
+                              fs::perms::group_read | fs::perms::group_write |
+                              fs::perms::others_read | fs::perms::others_write;
+  std::error_code notOurs;
+  fs::permissions(fs::path(std::u8string(path.begin(), path.end())), kEverybody, notOurs);
+}
+
 }  // namespace
 
 std::optional<FolderLock> FolderLock::tryTake(const std::string& folder, const std::string& name) {
   while (true) {
     LockableFile file(joinPath(folder, name));
+    openToAll(joinPath(folder, name));
     try {
       if (!file.tryLock(kWhole)) return std::nullopt;
     } catch (const RuntimeError& failure) {

@@ -31,8 +31,7 @@ class Night {
         planPath_(platform::joinPath(shop.program.folder, kNightFile)) {
     const auto now = shop.program.clock.now();
     plan_ = NightPlan::parse(platform::fileExists(planPath_) ? platform::readFile(planPath_) : "",
-                             shop.program.settings.read("DailyData", "LastDate", ""),
-                             values::daySerial(now.year, now.month, now.day));
+                             lastDate(), values::daySerial(now.year, now.month, now.day));
   }
 
   // Whether all went well.
@@ -45,7 +44,12 @@ class Night {
     }
     const auto days = plan_.days();
     if (days.empty()) std::cout << "야간 작업: 보낼 날이 없습니다.\n";
+    const std::string settled = lastDate();
     for (const NightDay& day : days) runDay(day);
+    // A night that only ran old days again has not undone what was settled since.
+    if (daySerialOf(settled) > daySerialOf(lastDate())) {
+      shop_.program.settings.write("DailyData", "LastDate", settled);
+    }
     return passed_;
   }
 
@@ -79,6 +83,10 @@ class Night {
     }
     // After every day, so that a night that is killed runs none twice.
     save();
+  }
+
+  [[nodiscard]] std::string lastDate() const {
+    return shop_.program.settings.read("DailyData", "LastDate", "");
   }
 
   void save() const { platform::replaceFile(planPath_, plan_.text()); }
