@@ -63,8 +63,9 @@ void QueryFixture::addTable(const std::string& name, std::vector<std::string> fi
     marks += i == 0 ? "?" : ", ?";
   }
   step(prepare("CREATE TABLE \"" + name + "\" (" + columns + ")"));
-  for (const auto& row : rows)
+  for (const auto& row : rows) {
     step(prepare("INSERT INTO \"" + name + "\" VALUES (" + marks + ")", row));
+  }
   tables_.push_back(std::move(table));
 }
 
@@ -77,21 +78,25 @@ void QueryFixture::refuseQuery(const std::string& name, int number) {
 }
 
 CatalogueObject QueryFixture::find(std::string_view name) {
-  for (const CatalogueTable& table : tables_)
+  for (const CatalogueTable& table : tables_) {
     if (equalText(table.name, name)) return {&table, nullptr};
-  for (const SavedQuery& query : queries_)
+  }
+  for (const SavedQuery& query : queries_) {
     if (equalText(query.name, name)) return {nullptr, &query};
+  }
   return {};
 }
 
 QueryFixture::Statement QueryFixture::prepare(const std::string& sql,
                                               const std::vector<values::Variant>& parameters) {
   sqlite3_stmt* statement = nullptr;
-  if (sqlite3_prepare_v2(database_.get(), sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
+  if (sqlite3_prepare_v2(database_.get(), sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
     throw std::runtime_error(sql + ": " + sqlite3_errmsg(database_.get()));
+  }
   Statement owned(statement);
-  for (std::size_t i = 0; i < parameters.size(); ++i)
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
     bind(statement, static_cast<int>(i) + 1, parameters[i]);
+  }
   return owned;
 }
 
@@ -104,10 +109,11 @@ bool QueryFixture::step(const Statement& statement) {
 
 values::Variant QueryFixture::field(const Translation& query, const Translation::Column& column,
                                     const Statement& row) {
-  if (!column.base)
+  if (!column.base) {
     return decode(
         sqlite3_column_value(row.get(), static_cast<int>(query.sources.size() + column.computed)),
         column.type);
+  }
   const int source = static_cast<int>(column.base->source);
   if (sqlite3_column_type(row.get(), source) == SQLITE_NULL) return {};
   const Statement base =
@@ -123,8 +129,9 @@ std::vector<std::vector<values::Variant>> QueryFixture::rows(const Translation& 
   const Statement statement = prepare(query.sql, query.literals);
   while (step(statement)) {
     result.emplace_back();
-    for (const Translation::Column& column : query.columns)
+    for (const Translation::Column& column : query.columns) {
       result.back().push_back(field(query, column, statement));
+    }
   }
   return result;
 }
@@ -161,8 +168,9 @@ std::string QueryFixture::run(const std::string& text) {
 std::string QueryFixture::fields(const std::string& text) {
   std::string result;
   try {
-    for (const Translation::Column& column : translate(normalize(text), *this).columns)
+    for (const Translation::Column& column : translate(normalize(text), *this).columns) {
       result += (result.empty() ? "" : " ") + column.name + ":" + letterOf(column.type);
+    }
   } catch (const RuntimeError& problem) {
     return "error " + std::to_string(problem.number());
   }
@@ -171,10 +179,12 @@ std::string QueryFixture::fields(const std::string& text) {
 
 void QueryFixture::addIndex(const std::string& table, const std::string& field) {
   const auto& columns = find(table).table->columns;
-  for (std::size_t i = 0; i < columns.size(); ++i)
-    if (columns[i].name == field)
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].name == field) {
       step(prepare("CREATE INDEX \"" + table + field + "\" ON \"" + table + "\" (c" +
                    std::to_string(i) + ")"));
+    }
+  }
 }
 
 int QueryFixture::scans(const std::string& text, const std::string& table) {

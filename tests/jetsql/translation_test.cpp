@@ -290,9 +290,10 @@ TEST_F(TranslationTest, ConditionsReachTheTables) {
            "SELECT Sales.day, Sales.id, Count(Items.id) AS n FROM Sales LEFT JOIN Items "
            "ON Sales.id = Items.s_id GROUP BY Sales.day, Sales.id");
   addIndex("Sales", "day");
-  for (const char* query : {"byDay", "overDay", "twice", "joined"})
+  for (const char* query : {"byDay", "overDay", "twice", "joined"}) {
     EXPECT_EQ(scans(std::string("SELECT * FROM ") + query + " WHERE day = #8/2/2013#", "Sales"), 0)
         << query;
+  }
   EXPECT_EQ(scans("SELECT * FROM byDay WHERE kind = 1", "Sales"), 1);
   // Where a condition leaves one group, it leaves none on a day without rows.
   expectAll({
@@ -334,13 +335,14 @@ TEST_F(TranslationTest, SpellingDoesNotMatter) {
   addQuery("aliased", "SELECT x.day AS e, e AS d, Sum(price) AS s FROM Sales AS x GROUP BY x!Day");
   addQuery("star", "SELECT * FROM plain UNION SELECT * FROM (SELECT * FROM bracketed) AS b");
   addIndex("Sales", "day");
-  for (const char* query : {"plain", "bracketed", "aliased", "star"})
+  for (const char* query : {"plain", "bracketed", "aliased", "star"}) {
     for (const char* condition : {"d = #8/2/2013#", "#2013-08-02# = q.[D]", "(D)=(#2-Aug-2013#)",
                                   "s > 0 And (q!d In (#8/2/13#))"}) {
       const std::string text = "SELECT s FROM " + std::string(query) + " AS q WHERE " + condition;
       EXPECT_EQ(run(text), "25.25") << text;
       EXPECT_EQ(scans(text, "Sales"), 0) << text;
     }
+  }
 
   addQuery("tags", "SELECT id, Left(note, 1) & '.' AS tag FROM Sales");
   addQuery("same", "SELECT id, (LEFT$([Sales].[Note], 1) & \".\") AS tag FROM Sales");
@@ -392,8 +394,9 @@ TEST_F(TranslationTest, RowIdentitiesAndNormalizedTexts) {
   EXPECT_NE(normalize("SELECT [a b] FROM t").key, normalize("SELECT [a  b] FROM t").key);
   EXPECT_FALSE(translate(normalize("SELECT id FROM Sales WHERE id = 1"), *this).exactTextOnly);
   for (const char* shaped : {"SELECT TOP 1 id FROM Sales", "SELECT id FROM Sales ORDER BY 1",
-                             "SELECT id Mod 2 FROM Sales GROUP BY id Mod 2"})
+                             "SELECT id Mod 2 FROM Sales GROUP BY id Mod 2"}) {
     EXPECT_TRUE(translate(normalize(shaped), *this).exactTextOnly) << shaped;
+  }
 }
 
 }  // namespace

@@ -29,8 +29,9 @@ std::optional<std::vector<Piece>> cut(std::string_view text) {
     if (text::isAsciiDigit(text[i])) {
       piece.kind = Piece::Kind::kNumber;
       for (; i < text.size() && text::isAsciiDigit(text[i]) && piece.digits < 5;
-           ++i, ++piece.digits)
+           ++i, ++piece.digits) {
         piece.number = piece.number * 10 + (text[i] - '0');
+      }
     } else if (isLetter(text[i])) {
       piece.kind = Piece::Kind::kWord;
       for (; i < text.size() && isLetter(text[i]); ++i) piece.word += text::lowerAscii(text[i]);
@@ -52,8 +53,9 @@ int monthOf(const std::string& word) {
       "january", "february", "march",     "april",   "may",      "june",
       "july",    "august",   "september", "october", "november", "december"};
   if (word.size() < 3) return 0;
-  for (std::size_t i = 0; i < kMonths.size(); ++i)
+  for (std::size_t i = 0; i < kMonths.size(); ++i) {
     if (kMonths[i].substr(0, word.size()) == word) return static_cast<int>(i) + 1;
+  }
   return 0;
 }
 
@@ -85,8 +87,9 @@ std::optional<values::CivilTime> readDay(std::span<const Piece> pieces) {
                        numbers[yearFirst ? 1 : 0].number);
   }
   if (numbers.size() != 3) return std::nullopt;
-  if (numbers[0].digits > 2)
+  if (numbers[0].digits > 2) {
     return existingDay(numbers[0].number, numbers[1].number, numbers[2].number);
+  }
   const int year = fullYear(numbers[2]);
   const auto monthFirst = existingDay(year, numbers[0].number, numbers[1].number);
   return monthFirst ? monthFirst : existingDay(year, numbers[1].number, numbers[0].number);

@@ -71,8 +71,9 @@ std::vector<std::string> Parser::parameters() {
   if (!tokens_.acceptWord("PARAMETERS")) return names;
   do {
     std::vector<std::string> path{name(error::kParametersSyntax)};
-    while (tokens_.acceptSymbol("!") || tokens_.acceptSymbol("."))
+    while (tokens_.acceptSymbol("!") || tokens_.acceptSymbol(".")) {
       path.push_back(name(error::kParametersSyntax));
+    }
     names.push_back(parameterName(path));
     if (!tokens_.atName()) tokens_.fail(error::kParametersSyntax);
     while (!tokens_.atSymbol(",") && !tokens_.atSymbol(";")) {
@@ -150,12 +151,14 @@ Select Parser::select() {
       more = tokens_.acceptWord("ALL");
     }
   }
-  do result.items.push_back(selectItem());
-  while (tokens_.acceptSymbol(","));
+  do {
+    result.items.push_back(selectItem());
+  } while (tokens_.acceptSymbol(","));
   if (tokens_.atWord("INTO")) tokens_.fail(error::kInvalidOperation);
   if (tokens_.atName() &&
-      !tokens_.atAnyWord({"FROM", "WHERE", "GROUP", "HAVING", "ORDER", "UNION", "PIVOT", "WITH"}))
+      !tokens_.atAnyWord({"FROM", "WHERE", "GROUP", "HAVING", "ORDER", "UNION", "PIVOT", "WITH"})) {
     tokens_.fail(error::kExpressionSyntax);
+  }
   if (tokens_.acceptWord("FROM")) result.from = from();
   clausesAfterFrom(result);
   return result;
@@ -179,8 +182,9 @@ SelectItem Parser::selectItem() {
     tokens_.take();
     return item;
   }
-  if (tokens_.atEnd() || tokens_.atSymbol(",") || tokens_.atWord("FROM"))
+  if (tokens_.atEnd() || tokens_.atSymbol(",") || tokens_.atWord("FROM")) {
     tokens_.fail(error::kSelectSyntax);
+  }
   item.expression = expression();
   if (tokens_.acceptWord("AS")) item.alias = name(error::kSelectSyntax);
   return item;
@@ -188,8 +192,9 @@ SelectItem Parser::selectItem() {
 
 void Parser::clausesAfterFrom(Select& select) {
   if (!select.from.empty() && tokens_.atName() &&
-      !tokens_.atAnyWord({"WHERE", "GROUP", "HAVING", "ORDER", "UNION", "PIVOT", "WITH", "IN"}))
+      !tokens_.atAnyWord({"WHERE", "GROUP", "HAVING", "ORDER", "UNION", "PIVOT", "WITH", "IN"})) {
     tokens_.fail(error::kFromSyntax);
+  }
   if (tokens_.acceptWord("WHERE")) {
     if (tokens_.atEnd()) tokens_.fail(error::kWhereSyntax);
     select.where = expression();
@@ -210,8 +215,9 @@ void Parser::clausesAfterFrom(Select& select) {
 
 std::vector<ExpressionPtr> Parser::expressionList() {
   std::vector<ExpressionPtr> list;
-  do list.push_back(expression());
-  while (tokens_.acceptSymbol(","));
+  do {
+    list.push_back(expression());
+  } while (tokens_.acceptSymbol(","));
   return list;
 }
 

@@ -161,8 +161,9 @@ ExpressionPtr Parser::negatable(ExpressionPtr left, bool negated) {
 }
 
 ExpressionPtr Parser::quantifiedOr(Operator operation, ExpressionPtr left) {
-  if (!tokens_.atAnyWord({"ANY", "SOME", "ALL"}) || !isSymbol(tokens_.peek(1), "("))
+  if (!tokens_.atAnyWord({"ANY", "SOME", "ALL"}) || !isSymbol(tokens_.peek(1), "(")) {
     return makeBinary(operation, std::move(left), arithmeticLevel(0));
+  }
   const bool all = isWord(tokens_.take(), "ALL");
   QueryPtr query = subquery();
   const int below = std::max(left->depth, levelsBelowSubquery());
@@ -175,10 +176,12 @@ ExpressionPtr Parser::arithmeticLevel(std::size_t level) {
   for (;;) {
     const auto& next = tokens_.peek();
     const ArithmeticOperator* found = nullptr;
-    for (const auto& candidate : kArithmetic)
+    for (const auto& candidate : kArithmetic) {
       if (candidate.level == level &&
-          (isSymbol(next, candidate.token) || isWord(next, candidate.token)))
+          (isSymbol(next, candidate.token) || isWord(next, candidate.token))) {
         found = &candidate;
+      }
+    }
     if (found == nullptr) return left;
     tokens_.take();
     left = makeBinary(found->operation, std::move(left), arithmeticLevel(level + 1));
@@ -243,8 +246,9 @@ ExpressionPtr Parser::constant() {
 
 ExpressionPtr Parser::nameOrCall() {
   const bool isCall = tokens_.peek().kind == TokenKind::kWord && isSymbol(tokens_.peek(1), "(");
-  if (isCall && (!isClauseWord(tokens_.peek()) || tokens_.atAnyWord({"LEFT", "RIGHT"})))
+  if (isCall && (!isClauseWord(tokens_.peek()) || tokens_.atAnyWord({"LEFT", "RIGHT"}))) {
     return call(std::string(tokens_.take().text));
+  }
   const std::size_t first = tokens_.position();
   std::vector<std::string> path{name(error::kExpressionSyntax)};
   while (tokens_.atSymbol(".") || tokens_.atSymbol("!")) {

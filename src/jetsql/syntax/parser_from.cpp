@@ -13,8 +13,9 @@ constexpr int kMaxJoins = 60;  // SQLite joins up to 64 tables; the engine 32
 
 std::vector<TableReference> Parser::from() {
   std::vector<TableReference> tables;
-  do tables.push_back(joinedTable());
-  while (tokens_.acceptSymbol(","));
+  do {
+    tables.push_back(joinedTable());
+  } while (tokens_.acceptSymbol(","));
   return tables;
 }
 

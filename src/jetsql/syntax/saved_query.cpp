@@ -80,15 +80,17 @@ class Rebuilder {
  private:
   [[nodiscard]] std::vector<const jet::QueryRow*> all(QueryAttribute attribute) const {
     std::vector<const jet::QueryRow*> found;
-    for (const jet::QueryRow& row : rows_)
+    for (const jet::QueryRow& row : rows_) {
       if (row.attribute == attribute) found.push_back(&row);
+    }
     return found;
   }
 
   [[nodiscard]] std::string parameters() const {
     std::string text;
-    for (const jet::QueryRow* row : all(QueryAttribute::kParameter))
+    for (const jet::QueryRow* row : all(QueryAttribute::kParameter)) {
       text += (text.empty() ? "PARAMETERS " : ", ") + bracketed(textOf(row->name1)) + " Value";
+    }
     return text.empty() ? text : text + "; ";
   }
 
@@ -97,8 +99,9 @@ class Rebuilder {
     std::string text;
     if ((flags & jet::kQueryDistinct) != 0) text += "DISTINCT ";
     if ((flags & jet::kQueryDistinctRow) != 0) text += "DISTINCTROW ";
-    if ((flags & jet::kQueryTop) != 0)
+    if ((flags & jet::kQueryTop) != 0) {
       text += "TOP " + textOf(first(QueryAttribute::kOptions)->name1) + " ";
+    }
     if ((flags & jet::kQueryTop) != 0 && (flags & jet::kQueryTopPercent) != 0) text += "PERCENT ";
     return text;
   }
@@ -112,14 +115,16 @@ class Rebuilder {
       text += (text.empty() ? "" : ", ") + textOf(row->expression) +
               (alias.empty() ? "" : " AS " + bracketed(alias));
     }
-    if (list && (flagOf(QueryAttribute::kOptions) & jet::kQueryAllColumns) != 0)
+    if (list && (flagOf(QueryAttribute::kOptions) & jet::kQueryAllColumns) != 0) {
       text += text.empty() ? "*" : ", *";
+    }
     return text;
   }
 
   [[nodiscard]] std::string withoutAlias(const std::string& column) const {
-    for (const jet::QueryRow* row : all(QueryAttribute::kColumn))
+    for (const jet::QueryRow* row : all(QueryAttribute::kColumn)) {
       if (row->flag == jet::kCrosstabPivot) return textOf(row->expression);
+    }
     return column;
   }
 
@@ -168,8 +173,9 @@ class Rebuilder {
 
   [[nodiscard]] std::string clauses() const {
     std::string text;
-    if (const auto* row = first(QueryAttribute::kWhere))
+    if (const auto* row = first(QueryAttribute::kWhere)) {
       text += " WHERE " + textOf(row->expression);
+    }
     const bool isCrosstab = flagOf(QueryAttribute::kKind) == static_cast<int>(QueryKind::kCrosstab);
     std::string groups;
     for (const jet::QueryRow* row : all(QueryAttribute::kGroupBy)) {
@@ -177,16 +183,18 @@ class Rebuilder {
       groups += (groups.empty() ? " GROUP BY " : ", ") + textOf(row->expression);
     }
     text += groups;
-    if (const auto* row = first(QueryAttribute::kHaving))
+    if (const auto* row = first(QueryAttribute::kHaving)) {
       text += " HAVING " + textOf(row->expression);
+    }
     return text + orderBy();
   }
 
   [[nodiscard]] std::string orderBy() const {
     std::string text;
-    for (const jet::QueryRow* row : all(QueryAttribute::kOrderBy))
+    for (const jet::QueryRow* row : all(QueryAttribute::kOrderBy)) {
       text += (text.empty() ? " ORDER BY " : ", ") + textOf(row->expression) +
               (equalText(textOf(row->name1), "D") ? " DESC" : "");
+    }
     return text;
   }
 
@@ -203,15 +211,18 @@ SavedQuery rebuildQuery(const std::string& name, std::span<const jet::QueryRow> 
   const int number = rebuilder.first(QueryAttribute::kKind) == nullptr
                          ? static_cast<int>(QueryKind::kSelect)
                          : rebuilder.flagOf(QueryAttribute::kKind);
-  if (number < static_cast<int>(QueryKind::kSelect) || number > kLastKind)
+  if (number < static_cast<int>(QueryKind::kSelect) || number > kLastKind) {
     return refused(error::kNoStatement, "is of an unknown kind, " + std::to_string(number) + ".");
+  }
   const auto kind = static_cast<QueryKind>(number);
-  if (kind != QueryKind::kSelect && kind != QueryKind::kCrosstab && kind != QueryKind::kUnion)
+  if (kind != QueryKind::kSelect && kind != QueryKind::kCrosstab && kind != QueryKind::kUnion) {
     return refused(error::kInvalidOperation,
                    "gives no rows that can be read: it is of the kind '" +
                        std::string(kKindNames[static_cast<std::size_t>(number)]) + "'.");
-  if (rebuilder.first(QueryAttribute::kOtherDatabase) != nullptr)
+  }
+  if (rebuilder.first(QueryAttribute::kOtherDatabase) != nullptr) {
     return refused(error::kInvalidOperation, "reads another database by an IN clause.");
+  }
   std::string text;
   if (kind == QueryKind::kSelect) text = rebuilder.select();
   if (kind == QueryKind::kCrosstab) text = rebuilder.crosstab();

@@ -44,8 +44,9 @@ values::Variant number(std::string_view digits) {
   const char* last = digits.data() + digits.size();
   const auto [stop, problem] = std::from_chars(digits.data(), last, whole);
   if (problem == std::errc() && stop == last) {
-    if (whole <= std::numeric_limits<std::int16_t>::max())
+    if (whole <= std::numeric_limits<std::int16_t>::max()) {
       return values::Variant(static_cast<std::int16_t>(whole));
+    }
     return {whole};
   }
   double value = 0;
@@ -146,8 +147,9 @@ void Scanner::scanSymbol() {
     end_ = begin_ + 2;
     return;
   }
-  if (std::string_view("=<>+-*/\\^&(),;.!").find(text_[begin_]) == std::string_view::npos)
+  if (std::string_view("=<>+-*/\\^&(),;.!").find(text_[begin_]) == std::string_view::npos) {
     failSyntax("Syntax error (missing operator)", text_.substr(begin_));
+  }
   end_ = begin_ + 1;
 }
 

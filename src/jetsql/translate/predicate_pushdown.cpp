@@ -62,8 +62,9 @@ Operator mirrored(Operator operation) {
 
 std::optional<FieldPredicate> predicateOf(const Expression& conjunct) {
   std::vector<Expression> operands;
-  for (const Expression& operand : typed::operandsOf(conjunct))
+  for (const Expression& operand : typed::operandsOf(conjunct)) {
     operands.push_back(unconverted(operand));
+  }
   Predicate predicate;
   if (const auto* test = conjunct.as<typed::Comparison>()) {
     if (test->operation == Operator::kNotEqual) return std::nullopt;
@@ -113,14 +114,17 @@ bool isSubquery(const Expression& expression) {
 std::optional<std::vector<std::size_t>> columnsRead(const Expression& expression,
                                                     const typed::Relation& relation) {
   using Columns = std::optional<std::vector<std::size_t>>;
-  if (const auto* literal = expression.as<typed::Literal>())
+  if (const auto* literal = expression.as<typed::Literal>()) {
     return literal->parameter ? Columns() : Columns(std::in_place);
-  if (const auto* field = expression.as<typed::Field>())
+  }
+  if (const auto* field = expression.as<typed::Field>()) {
     return field->relation == &relation ? Columns(std::in_place, 1, field->column) : Columns();
+  }
   const auto* call = expression.as<typed::Call>();
   if ((call != nullptr && !call->function->deterministic) || isSubquery(expression) ||
-      expression.as<typed::Aggregate>() != nullptr)
+      expression.as<typed::Aggregate>() != nullptr) {
     return std::nullopt;
+  }
   Columns columns(std::in_place);
   for (const Expression& operand : typed::operandsOf(expression)) {
     const Columns read = columnsRead(operand, relation);
@@ -133,9 +137,11 @@ std::optional<std::vector<std::size_t>> columnsRead(const Expression& expression
 void pushInto(typed::Query& query, std::size_t column, const Predicate& predicate);
 
 void pushThrough(typed::Select& select, const typed::Field& field, const Predicate& predicate) {
-  for (const auto& relation : select.relations)
-    if (relation.get() == field.relation && relation->query != nullptr)
+  for (const auto& relation : select.relations) {
+    if (relation.get() == field.relation && relation->query != nullptr) {
       pushInto(*relation->query, field.column, predicate);
+    }
+  }
 }
 
 // Rows of a computed value may be found by an index of the expression. The missing side of an outer
@@ -175,17 +181,20 @@ bool comparesAlike(values::VariantType part, values::VariantType whole) {
 
 void pushInto(typed::Query& query, std::size_t column, const Predicate& predicate) {
   if (query.crosstab) return;
-  for (typed::Select& select : query.selects)
-    if (comparesAlike(select.outputs[column].value.type(), query.columns[column].type))
+  for (typed::Select& select : query.selects) {
+    if (comparesAlike(select.outputs[column].value.type(), query.columns[column].type)) {
       pushInto(select, column, predicate);
+    }
+  }
 }
 
 }  // namespace
 
 void pushDown(typed::Select& select) {
   std::vector<FieldPredicate> predicates;
-  for (const typed::Expression& condition : select.conditions)
+  for (const typed::Expression& condition : select.conditions) {
     collectConjuncts(condition, predicates);
+  }
   for (const FieldPredicate& found : predicates) pushThrough(select, found.field, found.predicate);
 }
 

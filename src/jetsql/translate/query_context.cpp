@@ -15,8 +15,9 @@ std::optional<std::size_t> columnOf(const typed::Relation& relation,
   const std::string field =
       path.size() == 2 && !qualified ? path.front() + "." + path.back() : path.back();
   const auto columns = relation.columns();
-  for (std::size_t column = 0; column < columns.size(); ++column)
+  for (std::size_t column = 0; column < columns.size(); ++column) {
     if (equalText(columns[column].name, field)) return column;
+  }
   return std::nullopt;
 }
 
@@ -28,11 +29,12 @@ std::optional<FoundColumn> findColumn(const Scope& scope, const std::vector<std:
     for (typed::Relation* relation : around->relations) {
       const auto column = columnOf(*relation, path);
       if (!column) continue;
-      if (found)
+      if (found) {
         throw RuntimeError(error::kAmbiguousName,
                            "The specified field '" + path.back() +
                                "' could refer to more than one table listed in the FROM clause "
                                "of your SQL statement.");
+      }
       found = FoundColumn{around, relation, *column};
     }
     if (found) return found;

@@ -18,8 +18,9 @@ constexpr std::size_t kMaxExpansions = 400;
 
 std::vector<CatalogueColumn> columnsOf(const typed::Select& select) {
   std::vector<CatalogueColumn> columns;
-  for (const typed::Output& output : select.outputs)
+  for (const typed::Output& output : select.outputs) {
     columns.push_back({output.name, output.value.type()});
+  }
   return columns;
 }
 
@@ -51,12 +52,14 @@ typed::Query Resolver::unionOf(const Query& query, const QueryContext& context) 
     result.selects.push_back(SelectResolver(*this, select, context.outer).take());
     const typed::Select& part = result.selects.back();
     if (result.columns.empty()) result.columns = columnsOf(part);
-    if (part.outputs.size() != result.columns.size())
+    if (part.outputs.size() != result.columns.size()) {
       throw RuntimeError(error::kUnionWidth,
                          "The number of columns in the selected tables or queries of a union "
                          "query do not match.");
-    for (std::size_t i = 0; i < part.outputs.size(); ++i)
+    }
+    for (std::size_t i = 0; i < part.outputs.size(); ++i) {
       result.columns[i].type = commonType(result.columns[i].type, part.outputs[i].value.type());
+    }
   }
   if (context.keepsOrder) unionOrder(query, result);
   return result;
@@ -67,8 +70,9 @@ void Resolver::unionOrder(const Query& query, typed::Query& result) {
   for (const OrderItem& item : query.orderBy) {
     std::size_t column = result.columns.size();
     if (const auto* name = item.expression->as<Name>()) {
-      for (std::size_t i = result.columns.size(); i-- > 0;)
+      for (std::size_t i = result.columns.size(); i-- > 0;) {
         if (equalText(result.columns[i].name, name->path.back())) column = i;
+      }
     } else if (const auto* literal = item.expression->as<Literal>()) {
       column = static_cast<std::size_t>(toLong(literal->value)) - 1;
     }
@@ -83,10 +87,12 @@ void Resolver::unionOrder(const Query& query, typed::Query& result) {
 typed::Query Resolver::savedQuery(const SavedQuery& query, const QueryContext& context) {
   if (query.refusal != 0) throw RuntimeError(query.refusal, query.reason);
   const std::string name = text::lowerCase(query.name);
-  if (std::find(expanding_.begin(), expanding_.end(), name) != expanding_.end())
+  if (std::find(expanding_.begin(), expanding_.end(), name) != expanding_.end()) {
     throw RuntimeError(error::kCircularQuery, "Circular reference caused by '" + query.name + "'.");
-  if (++expansions_ > kMaxExpansions)
+  }
+  if (++expansions_ > kMaxExpansions) {
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
+  }
   expanding_.push_back(name);
   // Its literals are not among those of the text whose literals become parameters.
   const bool around = std::exchange(parameterizes_, false);
@@ -117,9 +123,10 @@ void Resolver::failWhereUnknown() const {
 }
 
 void Resolver::enterAlias(const Expression& target, const std::string& alias) {
-  if (std::find(aliases_.begin(), aliases_.end(), &target) != aliases_.end())
+  if (std::find(aliases_.begin(), aliases_.end(), &target) != aliases_.end()) {
     throw RuntimeError(error::kCircularAlias, "Circular reference caused by alias '" + alias +
                                                   "' in query definition's SELECT list.");
+  }
   aliases_.push_back(&target);
 }
 

@@ -48,10 +48,11 @@ typed::Expression switchCase(std::vector<typed::Expression>& values) {
 typed::Expression choose(std::vector<typed::Expression>& values) {
   const VariantType type = unifyTypes(std::span(values).subspan(1));
   typed::Case made{converted(values[0], VariantType::kLong), {}, {}};
-  for (std::size_t i = 1; i < values.size(); ++i)
+  for (std::size_t i = 1; i < values.size(); ++i) {
     made.branches.push_back(
         {{VariantType::kLong, typed::Literal{static_cast<std::int32_t>(i), std::nullopt}},
          values[i]});
+  }
   return {type, std::move(made)};
 }
 
@@ -129,9 +130,10 @@ typed::Expression ExpressionResolver::node(const Call& call, const Expression&) 
   if (const DomainFunction* function = findDomainFunction(call.function))
     return domain(*function, call);
   const Function* function = findFunction(call.function);
-  if (function == nullptr)
+  if (function == nullptr) {
     throw RuntimeError(error::kUnknownFunction,
                        "Undefined function '" + call.function + "' in expression.");
+  }
   const int count = static_cast<int>(call.arguments.size());
   if (count < function->minArguments || count > function->maxArguments) failArgumentCount(call);
   std::vector<typed::Expression> values = list(call.arguments);
@@ -172,9 +174,10 @@ typed::Expression ExpressionResolver::domainValue(const Name& name) const {
 
 typed::Expression ExpressionResolver::aggregate(const Call& call) const {
   const typed::AggregateKind kind = *aggregateOf(call);
-  if (context_.aggregateError != 0)
+  if (context_.aggregateError != 0) {
     throw RuntimeError(context_.aggregateError,
                        "Cannot have aggregate function in this place (" + call.function + ").");
+  }
   if (call.arguments.size() != 1) failArgumentCount(call);
   if (call.arguments.front()->as<Star>() != nullptr) {
     if (kind != typed::AggregateKind::kCount) failArgumentCount(call);

@@ -26,9 +26,10 @@ std::string headingName(const values::Variant& heading) {
 
 typed::Query Resolver::crosstab(const Query& query, const QueryContext& context) {
   const Select& select = query.selects.front();
-  if (select.groupBy.empty() || !containsAggregate(*query.crosstab->value))
+  if (select.groupBy.empty() || !containsAggregate(*query.crosstab->value)) {
     throw RuntimeError(error::kTransformSyntax,
                        "Syntax error in TRANSFORM statement: it needs an aggregate and GROUP BY.");
+  }
   const bool around = std::exchange(parameterizes_, false);
   SelectResolver rows(*this, select, context.outer);
   const typed::Expression pivot = rows.plain(*query.crosstab->pivot);
@@ -42,10 +43,12 @@ typed::Query Resolver::crosstab(const Query& query, const QueryContext& context)
   parameterizes_ = around;
 
   typed::Query result;
-  for (const typed::Output& output : rows.select().outputs)
+  for (const typed::Output& output : rows.select().outputs) {
     result.columns.push_back({output.name, output.value.type()});
-  for (const auto& cell : crosstab.cells)
+  }
+  for (const auto& cell : crosstab.cells) {
     result.columns.push_back({cell.name, crosstab.value.type()});
+  }
   result.selects.push_back(rows.take());
   result.crosstab = std::move(crosstab);
   return result;
@@ -57,9 +60,10 @@ std::vector<values::Variant> Resolver::headings(const Crosstab& crosstab, const 
   std::vector<values::Variant> values;
   for (const ExpressionPtr& heading : crosstab.headings) {
     const auto* literal = heading->as<Literal>();
-    if (literal == nullptr)
+    if (literal == nullptr) {
       throw RuntimeError(error::kTransformSyntax,
                          "Syntax error in TRANSFORM statement: a heading of PIVOT is no constant.");
+    }
     values.push_back(literal->value);
   }
   if (values.empty()) {
@@ -67,9 +71,10 @@ std::vector<values::Variant> Resolver::headings(const Crosstab& crosstab, const 
     dataDependent_ = true;
     values = catalogue_.values(SqlWriter(catalogue_).distinctValues(rows, pivot));
   }
-  if (values.size() + rows.outputs.size() > kMaxColumns)
+  if (values.size() + rows.outputs.size() > kMaxColumns) {
     throw RuntimeError(error::kTooManyFields, "Too many fields defined: the crosstab has " +
                                                   std::to_string(values.size()) + " headings.");
+  }
   return values;
 }
 

@@ -39,6 +39,7 @@ typed::Expression operation(Operator operation, std::vector<typed::Expression> o
   const auto* name = std::ranges::find(kOperatorNames, operation, &OperatorName::operation);
   const Function* function = findOperator(name->function);
   std::vector<VariantType> types;
+  types.reserve(operands.size());
   for (const typed::Expression& operand : operands) types.push_back(operand.type());
   return {function->resultType(types), typed::Operation{function, std::move(operands)}};
 }
@@ -64,8 +65,9 @@ typed::Expression ExpressionResolver::resolve(const Expression& expression) cons
     ExpressionContext plain = context_;
     plain.groups = nullptr;
     typed::Expression whole = ExpressionResolver(resolver_, plain).ungrouped(expression);
-    for (const typed::Group& group : *context_.groups)
+    for (const typed::Group& group : *context_.groups) {
       if (group.value == whole) return whole;
+    }
   }
   return ungrouped(expression);
 }
@@ -91,11 +93,12 @@ typed::Expression ExpressionResolver::node(const Name& name, const Expression& e
             typed::Field{found->relation, found->column}};
   }
   if (auto value = aliased(name)) return value;
-  if (found)
+  if (found) {
     throw RuntimeError(error::kNotGrouped,
                        "You tried to execute a query that does not include the specified "
                        "expression '" +
                            expression.source + "' as part of an aggregate function.");
+  }
   const std::string word = text::lowerCase(expression.source);
   if (word == "yes" || word == "on") return constant(true);
   if (word == "no" || word == "off") return constant(false);
@@ -122,8 +125,9 @@ typed::Expression ExpressionResolver::node(const Star&, const Expression&) const
 
 typed::Expression ExpressionResolver::node(const Unary& unary, const Expression&) const {
   typed::Expression operand = resolve(*unary.operand);
-  if (unary.operation == Operator::kNot && isTruth(operand))
+  if (unary.operation == Operator::kNot && isTruth(operand)) {
     return yesNo(typed::Not{std::move(operand)});
+  }
   return operation(unary.operation, {std::move(operand)});
 }
 
@@ -132,11 +136,13 @@ typed::Expression ExpressionResolver::node(const Unary& unary, const Expression&
 typed::Expression ExpressionResolver::node(const Binary& binary, const Expression&) const {
   typed::Expression left = resolve(*binary.left);
   typed::Expression right = resolve(*binary.right);
-  if (isComparison(binary.operation))
+  if (isComparison(binary.operation)) {
     return comparison(binary.operation, std::move(left), std::move(right), context_.mismatch);
+  }
   const bool junction = binary.operation == Operator::kAnd || binary.operation == Operator::kOr;
-  if (junction && isTruth(left) && isTruth(right))
+  if (junction && isTruth(left) && isTruth(right)) {
     return yesNo(typed::Junction{binary.operation, std::move(left), std::move(right)});
+  }
   return operation(binary.operation, {std::move(left), std::move(right)});
 }
 
@@ -196,10 +202,11 @@ std::vector<typed::Expression> ExpressionResolver::list(
 typed::QueryPtr ExpressionResolver::oneColumn(const Query& query) const {
   auto result = std::make_shared<const typed::Query>(
       resolver_.query(query, {.outer = context_.scope, .keepsOrder = true}));
-  if (result->columns.size() != 1)
+  if (result->columns.size() != 1) {
     throw RuntimeError(error::kSubqueryFields,
                        "You have written a subquery that can return more than one field without "
                        "using the EXISTS reserved word.");
+  }
   return result;
 }
 

@@ -14,8 +14,9 @@ void SelectResolver::from() {
 
 typed::FromItem SelectResolver::item(const TableReference& table, bool keepsOrder) {
   if (const auto* join = std::get_if<Join>(&table.node)) return this->join(*join);
-  if (const auto* derived = std::get_if<DerivedTable>(&table.node))
+  if (const auto* derived = std::get_if<DerivedTable>(&table.node)) {
     return this->derived(*derived, keepsOrder);
+  }
   return this->table(std::get<NamedTable>(table.node), keepsOrder);
 }
 
@@ -53,11 +54,13 @@ typed::FromItem SelectResolver::derived(const DerivedTable& table, bool keepsOrd
 }
 
 typed::FromItem SelectResolver::add(std::unique_ptr<typed::Relation> relation) {
-  for (const auto& other : result_.relations)
-    if (!relation->name.empty() && equalText(other->name, relation->name))
+  for (const auto& other : result_.relations) {
+    if (!relation->name.empty() && equalText(other->name, relation->name)) {
       throw RuntimeError(
           error::kNameTwiceInFrom,
           "Cannot join more than one table with the same name (" + relation->name + ").");
+    }
+  }
   scope_.relations.push_back(relation.get());
   result_.relations.push_back(std::move(relation));
   return {result_.relations.size() - 1};

@@ -15,10 +15,12 @@ constexpr std::size_t kFirstExpressionNumber = 1000;  // Expr1000, Expr1001, ...
 
 bool isGrouped(const Select& select) {
   if (!select.groupBy.empty()) return true;
-  for (const SelectItem& item : select.items)
+  for (const SelectItem& item : select.items) {
     if (item.expression && containsAggregate(*item.expression)) return true;
-  for (const OrderItem& item : select.orderBy)
+  }
+  for (const OrderItem& item : select.orderBy) {
     if (containsAggregate(*item.expression)) return true;
+  }
   return select.having && containsAggregate(*select.having);
 }
 
@@ -43,9 +45,10 @@ SelectResolver::SelectResolver(Resolver& resolver, const Select& select, const S
   }
   outputs(context);
   if (select.having) {
-    if (!result_.grouped)
+    if (!result_.grouped) {
       throw RuntimeError(error::kHavingWithoutGroups, "HAVING clause (" + select.having->source +
                                                           ") without grouping or aggregation.");
+    }
     result_.having = condition(*select.having, context);
   }
   order(context);
@@ -79,9 +82,10 @@ void SelectResolver::whereAndGroups() {
     if (source_.from.empty()) failWithoutFrom();
     result_.conditions.push_back(condition(*source_.where, {.scope = &scope_}));
   }
-  for (const ExpressionPtr& group : source_.groupBy)
+  for (const ExpressionPtr& group : source_.groupBy) {
     result_.groups.push_back(
         {resolve(*group, {.scope = &scope_, .aggregateError = error::kAggregateInGroupBy})});
+  }
 }
 
 void SelectResolver::outputs(const ExpressionContext& context) {
@@ -101,8 +105,9 @@ void SelectResolver::outputs(const ExpressionContext& context) {
 void SelectResolver::distinctRow() {
   const auto isRead = [](const auto& relation) { return relation->read; };
   if (std::all_of(result_.relations.begin(), result_.relations.end(), isRead)) return;
-  for (const auto& relation : result_.relations)
+  for (const auto& relation : result_.relations) {
     if (relation->read) result_.identities.push_back(relation.get());
+  }
 }
 
 void SelectResolver::field(const SelectItem& item, const ExpressionContext& context) {
@@ -125,16 +130,18 @@ void SelectResolver::field(const SelectItem& item, const ExpressionContext& cont
 }
 
 void SelectResolver::addStar(const std::string& table) {
-  if (result_.grouped)
+  if (result_.grouped) {
     throw RuntimeError(error::kGroupOnStar, "Cannot group on fields selected with '*'.");
+  }
   bool found = false;
   for (const auto& relation : result_.relations) {
     if (!table.empty() && !equalText(relation->name, table)) continue;
     found = relation->read = true;
     const auto columns = relation->columns();
-    for (std::size_t i = 0; i < columns.size(); ++i)
+    for (std::size_t i = 0; i < columns.size(); ++i) {
       result_.outputs.push_back(
           {columns[i].name, false, true, {columns[i].type, typed::Field{relation.get(), i}}});
+    }
   }
   if (found) return;
   if (table.empty()) failWithoutFrom();
@@ -146,12 +153,16 @@ void SelectResolver::addStar(const std::string& table) {
 void SelectResolver::nameDoubles() {
   auto& outputs = result_.outputs;
   std::vector<bool> doubled(outputs.size());
-  for (std::size_t i = 0; i < outputs.size(); ++i)
-    for (std::size_t j = i + 1; j < outputs.size(); ++j)
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    for (std::size_t j = i + 1; j < outputs.size(); ++j) {
       if (equalText(outputs[i].name, outputs[j].name)) doubled[i] = doubled[j] = true;
-  for (std::size_t i = 0; i < outputs.size(); ++i)
-    if (doubled[i] && !outputs[i].aliased && outputs[i].isField)
+    }
+  }
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    if (doubled[i] && !outputs[i].aliased && outputs[i].isField) {
       outputs[i].name.insert(0, outputs[i].value.as<typed::Field>()->relation->name + ".");
+    }
+  }
 }
 
 void SelectResolver::order(const ExpressionContext& context) {
@@ -159,10 +170,11 @@ void SelectResolver::order(const ExpressionContext& context) {
     typed::Expression value = orderValue(*item.expression, context);
     if (result_.duplicates == Select::Duplicates::kDistinct &&
         std::none_of(result_.outputs.begin(), result_.outputs.end(),
-                     [&](const typed::Output& output) { return output.value == value; }))
+                     [&](const typed::Output& output) { return output.value == value; })) {
       throw RuntimeError(
           error::kOrderConflictsWithDistinct,
           "ORDER BY clause (" + item.expression->source + ") conflicts with DISTINCT.");
+    }
     result_.order.push_back({std::move(value), item.descending});
   }
 }
@@ -174,9 +186,10 @@ typed::Expression SelectResolver::orderValue(const Expression& by,
   if (literal == nullptr || !literal->number) return resolve(by, context);
   const int ordinal =
       literal->value.type() == values::VariantType::kText ? 0 : toLong(literal->value);
-  if (ordinal < 1 || static_cast<std::size_t>(ordinal) > result_.outputs.size())
+  if (ordinal < 1 || static_cast<std::size_t>(ordinal) > result_.outputs.size()) {
     throw RuntimeError(error::kOrderBySyntax, "Syntax error in ORDER BY clause: no column " +
                                                   toText(literal->value) + ".");
+  }
   return result_.outputs[static_cast<std::size_t>(ordinal) - 1].value;
 }
 

@@ -48,8 +48,9 @@ std::vector<TypedSql> operandsOf(std::string_view chain, const TypedSql& left,
 std::string concatenation(std::span<const TypedSql> operands) {
   constexpr std::size_t kMaxOperands = 100;  // SQLite takes only so deep an expression
   const auto isLiteral = [](const TypedSql& operand) { return operand.literal; };
-  if (operands.size() > kMaxOperands || std::none_of(operands.begin(), operands.end(), isLiteral))
+  if (operands.size() > kMaxOperands || std::none_of(operands.begin(), operands.end(), isLiteral)) {
     return {};
+  }
   std::vector<std::string> parts;
   for (const TypedSql& operand : operands) {
     const std::string text = convertTo(operand, VariantType::kText).text;
@@ -84,8 +85,9 @@ std::string quotedName(std::string_view name) {
 }
 
 std::string quotedText(std::string_view text) {
-  if (text.find('\0') != std::string_view::npos)
+  if (text.find('\0') != std::string_view::npos) {
     return "CAST(" + hexText(text.data(), text.size()) + " AS TEXT)";
+  }
   std::string quoted = "'";
   for (const char c : text) quoted += c == '\'' ? std::string("''") : std::string(1, c);
   return quoted + "'";
@@ -157,10 +159,12 @@ TypedSql convertTo(const TypedSql& sql, VariantType type) {
   if (sql.type == VariantType::kNull || type == VariantType::kNull) return {sql.text, type};
   // Whole numbers of more bits, and amounts from whole numbers, need no call.
   if (isWholeNumber(sql.type) && isWholeNumber(type) && sql.type < type &&
-      type != VariantType::kByte)
+      type != VariantType::kByte) {
     return {valueOf(sql), type};
-  if (isWholeNumber(sql.type) && type == VariantType::kCurrency)
+  }
+  if (isWholeNumber(sql.type) && type == VariantType::kCurrency) {
     return {"(" + valueOf(sql) + " * 10000)", type};  // 32 bits cannot overflow
+  }
   return {callText("convert", type, std::array{sql}), type};
 }
 

@@ -10,8 +10,9 @@ namespace jetsql {
 RelationNames namesUnder(const std::string& alias, const typed::Relation& relation) {
   RelationNames names;
   if (relation.table != nullptr) names.rowid = alias + ".rowid";
-  for (std::size_t i = 0; i < relation.columns().size(); ++i)
+  for (std::size_t i = 0; i < relation.columns().size(); ++i) {
     names.columns.push_back(alias + ".c" + std::to_string(i));
+  }
   return names;
 }
 
@@ -19,8 +20,9 @@ Translation SqlWriter::statement(const typed::Query& query) {
   if (query.selects.size() == 1 && !query.crosstab) return rows(query.selects.front());
   Translation result;
   result.sql = this->query(query);
-  for (const CatalogueColumn& column : query.columns)
+  for (const CatalogueColumn& column : query.columns) {
     result.columns.push_back({column.name, column.type, std::nullopt, result.computedCount++});
+  }
   return result;
 }
 
@@ -39,8 +41,9 @@ Translation SqlWriter::rows(const typed::Select& select) {
   std::vector<std::string> projection;
   for (const typed::Output& output : select.outputs) {
     const typed::Field* field = sourceOf(output);
-    if (field == nullptr || !position.emplace(field->relation, result.sources.size()).second)
+    if (field == nullptr || !position.emplace(field->relation, result.sources.size()).second) {
       continue;
+    }
     result.sources.push_back({field->relation->table, field->relation->name});
     projection.push_back(names(field->relation).rowid);
   }
@@ -91,11 +94,12 @@ std::string SqlWriter::unionOf(const typed::Query& query) {
     sql += unionPart(query, query.selects[i]);
   }
   std::vector<std::string> terms;
-  for (const typed::UnionOrder& order : query.order)
+  for (const typed::UnionOrder& order : query.order) {
     terms.push_back(
         std::to_string(order.column + 1) +
         (query.columns[order.column].type == values::VariantType::kText ? " COLLATE JET" : "") +
         (order.descending ? " DESC" : ""));
+  }
   return sql + clause("ORDER BY", joined(terms, ", "));
 }
 
@@ -106,7 +110,7 @@ std::string SqlWriter::unionPart(const typed::Query& query, const typed::Select&
     const TypedSql value = convertTo(writer.outputs()[i], query.columns[i].type);
     values.push_back(collated({valueOf(value), value.type}));
   }
-  const std::string sql = writer.sql(values, true);
+  std::string sql = writer.sql(values, true);
   if (!select.top && select.order.empty()) return sql;
   return "SELECT " + numberedColumns("c", values.size()) + " FROM (" + sql + ")";
 }

@@ -11,8 +11,9 @@ using values::VariantType;
 
 // SQLite adds whole numbers of 32 bits exactly; Jet's sum of them is a Double.
 TypedSql sumOf(const TypedSql& argument, VariantType type, const std::string& filter) {
-  if (type == VariantType::kDouble)
+  if (type == VariantType::kDouble) {
     return {"CAST(SUM(" + argument.text + ")" + filter + " AS REAL)", type};
+  }
   if (type == VariantType::kCurrency) return {"SUM(" + argument.text + ")" + filter, type};
   return {callText("sum", type, std::array{argument}) + filter, type};
 }
@@ -36,8 +37,9 @@ TypedSql ExpressionWriter::node(const typed::Call& call, Type type) const {
 TypedSql ExpressionWriter::node(const typed::Case& choice, Type type) const {
   std::string sql = "CASE";
   if (choice.selector) sql += " " + value(choice.selector).text;
-  for (const typed::Case::Branch& branch : choice.branches)
+  for (const typed::Case::Branch& branch : choice.branches) {
     sql += " WHEN " + conditionOf(write(branch.when)) + " THEN " + value(branch.then).text;
+  }
   if (choice.otherwise) sql += " ELSE " + value(choice.otherwise).text;
   return {sql + " END", type};
 }

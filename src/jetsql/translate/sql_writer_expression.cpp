@@ -80,8 +80,9 @@ TypedSql ExpressionWriter::node(const typed::InQuery& test, Type) const {
   const std::string left = collated(value(test.value));
   std::string rows = writer_.subquery(*test.query);
   writer_.columnOf(test.query.get()) = "c0";
-  if (test.column.as<typed::SubqueryColumn>() == nullptr)
+  if (test.column.as<typed::SubqueryColumn>() == nullptr) {
     rows = "SELECT " + value(test.column).text + " FROM (" + rows + ")";
+  }
   return truth(left + (test.negated ? " NOT IN (" : " IN (") + rows + ")");
 }
 

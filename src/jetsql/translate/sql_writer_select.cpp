@@ -11,8 +11,9 @@ namespace {
 
 // SQLite would take a whole number after GROUP BY or ORDER BY for the number of a column.
 std::string sortKey(const TypedSql& sql) {
-  if (sql.text.find_first_not_of("-0123456789") == std::string::npos)
+  if (sql.text.find_first_not_of("-0123456789") == std::string::npos) {
     return "CAST(" + sql.text + " AS INTEGER)";
+  }
   return collated(sql);
 }
 
@@ -38,12 +39,14 @@ SelectWriter::SelectWriter(SqlWriter& writer, const typed::Select& select)
   auto from = FromWriter(writer, select).write();
   from_ = std::move(from.sql);
   conditions_ = std::move(from.conditions);
-  for (const typed::Expression& condition : select.conditions)
+  for (const typed::Expression& condition : select.conditions) {
     conditions_.push_back(conditionOf(expressions.write(condition)));
+  }
   for (const typed::Group& group : select.groups) groups_.push_back(expressions.write(group.value));
   const ExpressionWriter guarded(writer, {}, ExpressionWriter::Constants::kEveryRow);
-  for (const typed::Output& output : select.outputs)
+  for (const typed::Output& output : select.outputs) {
     outputs_.push_back((isGuarded(output) ? guarded : expressions).write(output.value));
+  }
   if (select.having) having_ = conditionOf(expressions.write(select.having));
   for (const typed::Order& order : select.order) order_.push_back(expressions.write(order.value));
   for (const typed::IndexedLookup& lookup : select.lookups) lookUp(lookup);
@@ -68,10 +71,12 @@ void SelectWriter::lookUp(const typed::IndexedLookup& lookup) {
   conditions_.push_back(key.text + " = " + valueOf(expressions.write(lookup.value)));
   conditions_.push_back(writer_.names(relation).rowid + " = " + alias + ".row");
   if (select_.grouped) return;
-  for (std::size_t i = 0; i < outputs_.size(); ++i)
+  for (std::size_t i = 0; i < outputs_.size(); ++i) {
     if (select_.outputs[i].value == lookup.expression) outputs_[i] = key;
-  for (std::size_t i = 0; i < order_.size(); ++i)
+  }
+  for (std::size_t i = 0; i < order_.size(); ++i) {
     if (select_.order[i].value == lookup.expression) order_[i] = key;
+  }
 }
 
 std::vector<std::string> SelectWriter::values() const {
@@ -103,8 +108,9 @@ std::vector<std::string> SelectWriter::identities() const {
       terms.push_back(names.rowid);
       continue;
     }
-    for (std::size_t i = 0; i < names.columns.size(); ++i)
+    for (std::size_t i = 0; i < names.columns.size(); ++i) {
       terms.push_back(collated({names.columns[i], relation->columns()[i].type}));
+    }
   }
   return terms;
 }
@@ -113,16 +119,18 @@ std::vector<std::string> SelectWriter::identities() const {
 // would be a row where there is none.
 std::vector<std::string> SelectWriter::groupTerms() const {
   std::vector<std::string> terms = identities();
-  for (std::size_t i = 0; i < groups_.size(); ++i)
+  for (std::size_t i = 0; i < groups_.size(); ++i) {
     if (!select_.groups[i].isFixed) terms.push_back(sortKey(groups_[i]));
+  }
   if (terms.empty() && !groups_.empty()) terms.push_back(sortKey(groups_.front()));
   return terms;
 }
 
 std::vector<std::string> SelectWriter::orderTerms() const {
   std::vector<std::string> terms;
-  for (std::size_t i = 0; i < order_.size(); ++i)
+  for (std::size_t i = 0; i < order_.size(); ++i) {
     terms.push_back(sortKey(order_[i]) + (select_.order[i].descending ? " DESC" : ""));
+  }
   return terms;
 }
 
@@ -131,12 +139,15 @@ std::string SelectWriter::sql(const std::vector<std::string>& columns, bool keep
   const std::vector<std::string> terms = orderTerms();
   const bool ranks = select_.top && (!terms.empty() || select_.topIsPercent);
   std::vector<std::string> list;
-  for (std::size_t i = 0; i < columns.size(); ++i)
+  for (std::size_t i = 0; i < columns.size(); ++i) {
     list.push_back(columns[i] + " AS c" + std::to_string(i));
+  }
   if (list.empty()) list.emplace_back("NULL AS c0");
-  if (ranks && !distinct)
-    for (std::size_t i = 0; i < order_.size(); ++i)
+  if (ranks && !distinct) {
+    for (std::size_t i = 0; i < order_.size(); ++i) {
       list.push_back(valueOf(order_[i]) + " AS o" + std::to_string(i));
+    }
+  }
 
   std::string sql = std::string(distinct ? "SELECT DISTINCT " : "SELECT ") + joined(list, ", ") +
                     clause("FROM", from_) + clause("WHERE", joined(conditions_, " AND ")) +

@@ -12,12 +12,17 @@ namespace {
 
 // The text as the name of a table or saved query: without blanks, brackets and the last semicolon.
 std::string trimmedName(std::string_view text) {
-  while (!text.empty() && std::string_view(" \t\r\n;").find(text.back()) != std::string_view::npos)
+  while (!text.empty() &&
+         std::string_view(" \t\r\n;").find(text.back()) != std::string_view::npos) {
     text.remove_suffix(1);
-  while (!text.empty() && std::string_view(" \t\r\n").find(text.front()) != std::string_view::npos)
+  }
+  while (!text.empty() &&
+         std::string_view(" \t\r\n").find(text.front()) != std::string_view::npos) {
     text.remove_prefix(1);
-  if (text.size() > 1 && text.front() == '[' && text.back() == ']')
+  }
+  if (text.size() > 1 && text.front() == '[' && text.back() == ']') {
     text = text.substr(1, text.size() - 2);
+  }
   return std::string(text);
 }
 
@@ -38,9 +43,10 @@ Translation translate(NormalizedQuery text, Catalogue& catalogue, ColumnErrors e
     translation.exactTextOnly = true;  // a number in the name of a table is no literal
     return translation;
   }
-  if (!beginsStatement(text.text))
+  if (!beginsStatement(text.text)) {
     throw RuntimeError(error::kUnknownTable,
                        "Could not find the input table or query '" + asName + "'.");
+  }
   const QueryPtr query = parseQuery(text);
   Translation translation = translateTree(*query, catalogue, errors);
   translation.exactTextOnly = query->notParameterizable;

@@ -106,14 +106,16 @@ typed::Expression inList(typed::Expression value, std::span<const typed::Express
 }
 
 typed::Expression unconverted(typed::Expression expression) {
-  while (const auto* conversion = expression.as<typed::Conversion>())
+  while (const auto* conversion = expression.as<typed::Conversion>()) {
     expression = typed::Expression(conversion->operand);
+  }
   return expression;
 }
 
 void requireCondition(const typed::Expression& expression) {
-  if (expression.type() == VariantType::kText || expression.type() == VariantType::kBinary)
+  if (expression.type() == VariantType::kText || expression.type() == VariantType::kBinary) {
     failMismatch(error::kCriteriaTypeMismatch);
+  }
 }
 
 }  // namespace jetsql
