@@ -26,7 +26,7 @@ std::string countsText(const job::JobVerdict& verdict) {
     text += std::string(kind.name) + " " + extract::groupedText(kind.records);
     text += kind.box == kSettlement ? ui::text::kDays : ui::text::kRecords;
   }
-  return text + ". " + ui::text::kNotSentYet;
+  return text + ".\n" + ui::text::kNotSentYet;
 }
 
 // The first failure, and where all of them stand.
@@ -178,7 +178,7 @@ void FrmQuenbrook::begin(ui::Work work) {
   work_ = work;
   closeWhenDone_ = false;
   view_.setWork(work);
-  view_.setVerdict(ui::Verdict::kNone, "");
+  view_.setVerdict(ui::Verdict::kNone, work == ui::Work::kTransfer ? ui::text::kSending : "");
 }
 
 void FrmQuenbrook::end(ui::Verdict verdict, const std::string& text) {

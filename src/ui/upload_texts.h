@@ -32,6 +32,7 @@ constexpr const char* kRecords = "건";
 constexpr const char* kDays = "일";
 constexpr const char* kOthers = " 외 ";
 constexpr const char* kJobLog = "작업 기록: ";
+constexpr const char* kSending = "본사로 보내는 중입니다.";
 constexpr const char* kTransferPassed = "모두 본사로 보냈습니다.";
 constexpr const char* kTransferFailed = "보내지 못한 자료가 있습니다. ";
 constexpr const char* kWaiting = "전송 대기 ";

@@ -182,7 +182,7 @@ TEST_F(FrmQuenbrookTest, AJobIsNotStartedTwiceAndAsksBeforeItIsClosed) {
   view.whileYielding = [] {};
   driver.passes = true;
   form.cmdStart_Click();
-  EXPECT_EQ(view.verdict, "매출 1,204건, 결산 3일. 본사에는 아직 보내지 않았습니다.");
+  EXPECT_EQ(view.verdict, "매출 1,204건, 결산 3일.\n본사에는 아직 보내지 않았습니다.");
   form.cmdEnd_Click();
   EXPECT_TRUE(view.closed);
 }

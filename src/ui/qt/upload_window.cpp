@@ -143,11 +143,15 @@ void UploadWindow::setWork(Work work) {
   }
   if (!idle) return;
   if (question_ != nullptr) question_->close();
-  if (focusBeforeWork_ != nullptr) focusBeforeWork_->setFocus();
+  // Not cmdEnd, to which Qt moves the focus of a disabled button.
+  const bool available = focusBeforeWork_ != nullptr && focusBeforeWork_->isEnabled();
+  (available ? focusBeforeWork_.data() : cmdStart_)->setFocus();
 }
 
 void UploadWindow::setVerdict(Verdict verdict, const std::string& text) {
-  setTextColour(lbVerdict_, verdict == Verdict::kFailed ? kRed : kGreen);
+  const QColor neutral = palette().color(lbVerdict_->foregroundRole());
+  const QColor passedOrNone = verdict == Verdict::kPassed ? kGreen : neutral;
+  setTextColour(lbVerdict_, verdict == Verdict::kFailed ? kRed : passedOrNone);
   lbVerdict_->setText(QString::fromStdString(text));
   lbVerdict_->setToolTip(lbVerdict_->text());  // whole, where the text has more lines
 }

@@ -129,6 +129,8 @@ TEST(WholeJob, ShowsItsCaptionsInOrderAndIsSent) {
   EXPECT_EQ(text("lbVerdict"), "모두 본사로 보냈습니다.") << text("sspRem");
   EXPECT_EQ(text("lbWaiting"), "전송 대기 0개");
   EXPECT_EQ(office.files().size(), 1U);
+  // Not cmdEnd, which a second Enter would press.
+  EXPECT_EQ(window.focusWidget()->objectName(), "cmdStart");
 }
 
 }  // namespace
