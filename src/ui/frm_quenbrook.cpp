@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "extract/conversions.h"
+#include "log/error_log.h"
 #include "ui/upload_texts.h"
 #include "values/runtime_error.h"
 #include "values/variant.h"
@@ -29,12 +30,12 @@ std::string countsText(const job::JobVerdict& verdict) {
   return text + ".\n" + ui::text::kNotSentYet;
 }
 
-// The first failure, and where all of them stand.
+// "실패 2건 - 작업 기록 H20130821D.log, 까닭 quenbrook-errors.log", and the first of them.
 std::string failureText(const job::JobVerdict& verdict, const std::string& logName) {
-  const auto others = verdict.failures.size() - 1;
-  const auto more =
-      others == 0 ? "" : ui::text::kOthers + std::to_string(others) + ui::text::kRecords;
-  return joblog::failureLine(verdict.failures.front()) + more + "\n" + ui::text::kJobLog + logName;
+  const auto& failures = verdict.failures;
+  return ui::text::kFailures + std::to_string(failures.size()) + ui::text::kRecords +
+         ui::text::kJobLog + logName + ui::text::kReasons + joblog::kErrorLogName + "\n" +
+         joblog::failureLine(failures.front());
 }
 
 values::DateTime toDay(const std::string& text) { return values::toDate(values::Variant(text)); }

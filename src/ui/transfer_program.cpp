@@ -16,8 +16,9 @@ std::size_t TransferProgram::waiting() const {
   std::set<std::string> names;
   try {
     for (auto& entry : platform::listFolder(platform::joinPath(folder_, "AutoLoadData"))) {
-      if (entry.isFolder || !transfer::IsUploadFileName(entry.name)) continue;
-      if (entry.name.ends_with(".gz")) entry.name.resize(entry.name.size() - kCompressed);
+      const bool compressed = entry.name.ends_with(".gz");
+      if (entry.isFolder || !(compressed || transfer::IsUploadFileName(entry.name))) continue;
+      if (compressed) entry.name.resize(entry.name.size() - kCompressed);
       names.insert(std::move(entry.name));
     }
   } catch (const RuntimeError&) {

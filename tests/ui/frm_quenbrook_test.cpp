@@ -178,7 +178,8 @@ TEST_F(FrmQuenbrookTest, AJobIsNotStartedTwiceAndAsksBeforeItIsClosed) {
     EXPECT_EQ(view.waiting, "전송 대기 1개");
     EXPECT_EQ(std::exchange(view.closed, false), each.closes);
   }
-  EXPECT_EQ(view.verdict, "매출: (94) Null 외 1건\n작업 기록: H20130821D.log");
+  EXPECT_EQ(view.verdict,
+            "실패 2건 - 작업 기록 H20130821D.log, 까닭 quenbrook-errors.log\n매출: (94) Null");
   view.whileYielding = [] {};
   driver.passes = true;
   form.cmdStart_Click();
