@@ -167,4 +167,36 @@ TEST_F(CommandsTest, FinishBringsWhatAKilledJobMarked) {
   EXPECT_EQ(ctl({"finish", whole.filename()}), 1);
 }
 
+TEST_F(CommandsTest, ANightMakesUpForNightsOffAndForAKilledJob) {
+  const std::string failed = " --x--x-\r\n";
+  write("quenbrook-nightly.txt", daysAgo(3) + "\r\n");
+  fs::rename(file("outgo.mdb"), file("away"));
+  EXPECT_EQ(ctl({"nightly"}), 1);
+  EXPECT_THAT(output, HasSubstr("지급: (91)"));
+  EXPECT_EQ(support::readFile(file("quenbrook-nightly.txt")),
+            daysAgo(1) + "\r\n" + daysAgo(2) + failed + daysAgo(1) + failed);
+
+  fs::rename(file("away"), file("outgo.mdb"));
+  fs::rename(statements(), file("AutoLoadData/20130821_153045_K.tx"));
+  EXPECT_EQ(ctl({"nightly"}), 1) << "somebody shall hear of the killed job";
+  EXPECT_THAT(output, HasSubstr("20130821_153045_K.tx"));
+  EXPECT_EQ(support::readFile(file("quenbrook-nightly.txt")), daysAgo(1) + "\r\n");
+  std::string all;
+  for (const auto& entry : fs::directory_iterator(file("AutoLoadData"))) {
+    EXPECT_EQ(entry.path().extension(), ".txt");
+    all += support::readFile(entry.path());
+  }
+  // Twice for the outgo, and of the killed job's day for all but attendance.
+  const auto deletes = [&](const std::string& table) {
+    std::size_t count = 0;
+    for (auto at = all.find(table); at != std::string::npos; at = all.find(table, at + 1)) ++count;
+    return count;
+  };
+  EXPECT_EQ(deletes("Delete FROM SellingTB"), 3U);
+  EXPECT_EQ(deletes("Delete FROM EmployeeItemTB"), 2U);
+  EXPECT_EQ(ctl({"nightly"}), 0) << output;
+  ctl({"status", "--json"});
+  EXPECT_THAT(output, HasSubstr("\"began\": \"" + daysAgo(0)));
+}
+
 }  // namespace

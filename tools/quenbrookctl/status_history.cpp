@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <regex>
 #include <sstream>
 
 #include "job/job_turn.h"
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::string_view kJobBegins = "File Create..\r\n";
 constexpr std::string_view kTransferBegins = "업로드용 Config File Load..\r\n";
-constexpr std::string_view kFirstStep = " Start ";
 constexpr std::size_t kMaxFailures = 10;
 
 // Part of a job log: the last run of a kind, and the log's name.
@@ -49,17 +49,13 @@ Run lastRun(const std::string& folder, std::string_view begins, std::string_view
   return {};
 }
 
-// "20130821 153045", of the job's first step; empty where it had none.
-std::string startStamp(const std::string& text) {
-  const auto at = text.find(kFirstStep);
-  return at == std::string::npos ? "" : text.substr(at + kFirstStep.size(), 15);
-}
-
-// A stamp as the error log writes it.
-std::string asMoment(const std::string& stamp) {
-  if (stamp.size() < 15) return "";
-  return stamp.substr(0, 4) + "/" + stamp.substr(4, 2) + "/" + stamp.substr(6, 2) + " " +
-         stamp.substr(9, 2) + ":" + stamp.substr(11, 2) + ":" + stamp.substr(13, 2);
+// The first time stamp of a job, "20130821 153045", as the error log writes it: "2013/08/21
+// 15:30:45". Empty where the job had no step.
+std::string beginning(const std::string& text) {
+  static const std::regex kStamp("(\\d{4})(\\d\\d)(\\d\\d) (\\d\\d)(\\d\\d)(\\d\\d)");
+  std::smatch stamp;
+  if (!std::regex_search(text, stamp, kStamp)) return "";
+  return stamp.format("$1/$2/$3 $4:$5:$6");
 }
 
 std::vector<std::string> failuresSince(const std::string& folder, const std::string& moment) {
@@ -122,7 +118,7 @@ void addHistory(Report& report, const InstalledShop& shop) {
   try {
     const Run job = lastRun(folder, kJobBegins, kTransferBegins);
     const Run transfer = lastRun(folder, kTransferBegins, kJobBegins);
-    const std::string began = asMoment(startStamp(job.text));
+    const std::string began = beginning(job.text);
     const auto failures = failuresSince(folder, began.empty() ? "0" : began);
     report.sections.push_back({"last_job",
                                "마지막 작업",
