@@ -8,8 +8,10 @@
 //   if (rows.recordCount() > 0) password = rows.field("EMP_PSWD");
 //
 // Errors: error::kConnectionFailed when the connection cannot be opened, error::kQueryRefused when
-// the server refuses a query, each with the driver's text. errorCount counts the driver's warnings
-// about calls that succeeded.
+// the server refuses a query, each with the driver's text. Not thrown, but entered in the list that
+// errorCount counts, are the driver's warnings about calls that succeeded, and a server that keeps
+// silent beyond the limits of time_limits.h: then the connection stays closed, or the record set is
+// empty.
 #pragma once
 
 #include <cstddef>
@@ -29,8 +31,10 @@ class Connection {
 
   virtual void setConnectionString(const std::string& text) = 0;
   virtual void open() = 0;
-  // Remarks of the latest open or query; each of them clears those of the one before.
+  // Entries about the latest open or query; each call clears those of the one before.
   [[nodiscard]] virtual std::size_t errorCount() const = 0;
+  // Their texts, a line each; empty where there are none.
+  [[nodiscard]] virtual std::string errorTexts() const { return {}; }
   // All rows, read to this side.
   [[nodiscard]] virtual RecordSet openRecordSet(const std::string& query) = 0;
 };

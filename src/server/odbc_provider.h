@@ -1,7 +1,7 @@
 // The central database over ODBC.
 //
 //   const auto provider = server::makeOdbcProvider();
-//   로그인 login(…, *provider, …);
+//   server::CentralDatabase central(*provider, settings::centralServer(settings));
 //
 // Errors: those of connection.h.
 #pragma once
@@ -9,9 +9,10 @@
 #include <memory>
 
 #include "server/connection.h"
+#include "server/time_limits.h"
 
 namespace server {
 
-[[nodiscard]] std::unique_ptr<Provider> makeOdbcProvider();
+[[nodiscard]] std::unique_ptr<Provider> makeOdbcProvider(TimeLimits limits = {});
 
 }  // namespace server

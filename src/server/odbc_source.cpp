@@ -1,11 +1,12 @@
 #include "server/odbc_source.h"
 
+#include <chrono>
 #include <map>
 #include <string_view>
 #include <utility>
 
 #include "server/odbc.h"
-#include "text/letter_case.h"
+#include "text/ascii.h"
 #include "values/runtime_error.h"
 
 namespace server {
@@ -15,28 +16,33 @@ RuntimeError callFailed(const odbc::Fault& fault) {
   return {error::kCallFailed, std::string("ODBC--call failed. ") + fault.what()};
 }
 
+RuntimeError connectionFailed(const std::string& reason) {
+  return {error::kConnectFailed, "ODBC--connection failed. " + reason};
+}
+
 class OdbcRows : public jetsql::ExternalRows {
  public:
-  explicit OdbcRows(std::unique_ptr<odbc::Query> query)
-      : query_(std::move(query)), values_(query_->columns().size()) {}
+  explicit OdbcRows(std::unique_ptr<odbc::Query> query) : query_(std::move(query)) {}
 
-  // The driver gives a row's values once and in order, so the whole row is taken.
   bool next() override {
     try {
-      if (!query_->next()) return false;
-      for (std::size_t i = 0; i < values_.size(); ++i) values_[i] = query_->value(i);
-      return true;
+      return query_->next();
     } catch (const odbc::Fault& fault) {
       throw callFailed(fault);
     }
   }
 
-  values::Variant value(std::size_t column) override { return values_.at(column); }
+  values::Variant value(std::size_t column) override { return query_->value(column); }
 
  private:
   std::unique_ptr<odbc::Query> query_;
-  std::vector<values::Variant> values_;
 };
+
+std::string withoutPrefix(const std::string& connect) {
+  constexpr std::string_view kPrefix = "odbc;";
+  const bool prefixed = text::startsWithIgnoringAsciiCase(connect, kPrefix);
+  return connect.substr(prefixed ? kPrefix.size() : 0);
+}
 
 const char* symbol(jetsql::Comparison comparison) {
   switch (comparison) {
@@ -72,66 +78,95 @@ std::string literal(const values::Variant& value) {
   }
 }
 
+std::string selectText(const odbc::Connection& connection, const std::string& table,
+                       const std::vector<jetsql::ExternalCondition>& conditions) {
+  std::string text = "SELECT * FROM " + connection.quoted(table);
+  const char* joint = " WHERE ";
+  for (const auto& condition : conditions) {
+    const auto value = literal(condition.value);
+    if (value.empty()) continue;
+    text += joint + connection.quoted(condition.column) + symbol(condition.comparison) + value;
+    joint = " AND ";
+  }
+  return text;
+}
+
 class OdbcSource : public jetsql::ExternalSource {
  public:
+  explicit OdbcSource(TimeLimits limits) : limits_(limits) {}
+
   std::vector<jetsql::ExternalColumn> columns(const std::string& connect,
                                               const std::string& table) override {
-    try {
-      const auto connection = connected(connect);
-      const odbc::Query query(connection,
-                              "SELECT * FROM " + connection->quoted(table) + " WHERE 1 = 0");
-      std::vector<jetsql::ExternalColumn> columns;
-      for (const auto& column : query.columns()) columns.push_back({column.name, column.type});
-      return columns;
-    } catch (const odbc::Fault& fault) {
-      throw callFailed(fault);
-    }
+    std::vector<jetsql::ExternalColumn> columns;
+    const auto query = opened(connect, [&](const odbc::Connection& connection) {
+      return "SELECT * FROM " + connection.quoted(table) + " WHERE 1 = 0";
+    });
+    for (const auto& column : query->columns()) columns.push_back({column.name, column.type});
+    return columns;
   }
 
   std::unique_ptr<jetsql::ExternalRows> open(
       const std::string& connect, const std::string& table,
       const std::vector<jetsql::ExternalCondition>& conditions) override {
+    return std::make_unique<OdbcRows>(opened(connect, [&](const odbc::Connection& connection) {
+      return selectText(connection, table, conditions);
+    }));
+  }
+
+ private:
+  using SteadyClock = std::chrono::steady_clock;
+
+  struct Server {
+    std::shared_ptr<odbc::Connection> connection;
+    SteadyClock::time_point silentSince;
+    std::string silence;  // what was said of it; empty while it answers
+  };
+
+  template <typename Text>
+  std::unique_ptr<odbc::Query> opened(const std::string& connect, Text text) {
+    Server& server = connected(connect);
     try {
-      const auto connection = connected(connect);
-      std::string text = "SELECT * FROM " + connection->quoted(table);
-      const char* joint = " WHERE ";
-      for (const auto& condition : conditions) {
-        const auto value = literal(condition.value);
-        if (value.empty()) continue;
-        text += joint + connection->quoted(condition.column) + symbol(condition.comparison) + value;
-        joint = " AND ";
-      }
-      return std::make_unique<OdbcRows>(std::make_unique<odbc::Query>(connection, text));
+      return std::make_unique<odbc::Query>(server.connection, text(*server.connection));
     } catch (const odbc::Fault& fault) {
+      server.connection.reset();  // it may be what failed; the next query connects anew
+      noteSilence(server, fault);
       throw callFailed(fault);
     }
   }
 
- private:
-  std::shared_ptr<odbc::Connection> connected(const std::string& connect) {
-    auto& connection = connections_[connect];
-    if (connection) return connection;
-    constexpr std::string_view kPrefix = "odbc;";
-    std::string text = connect;
-    if (text::lowerCase(std::string_view(text).substr(0, kPrefix.size())) == kPrefix) {
-      text.erase(0, kPrefix.size());
-    }
+  Server& connected(const std::string& connect) {
+    Server& server = servers_[connect];
+    if (server.connection) return server;
+    // A job asks for linked tables hundreds of times; a silent server is not waited for each time.
+    if (!server.silence.empty() && SteadyClock::now() - server.silentSince < kRetryAfter)
+      throw connectionFailed(server.silence);
     try {
-      auto fresh = std::make_shared<odbc::Connection>();
-      fresh->connect(text);
-      connection = std::move(fresh);
+      auto fresh = std::make_shared<odbc::Connection>(limits_);
+      fresh->connect(withoutPrefix(connect));
+      server = {std::move(fresh), {}, {}};
     } catch (const odbc::Fault& fault) {
-      throw RuntimeError(error::kConnectFailed,
-                         std::string("ODBC--connection failed. ") + fault.what());
+      noteSilence(server, fault);
+      throw connectionFailed(fault.what());
     }
-    return connection;
+    return server;
   }
 
-  std::map<std::string, std::shared_ptr<odbc::Connection>> connections_;
+  static void noteSilence(Server& server, const odbc::Fault& fault) {
+    if (dynamic_cast<const odbc::TimeLimitExceeded*>(&fault) == nullptr) return;
+    server.silence = fault.what();
+    server.silentSince = SteadyClock::now();
+  }
+
+  static constexpr std::chrono::minutes kRetryAfter{1};
+
+  TimeLimits limits_;
+  std::map<std::string, Server> servers_;  // by connect text
 };
 
 }  // namespace
 
-std::unique_ptr<jetsql::ExternalSource> makeOdbcSource() { return std::make_unique<OdbcSource>(); }
+std::unique_ptr<jetsql::ExternalSource> makeOdbcSource(TimeLimits limits) {
+  return std::make_unique<OdbcSource>(limits);
+}
 
 }  // namespace server

@@ -22,6 +22,13 @@ std::string operatorQuery(const std::string& tradeName, const std::string& login
          loginId + "'";
 }
 
+// The given text, and what the connection says of it on lines of its own.
+std::string withReason(std::string message, const server::Connection& connection) {
+  const std::string reason = connection.errorTexts();
+  if (!reason.empty() && !message.ends_with('\n')) message += "\r\n";
+  return message + reason;
+}
+
 }  // namespace
 
 로그인::로그인(server::CentralDatabase& central, const platform::InstanceLock& instance,
@@ -74,7 +81,9 @@ void 로그인::Image_MouseUp(ui::LoginPicture picture) {
   view_.setPanelColour(picture, ui::PanelColour::kReleased);
 }
 
-void 로그인::show(const char* message) { messages_.show({message, platform::Icon::kNone, ""}); }
+void 로그인::show(const std::string& message) {
+  messages_.show({message, platform::Icon::kNone, ""});
+}
 
 void 로그인::refuse(const char* message, LoginField next) {
   show(message);
@@ -94,9 +103,9 @@ void 로그인::logIn() {
   auto& connection = central_.newConnection();
   connection.setConnectionString(central_.connectionString());
   connection.open();
-  if (connection.errorCount() > 0) return show(ui::text::kNoConnection);
+  if (connection.errorCount() > 0) return show(withReason(ui::text::kNoConnection, connection));
   const auto rows = connection.openRecordSet(operatorQuery(tradeName, loginId));
-  if (connection.errorCount() > 0) return show(ui::text::kNoTable);
+  if (connection.errorCount() > 0) return show(withReason(ui::text::kNoTable, connection));
   if (rows.recordCount() == 0) return refuse(ui::text::kNoSuchOperator, LoginField::kTxtLogin);
   if (!passwordMatches(rows)) {
     show(ui::text::kWrongPassword);

@@ -40,7 +40,7 @@ class 로그인 {
   [[nodiscard]] bool loaded() const { return loaded_; }
 
  private:
-  void show(const char* message);
+  void show(const std::string& message);
   void refuse(const char* message, ui::LoginField next);
   void logIn();
   [[nodiscard]] bool passwordMatches(const server::RecordSet& rows) const;

@@ -4,6 +4,7 @@
 #include "server/central_database.h"
 #include "server/odbc_provider.h"
 #include "server/odbc_source.h"
+#include "silent_server.h"
 #include "support/head_office.h"
 #include "values/runtime_error.h"
 #include "values/variant.h"
@@ -49,6 +50,9 @@ class Odbc : public testing::Test {
   void valuesArriveWhole();
   void faultsAreRaised();
   void linkedTablesAreRead();
+  void unusualColumnsDisturbNobody();
+  void silentServersAreGivenUp();
+  void lostConnectionsTellTheReason();
 };
 
 void Odbc::valuesArriveWhole() {
@@ -153,10 +157,102 @@ void Odbc::linkedTablesAreRead() {
   EXPECT_EQ(thrown([&] { (void)source->columns("ODBC;DSN=nosuch", table); }), 3151);
 }
 
+void Odbc::unusualColumnsDisturbNobody() {
+  const struct {
+    const char* name;
+    const char* type;
+    const char* value;
+    const char* shown;  // nullptr: error 6 when it is read
+  } cases[] = {
+      {"small", "TINYINT UNSIGNED", "255", "255"},
+      {"short", "SMALLINT UNSIGNED", "65535", "65535"},
+      {"medium", "MEDIUMINT UNSIGNED", "16777215", "16777215"},
+      {"whole", "INT UNSIGNED", "4294967295", "4294967295"},
+      {"large", "BIGINT UNSIGNED", "18446744073709551615", "18446744073709551615"},
+      {"too large", "DECIMAL(65,0)", "1e64", nullptr},
+      {"many places", "DECIMAL(65,30)", "-0.5", "-0.5"},
+      {"year", "YEAR", "2013", "2013"},
+      {"bits", "BIT(1)", "1", "True"},
+      {"word", "ENUM('가','나')", "'나'", "나"},
+      {"day zero", "DATE", "'0000-00-00'", "Null"},
+      {"no month", "DATETIME", "'2013-00-10 00:00:00'", "Null"},
+      {"fraction", "DATETIME(6)", "'2013-08-02 19:05:09.999999'", "2013-08-02 19:05:09"},
+      {"time", "TIME", "'18:00:00'", "0.75"},
+      {"time before", "TIME", "'-06:00:00'", "-0.25"},
+      {"long time", "TIME(3)", "'36:00:00.5'", "1.5"},
+      {"longest time", "TIME", "'-838:00:00'", "-34.9166666666667"},
+  };
+  std::string columns;
+  std::string row;
+  for (const auto& c : cases) {
+    columns += (columns.empty() ? "`" : ", `") + std::string(c.name) + "` " + c.type;
+    row += (row.empty() ? "" : ", ") + std::string(c.value);
+  }
+  office.sql("SET sql_mode=''; CREATE TABLE Unusual (" + columns +
+             "); INSERT INTO Unusual VALUES (" + row + ")");
+  const auto connection = opened(text());
+  const auto rows = connection->openRecordSet("SELECT * FROM Unusual");
+  for (const auto& c : cases) {
+    if (c.shown == nullptr) {
+      EXPECT_EQ(thrown([&] { (void)rows.field(c.name); }), error::kOverflow) << c.name;
+      continue;
+    }
+    const auto value = rows.field(c.name);
+    const bool isTime = std::string_view(c.type).starts_with("TIME");
+    EXPECT_EQ(isTime ? shown(toDouble(value)) : shown(value), c.shown) << c.name;
+  }
+}
+
+void Odbc::silentServersAreGivenUp() {
+  constexpr server::TimeLimits kShort{std::chrono::milliseconds(200),
+                                      std::chrono::milliseconds(200)};
+  const SilentServer silent(office.host());
+  const auto silentText =
+      ServerConnectionString(server::serverAccount({office.host(), 21, silent.port()}));
+  const auto impatient = server::makeOdbcProvider(kShort);
+  auto connection = impatient->createConnection();
+  connection->setConnectionString(silentText);
+  connection->open();
+  EXPECT_EQ(connection->errorCount(), 1U);
+  EXPECT_EQ(connection->errorTexts(), "The server did not answer within 200 ms.");
+  EXPECT_EQ(silent.takeConnections(), 1);
+
+  // A server that logs in and then does not answer, and one that answers beside it.
+  connection->setConnectionString(text());
+  connection->open();
+  EXPECT_EQ(connection->errorCount(), 0U) << connection->errorTexts();
+  EXPECT_EQ(connection->openRecordSet("SELECT SLEEP(3600)").recordCount(), 0);
+  EXPECT_EQ(connection->errorTexts(), "The server did not answer within 200 ms.");
+  EXPECT_EQ(opened(text())->openRecordSet("SELECT 1").recordCount(), 1);
+
+  const auto source = server::makeOdbcSource(kShort);
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    EXPECT_EQ(thrown([&] { (void)source->columns("ODBC;" + silentText, "TicketTB"); }),
+              error::kConnectFailed);
+  }
+  EXPECT_EQ(silent.takeConnections(), 1);  // and not asked again at once
+}
+
+void Odbc::lostConnectionsTellTheReason() {
+  const auto connection = opened(text());
+  const auto id = shown(connection->openRecordSet("SELECT CONNECTION_ID() AS id").field("id"));
+  office.sql("KILL " + id);
+  try {
+    (void)connection->openRecordSet("SELECT 1");
+    ADD_FAILURE() << "no error";
+  } catch (const RuntimeError& failure) {
+    EXPECT_EQ(failure.number(), error::kQueryRefused);
+    EXPECT_NE(failure.description().find("server"), std::string::npos) << failure.description();
+  }
+}
+
 TEST_F(Odbc, SpeaksToARealServer) {
   valuesArriveWhole();
   faultsAreRaised();
   linkedTablesAreRead();
+  unusualColumnsDisturbNobody();
+  silentServersAreGivenUp();
+  lostConnectionsTellTheReason();
 }
 
 }  // namespace
