@@ -41,8 +41,8 @@ struct Installation {
   platform::SystemProcesses processes;
   lib_Setting::ProfileReader settings;
   lib_Message2::MessageLog log{folder, clock, memory, messages};
-  joblog::JobLog jobLog{folder, clock};
   joblog::ErrorLog errors{folder, clock};
+  joblog::JobLog jobLog{folder, clock, [this](std::string_view line) { errors.report(line); }};
 };
 
 // Those of the program itself, whichever window it opens: one that starts meanwhile sees it.

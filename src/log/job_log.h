@@ -6,6 +6,7 @@
 // A line is the text as it stands; no time is added. Errors: those of platform/files.h.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,9 @@ class Progress {
 
 class JobLog {
  public:
-  JobLog(std::string programFolder, const platform::Clock& clock);
+  // `tell` gets a line about the first failure of tryAppend.
+  JobLog(std::string programFolder, const platform::Clock& clock,
+         std::function<void(std::string_view line)> tell = {});
   virtual ~JobLog() = default;
 
   // Chooses today's file and creates it where it is missing.
@@ -34,6 +37,9 @@ class JobLog {
   // Without a startRun before it: appends to the file of the day of its first call.
   virtual void append(std::string_view text);
 
+  // For work that must go on without its log: a failure is told once and not thrown.
+  void tryAppend(std::string_view text) noexcept;
+
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
@@ -41,10 +47,14 @@ class JobLog {
 
   std::string programFolder_;
   const platform::Clock& clock_;
+  std::function<void(std::string_view line)> tell_;
   std::string path_;
+  bool told_ = false;
 };
 
 // Shows the text, reads the caption back and logs that.
 void report(Progress& progress, JobLog& log, std::string_view text);
+// The same with tryAppend.
+void tryReport(Progress& progress, JobLog& log, std::string_view text);
 
 }  // namespace joblog

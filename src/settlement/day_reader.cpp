@@ -12,8 +12,9 @@ namespace lib_결산 {
 
 void DayReader::begin(int step, std::string_view what) {
   step_ = step;
-  dependencies_.jobLog.append("Daily Data Load -- " + std::string(what) + " 연결 Start " +
-                              values::formatTime(dependencies_.clock.now(), values::kStampFormat));
+  dependencies_.jobLog.tryAppend(
+      "Daily Data Load -- " + std::string(what) + " 연결 Start " +
+      values::formatTime(dependencies_.clock.now(), values::kStampFormat));
 }
 
 void DayReader::openDatabase(std::string_view file) {

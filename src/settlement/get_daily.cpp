@@ -66,7 +66,7 @@ bool GetDaily(extract::Workspace& work, const lib_결산::Dependencies& dependen
               values::DateTime LastDate, values::DateTime LookDate) {
   joblog::Progress& progress = work.dependencies.progress;
   const auto show = [&](const std::string& text) {
-    joblog::report(
+    joblog::tryReport(
         progress, dependencies.jobLog,
         text + ".." + values::formatTime(dependencies.clock.now(), values::kStampFormat));
   };

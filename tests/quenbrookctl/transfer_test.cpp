@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <list>
@@ -128,6 +129,36 @@ TEST(TransferTest, AServerThatLosesBytesDoesNotGetTheFileDeleted) {
   EXPECT_THAT(shop.left(), testing::ElementsAre("20130821_153000_Hanok.txt.gz"));
   EXPECT_THAT(server.commands(), testing::Not(HasSubstr("RNFR")));
   EXPECT_THAT(shop.output(), HasSubstr("bytes - 파일은 여기 남아 있고"));
+}
+
+// What it sends makes room on a disk that is full.
+TEST(TransferTest, AJobLogThatCannotBeWrittenIsToldAndDoesNotStopIt) {
+  const support::FtpServer server;
+  Shop shop(server);
+  shop.leave("20130821_153000_Hanok.txt", "Delete FROM SellingTB;\r\n");
+  const std::time_t now = std::time(nullptr);
+  for (const std::time_t day : {now, now + 86400}) {  // the test may run across midnight
+    char name[32];
+    std::strftime(name, sizeof name, "H%Y%m%dD.log", std::localtime(&day));
+    fs::create_directory(shop.home() / name);
+  }
+  EXPECT_EQ(shop.transfer(), 0);
+  EXPECT_EQ(server.files().size(), 1U);
+  const auto first = shop.output().find("작업 기록: (75) ");
+  EXPECT_NE(first, std::string::npos) << shop.output();
+  EXPECT_EQ(first, shop.output().rfind("작업 기록: ")) << shop.output();
+}
+
+TEST(TransferTest, AReaderThatHasGoneDoesNotEndTheCommand) {
+  const support::TemporaryFolder folder;
+  const std::string gone = (folder.path() / "gone").string();
+  std::string output;
+  support::run({"sh", "-c",
+                "mkfifo \"$1\"; { read x <\"$1\"; \"$2\" --help; echo \"ended $?\" >&2; } | "
+                "{ exec <&-; echo >\"$1\"; }",
+                "sh", gone, QUENBROOKCTL},
+               &output);
+  EXPECT_THAT(output, HasSubstr("ended 0"));
 }
 
 // The second one finds the compression of the first at work, and then nothing left to send.

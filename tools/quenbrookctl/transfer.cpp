@@ -57,7 +57,7 @@ transfer::Dependencies dependencies(Installation& program) {
   deps.notice = [](const std::string& text) { std::cout << text << '\n' << std::flush; };
   deps.status = [&program, notice = deps.notice](const std::string& text) {
     notice(text);
-    program.jobLog.append(text);
+    program.jobLog.tryAppend(text);
   };
   deps.reportFailure = [&program](const joblog::Failure& failure) {
     program.errors.report(joblog::failureLine(failure));
