@@ -8,6 +8,7 @@
 
 #include <exception>
 #include <functional>
+#include <iostream>
 #include <memory>
 #include <string>
 
@@ -83,10 +84,10 @@ int run(const std::string& commandLine, platform::MessageDisplay& messages,
   try {
     const auto start = StartMod::Main(
         commandLine, {program.folder, program.settings, program.log, program.messages});
-    if (start.next == StartMod::Next::kUploadWindow) return runUnattended(program, start.values);
-    if (start.next == StartMod::Next::kLoginWindow) {
-      return interactive(program, start.values);
-    }
+    if (start.next == StartMod::Next::kEnd) return kStartUpEnded;
+    for (const auto& warning : start.values.warnings) std::cerr << warning << '\n';
+    return start.next == StartMod::Next::kUploadWindow ? runUnattended(program, start.values)
+                                                       : interactive(program, start.values);
   } catch (const RuntimeError& failure) {
     showRuntimeError(messages, failure.number(), failure.description());
   } catch (const std::exception& failure) {

@@ -65,7 +65,8 @@ class FileAppender {
 };
 
 // The file is the old one or the new one at any moment: written beside under a working name, then
-// renamed. Its permissions stay.
+// renamed. Its owner and permissions stay; where this user may not give a file to that owner, the
+// file is written over in place instead.
 void replaceFile(const std::string& path, std::string_view bytes);
 
 void renameFile(const std::string& from, const std::string& to);  // never over an existing file

@@ -17,6 +17,7 @@ namespace platform {
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
+constexpr mode_t kReplacementMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 constexpr int kToAppend = O_WRONLY | O_CREAT | O_APPEND;
 
 // Owns one open file. Keeps a reference to the path.
@@ -47,6 +48,10 @@ class Descriptor {
       if (written < 0) throwErrno(errno, "Cannot write", path_);
       bytes.remove_prefix(static_cast<std::size_t>(written));
     }
+  }
+
+  void sync() const {
+    if (::fsync(number_) != 0) throwErrno(errno, "Cannot write", path_);
   }
 
   // A network drive tells only here that the bytes did not arrive.
@@ -168,6 +173,30 @@ void FileAppender::append(std::string_view bytes) {
   file.close();
 }
 
+namespace {
+
+// Owner, group and permissions of the file that is replaced, for the one that takes its place.
+// False where this user may not give a file away.
+bool takeOver(const struct stat& status, int number) {
+  struct stat own {};
+  if (::fstat(number, &own) != 0) return false;
+  const bool same = own.st_uid == status.st_uid && own.st_gid == status.st_gid;
+  return (same || ::fchown(number, status.st_uid, status.st_gid) == 0) &&
+         ::fchmod(number, status.st_mode & 07777) == 0;
+}
+
+void overwriteFile(const std::string& path, std::string_view bytes) {
+  Descriptor file(path, O_WRONLY);
+  file.write(bytes);
+  if (::ftruncate(file.number(), static_cast<off_t>(bytes.size())) != 0) {
+    throwErrno(errno, "Cannot write", path);
+  }
+  file.sync();
+  file.close();
+}
+
+}  // namespace
+
 void replaceFile(const std::string& path, std::string_view bytes) {
   std::error_code missing;
   auto target = std::filesystem::canonical(path, missing).string();  // a link stays a link
@@ -181,11 +210,16 @@ void replaceFile(const std::string& path, std::string_view bytes) {
   try {
     Descriptor file(number, working);
     file.write(bytes);
-    const mode_t mode = existed ? status.st_mode & 07777 : S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
-    if (::fchmod(number, mode) != 0 || ::fsync(number) != 0) {
+    const bool keepsOwner = !existed || takeOver(status, number);
+    if (!existed && ::fchmod(number, kReplacementMode) != 0) {
       throwErrno(errno, "Cannot write", working);
     }
+    file.sync();
     file.close();
+    if (!keepsOwner) {
+      ::unlink(working.c_str());
+      return overwriteFile(target, bytes);
+    }
     if (::rename(working.c_str(), target.c_str()) != 0) throwErrno(errno, "Cannot replace", target);
   } catch (const RuntimeError&) {
     ::unlink(working.c_str());

@@ -5,6 +5,7 @@
 
 #include "platform/code_page.h"
 #include "platform/files.h"
+#include "settings/profile_text.h"
 #include "text/letter_case.h"
 #include "values/runtime_error.h"
 
@@ -14,8 +15,6 @@ namespace {
 
 constexpr std::size_t kBufferSize = 256;  // of the platform's read, with the NUL at its end
 
-// No byte of a two-byte character of the code page is one of the letters looked for below, so that
-// the file can be taken apart as bytes.
 constexpr std::string_view kBlanks = " \t";
 
 std::string_view trimmed(std::string_view text) {
@@ -24,8 +23,9 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-std::string nameOf(std::string_view bytes) {
-  return text::lowerCase(CodePage(kKoreanCodePage).toUtf8(trimmed(bytes)));
+// Names are compared so.
+std::string foldedName(const ProfileText& profile, std::string_view bytes) {
+  return text::lowerCase(profile.toUtf8(trimmed(bytes)));
 }
 
 // One line of the file: where it begins, and its content without the end of line.
@@ -54,11 +54,11 @@ class Lines {
   std::size_t at_ = 0;
 };
 
-std::optional<std::string> sectionOf(std::string_view line) {
+std::optional<std::string> sectionOf(const ProfileText& profile, std::string_view line) {
   line = trimmed(line);
   const auto close = line.find(']');
   if (!line.starts_with('[') || close == std::string_view::npos) return std::nullopt;
-  return nameOf(line.substr(1, close - 1));
+  return foldedName(profile, line.substr(1, close - 1));
 }
 
 // Where a key stands, or would have to stand.
@@ -70,20 +70,20 @@ struct Place {
   std::size_t valueEnd = 0;
 };
 
-Place findKey(std::string_view text, std::string_view section, std::string_view key) {
+Place findKey(const ProfileText& profile, std::string_view section, std::string_view key) {
   const auto wantedSection = text::lowerCase(section);
   const auto wantedKey = text::lowerCase(key);
   Place place;
-  Lines lines(text);
+  Lines lines(profile.text);
   while (const auto line = lines.next()) {
-    const auto name = sectionOf(line->content);
+    const auto name = sectionOf(profile, line->content);
     if (name && place.sectionFound) break;
     if (name && *name == wantedSection) place.sectionFound = true;
     if (!place.sectionFound) continue;
     if (!trimmed(line->content).empty()) place.sectionEnd = line->end();
     const auto equals = line->content.find('=');
     if (name || equals == std::string_view::npos) continue;
-    if (nameOf(line->content.substr(0, equals)) != wantedKey) continue;
+    if (foldedName(profile, line->content.substr(0, equals)) != wantedKey) continue;
     place.keyFound = true;
     place.valueBegin = line->begin + equals + 1;
     place.valueEnd = line->end();
@@ -92,18 +92,23 @@ Place findKey(std::string_view text, std::string_view section, std::string_view 
   return place;
 }
 
-// The bytes of a value, or nothing.
-std::optional<std::string> valueBytes(const std::string& path, std::string_view section,
-                                      std::string_view key) {
-  std::string text;
+// A missing file holds nothing; any other that cannot be read is an error, since its defaults would
+// be sent as the shop's values.
+ProfileText readProfile(const std::string& path) {
   try {
-    text = platform::readFile(path);
-  } catch (const RuntimeError&) {
-    return std::nullopt;  // no file, no key
+    return parseProfile(platform::readFile(path));
+  } catch (const RuntimeError& failure) {
+    if (failure.number() != error::kFileNotFound && failure.number() != error::kPathNotFound) throw;
+    return {};
   }
-  const auto place = findKey(text, section, key);
+}
+
+// The bytes of a value, or nothing.
+std::optional<std::string_view> valueBytes(const ProfileText& profile, std::string_view section,
+                                           std::string_view key) {
+  const auto place = findKey(profile, section, key);
   if (!place.keyFound) return std::nullopt;
-  return text.substr(place.valueBegin, place.valueEnd - place.valueBegin);
+  return std::string_view(profile.text).substr(place.valueBegin, place.valueEnd - place.valueBegin);
 }
 
 std::string_view lineEndOf(std::string_view text) {
@@ -117,38 +122,43 @@ std::string_view lineEndOf(std::string_view text) {
 
 std::string ProfileReader::read(std::string_view section, std::string_view key,
                                 std::string_view otherwise) const {
-  const auto value = valueBytes(path_, section, key);
-  return value ? CodePage(kKoreanCodePage).toUtf8(*value) : std::string(otherwise);
+  const ProfileText profile = readProfile(path_);
+  const auto value = valueBytes(profile, section, key);
+  return value ? profile.toUtf8(*value) : std::string(otherwise);
 }
 
 void ProfileReader::write(std::string_view section, std::string_view key, std::string_view value) {
-  CodePage korean(kKoreanCodePage);
-  auto text = platform::fileExists(path_) ? platform::readFile(path_) : std::string();
-  const auto place = findKey(text, section, key);
+  ProfileText profile = readProfile(path_);
+  std::string& text = profile.text;
+  const auto place = findKey(profile, section, key);
   const std::string lineEnd(lineEndOf(text));
-  const auto line = korean.fromUtf8(key) + "=" + korean.fromUtf8(value);
+  const auto line = profile.fromUtf8(key) + "=" + profile.fromUtf8(value);
   if (place.keyFound) {
-    text.replace(place.valueBegin, place.valueEnd - place.valueBegin, korean.fromUtf8(value));
+    text.replace(place.valueBegin, place.valueEnd - place.valueBegin, profile.fromUtf8(value));
   } else if (place.sectionFound) {
     text.insert(place.sectionEnd, lineEnd + line);
   } else {
     if (!text.empty() && !text.ends_with('\n')) text += lineEnd;
-    text += "[" + korean.fromUtf8(section) + "]" + lineEnd + line + lineEnd;
+    text += "[" + profile.fromUtf8(section) + "]" + lineEnd + line + lineEnd;
   }
-  platform::replaceFile(path_, text);
+  platform::replaceFile(path_, fileOf(profile));
 }
 
 std::string readProfileString(const std::string& path, std::string_view section,
                               std::string_view key, std::string_view otherwise) {
-  const auto bytes = valueBytes(path, section, key);
+  const ProfileText profile = readProfile(path);
+  const auto bytes = valueBytes(profile, section, key);
   if (!bytes) return std::string(otherwise);
   auto value = trimmed(*bytes);
   const bool quoted = value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
                       value.back() == value.front();
   if (quoted) value = value.substr(1, value.size() - 2);
-  value = value.substr(0, kBufferSize - 1);
   value = value.substr(0, value.find('\0'));
-  return CodePage(kKoreanCodePage).toUtf8(value);
+  // Cut in the code page, whose bytes the limit counts.
+  CodePage korean(kKoreanCodePage);
+  const std::string utf8 = profile.toUtf8(value);
+  const std::string coded = korean.fromUtf8(utf8);
+  return coded.size() < kBufferSize ? utf8 : korean.toUtf8(coded.substr(0, kBufferSize - 1));
 }
 
 }  // namespace lib_Setting

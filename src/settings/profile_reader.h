@@ -1,4 +1,5 @@
-// lib_Setting: config.ini, section lines in square brackets and key=value lines, code page 949.
+// lib_Setting: config.ini, section lines in square brackets and key=value lines, in code page 949
+// or one of the other encodings of profile_text.h.
 //
 //   ProfileReader reader;
 //   reader.setFile(configPath);
@@ -7,7 +8,8 @@
 //
 // The first section and key of a name count. Names match without regard to case and to blanks
 // around them; values are taken as they stand, blanks and quotes included. Lines end CR LF or LF. A
-// write leaves every other byte as it was and replaces the file as a whole.
+// write leaves every other byte as it was, the encoding too, and replaces the file as a whole.
+// Errors: those of files.h; a missing file is none, it holds no key.
 #pragma once
 
 #include <string>

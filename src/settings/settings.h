@@ -5,8 +5,8 @@
 //   if (settings.read("NewType", "ApplyDCinRO", "") == "True") ...
 //
 // One instance serves the whole program. Section and key names match without regard to case,
-// values are taken as they stand. Reading never fails: a missing file, section or key gives the
-// default. Errors of write: those of files.h.
+// values are taken as they stand. A missing file, section or key gives the default. Errors: those
+// of files.h, also for a file that is there and cannot be read.
 #pragma once
 
 #include <string>

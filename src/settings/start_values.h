@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace settings {
 
@@ -25,6 +26,9 @@ struct StartValues {
   std::string dataPath;           // data.mdb
   std::string configurationPath;  // config.mdb
   std::string outgoPath;          // outgo.mdb
+  // What config.ini lacks of the shop's identity, a sentence each, for the operator. Start-up goes
+  // on.
+  std::vector<std::string> warnings;
 };
 
 }  // namespace settings

@@ -5,8 +5,9 @@
 //   const auto start = StartMod::Main(commandLine, {folder, settings, log, messages});
 //   if (start.next == StartMod::Next::kUploadWindow) ...
 //
-// Without data.mdb a message is shown and Next is kEnd. Errors: 13 when config.ini is missing; the
-// caller shows it as the platform's run-time error and ends the program.
+// Without data.mdb a message is shown and Next is kEnd. Errors: 13 when config.ini is missing,
+// those of files.h when it cannot be read; the caller shows them as the platform's run-time error
+// and ends the program. An empty group or trade name is a warning of the values.
 #pragma once
 
 #include <string>

@@ -1,6 +1,8 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -73,6 +75,17 @@ TEST_F(FilesTest, AReplacedFileKeepsItsPermissionsAndItsLinks) {
   EXPECT_EQ(readFile(path("real")), "new");
   EXPECT_EQ(fs::status(path("real")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_EQ(listFolder(path("")).size(), 2U);
+}
+
+TEST_F(FilesTest, AReplacedFileKeepsItsOwner) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  appendToFile(path("config.ini"), "old");
+  ASSERT_EQ(::chown(path("config.ini").c_str(), 1234, 5678), 0);
+  replaceFile(path("config.ini"), "new");
+  struct stat status {};
+  ASSERT_EQ(::stat(path("config.ini").c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 1234U);
+  EXPECT_EQ(status.st_gid, 5678U);
 }
 
 TEST(MessageLineTest, APromptOfSeveralLinesBecomesOne) {

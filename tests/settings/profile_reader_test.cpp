@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <functional>
+
 #include "platform/code_page.h"
 #include "platform/files.h"
 #include "support/child_process.h"
+#include "text/utf16.h"
+#include "values/runtime_error.h"
 
 namespace lib_Setting {
 namespace {
@@ -65,6 +70,46 @@ TEST_F(ProfileReaderTest, AWriteChangesOneValueAndNothingElse) {
     reader.write("DailyData", "LastDate", "2013/08/21");
     EXPECT_EQ(content(), row.after) << row.name;
   }
+}
+
+TEST_F(ProfileReaderTest, WhatAnEditorMadeOfTheFileIsUnderstoodAndKept) {
+  using namespace std::string_literals;
+  const auto utf16 = [](std::string_view utf8, bool lowFirst) {
+    std::string bytes;
+    for (const char16_t unit : text::toUtf16(utf8)) {
+      const std::string pair{static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+      bytes += lowFirst ? pair : std::string(pair.rbegin(), pair.rend());
+    }
+    return bytes;
+  };
+  const struct {
+    const char* name;
+    std::function<std::string(std::string_view)> file;
+  } rows[] = {
+      {"code page 949", [](auto text) { return CodePage(kKoreanCodePage).fromUtf8(text); }},
+      {"UTF-8", [](auto text) { return std::string(text); }},
+      {"UTF-8, marked", [](auto text) { return "\xEF\xBB\xBF" + std::string(text); }},
+      {"UTF-16", [&](auto text) { return "\xFF\xFE" + utf16(text, true); }},
+      {"UTF-16, high byte first", [&](auto text) { return "\xFE\xFF" + utf16(text, false); }},
+      {"UTF-16, unmarked", [&](auto text) { return utf16(text, true); }},
+  };
+  const std::string before = "[경영자]\r\nGroup=A01\r\n상호=똠방 [한옥]\r\n[경로]\r\nDB=/홀\r\n";
+  for (const auto& row : rows) {
+    platform::replaceFile(path, row.file(before));
+    EXPECT_EQ(reader.read("경영자", "group", "other"), "A01") << row.name;
+    EXPECT_EQ(reader.read("경영자", "상호", "other"), "똠방 [한옥]") << row.name;
+    EXPECT_EQ(readProfileString(path, "경로", "DB", "other"), "/홀") << row.name;
+    reader.write("DailyData", "LastDate", "2013/08/21");
+    EXPECT_EQ(platform::readFile(path), row.file(before + "[DailyData]\r\nLastDate=2013/08/21\r\n"))
+        << row.name;
+  }
+}
+
+TEST_F(ProfileReaderTest, AFileThatCannotBeReadIsNotAnEmptyOne) {
+  std::filesystem::create_symlink("/proc/self/mem", path);  // there, but its first byte is not
+  EXPECT_THROW((void)reader.read("경영자", "Group", ""), RuntimeError);
+  EXPECT_THROW((void)readProfileString(path, "경로", "DB", ""), RuntimeError);
+  EXPECT_THROW(reader.write("DailyData", "LastDate", "2013/08/21"), RuntimeError);
 }
 
 TEST_F(ProfileReaderTest, ThePlatformsReadTrimsUnquotesAndCuts) {

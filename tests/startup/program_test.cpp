@@ -59,8 +59,17 @@ TEST_F(ProgramTest, WithoutTheSalesDatabaseAMessageEndsIt) {
   EXPECT_EQ(text("", ".log"), "none");
 }
 
+TEST_F(ProgramTest, AConfigurationThatCannotBeReadEndsItAndNothingIsWritten) {
+  fs::create_symlink("/proc/self/mem", path("config.ini"));  // there, but its first byte is not
+  file("data.mdb", "");
+  EXPECT_EQ(run("T2013/08/21"), 2);
+  EXPECT_TRUE(output.starts_with("런타임 오류 '57':")) << output;
+  EXPECT_NE(output.find("config.ini"), std::string::npos);
+  EXPECT_TRUE(fs::is_empty(path("AutoLoadData")));
+}
+
 TEST_F(ProgramTest, DaysThatAreNoneEndIt) {
-  file("config.ini", "");
+  file("config.ini", "[경영자]\r\nGroup=A01\r\n상호=한옥\r\n");
   file("data.mdb", "");
   EXPECT_EQ(run("T2013/13/45"), 2);
   EXPECT_TRUE(output.starts_with("런타임 오류 '13':")) << output;
@@ -106,7 +115,7 @@ TEST_F(ProgramTest, TenJobsWithinASecondLeaveTenFiles) {
 }
 
 TEST_F(ProgramTest, AnUnattendedStartLoadsNoPluginAndWithoutADisplayItSaysWhatToDo) {
-  file("config.ini", "");
+  file("config.ini", "[경영자]\r\nGroup=A01\r\n상호=한옥\r\n");
   for (const auto* name : {"data.mdb", "config.mdb", "outgo.mdb"}) file(name, "");
   const std::string program = path("quenbrook");
   support::run({"env", "-u", "DISPLAY", "LD_DEBUG=files", program, "T2013/08/21"}, &output);

@@ -71,6 +71,7 @@ TEST_F(StartModTest, TheValuesComeFromTheConfiguration) {
   EXPECT_EQ(begun.values.shop.tradeName, "김's 식당");
   EXPECT_EQ(begun.values.outgoPath, path("db/outgo.mdb"));
   EXPECT_EQ(begun.values.toDate, "2013/08/21");
+  EXPECT_TRUE(begun.values.warnings.empty());
   EXPECT_EQ(start("t2013/08/21").next, Next::kLoginWindow);
   EXPECT_TRUE(messages.shown.empty());
 }
@@ -87,6 +88,16 @@ TEST_F(StartModTest, WithoutTheSalesDatabaseItEndsWithAMessage) {
       "지정된 위치(" + folders + ")에 데이터베이스가 없습니다.\r\r\r\r프로그램을 종료합니다.");
   EXPECT_EQ(CodePage(949).toUtf8(platform::readFile(path("130821_Trans.log"))),
             "E)지정된 위치(" + folders + ")에 데이터베이스가 없어 종료\r\n");
+}
+
+TEST_F(StartModTest, AnEmptyIdentityGoesOnWithAWarning) {
+  platform::createEmptyFile(path("data.mdb"));
+  config("[경영자]\r\nGroup=\r\n대표자=O'Kim\r\n");
+  const auto begun = start("T2013/08/21");
+  EXPECT_EQ(begun.next, Next::kUploadWindow);
+  ASSERT_EQ(begun.values.warnings.size(), 2U);
+  EXPECT_NE(begun.values.warnings[0].find("Group"), std::string::npos);
+  EXPECT_NE(begun.values.warnings[1].find("상호"), std::string::npos);
 }
 
 TEST_F(StartModTest, WithoutTheConfigurationItEndsWithARunTimeError) {

@@ -35,7 +35,12 @@ struct InstalledShop {
  private:
   StartMod::Start read(Reports reports) {
     try {
-      return StartMod::Main("", {program.folder, program.settings, program.log, program.messages});
+      auto read =
+          StartMod::Main("", {program.folder, program.settings, program.log, program.messages});
+      for (const auto& warning : read.values.warnings) {
+        messages.show({warning, platform::Icon::kNone, {}});
+      }
+      return read;
     } catch (const RuntimeError& failure) {
       const auto line = joblog::failureLine({"시작", failure.number(), failure.description(), ""});
       if (reports == Reports::kToErrorLog) {
