@@ -137,9 +137,10 @@ void FrmQuenbrook::SSCommand3_Click() {
 void FrmQuenbrook::cmdStart_Click() {
   if (work_ != ui::Work::kNone) return;
   begin(ui::Work::kJob);
+  const auto logName = jobLogName();  // of the day on which the job starts
   verdict_ = driver_.run({chk1_, fromDate_, toDate_}, *this);
   end(verdict_.passed() ? ui::Verdict::kPassed : ui::Verdict::kFailed,
-      verdict_.passed() ? countsText(verdict_) : failureText(verdict_, jobLogName()));
+      verdict_.passed() ? countsText(verdict_) : failureText(verdict_, logName));
 }
 
 void FrmQuenbrook::cmdSend_Click() {

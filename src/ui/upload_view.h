@@ -32,13 +32,14 @@ class UploadView {
   virtual void setCalendarDay(values::DateTime day) = 0;                  // MonthView1
   virtual void setRange(values::DateTime from, values::DateTime to) = 0;  // its days in colour
   virtual void setRangeReversed(bool reversed) = 0;       // sspFrom and sspTo in red
-  virtual void focusCalendar() = 0;                       // or, where it is hidden, its button
+  virtual void focusCalendar() = 0;                       // its button where it is hidden
   virtual void setTick(int index, bool ticked) = 0;       // chk1
   virtual void setProgress(const std::string& text) = 0;  // sspRem
   virtual void setHourglass(bool on) = 0;                 // the screen's mouse pointer
 
-  // The keyboard focus is afterwards where it was before the work. With kTransfer the view calls
-  // TransferTimer_Timer several times a second; kNone withdraws a question that is still open.
+  // With kTransfer the view calls TransferTimer_Timer several times a second. kNone withdraws a
+  // question that is still open and gives the keyboard focus back to the control that had it before
+  // the work, or to cmdStart where that control is disabled.
   virtual void setWork(Work work) = 0;
   virtual void setVerdict(Verdict verdict, const std::string& text) = 0;  // how the work ended
   // `sendable` enables cmdSend while nothing runs.
