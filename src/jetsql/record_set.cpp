@@ -15,10 +15,11 @@ using values::Variant;
 
 void RecordSet::Implementation::append(sqlite3_stmt* statement) {
   const auto sources = static_cast<int>(layout_->sources.size());
-  for (int i = 0; i < sources; ++i)
+  for (int i = 0; i < sources; ++i) {
     rowIds_.push_back(sqlite3_column_type(statement, i) == SQLITE_NULL
                           ? kNoRow
                           : sqlite3_column_int64(statement, i));
+  }
   values_.append(statement, sources);
   ++count_;
 }
@@ -28,8 +29,9 @@ void RecordSet::Implementation::needRow() const {
 }
 
 void RecordSet::Implementation::needUpdatable() const {
-  if (!isUpdatable())
+  if (!isUpdatable()) {
     throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
+  }
 }
 
 void RecordSet::Implementation::moveTo(std::size_t position) {
@@ -55,9 +57,10 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
 }
 
 Variant RecordSet::Implementation::field(std::size_t index) {
-  if (index >= layout_->columns.size())
+  if (index >= layout_->columns.size()) {
     throw RuntimeError(error::kItemNotFound,
                        "Item not found in this collection: " + std::to_string(index) + ".");
+  }
   needRow();
   const Translation::Column& column = layout_->columns[index];
   if (!column.base) return values_.get(position_, column.computed);
@@ -67,16 +70,18 @@ Variant RecordSet::Implementation::field(std::size_t index) {
 
 std::size_t RecordSet::Implementation::fieldIndex(std::string_view name) const {
   const auto found = layout_->byName.find(name);
-  if (found == layout_->byName.end())
+  if (found == layout_->byName.end()) {
     throw RuntimeError(error::kItemNotFound,
                        "Item not found in this collection: '" + std::string(name) + "'.");
+  }
   return found->second;
 }
 
 jet::FieldValue RecordSet::Implementation::ofTable(const jet::FieldValue& field) const {
   const Translation::Column& column = layout_->columns[fieldIndex(field.name)];
-  if (!column.base)
+  if (!column.base) {
     throw RuntimeError(error::kReadOnly, "Cannot update. Field '" + column.name + "' is computed.");
+  }
   const jet::TableDefinition& table = layout_->sources[*layout_->updatable]->table().definition();
   return {table.columns[column.base->column].name, convert(field.value, column.type)};
 }
@@ -84,12 +89,14 @@ jet::FieldValue RecordSet::Implementation::ofTable(const jet::FieldValue& field)
 void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
                                            std::span<const jet::FieldValue> fields) {
   needUpdatable();
-  if (first > count_ || count > count_ - first)
+  if (first > count_ || count > count_ - first) {
     throw RuntimeError(error::kNoCurrentRecord, "No current record.");
+  }
   const std::size_t source = *layout_->updatable;
   std::vector<jet::RowId> ids;
-  for (std::size_t position = first; position < first + count; ++position)
+  for (std::size_t position = first; position < first + count; ++position) {
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
+  }
   std::ranges::sort(ids, {}, &jet::RowId::number);  // the order of the file
   std::vector<jet::FieldValue> values;
   for (const jet::FieldValue& field : fields) values.push_back(ofTable(field));
@@ -103,8 +110,9 @@ RecordSet::RecordSet(std::unique_ptr<Implementation> implementation)
 RecordSet::~RecordSet() = default;
 
 RecordSet::Implementation& RecordSet::alive() const {
-  if (!implementation_)
+  if (!implementation_) {
     throw RuntimeError(error::kObjectNotSet, "Object variable not set: the record set is closed.");
+  }
   return *implementation_;
 }
 

@@ -90,10 +90,11 @@ CatalogueObject SessionCatalogue::addTable(jet::Database& database, jet::Table& 
 }
 
 CatalogueObject SessionCatalogue::addExternal(const jet::CatalogueEntry& entry) {
-  if (options_.external == nullptr)
+  if (options_.external == nullptr) {
     throw RuntimeError(error::kConnectFailed, "ODBC--connection to '" + entry.connect +
                                                   "' failed: linked table '" + entry.name +
                                                   "' cannot be reached from here.");
+  }
   auto added = std::make_unique<ExternalTable>(*options_.external, entry.connect, entry.foreignName,
                                                entry.name, nextName(), callbacks_);
   added->registerIn(connection_.get());
@@ -117,11 +118,13 @@ JetTable* SessionCatalogue::jetTable(const CatalogueTable* table) const {
 
 std::vector<values::Variant> SessionCatalogue::values(const Translation& query) {
   const StatementHandle statement = prepare(query.sql);
-  for (std::size_t i = 0; i < query.literals.size(); ++i)
+  for (std::size_t i = 0; i < query.literals.size(); ++i) {
     bind(statement.get(), static_cast<int>(i) + 1, query.literals[i]);
+  }
   std::vector<values::Variant> values;
-  while (step(statement.get()))
+  while (step(statement.get())) {
     values.push_back(decode(encodedColumn(statement.get(), 0), query.columns.at(0).type));
+  }
   return values;
 }
 
@@ -155,12 +158,14 @@ void SessionCatalogue::fail() {
   callbacks_.rethrow();
   if (sqlite3_errcode(connection_.get()) == SQLITE_NOMEM) throw std::bad_alloc();
   const std::string text = sqlite3_errmsg(connection_.get());
-  if (text.find("integer overflow") != std::string::npos)
+  if (text.find("integer overflow") != std::string::npos) {
     throw RuntimeError(error::kOverflow, "Overflow.");
+  }
   if (text.find("too large") != std::string::npos || text.find("too many") != std::string::npos ||
       text.find("parser stack overflow") != std::string::npos ||
-      text.find("at most") != std::string::npos)
+      text.find("at most") != std::string::npos) {
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex: " + text + ".");
+  }
   throw RuntimeError(error::kReserved, "The query could not be run: " + text + ".");
 }
 

@@ -30,8 +30,9 @@ class CivilTimeParser {
       : rest_(text), currentYear_(currentYear) {}
 
   std::optional<CivilTime> run() {
-    for (skipBlanks(); !rest_.empty(); skipBlanks())
+    for (skipBlanks(); !rest_.empty(); skipBlanks()) {
       if (!readWord() && !readNumbers()) return std::nullopt;
+    }
     if (!(hasDay_ || hasTime_) || !applyHalfDay() || !exists(civil_)) return std::nullopt;
     return civil_;
   }
@@ -64,8 +65,9 @@ class CivilTimeParser {
       half_ = morning ? HalfDay::kMorning : HalfDay::kAfternoon;
       return isFirst;
     }
-    for (const std::string_view day : kWeekdays)
+    for (const std::string_view day : kWeekdays) {
       if (rest_.starts_with(day)) return take(day), take("요일");
+    }
     return false;
   }
 
@@ -86,8 +88,9 @@ class CivilTimeParser {
     if (!first) return false;
     if (take(":")) return readTime(*first);
     if (takeAfterBlanks("년")) return readKoreanDay(*first);
-    for (const char* mark : {"-", "/", "."})
+    for (const char* mark : {"-", "/", "."}) {
       if (takeAfterBlanks(mark)) return readDay(*first, mark);
+    }
     if (hasTime_) return false;
     hasTime_ = needsHalfDay_ = true;
     civil_.hour = first->value;
@@ -123,7 +126,7 @@ class CivilTimeParser {
     skipBlanks();
     const auto second = readNumber();
     if (!second) return false;
-    if (!takeAfterBlanks(mark)) return setMonth(first, *second);
+    if (!takeAfterBlanks(mark)) return mark != "." && setMonth(first, *second);
     skipBlanks();
     const auto third = readNumber();
     if (!third) return false;
@@ -138,7 +141,7 @@ class CivilTimeParser {
            setDay(fullYear(*third), second->value, first.value);
   }
 
-  // Two numbers: a month of a year, or a day of this one.
+  // Two numbers: a month of a year, or a day of this one. With a full stop they are a fraction.
   bool setMonth(const Number& first, const Number& second) {
     if (isYear(first)) return setDay(fullYear(first), second.value, 1);
     if (isYear(second)) return setDay(fullYear(second), first.value, 1);

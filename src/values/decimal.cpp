@@ -53,8 +53,9 @@ Numeric fromReal(double value) {
                        .ptr;
   Numeric number{value < 0, 0, 0};
   const char* mark = std::find(digits.data(), end, 'e');
-  for (const char* p = digits.data(); p != mark; ++p)
+  for (const char* p = digits.data(); p != mark; ++p) {
     if (*p != '.') number.magnitude = number.magnitude * 10 + static_cast<unsigned>(*p - '0');
+  }
   int exponent = 0;
   std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
   int scale = 14 - exponent;

@@ -89,8 +89,9 @@ class NumberParser {
       rest_.remove_prefix(1);
     }
     const std::size_t before = number_.size();
-    for (; !rest_.empty() && text::isAsciiDigit(rest_.front()); rest_.remove_prefix(1))
+    for (; !rest_.empty() && text::isAsciiDigit(rest_.front()); rest_.remove_prefix(1)) {
       number_ += rest_.front();
+    }
     return number_.size() > before;
   }
 

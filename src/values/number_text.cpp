@@ -13,8 +13,9 @@ namespace {
 
 // Digits and a decimal exponent: the value is 0.d1d2d3... times 10^point.
 std::string placePoint(std::string_view digits, int point) {
-  if (point <= 0)
+  if (point <= 0) {
     return "0." + std::string(static_cast<std::size_t>(-point), '0') + std::string(digits);
+  }
   const auto whole = static_cast<std::size_t>(point);
   std::string text(digits.substr(0, whole));
   if (digits.size() <= whole) return text.append(whole - digits.size(), '0');
@@ -42,8 +43,9 @@ std::string formatReal(Real value) {
   digits.resize(digits.find_last_not_of('0') + 1);
   if (digits.empty()) return "0";
   const std::string sign = value < 0 ? "-" : "";
-  if (exponent < kDigits && exponent >= kLeastPlainExponent)
+  if (exponent < kDigits && exponent >= kLeastPlainExponent) {
     return sign + placePoint(digits, exponent + 1);
+  }
   std::string text = sign + digits[0];
   if (digits.size() > 1) text.append(1, '.').append(digits, 1);
   return text + (exponent < 0 ? "E-" : "E+") + (std::abs(exponent) < 10 ? "0" : "") +
@@ -65,10 +67,12 @@ std::string realText(double value) { return formatReal(value); }
 std::string decimalText(bool negative, Uint128 magnitude, int scale) {
   std::array<char, 40> buffer;
   auto at = buffer.end();
-  for (; magnitude > UINT64_MAX; magnitude /= 10)
+  for (; magnitude > UINT64_MAX; magnitude /= 10) {
     *--at = static_cast<char>('0' + static_cast<int>(magnitude % 10));
-  for (auto rest = static_cast<std::uint64_t>(magnitude); rest != 0; rest /= 10)
+  }
+  for (auto rest = static_cast<std::uint64_t>(magnitude); rest != 0; rest /= 10) {
     *--at = static_cast<char>('0' + static_cast<int>(rest % 10));
+  }
   std::string_view digits(at, static_cast<std::size_t>(buffer.end() - at));
   const int point = static_cast<int>(digits.size()) - scale;
   const std::size_t last = digits.find_last_not_of('0');

@@ -62,6 +62,10 @@ TEST(ConversionsTest, NzTextNzLongAndNzBoolFallBack) {
       {"empty", "", "", 0, false},
       {"apostrophe", "it's", "it's", 0, false},
       {"number as text", "42", "42", 42, false},
+      {"grouped", "1,234", "1,234", 1234, false},
+      {"in parentheses", "(1)", "(1)", -1, true},
+      {"date as text", "20130802x", "20130802x", 0, false},
+      {"single of eight digits", 12345678.0F, "1.234568E+07", 12345678, false},
       {"yes as text", " -1", " -1", -1, true},
       {"word for yes", "True", "True", 0, false},
       {"yes", true, "True", -1, true},
@@ -89,6 +93,8 @@ TEST(ConversionsTest, FormatsKeepNullAndWhatIsNoDate) {
   EXPECT_EQ(SqlText(formatHourMinute(kEvening)), "19:05");
   EXPECT_EQ(SqlText(formatHourMinute("7:05:30")), "07:05");
   EXPECT_EQ(SqlText(formatHourMinute("지각")), "지각");
+  EXPECT_EQ(SqlText(formatTime("2013-08-02 오후 3:30:00")), "15:30:00");
+  EXPECT_EQ(SqlText(formatDay("13-08-02")), "2013-08-02");
   EXPECT_TRUE(formatTime(kNull).isNull());
   EXPECT_EQ(weekdayLetter("2013-08-02"), "금");
   EXPECT_EQ(weekdayLetter(values::toDateTime({2013, 8, 4, 0, 0, 0})), "일");

@@ -50,13 +50,15 @@ TEST(ArithmeticTest, TypesOfResults) {
         "dddddddddd", "dddddddddd", "dddddddddd", "dddddddddd"}},
   };
   const support::FakeClock clock;
-  for (const TypeTable& table : tables)
-    for (std::size_t left = 0; left < kOperands.size(); ++left)
+  for (const TypeTable& table : tables) {
+    for (std::size_t left = 0; left < kOperands.size(); ++left) {
       for (std::size_t right = 0; right < kOperands.size(); ++right) {
         const Case c{std::string("op ") + table.operation, {kOperands[left], kOperands[right]}, ""};
         EXPECT_EQ(evaluate(c, {clock}).substr(0, 1), table.rows[left].substr(right, 1))
             << shownCall(c);
       }
+    }
+  }
 }
 
 TEST(ArithmeticTest, Values) {

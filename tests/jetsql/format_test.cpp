@@ -84,9 +84,10 @@ TEST(FormatTest, Gives) {
       {0, "On/Off", "Off"},
       {Currency{INT64_MAX}, "#,##0.0000", "922,337,203,685,477.5807"},
   };
-  for (const Case& c : cases)
+  for (const Case& c : cases) {
     EXPECT_EQ(format(c.value, c.pattern), c.expected)
         << (c.value.isNull() ? "Null" : toText(c.value)) << " as " << c.pattern;
+  }
 }
 
 }  // namespace

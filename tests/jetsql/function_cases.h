@@ -46,8 +46,9 @@ inline std::string evaluate(const Case& c, const Environment& environment) {
 
 inline std::string shownCall(const Case& c) {
   std::string text = c.function + "(";
-  for (const values::Variant& argument : c.arguments)
+  for (const values::Variant& argument : c.arguments) {
     text += (text.back() == '(' ? "" : ", ") + show(argument);
+  }
   return text + ")";
 }
 

@@ -123,11 +123,12 @@ class SessionFixture : public testing::Test {
     auto& menu = builder.addTable(
         "Menu", {{.name = "menu"}, {.name = "title", .type = ColumnType::kText, .size = 20}},
         {{.name = "PrimaryKey", .columns = {"menu"}, .primary = true}});
-    for (const char* title : {"김밥", "라면", "찌개"})
+    for (const char* title : {"김밥", "라면", "찌개"}) {
       menu.add({static_cast<std::int32_t>(title[0] == '\xEA'   ? 0
                                           : title[0] == '\xEB' ? 1
                                                                : 2),
                 title});
+    }
     builder.addTable("Nothing", {{.name = "id"}});
     builder.addTable("Till 1", {{.name = "id"}}).add({11});
     builder.addTable("Till 2", {{.name = "id"}}).add({22});

@@ -37,14 +37,17 @@ TEST_F(SessionTest, ACachedQueryIsNotTakenForAnother) {
       {"Till 1", "11"},
       {"Till 2", "22"},
   };
-  for (int round = 0; round < 3; ++round)
+  for (int round = 0; round < 3; ++round) {
     for (const Case& c : cases) EXPECT_EQ(rows(c.query), c.expected) << c.query;
+  }
 }
 
 TEST_F(SessionTest, MoreQueriesThanTheCacheHolds) {
-  for (int round = 0; round < 2; ++round)
-    for (int i = 0; i < 150; ++i)
+  for (int round = 0; round < 2; ++round) {
+    for (int i = 0; i < 150; ++i) {
       EXPECT_EQ(rows("SELECT id AS a" + std::to_string(i) + " FROM Items WHERE id = 5"), "5");
+    }
+  }
 }
 
 TEST_F(SessionTest, ErrorsInsideAQueryKeepTheirNumber) {
@@ -219,8 +222,9 @@ TEST_F(SessionTest, AnErrorInAColumnIsRaisedWhereItIsRead) {
       const auto rows = session->openRecordSet(c.query);
       for (; !rows->atEnd(); rows->moveNext()) {
         if (!text.empty()) text += '|';
-        for (std::size_t i = 0; i < c.fields.size(); ++i)
+        for (std::size_t i = 0; i < c.fields.size(); ++i) {
           text += (i > 0 ? "," : "") + read(*rows, c.fields[i]);
+        }
       }
     } catch (const RuntimeError& problem) {
       text = "error " + std::to_string(problem.number());

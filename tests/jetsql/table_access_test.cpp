@@ -18,14 +18,16 @@ class TableAccessTest : public SessionFixture {
   std::string condition() {
     const std::string field =
         pick({"id", "sale", "menu", "price", "day", "done", "name", "ratio", "exact"});
-    if (field == "name")
+    if (field == "name") {
       return field + pick({" = ", " >= "}) + "'" + pick({"메뉴", "MENU", "menu"}) +
              std::to_string(random_() % 22) + "'";
+    }
     if (field == "done") return field + " = " + pick({"True", "False", "2"});
     const std::string comparison = pick({" = ", " = ", " < ", " <= ", " > ", " >= "});
-    if (field == "day")
+    if (field == "day") {
       return field + comparison + "#2013-0" + std::to_string(1 + random_() % 3) + "-1" +
              std::to_string(random_() % 10) + pick({"", " 12:00:00"}) + "#";
+    }
     if (random_() % 20 == 0) return field + comparison + pick({"3000000000", "-1E+18", "0.3"});
     return field + comparison + number(-70, 400);
   }
@@ -38,8 +40,9 @@ TEST_F(TableAccessTest, EveryWayGivesTheSameRows) {
   int found = 0;
   for (int i = 0; i < 300; ++i) {
     std::string where = " WHERE " + condition();
-    for (int more = static_cast<int>(random_() % 3); more > 0; --more)
+    for (int more = static_cast<int>(random_() % 3); more > 0; --more) {
       where += pick({" AND ", " AND ", " OR "}) + condition();
+    }
     where += " ORDER BY id";
     // A session's first lookups by a column scan; one that goes on builds indexes in memory.
     const std::string scanned = rows(*open(), "SELECT id FROM Plain" + where);
@@ -77,8 +80,8 @@ TEST_F(TableAccessTest, RowsOfOneKeyComeInTheOrderOfTheFile) {
 
 // The rows of one key are ordered by the table itself; by an expression SQLite has to order them.
 TEST_F(TableAccessTest, RowsOfOneKeyAreOrderedAsSqliteOrders) {
-  for (const char* field : {"id", "sale", "price", "day", "done", "name", "ratio", "exact"})
-    for (const char* way : {"", " DESC"})
+  for (const char* field : {"id", "sale", "price", "day", "done", "name", "ratio", "exact"}) {
+    for (const char* way : {"", " DESC"}) {
       for (const char* table : {"Items", "Plain"}) {
         const std::string f = field;
         const std::string query =
@@ -86,6 +89,8 @@ TEST_F(TableAccessTest, RowsOfOneKeyAreOrderedAsSqliteOrders) {
         EXPECT_EQ(rows(query + "done, " + f + way),
                   rows(query + "IIf(True, done, done), IIf(True, " + f + ", " + f + ")" + way));
       }
+    }
+  }
 }
 
 TEST_F(TableAccessTest, AnIndexInMemoryFollowsUpdates) {

@@ -41,6 +41,9 @@ TEST_F(TranslationTest, Expressions) {
       {"in", "SELECT 'B' In ('a','b'), 2 Not In (1,3), 1 In (2, Null)", "-1,-1,-"},
       {"only what is asked for", "SELECT IIf(0 = 1, 1 / 0, 'no'), Choose(2, 1 \\ 0, 7)", "no,7"},
       {"division by zero", "SELECT 1 / 0", "error 11"},
+      {"times", "SELECT TimeValue(#2013-08-21 15:30#) <= #15:30#, TimeSerial(15, 30, 0) = #15:30#",
+       "-1,-1"},
+      {"for ever", "SELECT id FROM Sales WHERE day < #9999-12-31# And id = 1", "1"},
       {"the next wider type", "SELECT 2000000000 + 2000000000, CLng('4,0') + 1", "4000000000,41"},
   });
 }

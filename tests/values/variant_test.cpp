@@ -177,6 +177,7 @@ TEST(DateTimeTest, TextsReadAsDates) {
       {"2013년 8월 21일", "2013-08-21"},
       {"2013년 8월 21일 수요일 오후 3:30", "2013-08-21 15:30:00"},
       {"8-21", nullptr},  // of which year
+      {"3.45", nullptr},
       {"20130821", nullptr},
       {"15", nullptr},
       {"2013-08-21 2013-08-22", nullptr},

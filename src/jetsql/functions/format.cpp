@@ -48,11 +48,13 @@ Kind kindOf(std::string_view pattern) {
     if (c == '\\') ++i;
     if (quoted || c == '\\') continue;
     if (std::string_view("0#%").find(c) != std::string_view::npos) return Kind::kNumber;
-    if (std::string_view("dmyhnswqtcDMYHNSWQTC").find(c) != std::string_view::npos)
+    if (std::string_view("dmyhnswqtcDMYHNSWQTC").find(c) != std::string_view::npos) {
       return Kind::kDate;
+    }
     if (std::string_view("@&<>!").find(c) != std::string_view::npos) return Kind::kText;
-    for (const std::string_view mark : {"am/pm", "ampm", "a/p", "aaa", "oooo"})
+    for (const std::string_view mark : {"am/pm", "ampm", "a/p", "aaa", "oooo"}) {
       if (text::startsWithIgnoringAsciiCase(pattern.substr(i), mark)) return Kind::kDate;
+    }
   }
   return Kind::kNone;
 }
@@ -73,10 +75,12 @@ Variant readAs(const Variant& value, Kind kind) {
 }  // namespace
 
 std::string format(const Variant& value, std::string_view pattern, const WeekRule& rule) {
-  for (const NamedForm& form : kNamedForms)
+  for (const NamedForm& form : kNamedForms) {
     if (equalText(form.name, pattern)) return format(value, form.pattern, rule);
-  if (equalText(pattern, "General Number") || pattern.empty())
+  }
+  if (equalText(pattern, "General Number") || pattern.empty()) {
     return value.isNull() ? std::string() : toText(value);
+  }
   const Kind kind = kindOf(pattern);
   if (value.isNull()) {
     if (kind == Kind::kText && splitSections(pattern).size() > 1) return formatText({}, pattern);

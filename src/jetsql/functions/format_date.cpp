@@ -36,8 +36,9 @@ class DateFormatter {
 
   [[nodiscard]] bool hasHalfDayMark() {
     bool found = false;
-    for (position_ = 0; position_ < pattern_.size() && !found; ++position_)
+    for (position_ = 0; position_ < pattern_.size() && !found; ++position_) {
       found = matches("am/pm") || matches("ampm") || matches("a/p");
+    }
     position_ = 0;
     return found;
   }

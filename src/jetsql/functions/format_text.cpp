@@ -67,10 +67,11 @@ std::u32string render(const std::u32string& characters, const Section& section) 
       next = excess;
     }
     const bool empty = section.fromLeft ? next >= characters.size() : place < missing;
-    if (!empty)
+    if (!empty) {
       result += characters[next++];
-    else if (mark.character == U'@')
+    } else if (mark.character == U'@') {
       result += U' ';
+    }
     ++place;
   }
   return result + characters.substr(std::min(next, characters.size()));

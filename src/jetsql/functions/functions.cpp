@@ -27,8 +27,9 @@ const Function* findIn(std::span<const Function> table, std::string_view name) {
 
 const Function* findFunction(std::string_view name) {
   if (name.ends_with('$')) name.remove_suffix(1);
-  for (const auto group : functionGroups())
+  for (const auto group : functionGroups()) {
     if (const Function* function = findIn(group, name)) return function;
+  }
   return nullptr;
 }
 
@@ -42,8 +43,9 @@ FunctionGroups functionGroups() {
 
 Variant call(const Function& function, Arguments arguments, const Environment& environment) {
   if (!function.acceptsNull && std::any_of(arguments.begin(), arguments.end(),
-                                           [](const Variant& value) { return value.isNull(); }))
+                                           [](const Variant& value) { return value.isNull(); })) {
     return {};
+  }
   return function.implementation(arguments, environment);
 }
 
@@ -68,8 +70,9 @@ TextArgument::TextArgument(const Variant& value) {
 }
 
 values::DateTime dateArgument(const Variant& value, const Environment& environment) {
-  if (const auto* text = value.as<std::string>())
+  if (const auto* text = value.as<std::string>()) {
     if (const auto date = values::parseDate(*text, environment.clock.now().year)) return *date;
+  }
   return toDate(value);
 }
 

@@ -11,8 +11,8 @@
 // Besides: jet_convert('lx', '12') converts only, jet_fail(3354, 'text') raises that error.
 //
 // A Null argument gives Null except where the function is about Null (IsNull, Nz, IIf, ...). IIf,
-// Nz, Switch and Choose stand here for their types; as functions they have all arguments computed,
-// so the translation writes them as CASE, which computes only the one that is asked for.
+// Switch, Choose and IsError stand here for their names and argument counts: called as functions
+// they would have all arguments computed, so the translation writes SQL of its own for them.
 //
 // Text positions count characters (code points, so a Hangul syllable is one) from 1.
 //

@@ -50,8 +50,9 @@ std::string characterOf(std::int32_t code, const Environment& environment) {
 std::int32_t codeArgument(const Variant& value, std::string_view function) {
   std::int32_t code = toLong(value);
   if (code < 0) code += kMaxCode + 1;
-  if (code < 0 || code > kMaxCode || toLong(value) < std::numeric_limits<std::int16_t>::min())
+  if (code < 0 || code > kMaxCode || toLong(value) < std::numeric_limits<std::int16_t>::min()) {
     throwInvalidCall(function);
+  }
   return code;
 }
 
@@ -88,8 +89,9 @@ std::string_view firstCharacter(std::string_view text, std::string_view function
 Variant asc(Arguments arguments, const Environment& environment) {
   const TextArgument text(arguments[0]);
   std::int32_t code = 0;
-  for (const char byte : environment.codePage.fromUtf8(firstCharacter(text.view(), "Asc")))
+  for (const char byte : environment.codePage.fromUtf8(firstCharacter(text.view(), "Asc"))) {
     code = code * 256 + static_cast<unsigned char>(byte);
+  }
   return static_cast<std::int16_t>(code);
 }
 

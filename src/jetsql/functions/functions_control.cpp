@@ -40,8 +40,9 @@ VariantType nzType(ArgumentTypes types) {
 // Switch(condition, value, ...): the value of the first condition that is true, else Null.
 Variant switchCase(Arguments arguments, const Environment&) {
   if (arguments.size() % 2 != 0) throwInvalidCall("Switch");
-  for (std::size_t i = 0; i < arguments.size(); i += 2)
+  for (std::size_t i = 0; i < arguments.size(); i += 2) {
     if (isTrue(arguments[i])) return arguments[i + 1];
+  }
   return {};
 }
 

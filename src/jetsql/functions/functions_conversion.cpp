@@ -54,8 +54,9 @@ double radixValue(std::string_view digits, int base) {
 Variant val(Arguments arguments, const Environment&) {
   requireNotNull(arguments[0]);
   std::string text;
-  for (const char c : TextArgument(arguments[0]).view())
+  for (const char c : TextArgument(arguments[0]).view()) {
     if (c != ' ' && c != '\t' && c != '\n' && c != '\r') text += text::lowerAscii(c);
+  }
   if (text.starts_with("&h")) return radixValue(std::string_view(text).substr(2), 16);
   if (text.starts_with("&o")) return radixValue(std::string_view(text).substr(2), 8);
   std::replace(text.begin(), text.end(), 'd', 'e');
@@ -65,8 +66,9 @@ Variant val(Arguments arguments, const Environment&) {
   if (rest.empty() || !(text::isAsciiDigit(rest[0]) || rest[0] == '.')) return 0.0;
   double number = 0;
   if (std::from_chars(rest.data(), rest.data() + rest.size(), number).ec ==
-      std::errc::result_out_of_range)
+      std::errc::result_out_of_range) {
     throwOverflow();
+  }
   return negative ? -number : number;
 }
 

@@ -61,8 +61,9 @@ Variant formatDateTime(Arguments arguments, const Environment&) {
   constexpr const char* kForms[] = {"General Date", "Long Date", "Short Date", "Long Time",
                                     "Short Time"};
   const std::int32_t form = longArgument(arguments, 1, 0);
-  if (form < 0 || form >= static_cast<std::int32_t>(std::size(kForms)))
+  if (form < 0 || form >= static_cast<std::int32_t>(std::size(kForms))) {
     throwInvalidCall("FormatDateTime");
+  }
   return format(toDate(arguments[0]), kForms[form]);
 }
 

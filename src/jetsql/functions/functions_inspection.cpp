@@ -34,19 +34,21 @@ Variant typeName(Arguments arguments, const Environment&) {
 Variant isNull(Arguments arguments, const Environment&) { return arguments[0].isNull(); }
 
 Variant isNumeric(Arguments arguments, const Environment&) {
-  if (const auto* text = arguments[0].as<std::string>())
+  if (const auto* text = arguments[0].as<std::string>()) {
     return values::parseNumber(*text).has_value();
+  }
   return isNumber(arguments[0].type());
 }
 
 Variant isDate(Arguments arguments, const Environment& environment) {
-  if (const auto* text = arguments[0].as<std::string>())
+  if (const auto* text = arguments[0].as<std::string>()) {
     return values::parseDate(*text, environment.clock.now().year).has_value();
+  }
   return arguments[0].type() == VariantType::kDateTime;
 }
 
-// A field or an expression holds neither nothing at all nor an object. An error is no value here:
-// the expression that has it fails before it is asked about.
+// A field or an expression holds neither nothing at all nor an object. IsError stands here for its
+// name: a value that arrives here is none.
 Variant isNever(Arguments, const Environment&) { return false; }
 
 constexpr auto kYesNo = fixedType<VariantType::kYesNo>;

@@ -46,8 +46,9 @@ Variant qbColor(Arguments arguments, const Environment&) {
                                       0x008080, 0xC0C0C0, 0x808080, 0xFF0000, 0x00FF00, 0xFFFF00,
                                       0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF};
   const std::int32_t number = toInteger(arguments[0]);
-  if (number < 0 || number >= static_cast<std::int32_t>(std::size(kColors)))
+  if (number < 0 || number >= static_cast<std::int32_t>(std::size(kColors))) {
     throwInvalidCall("QBColor");
+  }
   return kColors[number];
 }
 

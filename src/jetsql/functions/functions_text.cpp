@@ -112,8 +112,9 @@ Variant inStrRev(Arguments arguments, const Environment&) {
 // Replace(text, find, by [, start [, count [, comparison]]]): the text before the start is cut off.
 // Error 94 where the text is Null.
 Variant replace(Arguments arguments, const Environment&) {
-  for (const Variant& argument : arguments)
+  for (const Variant& argument : arguments) {
     if (argument.isNull()) throw RuntimeError(error::kInvalidUseOfNull, "Invalid use of Null.");
+  }
   const TextArgument source(arguments[0]);
   const std::int32_t comparison = longArgument(arguments, 5, kBinaryCompare);
   const std::size_t start = arguments.size() > 3 ? countArgument(arguments, 3, "Replace", 1) : 1;

@@ -173,14 +173,16 @@ Variant matches(Arguments arguments, const Environment&) {
 
 // The logical operators work on Yes/No, and bit by bit on numbers.
 VariantType logicalType(ArgumentTypes types) {
-  for (const VariantType type : types)
+  for (const VariantType type : types) {
     if (type != VariantType::kYesNo && type != VariantType::kNull) return VariantType::kLong;
+  }
   return VariantType::kYesNo;
 }
 
 Variant logical(Arguments arguments, std::int32_t bits) {
-  for (const Variant& argument : arguments)
+  for (const Variant& argument : arguments) {
     if (!argument.isNull() && argument.type() != VariantType::kYesNo) return bits;
+  }
   return bits != 0;
 }
 

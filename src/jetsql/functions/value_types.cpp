@@ -21,8 +21,9 @@ constexpr std::string_view kLetters = "nybilsdctmxo";  // in the order of Varian
 // The types by their letters, from a on; Null for a letter that is none.
 constexpr auto kTypes = [] {
   std::array<VariantType, 26> types{};
-  for (std::size_t i = 0; i < kLetters.size(); ++i)
+  for (std::size_t i = 0; i < kLetters.size(); ++i) {
     types[static_cast<std::size_t>(kLetters[i] - 'a')] = static_cast<VariantType>(i);
+  }
   return types;
 }();
 
@@ -82,8 +83,9 @@ VariantType sumType(VariantType left, VariantType right) {
 }
 
 VariantType differenceType(VariantType left, VariantType right) {
-  if (left == right && (left == VariantType::kDateTime || isTextual(left)))
+  if (left == right && (left == VariantType::kDateTime || isTextual(left))) {
     return VariantType::kDouble;
+  }
   return sumType(left, right);
 }
 
@@ -110,15 +112,17 @@ VariantType wholeQuotientType(VariantType left, VariantType right) {
 
 std::uint8_t toByte(const Variant& value) {
   const std::int32_t whole = toLong(value);
-  if (whole < 0 || whole > std::numeric_limits<std::uint8_t>::max())
+  if (whole < 0 || whole > std::numeric_limits<std::uint8_t>::max()) {
     throw RuntimeError(error::kOverflow, "Overflow.");
+  }
   return static_cast<std::uint8_t>(whole);
 }
 
 float toSingle(const Variant& value) {
   const double number = toDouble(value);
-  if (std::abs(number) > std::numeric_limits<float>::max())
+  if (std::abs(number) > std::numeric_limits<float>::max()) {
     throw RuntimeError(error::kOverflow, "Overflow.");
+  }
   return static_cast<float>(number);
 }
 
@@ -151,8 +155,9 @@ VariantType commonType(VariantType left, VariantType right) {
   if (right == VariantType::kNull) return left;
   if (isNumber(left) && isNumber(right)) return widerNumber(left, right);
   if ((left == VariantType::kDateTime && isNumber(right)) ||
-      (right == VariantType::kDateTime && isNumber(left)))
+      (right == VariantType::kDateTime && isNumber(left))) {
     return VariantType::kDateTime;
+  }
   return VariantType::kText;
 }
 
@@ -173,10 +178,12 @@ VariantType arithmeticType(Arithmetic operation, VariantType left, VariantType r
 }
 
 Variant wholeResult(std::int64_t number, VariantType type) {
-  if (type == VariantType::kByte && std::in_range<std::uint8_t>(number))
+  if (type == VariantType::kByte && std::in_range<std::uint8_t>(number)) {
     return static_cast<std::uint8_t>(number);
-  if (type != VariantType::kLong && std::in_range<std::int16_t>(number))
+  }
+  if (type != VariantType::kLong && std::in_range<std::int16_t>(number)) {
     return static_cast<std::int16_t>(number);
+  }
   if (std::in_range<std::int32_t>(number)) return static_cast<std::int32_t>(number);
   return static_cast<double>(number);
 }

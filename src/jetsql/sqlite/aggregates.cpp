@@ -121,8 +121,9 @@ CallbackContext& callbacksOf(sqlite3_context* context) {
 
 const unsigned char* signature(sqlite3_value* value) {
   const unsigned char* text = sqlite3_value_text(value);
-  if (text == nullptr || text[0] == 0 || text[1] == 0)
+  if (text == nullptr || text[0] == 0 || text[1] == 0) {
     throw RuntimeError(error::kInvalidCall, "Invalid procedure call: signature.");
+  }
   return text;
 }
 
@@ -158,10 +159,11 @@ void stepCallback(sqlite3_context* context, int count, sqlite3_value** values) {
                         .release();
     }
     const VariantType type = typeOfLetter(static_cast<char>(letters[1]));
-    if (isWhole(values[1], type))
+    if (isWhole(values[1], type)) {
       slot->group->aggregate->stepWhole(sqlite3_value_int(values[1]));
-    else
+    } else {
       slot->group->aggregate->step(decode(values[1], type));
+    }
   });
 }
 

@@ -21,15 +21,17 @@ bool run(sqlite3* connection, const std::string& sql) {
 
 std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const JetTable& table,
                                                    const IndexedExpression& key) {
-  for (const Index& index : indexes_)
+  for (const Index& index : indexes_) {
     if (index.table == &table && index.key.sql == key.sql) return index.name;
+  }
   const double rows = table.estimatedRows();
   if (rows < kMinRows || rows > kMaxRows || indexes_.size() == kMaxTables) return {};
   Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0};
   if (!run(connection, "CREATE TEMP TABLE " + made.name + " (key" +
                            (key.isText ? " COLLATE JET" : "") +
-                           ", row INTEGER, PRIMARY KEY (key, row)) WITHOUT ROWID"))
+                           ", row INTEGER, PRIMARY KEY (key, row)) WITHOUT ROWID")) {
     return {};
+  }
   if (!build(connection, made)) {
     // The expression fails for some row: the query itself may not reach that row.
     run(connection, "DROP TABLE " + made.name);
@@ -56,9 +58,10 @@ bool ExpressionIndexes::build(sqlite3* connection, Index& index) {
 void ExpressionIndexes::refresh(sqlite3* connection) {
   for (Index& index : indexes_) {
     if (index.changes == changesOf(index)) continue;
-    if (!run(connection, "DELETE FROM " + index.name) || !build(connection, index))
+    if (!run(connection, "DELETE FROM " + index.name) || !build(connection, index)) {
       throw RuntimeError(error::kReserved, "An index in memory on " + index.table->schema().name +
                                                " could not be rebuilt.");
+    }
   }
 }
 

@@ -37,15 +37,17 @@ Variant evaluate(const Binding& binding, Arguments arguments) {
   if (arguments.size() <= width) return call(function, arguments, binding.callbacks.environment);
   // a + b + c in one call.
   Variant result = arguments[0];
-  for (const Variant& operand : arguments.subspan(1))
+  for (const Variant& operand : arguments.subspan(1)) {
     result = call(function, std::array{result, operand}, binding.callbacks.environment);
+  }
   return result;
 }
 
 std::string_view signatureOf(sqlite3_value* value, std::size_t count) {
   const auto* letters = static_cast<const char*>(sqlite3_value_blob(value));
-  if (letters == nullptr || static_cast<std::size_t>(sqlite3_value_bytes(value)) != count + 1)
+  if (letters == nullptr || static_cast<std::size_t>(sqlite3_value_bytes(value)) != count + 1) {
     throw RuntimeError(error::kInvalidCall, "Invalid procedure call: signature.");
+  }
   return {letters, count + 1};
 }
 
@@ -59,8 +61,9 @@ bool runCurrencyFastPath(const Binding& binding, sqlite3_context* context, std::
       sqlite3_value_type(values[1]) != SQLITE_INTEGER ||
       sqlite3_value_type(values[2]) != SQLITE_INTEGER ||
       binding.function->currencyFastPath(sqlite3_value_int64(values[1]),
-                                         sqlite3_value_int64(values[2]), &result))
+                                         sqlite3_value_int64(values[2]), &result)) {
     return false;
+  }
   sqlite3_result_int64(context, result);
   return true;
 }
@@ -114,11 +117,14 @@ void add(sqlite3* database, CallbackContext& callbacks, const std::string& name,
 }  // namespace
 
 void registerFunctions(sqlite3* database, CallbackContext& callbacks) {
-  for (const auto group : functionGroups())
-    for (const Function& function : group)
+  for (const auto group : functionGroups()) {
+    for (const Function& function : group) {
       add(database, callbacks, "jet_" + text::lowerCase(function.name), &function);
-  for (const Function& function : allOperators())
+    }
+  }
+  for (const Function& function : allOperators()) {
     add(database, callbacks, "jet_op_" + std::string(function.name), &function);
+  }
   add(database, callbacks, "jet_convert", nullptr);
   sqlite3_create_function_v2(database, "jet_fail", 2, SQLITE_UTF8, &callbacks, fail, nullptr,
                              nullptr, nullptr);

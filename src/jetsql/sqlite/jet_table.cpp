@@ -26,8 +26,9 @@ JetTable::JetTable(jet::Database& database, jet::Table& table, std::string name,
       uses_(table.definition().columns.size()) {
   schema_.name = std::move(name);
   schema_.sqliteName = std::move(sqliteName);
-  for (const jet::Column& column : table.definition().columns)
+  for (const jet::Column& column : table.definition().columns) {
     schema_.columns.push_back({column.name, column.variantType()});
+  }
 }
 
 void JetTable::chooseAccessPath(sqlite3_index_info& info) const {
@@ -44,8 +45,9 @@ double JetTable::estimatedRows() const { return std::max<double>(table_.definiti
 std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
   ColumnUse& use = uses_[column];
   if (use.index == nullptr && use.lookups++ >= kLookupsBeforeIndex &&
-      table_.definition().rowCount <= kMaxIndexedRows)
+      table_.definition().rowCount <= kMaxIndexedRows) {
     use.index = std::make_shared<MemoryIndex>(table_, column);
+  }
   return use.index;
 }
 

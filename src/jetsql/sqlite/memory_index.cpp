@@ -20,8 +20,9 @@ bool isWholeKey(VariantType type) { return isWholeNumber(type) || type == Varian
 
 std::int64_t hashKey(const void* bytes, std::size_t size) {
   std::uint64_t hash = 0xCBF29CE484222325U;
-  for (const auto* p = static_cast<const unsigned char*>(bytes); size-- > 0; ++p)
+  for (const auto* p = static_cast<const unsigned char*>(bytes); size-- > 0; ++p) {
     hash = (hash ^ *p) * 0x100000001B3U;
+  }
   return static_cast<std::int64_t>(hash);
 }
 

@@ -18,8 +18,9 @@ constexpr char kValue = 1;
 // Big-endian with the sign bit flipped.
 void appendNumber(std::int64_t number, std::string& key) {
   const std::uint64_t bits = static_cast<std::uint64_t>(number) ^ (std::uint64_t{1} << 63U);
-  for (int shift = 56; shift >= 0; shift -= 8)
+  for (int shift = 56; shift >= 0; shift -= 8) {
     key += static_cast<char>(bits >> static_cast<unsigned>(shift));
+  }
 }
 
 // A text ends with two zeros; a zero byte inside is followed by 01, so that it sorts after the end.
@@ -27,8 +28,9 @@ void appendText(std::string_view text, std::string& key) {
   const std::size_t begin = key.size();
   appendFolded(text, key);
   for (std::size_t zero = key.find('\0', begin); zero != std::string::npos;
-       zero = key.find('\0', zero + 2))
+       zero = key.find('\0', zero + 2)) {
     key.insert(zero + 1, 1, '\x01');
+  }
   key.append(2, '\0');
 }
 
@@ -36,8 +38,9 @@ void appendText(std::string_view text, std::string& key) {
 
 std::string RowSorter::packed(std::span<const Term> terms) {
   std::string text;
-  for (const Term& term : terms)
+  for (const Term& term : terms) {
     text += std::to_string(term.column) + (term.descending ? '-' : '+');
+  }
   return text;
 }
 

@@ -102,8 +102,9 @@ EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
 
 Variant decode(const EncodedValue& value, VariantType type) {
   if (value.kind == EncodedValue::Kind::kNull) return {};
-  if (value.kind == EncodedValue::Kind::kBlob)
+  if (value.kind == EncodedValue::Kind::kBlob) {
     if (const auto error = errorIn(value.bytes)) throw RuntimeError(*error);
+  }
   if (type == VariantType::kNull) type = dynamicType(value.kind);
   switch (type) {
     case VariantType::kYesNo:
@@ -170,10 +171,11 @@ struct ResultSink {
     sqlite3_result_text64(context, value.data(), value.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
   }
   void blob(const void* bytes, std::size_t size) const {
-    if (size == 0)
+    if (size == 0) {
       sqlite3_result_zeroblob(context, 0);
-    else
+    } else {
       sqlite3_result_blob64(context, bytes, size, SQLITE_TRANSIENT);
+    }
   }
 };
 
@@ -188,10 +190,11 @@ struct BindSink {
                         SQLITE_UTF8);
   }
   void blob(const void* bytes, std::size_t size) const {
-    if (size == 0)
+    if (size == 0) {
       sqlite3_bind_zeroblob(statement, index, 0);
-    else
+    } else {
       sqlite3_bind_blob64(statement, index, bytes, size, SQLITE_TRANSIENT);
+    }
   }
 };
 

@@ -49,8 +49,9 @@ class Criteria {
       dateClosing_ = false;
     }
     for (const char c : text) {
-      if (quote_ != 0 ? c == quote_ : c == '\'' || c == '"' || c == '#')
+      if (quote_ != 0 ? c == quote_ : c == '\'' || c == '"' || c == '#') {
         quote_ = quote_ != 0 ? '\0' : c;
+      }
       text_ += c;
     }
   }
@@ -81,20 +82,23 @@ class Criteria {
 };
 
 std::string_view withoutBrackets(std::string_view name) {
-  if (name.size() > 1 && name.front() == '[' && name.back() == ']')
+  if (name.size() > 1 && name.front() == '[' && name.back() == ']') {
     return name.substr(1, name.size() - 2);
+  }
   return name;
 }
 
 }  // namespace
 
 DomainQuery domainQuery(const DomainFunction& function, const Call& call) {
-  if (call.arguments.size() < 2 || call.arguments.size() > 3)
+  if (call.arguments.size() < 2 || call.arguments.size() > 3) {
     fail(call, "wrong number of arguments");
+  }
   const std::string* expression = literalText(*call.arguments[0]);
   const std::string* domain = literalText(*call.arguments[1]);
-  if (expression == nullptr || domain == nullptr)
+  if (expression == nullptr || domain == nullptr) {
     fail(call, "an expression or a domain that is no literal");
+  }
   DomainQuery query;
   Criteria criteria(call, query);
   if (call.arguments.size() == 3) criteria.add(*call.arguments[2]);

@@ -103,8 +103,9 @@ typed::Query Resolver::savedQuery(const SavedQuery& query, const QueryContext& c
 }
 
 typed::Query Resolver::domainQuery(const std::string& text, const Scope& outer) {
-  if (++expansions_ > kMaxExpansions)
+  if (++expansions_ > kMaxExpansions) {
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
+  }
   const bool around = std::exchange(parameterizes_, false);
   typed::Query result = query(*parseQuery(normalize(text)), {.outer = &outer, .keepsOrder = true});
   parameterizes_ = around;

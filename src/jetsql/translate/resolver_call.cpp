@@ -127,8 +127,9 @@ bool containsAggregate(const Expression& expression) {
 
 typed::Expression ExpressionResolver::node(const Call& call, const Expression&) const {
   if (aggregateOf(call)) return aggregate(call);
-  if (const DomainFunction* function = findDomainFunction(call.function))
+  if (const DomainFunction* function = findDomainFunction(call.function)) {
     return domain(*function, call);
+  }
   const Function* function = findFunction(call.function);
   if (function == nullptr) {
     throw RuntimeError(error::kUnknownFunction,
@@ -166,9 +167,11 @@ typed::Expression ExpressionResolver::domain(const DomainFunction& function,
 
 typed::Expression ExpressionResolver::domainValue(const Name& name) const {
   const auto number = domainValueNumber(name);
-  for (const Scope* scope = context_.scope; number && scope != nullptr; scope = scope->outer)
-    if (scope->values != nullptr && *number < scope->values->size())
+  for (const Scope* scope = context_.scope; number && scope != nullptr; scope = scope->outer) {
+    if (scope->values != nullptr && *number < scope->values->size()) {
       return (*scope->values)[*number];
+    }
+  }
   return {};
 }
 

@@ -28,8 +28,9 @@ FromWriter::Fragment FromWriter::relation(std::size_t number) {
   const std::string sql = relation.table != nullptr ? quotedName(relation.table->sqliteName)
                                                     : "(" + writer_.query(*relation.query) + ")";
   RelationNames& names = writer_.names(&relation) = namesUnder(alias, relation);
-  if (relation.table == nullptr && writer_.defersErrors())
+  if (relation.table == nullptr && writer_.defersErrors()) {
     for (std::string& column : names.columns) column = "jet_check(" + column + ")";
+  }
   return {sql + " AS " + alias, {}, number, number + 1, true};
 }
 

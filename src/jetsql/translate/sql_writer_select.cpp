@@ -19,8 +19,9 @@ std::string sortKey(const TypedSql& sql) {
 
 bool containsQuery(const typed::Expression& expression) {
   if (expression.as<typed::ScalarQuery>() != nullptr || expression.as<typed::Exists>() != nullptr ||
-      expression.as<typed::InQuery>() != nullptr || expression.as<typed::Quantified>() != nullptr)
+      expression.as<typed::InQuery>() != nullptr || expression.as<typed::Quantified>() != nullptr) {
     return true;
+  }
   const std::vector<typed::Expression> operands = typed::operandsOf(expression);
   return std::ranges::any_of(operands, containsQuery);
 }
