@@ -25,7 +25,7 @@ struct FtpLimits {
   long stallSeconds = 30;     // without a byte moving
   // The answer that closes an upload comes when the server has stored the file: another second for
   // each of these many bytes.
-  long storedBytesPerSecond = 256 * 1024;
+  long storedBytesPerSecond = 256L * 1024;
 };
 
 class ZukFtpClient final : public FtpClient {

@@ -8,6 +8,8 @@ template <typename... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;  // clang 14 does not deduce it
 
 std::string quoted(std::string_view text) {
   std::string json = "\"";

@@ -91,9 +91,10 @@ std::vector<SettledDay> settle(InstalledShop& shop, const Request& request) {
                                  settings::centralHost(program.settings));
       }};
   std::vector<SettledDay> days;
-  for (double day = request.first.serial; day <= request.last.serial; ++day) {
+  const int count = static_cast<int>(request.last.serial - request.first.serial) + 1;
+  for (int i = 0; i < count; ++i) {
     SettledDay& settled = days.emplace_back();
-    settled.day = {day};
+    settled.day = {request.first.serial + i};
     (void)lib_결산::GetDailyData(dependencies, settled.day, settled.settlement);
   }
   return days;

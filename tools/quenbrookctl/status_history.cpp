@@ -16,6 +16,9 @@ namespace {
 
 constexpr std::string_view kJobBegins = "File Create..\r\n";
 constexpr std::string_view kTransferBegins = "업로드용 Config File Load..\r\n";
+constexpr std::string_view kTransferStep = "전송";  // begins the failures of a transfer
+constexpr const char* kEnded = "끝남";
+constexpr std::size_t kMomentLength = 20;  // "2013/08/21 15:30:45 "
 constexpr std::size_t kMaxFailures = 10;
 
 // Part of a job log: the last run of a kind, and the log's name.
@@ -73,6 +76,11 @@ std::vector<std::string> failuresSince(const std::string& folder, const std::str
   return lines;
 }
 
+bool isOfTransfer(const std::string& line) {
+  return line.size() > kMomentLength &&
+         std::string_view(line).substr(kMomentLength).starts_with(kTransferStep);
+}
+
 std::string jobOutcome(const Run& run, const std::string& folder, Report& report) {
   if (run.text.empty()) return "";
   if (run.text.find(std::string(88, '-')) == std::string::npos) {
@@ -80,14 +88,14 @@ std::string jobOutcome(const Run& run, const std::string& folder, Report& report
     report.problems.push_back("마지막 작업이 끝나지 못했습니다: " + run.log);
     return "끝나지 못함";
   }
-  if (run.text.find("전송오류... Trans") == std::string::npos) return "끝남";
+  if (run.text.find("전송오류... Trans") == std::string::npos) return kEnded;
   report.problems.push_back("마지막 작업에 실패한 단계가 있습니다: " + run.log);
   return "실패한 단계 있음";
 }
 
 std::string transferOutcome(const Run& run, Report& report) {
   if (run.text.empty()) return "";
-  if (run.text.find("실패했습니다.") == std::string::npos) return "끝남";
+  if (run.text.find("실패했습니다.") == std::string::npos) return kEnded;
   report.problems.push_back("마지막 전송이 실패했습니다: " + run.log);
   return "실패";
 }
@@ -119,17 +127,19 @@ void addHistory(Report& report, const InstalledShop& shop) {
     const Run job = lastRun(folder, kJobBegins, kTransferBegins);
     const Run transfer = lastRun(folder, kTransferBegins, kJobBegins);
     const std::string began = beginning(job.text);
-    const auto failures = failuresSince(folder, began.empty() ? "0" : began);
+    const std::string sent = transferOutcome(transfer, report);
+    auto failures = failuresSince(folder, began.empty() ? "0" : began);
+    // A transfer that ended well has sent what one before it could not.
+    if (sent == kEnded) std::erase_if(failures, isOfTransfer);
     report.sections.push_back({"last_job",
                                "마지막 작업",
                                {{"log", "기록", job.log},
                                 {"began", "시작", began},
                                 {"outcome", "결과", jobOutcome(job, folder, report)}}});
     addNight(report, folder);
-    report.sections.push_back(
-        {"last_transfer",
-         "마지막 전송",
-         {{"log", "기록", transfer.log}, {"outcome", "결과", transferOutcome(transfer, report)}}});
+    report.sections.push_back({"last_transfer",
+                               "마지막 전송",
+                               {{"log", "기록", transfer.log}, {"outcome", "결과", sent}}});
     report.sections.push_back(
         {"failures", "마지막 작업 뒤의 실패", {{"lines", "quenbrook-errors.log", failures}}});
     for (const std::string& line : failures) report.problems.push_back(line);

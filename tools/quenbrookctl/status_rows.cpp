@@ -113,8 +113,9 @@ void addSettlement(Report& report, const InstalledShop& shop, double today) {
   const std::string last = shop.program.settings.read("DailyData", "LastDate", "");
   const auto settled = values::parseDate(last);
   std::vector<std::string> days;
-  for (double day = settled ? settled->serial + 1 : today - kDays; day < today; ++day) {
-    if (day >= today - kDays) days.push_back(values::dayText({day}));
+  for (int back = kDays; back > 0; --back) {
+    const values::DateTime day{today - back};
+    if (!settled || day.serial > settled->serial) days.push_back(values::dayText(day));
   }
   report.sections.push_back(
       {"settlement",
