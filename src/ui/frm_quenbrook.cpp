@@ -66,6 +66,7 @@ void FrmQuenbrook::Form_Load() {
     setToDate(today());
     showRange();
     showWaiting();
+    showWarnings();
   }
   setCaption("");
   view_.setCalendarDay(toDay(today()));
@@ -194,6 +195,13 @@ void FrmQuenbrook::end(ui::Verdict verdict, const std::string& text) {
 void FrmQuenbrook::showRange() {
   view_.setRange(fromDate_, toDate_);
   view_.setRangeReversed(fromDate_.serial > toDate_.serial);
+}
+
+// Until the first job, where a verdict stands later.
+void FrmQuenbrook::showWarnings() {
+  std::string text;
+  for (const auto& warning : start_.warnings) text += (text.empty() ? "" : "\n") + warning;
+  if (!text.empty()) view_.setVerdict(ui::Verdict::kFailed, text);
 }
 
 void FrmQuenbrook::showWaiting() {

@@ -69,6 +69,7 @@ class FrmQuenbrook : private job::Window {
   void end(ui::Verdict verdict, const std::string& text);
   void showRange();
   void showWaiting();
+  void showWarnings();
   void setFromDate(const std::string& text);
   void setToDate(const std::string& text);
   void tick(int index, bool ticked);

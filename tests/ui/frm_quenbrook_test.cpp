@@ -86,7 +86,9 @@ class FrmQuenbrookTest : public testing::Test {
 };
 
 TEST_F(FrmQuenbrookTest, AnInteractiveLoadShowsToday) {
+  start.warnings = {"Group이 비어 있습니다.", "상호가 비어 있습니다."};
   form.Form_Load();
+  EXPECT_EQ(view.verdict, "Group이 비어 있습니다.\n상호가 비어 있습니다.");
   EXPECT_EQ(view.from + " " + view.to, "2013/08/21 2013/08/21");
   EXPECT_EQ(view.now, "2013/08/21 15:30:45");
   EXPECT_EQ(view.interval.count(), 1000);
