@@ -47,9 +47,9 @@ struct Connection::Handles {
     connection.check(SQLSetConnectAttrW(connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
                                         number(wholeSeconds(limit)), 0));
     auto wide = toWide(text);
-    auto warnings = connection.check(SQLDriverConnectW(connection.get(), nullptr, wide.data(),
-                                                       static_cast<SQLSMALLINT>(wide.size()),
-                                                       nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT));
+    auto warnings = connection.warningsOf(SQLDriverConnectW(
+        connection.get(), nullptr, wide.data(), static_cast<SQLSMALLINT>(wide.size()), nullptr, 0,
+        nullptr, SQL_DRIVER_NOPROMPT));
     connected = true;
     return warnings;
   }
@@ -69,12 +69,12 @@ struct Query::Cursor {
 
   void execute(const std::string& text) {
     auto wide = toWide(text);
-    warnings = statement.check(
+    warnings = statement.warningsOf(
         SQLExecDirectW(statement.get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
     columns = describe(statement);
   }
 
-  std::deque<RawRow> fetchSome() const {
+  [[nodiscard]] std::deque<RawRow> fetchSome() const {
     std::deque<RawRow> rows;
     while (rows.size() < kRowsAtOnce) {
       const SQLRETURN result = SQLFetch(statement.get());

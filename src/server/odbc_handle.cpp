@@ -29,7 +29,7 @@ std::vector<std::string> Handle::diagnostics() const {
   return texts;
 }
 
-std::vector<std::string> Handle::check(SQLRETURN result) const {
+std::vector<std::string> Handle::warningsOf(SQLRETURN result) const {
   if (result == SQL_SUCCESS || result == SQL_NO_DATA) return {};
   auto texts = diagnostics();
   if (result == SQL_SUCCESS_WITH_INFO) return texts;

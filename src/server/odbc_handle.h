@@ -29,8 +29,10 @@ class Handle {
   [[nodiscard]] SQLHANDLE get() const { return handle_; }
   // The driver's texts about the latest call.
   [[nodiscard]] std::vector<std::string> diagnostics() const;
-  // Throws them when the call failed; returns them when it succeeded with warnings.
-  std::vector<std::string> check(SQLRETURN result) const;
+  // Throws them when the call failed.
+  void check(SQLRETURN result) const { (void)warningsOf(result); }
+  // The same; returns them when it succeeded with warnings.
+  [[nodiscard]] std::vector<std::string> warningsOf(SQLRETURN result) const;
 
  private:
   SQLSMALLINT type_;

@@ -138,8 +138,9 @@ class OdbcSource : public jetsql::ExternalSource {
     Server& server = servers_[connect];
     if (server.connection) return server;
     // A job asks for linked tables hundreds of times; a silent server is not waited for each time.
-    if (!server.silence.empty() && SteadyClock::now() - server.silentSince < kRetryAfter)
+    if (!server.silence.empty() && SteadyClock::now() - server.silentSince < kRetryAfter) {
       throw connectionFailed(server.silence);
+    }
     try {
       auto fresh = std::make_shared<odbc::Connection>(limits_);
       fresh->connect(withoutPrefix(connect));

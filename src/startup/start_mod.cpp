@@ -62,11 +62,13 @@ void readManagerSection(const settings::Settings& settings, settings::StartValue
   values.shop.group = settings.read(kManager, "Group", "");
   values.shop.tradeName = settings.read(kManager, "상호", "");
   values.shop.representative = settings.read(kManager, "대표자", "");
-  if (values.shop.group.empty())
+  if (values.shop.group.empty()) {
     values.warnings.emplace_back(
         "config.ini [경영자]의 Group이 비어 있습니다. 그룹 없이 보냅니다.");
-  if (values.shop.tradeName.empty())
+  }
+  if (values.shop.tradeName.empty()) {
     values.warnings.emplace_back("config.ini [경영자]의 상호가 비어 있습니다. 상호 없이 보냅니다.");
+  }
 }
 
 }  // namespace
