@@ -1,5 +1,7 @@
 #include "sql_lexer.h"
 
+#include "text/ascii.h"
+
 #include <algorithm>
 
 namespace {
@@ -91,7 +93,7 @@ Token SqlLexer::wordOrNumber() {
     ++end;
     skipDigits();
   }
-  if (number && end < text_.size() && (text_[end] | 0x20) == 'e') {
+  if (number && end < text_.size() && text::lowerAscii(text_[end]) == 'e') {
     std::size_t digits = end + 1;
     if (digits < text_.size() && (text_[digits] == '+' || text_[digits] == '-')) ++digits;
     if (digits < text_.size() && isDigit(text_[digits])) {
