@@ -1,8 +1,8 @@
 #include "sql_lexer.h"
 
-#include "text/ascii.h"
-
 #include <algorithm>
+
+#include "text/ascii.h"
 
 namespace {
 
