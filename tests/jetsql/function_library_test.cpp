@@ -38,6 +38,15 @@ TEST(FunctionLibraryTest, CharactersAndTheirCodes) {
       {"StrConv", {"ab", 5}, "x ＡＢ"},
       {"StrConv", {"ab", 64}, "error 5"},
       {"InStrRev", {"abcabc", "bc", 4}, "l 2"},
+      {"LenB", {"a가"}, "l 4"},
+      {"LeftB", {"a가", 3}, "x a"},
+      {"RightB", {"a가", 2}, "x 가"},
+      {"MidB", {"a가나", 3, 2}, "x 가"},
+      {"MidB", {"a가", 9}, "x "},
+      {"InStrB", {"a가나", "나"}, "l 5"},
+      {"InStrB", {3, "aA", "A"}, "l 3"},
+      {"AscB", {"가"}, "b 0"},  // AC00h
+      {"LeftB", {"a", -1}, "error 5"},
   });
 }
 

@@ -16,6 +16,7 @@ namespace jetsql {
 [[nodiscard]] std::span<const Function> conversionFunctions();
 [[nodiscard]] std::span<const Function> controlFunctions();
 [[nodiscard]] std::span<const Function> characterFunctions();
+[[nodiscard]] std::span<const Function> byteFunctions();
 [[nodiscard]] std::span<const Function> formattedFunctions();
 [[nodiscard]] std::span<const Function> inspectionFunctions();
 [[nodiscard]] std::span<const Function> financialFunctions();

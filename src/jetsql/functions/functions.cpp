@@ -5,6 +5,7 @@
 #include <string>
 
 #include "jetsql/functions/function_tables.h"
+#include "jetsql/functions/name_map.h"
 #include "jetsql/functions/text_compare.h"
 #include "jetsql/functions/value_types.h"
 #include "values/runtime_error.h"
@@ -23,22 +24,29 @@ const Function* findIn(std::span<const Function> table, std::string_view name) {
   return found == table.end() ? nullptr : &*found;
 }
 
+NameMap<const Function*> functionsByName() {
+  NameMap<const Function*> functions;
+  for (const auto group : functionGroups()) {
+    for (const Function& function : group) functions.emplace(function.name, &function);
+  }
+  return functions;
+}
+
 }  // namespace
 
 const Function* findFunction(std::string_view name) {
+  static const NameMap<const Function*> kByName = functionsByName();
   if (name.ends_with('$')) name.remove_suffix(1);
-  for (const auto group : functionGroups()) {
-    if (const Function* function = findIn(group, name)) return function;
-  }
-  return nullptr;
+  const auto found = kByName.find(name);
+  return found == kByName.end() ? nullptr : found->second;
 }
 
 const Function* findOperator(std::string_view name) { return findIn(allOperators(), name); }
 
 FunctionGroups functionGroups() {
-  return {textFunctions(),       characterFunctions(), numberFunctions(),     dateFunctions(),
-          conversionFunctions(), formattedFunctions(), inspectionFunctions(), controlFunctions(),
-          financialFunctions(),  systemFunctions()};
+  return {textFunctions(),    characterFunctions(),  byteFunctions(),      numberFunctions(),
+          dateFunctions(),    conversionFunctions(), formattedFunctions(), inspectionFunctions(),
+          controlFunctions(), financialFunctions(),  systemFunctions()};
 }
 
 Variant call(const Function& function, Arguments arguments, const Environment& environment) {

@@ -61,7 +61,7 @@ struct Function {
 [[nodiscard]] std::span<const Function> allOperators();
 
 // Every function, one group for each functions_*.cpp.
-using FunctionGroups = std::array<std::span<const Function>, 10>;
+using FunctionGroups = std::array<std::span<const Function>, 11>;
 [[nodiscard]] FunctionGroups functionGroups();
 
 }  // namespace jetsql
