@@ -107,7 +107,7 @@ void JetTableCursor::beginMemoryIndex(const AccessPath& path, std::span<sqlite3_
     source_.emplace<jet::TableCursor>(table_.table());
   } else {
     const auto entries = index->range(keys);
-    source_.emplace<MemoryIndexEntries>(std::move(index), entries);
+    source_ = MemoryIndexEntries{std::move(index), entries};
   }
 }
 
