@@ -83,11 +83,12 @@ class SessionFixture : public testing::Test {
     const auto orNull = [id](Variant value, int every) {
       return id % every == 0 ? Variant() : std::move(value);
     };
+    const std::int32_t day = 41275 + id / 9;
     return {id,
             orNull(id / 2, 41),
             id % 7,
             orNull(values::Currency{id % 50 * 2500 - 30000}, 43),
-            orNull(values::DateTime{static_cast<double>(41275 + id / 9) + (id % 2) * 0.5}, 47),
+            orNull(values::DateTime{day + (id % 2) * 0.5}, 47),
             id % 3 == 0,
             orNull((id % 2 == 0 ? "메뉴" : "Menu") + std::to_string(id % 20), 53),
             orNull(id * 0.25 - 60, 59),
