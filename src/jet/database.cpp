@@ -67,6 +67,7 @@ Database::Database(RandomAccessFile file, const FileHeader& header, const Option
       lockFile_(std::move(lockFile)),
       file_(std::move(file), formatOf(header.version), header.encodingKey, options.readOnly),
       text_(header.version, header.codePage) {
+  file_.share(lockFile_ ? std::optional(lockFile_->slot()) : std::nullopt, ticks());
   readObjects();
 }
 

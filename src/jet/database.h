@@ -8,7 +8,7 @@
 // without regard to the case of Latin letters. Errors: 53 no such file, 75 no access, 3343 not a
 // Jet file or of a kind not read here (pages encrypted the way of Access 2007 and later), 3031
 // wrong or missing password, 3049 damage or left in the middle of a write, 3011 no such table, and
-// those of joining the file's users (jet/lock_file.h).
+// those of joining the file's users (jet/pages/lock_file.h).
 #pragma once
 
 #include <cstdint>
@@ -37,6 +37,8 @@ class Database {
     bool exclusive = false;
     std::string password = {};
     platform::Sleeper* sleeper = nullptr;  // for waiting on others' locks; null: the system's
+    // For how long cached pages are believed; null: the system's. Outlives the database.
+    const platform::TickCounter* ticks = nullptr;
   };
 
   [[nodiscard]] static std::unique_ptr<Database> open(const std::string& path,
@@ -55,6 +57,9 @@ class Database {
   [[nodiscard]] const FileHeader& header() const { return header_; }
   [[nodiscard]] const Options& options() const { return options_; }
   [[nodiscard]] PageFile& file() { return file_; }
+  [[nodiscard]] const platform::TickCounter& ticks() const {
+    return options_.ticks != nullptr ? *options_.ticks : systemTicks_;
+  }
 
   // In the order of the file; system objects included. Read at open.
   [[nodiscard]] const std::vector<CatalogueEntry>& catalogue() const { return catalogue_; }
@@ -81,6 +86,7 @@ class Database {
   FileHeader header_;
   Options options_;
   platform::SystemSleeper systemSleeper_;
+  platform::SystemTickCounter systemTicks_;
   std::unique_ptr<LockFile> lockFile_;
   PageFile file_;
   TextDecoder text_;

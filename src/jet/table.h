@@ -75,7 +75,8 @@ class Table {
   [[nodiscard]] bool tryRead(RowId id, Row& row, Freshness freshness = Freshness::kCached);
 
   // The same as cached, for a walk over rows of which many follow on one page: the page is taken
-  // from `row` where that was read from it, as it was then.
+  // from `row` where that was read from it, as it was then, unless another user has changed the
+  // file since.
   [[nodiscard]] bool tryReadNext(RowId id, Row& row);
 
   // True when an index's first `columns` key columns are of kinds that seek can encode: Yes/No,

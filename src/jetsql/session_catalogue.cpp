@@ -17,9 +17,10 @@ namespace {
 std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
                                         const SessionOptions& options,
                                         const std::string& password) {
-  return jet::Database::open(
-      file.string(),
-      {.readOnly = options.readOnly, .exclusive = options.exclusive, .password = password});
+  return jet::Database::open(file.string(), {.readOnly = options.readOnly,
+                                             .exclusive = options.exclusive,
+                                             .password = password,
+                                             .ticks = options.ticks});
 }
 
 // SQLite's memory statistics take a lock of the whole process and nobody reads them here. They can

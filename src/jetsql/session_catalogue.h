@@ -33,7 +33,7 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
                                                            const IndexedExpression& key) override;
 
-  // Before a query is run: recomputes what writes of this session have made stale.
+  // Before a query is run: recomputes what was written since.
   void refreshIndexes() { expressionIndexes_.refresh(connection_.get()); }
 
   // Nullptr for a table of another system, whose rows have no lasting ids.

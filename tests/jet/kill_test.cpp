@@ -49,6 +49,12 @@ class KillTest : public testing::TestWithParam<KillCase> {
   int killed_ = 0;
 };
 
+// Page 0 without the commit count of slot 1, which may or may not have gone up.
+std::string header(const std::string& file) {
+  std::string page = file.substr(0, 4096);
+  return page.replace(0xE02, 1, 1, '\0');
+}
+
 TEST_P(KillTest, LeavesEveryRowWhole) {
   SalesFile file(GetParam().options, GetParam().indexes);
   file.forget(GetParam().change.substr(0, GetParam().change.find('=')));
@@ -64,7 +70,9 @@ TEST_P(KillTest, LeavesEveryRowWhole) {
     look = runMarker(file, 1 << 30);
   }
   ASSERT_EQ(killed_, 0);
-  EXPECT_FALSE(support::readFile(file.path()) == whole);
+  const std::string marked = support::readFile(file.path());
+  EXPECT_FALSE(marked.substr(4096) == whole.substr(4096));
+  EXPECT_FALSE(marked.substr(0, 4096) == whole.substr(0, 4096));
   std::nth_element(looks.begin(), looks.begin() + 4, looks.end());
 
   std::mt19937 random(20130821);
@@ -74,6 +82,7 @@ TEST_P(KillTest, LeavesEveryRowWhole) {
     restore();
     runMarker(file, moment(random));
     file.expectWhole();
+    EXPECT_TRUE(header(support::readFile(file.path())) == header(whole));
     if (runs % 20 == 0) file.expectExportUnchanged();
     if (HasFatalFailure() || HasNonfatalFailure()) FAIL() << "run " << runs;
   }

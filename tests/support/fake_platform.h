@@ -27,7 +27,10 @@ struct AdvancingSleeper : platform::Sleeper {
 };
 
 struct FakeTicks : platform::TickCounter {
-  [[nodiscard]] std::int32_t ticks() const override { return 0; }
+  std::uint32_t milliseconds = 0;
+  [[nodiscard]] std::int32_t ticks() const override {
+    return static_cast<std::int32_t>(milliseconds);
+  }
 };
 
 struct FakeMemory : platform::Memory {

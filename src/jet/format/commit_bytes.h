@@ -19,10 +19,14 @@
 namespace jet {
 
 constexpr int kCommitPairs = 256;
+constexpr std::size_t kCommitPairSize = 2;
+constexpr std::size_t kCommitPairsSize = kCommitPairs * kCommitPairSize;
+constexpr std::byte kNoWriteUnderWay{1};             // a pair's second byte
 constexpr std::uint16_t kUnusedCommitPair = 0x0100;  // low byte first
 
 [[nodiscard]] constexpr std::size_t commitPairOffset(Version version, int slot) {
-  return (version == Version::kJet3 ? 0x600U : 0xe00U) + 2 * static_cast<std::size_t>(slot);
+  return (version == Version::kJet3 ? 0x600U : 0xe00U) +
+         kCommitPairSize * static_cast<std::size_t>(slot);
 }
 
 // `header`: page 0. Whether the slot's pair tells of a write that has not ended.

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cassert>
+#include <exception>
+
+#include "values/runtime_error.h"
 
 namespace jet {
 
@@ -9,6 +12,7 @@ Page& PageEdits::edit(std::uint32_t number) {
   const auto found = entries_.find(number);
   if (found != entries_.end()) return found->second.page;
   PageLock lock = locks_.lockPage(number);
+  file_.lookForChanges();
   const PagePtr now = file_.freshPage(number);
   Entry& entry = entries_[number];
   entry.lock = std::move(lock);
@@ -45,8 +49,16 @@ void PageEdits::schedule(std::uint32_t number) {
 }
 
 void PageEdits::writeAll() {
-  for (const Write& write : writes_) file_.write(write.page, write.offset, write.bytes);
+  if (writes_.empty()) return;
+  std::exception_ptr failure;
+  try {
+    for (const Write& write : writes_) file_.write(write.page, write.offset, write.bytes);
+  } catch (const RuntimeError&) {
+    failure = std::current_exception();
+  }
   writes_.clear();
+  file_.countCommit();  // also after a failure: the writes before it are in the file
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace jet

@@ -1,6 +1,7 @@
 #include "jet/pages/page_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 
 #include "jet/format/rc4.h"
@@ -21,7 +22,13 @@ std::uint32_t PageFile::pageCount() const {
       std::min<std::uint64_t>(file_.size() / format_.pageSize, UINT32_MAX));
 }
 
+void PageFile::share(std::optional<int> slot, const platform::TickCounter& ticks) {
+  commits_.emplace(slot, ticks);
+  lookForChanges();
+}
+
 PagePtr PageFile::page(std::uint32_t number) {
+  if (commits_ && commits_->isLookDue()) lookForChanges();
   const auto found = slotOf_.find(number);
   if (found == slotOf_.end()) return freshPage(number);
   Slot& slot = slots_[found->second];
@@ -38,6 +45,7 @@ PagePtr PageFile::freshPage(std::uint32_t number) {
 PagePtr PageFile::readPage(std::uint32_t number) const {
   auto page = std::make_shared<Page>();
   page->number = number;
+  page->othersChanges = othersChanges_;
   page->bytes.resize(format_.pageSize);
   if (file_.readAt(std::uint64_t{number} * format_.pageSize, page->bytes) < format_.pageSize) {
     damaged(number, "the file ends before it");
@@ -90,6 +98,27 @@ void PageFile::forgetPages() {
   slots_.clear();
   slotOf_.clear();
   hand_ = 0;
+}
+
+std::uint32_t PageFile::othersChanges() {
+  if (commits_ && commits_->isLookDue()) lookForChanges();
+  return othersChanges_;
+}
+
+void PageFile::lookForChanges() {
+  if (!commits_) return;
+  std::array<std::byte, kCommitPairsSize> pairs;
+  if (file_.readAt(commitPairOffset(format_.version, 0), pairs) < pairs.size()) {
+    damaged(0, "the file ends before its commit bytes");
+  }
+  if (!commits_->look(pairs)) return;
+  ++othersChanges_;
+  forgetPages();
+}
+
+void PageFile::countCommit() {
+  if (!commits_) return;
+  write(0, commitPairOffset(format_.version, 0) + commits_->ownOffset(), commits_->next());
 }
 
 void PageFile::damaged(std::uint32_t page, std::string_view what) const {

@@ -6,9 +6,15 @@
 //   file.write(17, offset, changedBytes);
 //
 // A PagePtr keeps its page alive and unchanged whatever happens to the cache or the file; who needs
-// the newest state asks again. Nothing in a page is checked here. Errors: 3049 for a page that the
-// file does not have (also where it ends within the page), 3027 for writing to a file opened for
-// reading, 57 from the file.
+// the newest state asks again. Nothing in a page is checked here.
+//
+// Of a file that others change as well (share), the commit counts of its header are looked at
+// before a cached page is given, at most every half second. When another user's count has changed
+// since, every cached page is forgotten: what is given is never older than the last look. Tables'
+// definitions and the catalogue are read once and kept.
+//
+// Errors: 3049 for a page that the file does not have (also where it ends within the page), 3027
+// for writing to a file opened for reading, 57 from the file.
 #pragma once
 
 #include <cstddef>
@@ -22,13 +28,16 @@
 
 #include "jet/format/bytes.h"
 #include "jet/format/layout.h"
+#include "jet/pages/commit_counts.h"
+#include "platform/clock.h"
 #include "platform/random_access_file.h"
 
 namespace jet {
 
 struct Page {
   std::uint32_t number = 0;
-  std::vector<std::byte> bytes;  // exactly the page size
+  std::vector<std::byte> bytes;     // exactly the page size
+  std::uint32_t othersChanges = 0;  // PageFile::othersChanges() when it was read
 };
 
 using PagePtr = std::shared_ptr<const Page>;
@@ -40,6 +49,10 @@ class PageFile {
   // `encodingKey` is the header's; 0: pages are stored plain.
   PageFile(RandomAccessFile file, const Format& format, std::uint32_t encodingKey, bool readOnly,
            std::size_t cacheBytes = kCacheBytes);
+
+  // From now on other users change the file, too. `slot`: LockFile::slot() of its own user, none
+  // where it has not joined them. The tick counter must outlive this.
+  void share(std::optional<int> slot, const platform::TickCounter& ticks);
 
   [[nodiscard]] const Format& format() const { return format_; }
   [[nodiscard]] const std::string& path() const { return file_.path(); }
@@ -59,6 +72,19 @@ class PageFile {
 
   // Lets go of every cached page.
   void forgetPages();
+
+  // How often changes by other users were found, after a look where one is due.
+  [[nodiscard]] std::uint32_t othersChanges();
+
+  // Whether no change by others was found since the page was read, after a look where one is due.
+  [[nodiscard]] bool isCurrent(const Page& page) { return page.othersChanges == othersChanges(); }
+
+  // Looks for changes by others now, due or not: for who has just got a lock.
+  void lookForChanges();
+
+  // Tells the other users that pages were changed. Called when all writes of a change have reached
+  // the file, before its page locks are let go.
+  void countCommit();
 
   void sync() { file_.sync(); }
 
@@ -83,6 +109,8 @@ class PageFile {
   std::vector<Slot> slots_;
   std::size_t hand_ = 0;
   std::unordered_map<std::uint32_t, std::size_t> slotOf_;
+  std::optional<CommitCounts> commits_;  // of a shared file
+  std::uint32_t othersChanges_ = 0;
 };
 
 }  // namespace jet

@@ -26,7 +26,7 @@ std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const Je
   }
   const double rows = table.estimatedRows();
   if (rows < kMinRows || rows > kMaxRows || indexes_.size() == kMaxTables) return {};
-  Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0};
+  Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0, BuildAge(table.database())};
   if (!run(connection, "CREATE TEMP TABLE " + made.name + " (key" +
                            (key.isText ? " COLLATE JET" : "") +
                            ", row INTEGER, PRIMARY KEY (key, row)) WITHOUT ROWID")) {
@@ -49,15 +49,18 @@ std::size_t ExpressionIndexes::changesOf(const Index& index) {
 
 bool ExpressionIndexes::build(sqlite3* connection, Index& index) {
   index.changes = changesOf(index);
+  index.age = BuildAge(index.table->database());
   // A Null key violates the primary key and is ignored.
-  return run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + index.key.sql +
-                             ", k.rowid FROM " + quotedName(index.table->schema().sqliteName) +
-                             " AS k");
+  const bool done = run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " +
+                                        index.key.sql + ", k.rowid FROM " +
+                                        quotedName(index.table->schema().sqliteName) + " AS k");
+  index.age.built();
+  return done;
 }
 
 void ExpressionIndexes::refresh(sqlite3* connection) {
   for (Index& index : indexes_) {
-    if (index.changes == changesOf(index)) continue;
+    if (index.changes == changesOf(index) && !index.age.isOutdated()) continue;
     if (!run(connection, "DELETE FROM " + index.name) || !build(connection, index)) {
       throw RuntimeError(error::kReserved, "An index in memory on " + index.table->schema().name +
                                                " could not be rebuilt.");

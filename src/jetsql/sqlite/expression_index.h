@@ -4,8 +4,9 @@
 //
 // No index of the file serves this condition, and a job asks it for day after day. So the
 // expression is computed once for every row. Values are those of the moment of building; an index
-// whose columns this session has written since is rebuilt before the next query. Private to the
-// room. Errors: whatever the expression raises for a row.
+// whose columns this session has written since, or that changes of other users have outdated
+// (build_age.h), is rebuilt before the next query. Private to the room. Errors: whatever the
+// expression raises for a row.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "jetsql/sqlite/build_age.h"
 #include "jetsql/translate/catalogue.h"
 
 struct sqlite3;
@@ -36,6 +38,7 @@ class ExpressionIndexes {
     IndexedExpression key;
     std::string name;
     std::size_t changes = 0;  // writes to its columns before it was built
+    BuildAge age;
   };
 
   static std::size_t changesOf(const Index& index);

@@ -44,10 +44,13 @@ double JetTable::estimatedRows() const { return std::max<double>(table_.definiti
 
 std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
   ColumnUse& use = uses_[column];
-  if (use.index == nullptr && use.lookups++ >= kLookupsBeforeIndex &&
-      table_.definition().rowCount <= kMaxIndexedRows) {
-    use.index = std::make_shared<MemoryIndex>(table_, column);
+  if (use.index != nullptr && !use.age->isOutdated()) return use.index;
+  if (use.lookups++ < kLookupsBeforeIndex || table_.definition().rowCount > kMaxIndexedRows) {
+    return nullptr;
   }
+  use.age.emplace(database_);
+  use.index = std::make_shared<MemoryIndex>(table_, column);
+  use.age->built();
   return use.index;
 }
 

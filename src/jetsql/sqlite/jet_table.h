@@ -13,12 +13,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "jet/database.h"
 #include "jet/table.h"
+#include "jetsql/sqlite/build_age.h"
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/memory_index.h"
 #include "jetsql/translate/catalogue.h"
@@ -45,6 +47,7 @@ class JetTable {
 
   [[nodiscard]] const CatalogueTable& schema() const { return schema_; }
   [[nodiscard]] jet::Table& table() const { return table_; }
+  [[nodiscard]] jet::Database& database() const { return database_; }
   [[nodiscard]] CallbackContext& callbacks() const { return callbacks_; }
 
   // Rows that the table may have, for estimates; at least 1.
@@ -54,7 +57,8 @@ class JetTable {
   [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
 
   // Called once per lookup by the column: its index, from the second lookup on and up to a limit of
-  // rows, else nullptr (the caller scans).
+  // rows, else nullptr (the caller scans). One that other users' changes have outdated
+  // (build_age.h) is built again.
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
 
   // Saves the same values in fields of each of the rows and drops the indexes in memory on them.
@@ -66,6 +70,7 @@ class JetTable {
     int lookups = 0;
     std::size_t changes = 0;
     std::shared_ptr<const MemoryIndex> index;
+    std::optional<BuildAge> age;  // of the index
   };
 
   jet::Database& database_;
