@@ -10,7 +10,7 @@ import tempfile
 
 # A folder may include itself and the folders before it; a folder below another is a room of its own.
 ROOMS = ['text', 'values', 'platform', 'settings', 'log', 'probes',
-         'jet/format', 'jet/pages', 'jet/index', 'jet/rows', 'jet', 'jetcreate',
+         'jet/format', 'jet/pages', 'jet/index', 'jet/rows', 'jet', 'jetcheck', 'jetcreate',
          'jetsql/functions', 'jetsql/syntax', 'jetsql/translate', 'jetsql/sqlite', 'jetsql',
          'localdb', 'extract', 'settlement', 'transfer', 'server', 'job', 'ui', 'ui/qt', 'startup']
 # Rooms side by side: neither uses the other.

@@ -11,6 +11,7 @@ namespace {
 
 // 255 columns and 32 indexes with names of 64 characters fill far fewer pages.
 constexpr std::size_t kMaxDefinitionPages = 256;
+constexpr std::uint16_t kNoMoreLongValues = 0xffff;
 
 bool isKnown(std::uint8_t type) { return (type >= 1 && type <= 12) || (type >= 15 && type <= 20); }
 
@@ -24,16 +25,38 @@ class DefinitionReader {
   }
 
   TableDefinition read() {
+    readParts();
+    return std::move(definition_);
+  }
+
+  // With the part after the names of the indexes, which reading rows does not need.
+  WholeDefinition readWhole() {
+    readParts();
+    WholeDefinition whole;
+    for (;;) {
+      const std::uint16_t number = loadU16(take(sizeof(number)), 0);
+      if (number == kNoMoreLongValues) break;
+      const Bytes maps = take(2 * kRowPointerSize);
+      whole.longValues.push_back({.column = columnNumbered(number),
+                                  .ownedPages = loadRowPointer(maps, 0),
+                                  .freePages = loadRowPointer(maps, kRowPointerSize)});
+    }
+    if (position_ != loadU32(bytes_, kDefinitionLength)) damaged("it is not as long as it says");
+    whole.table = std::move(definition_);
+    whole.pages = std::move(pages_);
+    return whole;
+  }
+
+ private:
+  void readParts() {
     gatherPages();
     readHead();
     readColumns();
     readRealIndexes();
     readIndexes();
     sortColumns();
-    return std::move(definition_);
   }
 
- private:
   [[noreturn]] void damaged(const std::string& what) const {
     file_.damaged(definition_.page, "definition of table '" + definition_.name + "': " + what);
   }
@@ -50,6 +73,7 @@ class DefinitionReader {
       }
       const Bytes share = Bytes(page->bytes).subspan(pages == 0 ? 0 : kDefinitionContinued);
       bytes_.insert(bytes_.end(), share.begin(), share.end());
+      pages_.push_back(next);
       next = loadU32(page->bytes, kDefinitionNextPage);
     }
   }
@@ -160,7 +184,7 @@ class DefinitionReader {
     const auto& columns = definition_.columns;
     const auto found = std::find_if(columns.begin(), columns.end(),
                                     [&](const Column& c) { return c.number == number; });
-    if (found == columns.end()) damaged("an index has a column that the table has not");
+    if (found == columns.end()) damaged("it describes a column that the table has not");
     return static_cast<std::size_t>(found - columns.begin());
   }
 
@@ -204,6 +228,7 @@ class DefinitionReader {
   TextDecoder& text_;
   const Format& format_;
   TableDefinition definition_;
+  std::vector<std::uint32_t> pages_;
   std::vector<std::byte> bytes_;
   std::size_t position_ = 0;
   std::size_t columnCount_ = 0;
@@ -212,6 +237,11 @@ class DefinitionReader {
 };
 
 }  // namespace
+
+WholeDefinition readWholeDefinition(PageFile& file, TextDecoder& text, std::uint32_t page,
+                                    const std::string& name) {
+  return DefinitionReader(file, text, page, name).readWhole();
+}
 
 TableDefinition readTableDefinition(PageFile& file, TextDecoder& text, std::uint32_t page,
                                     const std::string& name) {

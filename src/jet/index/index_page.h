@@ -48,6 +48,9 @@ class IndexPage {
   [[nodiscard]] bool isLeaf() const { return leaf_; }
   [[nodiscard]] std::size_t size() const { return ends_.size(); }
 
+  // Bytes of the entries as they stand on the page that was read.
+  [[nodiscard]] std::size_t storedBytes() const { return ends_.empty() ? 0 : ends_.back(); }
+
   // Order of an entry's leading bytes against `key`: below, at (the entry begins with it), above 0.
   [[nodiscard]] int compare(std::size_t entry, Bytes key) const;
 

@@ -10,7 +10,8 @@ constexpr std::size_t kReferencePages = 1;  // behind the kind
 
 class Collector {
  public:
-  explicit Collector(const PageFile& file) : file_(file), pageCount_(file.pageCount()) {}
+  Collector(const PageFile& file, BeyondEnd beyondEnd)
+      : file_(file), pageCount_(file.pageCount()), beyondEnd_(beyondEnd) {}
 
   // `bits`: one a page from `first` on, low bit first.
   void add(std::uint32_t mapPage, std::uint64_t first, Bytes bits) {
@@ -18,18 +19,24 @@ class Collector {
       auto byte = loadU8(bits, i);
       for (std::uint64_t page = first + 8 * i; byte != 0; ++page, byte >>= 1) {
         if ((byte & 1) == 0) continue;
-        if (page >= pageCount_) file_.damaged(mapPage, "its usage map names a page behind the end");
-        pages_.push_back(static_cast<std::uint32_t>(page));
+        if (page < pageCount_) {
+          map_.pages.push_back(static_cast<std::uint32_t>(page));
+        } else if (beyondEnd_ == BeyondEnd::kDamage) {
+          file_.damaged(mapPage, "its usage map names a page behind the end");
+        }
       }
     }
   }
 
-  std::vector<std::uint32_t> take() { return std::move(pages_); }
+  void addBitPage(std::uint32_t page) { map_.bitPages.push_back(page); }
+
+  UsageMap take() { return std::move(map_); }
 
  private:
   const PageFile& file_;
   std::uint32_t pageCount_;
-  std::vector<std::uint32_t> pages_;
+  BeyondEnd beyondEnd_;
+  UsageMap map_;
 };
 
 void addReferenced(PageFile& file, std::uint32_t mapPage, Bytes row, Collector& pages) {
@@ -41,19 +48,20 @@ void addReferenced(PageFile& file, std::uint32_t mapPage, Bytes row, Collector& 
     if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::kUsageMap)) {
       file.damaged(number, "it should hold a usage map of page " + std::to_string(mapPage));
     }
+    pages.addBitPage(number);
     pages.add(number, i * pagesPerMap, Bytes(page->bytes).subspan(kUsageMapPageBits));
   }
 }
 
 }  // namespace
 
-std::vector<std::uint32_t> readUsageMap(PageFile& file, RowId map) {
+UsageMap readWholeUsageMap(PageFile& file, RowId map, BeyondEnd beyondEnd) {
   const PagePtr page = file.freshPage(map.page);
   checkDataPage(file, *page);
   const Bytes row = presentRow(file, *page, map.row);
   if (row.size() < kInlineBits) file.damaged(map.page, "a usage map is too short");
 
-  Collector pages(file);
+  Collector pages(file, beyondEnd);
   switch (static_cast<UsageMapKind>(loadU8(row, 0))) {
     case UsageMapKind::kInline:
       pages.add(map.page, loadU32(row, 1), row.subspan(kInlineBits));
@@ -65,6 +73,10 @@ std::vector<std::uint32_t> readUsageMap(PageFile& file, RowId map) {
       file.damaged(map.page, "a usage map is of no known kind");
   }
   return pages.take();
+}
+
+std::vector<std::uint32_t> readUsageMap(PageFile& file, RowId map) {
+  return readWholeUsageMap(file, map, BeyondEnd::kDamage).pages;
 }
 
 }  // namespace jet

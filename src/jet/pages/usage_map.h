@@ -16,6 +16,17 @@ namespace jet {
 
 enum class UsageMapKind : std::uint8_t { kInline = 0, kReference = 1 };
 
+struct UsageMap {
+  std::vector<std::uint32_t> pages;     // ascending
+  std::vector<std::uint32_t> bitPages;  // that hold nothing but bits of this map
+};
+
+enum class BeyondEnd : std::uint8_t { kDamage, kLeftOut };
+
+// The whole map. Pages that the file does not have are damage in a map of pages in use; the file's
+// own map of free pages goes on after the last one.
+[[nodiscard]] UsageMap readWholeUsageMap(PageFile& file, RowId map, BeyondEnd beyondEnd);
+
 // The mapped pages, ascending. Read from the file as it is at this moment, not from the cache; a
 // page that the file does not have is damage.
 [[nodiscard]] std::vector<std::uint32_t> readUsageMap(PageFile& file, RowId map);
