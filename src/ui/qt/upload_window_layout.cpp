@@ -169,7 +169,7 @@ void UploadWindow::applyFont() {
       metrics.lineSpacing() * kProgressLines + margin);
   bar_->setFixedHeight(letter / 3);
   // Fixed, so that no verdict makes the window higher than the screen.
-  lbVerdict_->setFixedHeight(lbVerdict_->fontMetrics().lineSpacing() * kVerdictLines + letter / 2);
+  lbVerdict_->setFixedHeight(lbVerdict_->fontMetrics().lineSpacing() * kVerdictLines + letter / 6);
   for (auto* button : {cmdStart_, cmdSend_, cmdEnd_}) {
     button->setMinimumHeight(cmdStart_->sizeHint().height() * 5 / 4);
   }
