@@ -37,8 +37,9 @@ localdb::RecordSet& Workspace::open(Rows rows, std::string_view query) {
   auto& recordSet = recordSets_.at(static_cast<std::size_t>(rows));
   if (!dependencies.databases.JetOpenRST(database_, recordSet, query, localdb::kOpenDynaset, 0, 0,
                                          false)) {
-    throw RuntimeError(error::kObjectNotSet,
-                       "Object variable not set: no record set of " + std::string(query));
+    throw RuntimeError(error::kObjectNotSet, "Object variable not set: no record set of " +
+                                                 std::string(query) +
+                                                 localdb::reasonOf(dependencies.databases));
   }
   return *recordSet;
 }
@@ -64,8 +65,10 @@ class Workspace::RowWalk {
   // The current row has written all its statements.
   void rowDone() {
     written_.push_back(writer_.enqueued());
-    if (written_.size() < kMaxUnmarked) return;
-    writer_.waitFor(written_[kMaxUnmarked / 2]);
+    // What keeps every row from being marked shows at the first one, before others are written.
+    const std::size_t unmarked = marked_ == 0 && marking_ ? 1 : kMaxUnmarked;
+    if (written_.size() < unmarked) return;
+    writer_.waitFor(written_[unmarked / 2]);
     markWritten();
   }
 

@@ -92,7 +92,8 @@ class Workspace {
   // `marks` once the statements that it wrote are in the file, and closes the record set. Window
   // events are processed after each row. On return, also by way of a failure, every statement
   // written is in the file, and the rows before the one that failed are marked. After a failure the
-  // record set stays open.
+  // record set stays open. The first row is marked before the second is read, later ones some
+  // hundred rows at a time.
   using EachRow = std::function<void(localdb::RecordSet& row, std::int32_t number)>;
   using Marks = std::vector<localdb::FieldValue>;
   void forEachRow(Rows rows, std::string_view query, const Marks& marks, const EachRow& eachRow);

@@ -36,11 +36,21 @@ void checkCommitBytes(const ReadHeader& readHeader, Version version, const LockF
                          std::to_string(*slot) + " and must be repaired (page 0, commit bytes).");
 }
 
+RandomAccessFile openFile(const std::string& path, bool readOnly) {
+  using Mode = RandomAccessFile::Mode;
+  try {
+    return RandomAccessFile::open(path, readOnly ? Mode::kReadOnly : Mode::kReadWrite);
+  } catch (const RuntimeError& failure) {
+    if (readOnly || failure.number() != error::kPathAccess) throw;
+    throw RuntimeError(failure.number(), "Cannot open '" + path + "' for writing: " +
+                                             failure.what() + " Nothing was marked.");
+  }
+}
+
 }  // namespace
 
 std::unique_ptr<Database> Database::open(const std::string& path, const Options& options) {
-  using Mode = RandomAccessFile::Mode;
-  auto file = RandomAccessFile::open(path, options.readOnly ? Mode::kReadOnly : Mode::kReadWrite);
+  auto file = openFile(path, options.readOnly);
   const FileHeader header = readFileHeader(file);
   checkPassword(header, options.password, path);
 

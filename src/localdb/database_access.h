@@ -7,7 +7,8 @@
 //       access.JetOpenRST(db, rst, "SELECT * FROM Selling", kOpenDynaset, 0, 0, false)) ...
 //
 // They never throw. What fails is written to the message log, the handle is set to nothing and the
-// result is false; the caller decides.
+// result is false; the caller decides. A file's name matches without regard to the case of Latin
+// letters; one that matches exactly is preferred.
 #pragma once
 
 #include <cstdint>
@@ -45,6 +46,16 @@ class DatabaseAccess {
                           std::unique_ptr<RecordSet>& recordSet, std::string_view source,
                           std::int32_t type, std::int32_t options, std::int32_t lock,
                           bool trace) = 0;
+
+  // Why the last opening that failed did: for the message of who cannot go on without it. Empty
+  // where nobody knows.
+  [[nodiscard]] virtual std::string lastFailure() const { return {}; }
 };
+
+// ": " and the reason, for the end of a message; nothing where there is none.
+[[nodiscard]] inline std::string reasonOf(const DatabaseAccess& databases) {
+  const std::string reason = databases.lastFailure();
+  return reason.empty() ? "" : ": " + reason;
+}
 
 }  // namespace localdb

@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/files.h"
+#include "platform/find_file.h"
 #include "values/runtime_error.h"
 
 namespace localdb {
@@ -43,6 +45,18 @@ std::string openDatabaseError(const RuntimeError& problem, const std::string& pa
   }
 }
 
+// Names match as where the till runs: DATA.MDB is data.mdb, unless there is one of that very name.
+// Error 3024 where there is neither.
+std::string existingFile(const std::filesystem::path& path) {
+  std::error_code problem;
+  if (std::filesystem::is_regular_file(path, problem)) return path.string();
+  const std::string folder = path.parent_path().string();
+  const std::string found =
+      platform::findFile(folder.empty() ? "." : folder, path.filename().string());
+  if (platform::fileExists(found)) return found;
+  throw RuntimeError(error::kNoDatabaseFile, "");
+}
+
 // An argument that is 0 is not given, and neither are those after it.
 std::optional<std::int32_t> given(std::int32_t number, bool before) {
   if (number == 0 || !before) return {};
@@ -58,15 +72,18 @@ bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database,
                                const std::filesystem::path& path, bool readOnly, bool exclusive,
                                const std::string& connect, std::string_view caller) {
   try {
-    std::error_code problem;
-    if (!std::filesystem::is_regular_file(path, problem))
-      throw RuntimeError(error::kNoDatabaseFile, "");
-    database = engine_.openDatabase(path, exclusive, readOnly,
+    failure_.clear();
+    const std::string file = existingFile(path);
+    database = engine_.openDatabase(file, exclusive, readOnly,
                                     connect.empty() ? std::nullopt : std::optional(connect));
     return true;
   } catch (const std::exception&) {
     database.reset();
-    message_(openDatabaseError(currentError(), path.string(), caller));
+    const RuntimeError problem = currentError();
+    failure_ = problem.number() == error::kNoDatabaseFile
+                   ? "There is no file '" + path.string() + "'."
+                   : problem.description();
+    message_(openDatabaseError(problem, path.string(), caller));
     return false;
   }
 }
@@ -105,7 +122,9 @@ bool LocalDatabases::JetOpenRST(const std::shared_ptr<Database>& database,
     return true;
   } catch (const std::exception&) {
     recordSet.reset();
-    message_("E)JetOpenRST[0]" + numbered(currentError()));
+    const RuntimeError problem = currentError();
+    if (database) failure_ = problem.description();  // else the one of JetOpenDB
+    message_("E)JetOpenRST[0]" + numbered(problem));
     return false;
   }
 }

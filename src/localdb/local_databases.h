@@ -35,12 +35,15 @@ class LocalDatabases : public DatabaseAccess {
                   std::string_view source, std::int32_t type, std::int32_t options,
                   std::int32_t lock, bool trace) override;
 
+  [[nodiscard]] std::string lastFailure() const override { return failure_; }
+
   // At the end of a job: closes the files that nothing uses any more.
   void closeIdle() { engine_.closeIdle(); }
 
  private:
   DBEngine& engine_;
   MessageWriter message_;
+  std::string failure_;
   std::int32_t openCounter_ = 0;  // openings that were traced
 };
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <system_error>
 #include <utility>
@@ -67,8 +68,13 @@ bool LockableFile::tryLock(ByteRange range) {
   // F_OFD_SETLK: a lock of the open file, not of the process.
   struct flock lock = toFlock(range, F_WRLCK);
   if (::fcntl(handle_, F_OFD_SETLK, &lock) == 0) return true;
-  if (errno == EAGAIN || errno == EACCES) return false;
-  fail("Cannot lock", path_, errno);
+  const int code = errno;
+  if (code == EAGAIN || code == EACCES) return false;
+  std::array<char, 64> what{};
+  std::snprintf(what.data(), what.size(), "Cannot lock %llu bytes from %llXh on of",
+                static_cast<unsigned long long>(range.length),
+                static_cast<unsigned long long>(range.first));
+  fail(what.data(), path_, code);
 }
 
 void LockableFile::unlock(ByteRange range) {

@@ -20,15 +20,17 @@ void DayReader::begin(int step, std::string_view what) {
 void DayReader::openDatabase(std::string_view file) {
   const std::string path = platform::joinPath(dependencies_.programFolder, file);
   if (!dependencies_.databases.JetOpenDB(database_, path, false, false, "", "GetDailyData")) {
-    throw RuntimeError(error::kObjectNotSet, "Object variable not set: no database " + path);
+    throw RuntimeError(error::kObjectNotSet, "Object variable not set: no database " + path +
+                                                 localdb::reasonOf(dependencies_.databases));
   }
 }
 
 DayReader::Rows DayReader::open(std::string_view source, std::int32_t type) {
   Rows rows;
   if (!dependencies_.databases.JetOpenRST(database_, rows, source, type, 0, 0, false)) {
-    throw RuntimeError(error::kObjectNotSet,
-                       "Object variable not set: no record set of " + std::string(source));
+    throw RuntimeError(error::kObjectNotSet, "Object variable not set: no record set of " +
+                                                 std::string(source) +
+                                                 localdb::reasonOf(dependencies_.databases));
   }
   return rows;
 }

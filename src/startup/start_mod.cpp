@@ -1,6 +1,7 @@
 #include "startup/start_mod.h"
 
 #include "platform/files.h"
+#include "platform/find_file.h"
 #include "settings/profile_reader.h"
 #include "startup/command_line.h"
 #include "values/number_text.h"
@@ -87,14 +88,14 @@ Start Main(std::string_view commandLine, const Dependencies& parts) {
   readManagerSection(parts.settings, values);
   const auto folder = folderOf(values, "DB");
   const auto second = folderOf(values, "PrnDB");
-  const auto data = platform::joinPath(folder, "data.mdb");
+  const auto data = platform::findFile(folder, "data.mdb");
   if (!platform::fileExists(data)) {
     reportMissingDatabase(parts, folder + "," + second);
     return start;
   }
   values.dataPath = data;
-  values.configurationPath = platform::joinPath(folder, "config.mdb");
-  values.outgoPath = platform::joinPath(folder, "outgo.mdb");
+  values.configurationPath = platform::findFile(folder, "config.mdb");
+  values.outgoPath = platform::findFile(folder, "outgo.mdb");
   start.next = values.runMode == "T" ? Next::kUploadWindow : Next::kLoginWindow;
   return start;
 }

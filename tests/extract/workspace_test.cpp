@@ -45,5 +45,20 @@ TEST_F(WorkspaceTest, AWalkThatFailsHasMarkedTheRowsThatAreInTheFile) {
   }
 }
 
+// Fault: hundreds of statements of rows that will never be marked.
+TEST_F(WorkspaceTest, AMarkThatNoRowCanHaveShowsAtTheFirstRow) {
+  databases.answers["FROM rows"].rows.assign(1000, {});
+  databases.answers["FROM rows"].missing = {"sent"};
+  work.openDatabase(start.dataPath, "");
+  EXPECT_EQ(3265, errorOf([&] {
+              work.forEachRow(Rows::kSales, "SELECT * FROM rows", {{"sent", true}},
+                              [&](localdb::RecordSet&, std::int32_t number) {
+                                work.write(std::to_string(number));
+                                work.write("item");
+                              });
+            }));
+  EXPECT_EQ(linesOf(work.statementPath()), (std::vector<std::string>{"1", "item"}));
+}
+
 }  // namespace
 }  // namespace extract

@@ -127,8 +127,14 @@ TEST_F(LockFileTest, WhoComesWhileTheLastOneLeavesGetsAFileOfItsOwn) {
 TEST_F(LockFileTest, WhereItCannotBeMadeReadingGoesOnAndWritingDoesNot) {
   std::filesystem::create_directory(lockPath_);
   EXPECT_EQ(join(Sharing::kShared, OpenFor::kReading), nullptr);
-  const int refusal = errorOf([&] { (void)join(); });
-  EXPECT_TRUE(refusal == error::kCannotLock || refusal == error::kNoPermission) << refusal;
+  try {
+    (void)join();
+    ADD_FAILURE();
+  } catch (const RuntimeError& refusal) {
+    EXPECT_TRUE(refusal.number() == error::kCannotLock || refusal.number() == error::kNoPermission);
+    EXPECT_NE(refusal.description().find("'" + lockPath_ + "'"), std::string::npos);
+    EXPECT_TRUE(refusal.description().ends_with("Nothing was marked."));
+  }
 }
 
 TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {

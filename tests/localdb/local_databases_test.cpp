@@ -93,6 +93,20 @@ TEST_F(LocalDatabasesTest, OpensAndReportsFailures) {
   EXPECT_TRUE(open("locked.mdb", ";pwd=비밀"));
 }
 
+// Faults: a shop whose file is called DATA.MDB has none; the older of two is taken; a failure whose
+// reason nobody is told.
+TEST_F(LocalDatabasesTest, NamesMatchWithoutRegardToCase) {
+  std::filesystem::rename(path("data.mdb"), path("DATA.Mdb"));
+  EXPECT_TRUE(open("data.mdb"));
+  std::filesystem::copy_file(path("text.mdb"), path("data.mdb"));
+  EXPECT_FALSE(open("data.mdb"));
+  EXPECT_NE(databases_.lastFailure().find("data.mdb"), std::string::npos);
+  EXPECT_FALSE(openRows("Selling"));
+  EXPECT_NE(databases_.lastFailure().find("data.mdb"), std::string::npos);
+  EXPECT_TRUE(open("DATA.Mdb"));
+  EXPECT_EQ(databases_.lastFailure(), "");
+}
+
 TEST_F(LocalDatabasesTest, RecordSetsArriveOnTheirFirstRow) {
   ASSERT_TRUE(open("data.mdb"));
   ASSERT_TRUE(openRows("SELECT * FROM Selling ORDER BY s_id"));

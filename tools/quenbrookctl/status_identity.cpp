@@ -1,4 +1,5 @@
 #include "platform/files.h"
+#include "platform/find_file.h"
 #include "status_parts.h"
 
 void addIdentity(Report& report, const InstalledShop& shop) {
@@ -29,7 +30,7 @@ void addIdentity(Report& report, const InstalledShop& shop) {
   }
   // The settlement reads the program folder's files, whatever the configured folder is.
   for (const char* name : {"config.mdb", "data.mdb", "outgo.mdb"}) {
-    if (!platform::fileExists(platform::joinPath(folder, name))) {
+    if (!platform::fileExists(platform::findFile(folder, name))) {
       report.problems.push_back(std::string("결산에 쓰는 파일이 프로그램 폴더에 없습니다: ") +
                                 name);
     }

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/files.h"
+#include "platform/find_file.h"
 #include "text/ascii.h"
 #include "values/runtime_error.h"
 
@@ -58,14 +58,7 @@ std::string lockFilePath(const std::string& databasePath) {
   const auto dot = name.find_last_of('.');
   const std::string extension = dot == std::string::npos ? "" : text::lowerAscii(name.substr(dot));
   name = name.substr(0, dot) + (extension == ".accdb" ? ".laccdb" : ".ldb");
-  try {
-    for (const auto& entry : platform::listFolder(folder)) {
-      if (!entry.isFolder && text::equalsIgnoringAsciiCase(entry.name, name)) name = entry.name;
-    }
-  } catch (const RuntimeError&) {
-    // A folder that may be used but not listed: the plain name it is.
-  }
-  return platform::joinPath(folder, name);
+  return platform::findFile(folder, name);
 }
 
 PageLock& PageLock::operator=(PageLock&& other) noexcept {
@@ -95,7 +88,8 @@ std::unique_ptr<LockFile> LockFile::join(const std::string& databasePath, OpenFo
     if (purpose == OpenFor::kReading) return nullptr;
     throw RuntimeError(
         failure.number() == error::kPathAccess ? error::kNoPermission : error::kCannotLock,
-        "Cannot open '" + databasePath + "' for writing: " + failure.what());
+        "Cannot open '" + databasePath + "' for writing: " + failure.what() +
+            " Nothing was marked.");
   }
 }
 
