@@ -51,8 +51,7 @@ std::string existingFile(const std::filesystem::path& path) {
   std::error_code problem;
   if (std::filesystem::is_regular_file(path, problem)) return path.string();
   const std::string folder = path.parent_path().string();
-  const std::string found =
-      platform::findFile(folder.empty() ? "." : folder, path.filename().string());
+  std::string found = platform::findFile(folder.empty() ? "." : folder, path.filename().string());
   if (platform::fileExists(found)) return found;
   throw RuntimeError(error::kNoDatabaseFile, "");
 }
