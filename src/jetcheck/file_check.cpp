@@ -115,8 +115,8 @@ class FileCheck {
       parts.valueColumns.push_back({each.column, owner});
     }
     std::ranges::sort(parts.valuePages);
-    const auto repeated = std::ranges::unique(parts.valuePages);
-    parts.valuePages.erase(repeated.begin(), repeated.end());
+    parts.valuePages.erase(std::unique(parts.valuePages.begin(), parts.valuePages.end()),
+                           parts.valuePages.end());
   }
 
   void checkTable(TableParts& parts) {

@@ -133,8 +133,9 @@ void IndexCheck::checkPlace(const IndexPage& page, std::size_t depth, const KeyB
   if (page.isLeaf()) {
     if (leafDepth_ == 0) leafDepth_ = depth + 1;
     if (leafDepth_ != depth + 1) fault(number, "a leaf on another level than the others");
-    if (page.header.level != 0)
+    if (page.header.level != 0) {
       fault(number, "a leaf of level " + std::to_string(page.header.level));
+    }
   }
   if (page.size() == 0) return;
   if (!last_.empty() && !isBelow(last_, page.keyBytes(0))) {

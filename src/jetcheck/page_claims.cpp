@@ -52,7 +52,7 @@ void checkFreeBytes(const jet::PageFile& file, const jet::Page& page, const std:
 }
 
 jet::UsageMap PageClaims::readMap(RowId map, const std::string& owner, jet::BeyondEnd beyondEnd) {
-  if (!maps_.insert(map).second) {
+  if (!maps_.insert(map.number()).second) {
     faults_.add({.page = map.page, .row = map.row},
                 "the usage map of " + owner + " is another's too");
   }

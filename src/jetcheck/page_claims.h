@@ -60,7 +60,7 @@ class PageClaims {
   PageOwners& owners_;
   FaultLog& faults_;
   PageOwners::Id mapPages_;
-  std::set<jet::RowId> maps_;
+  std::set<std::int64_t> maps_;  // RowId::number()
   std::vector<Room> rooms_;
 };
 

@@ -9,6 +9,7 @@
 #include <random>
 
 #include "jet/sales_file.h"
+#include "jetcheck/file_check.h"
 
 namespace jet {
 namespace {
@@ -82,6 +83,8 @@ TEST_P(KillTest, LeavesEveryRowWhole) {
     restore();
     runMarker(file, moment(random));
     file.expectWhole();
+    (void)jetcheck::checkFile(file.path(),
+                              [](const std::string& fault) { ADD_FAILURE() << fault; });
     EXPECT_TRUE(header(support::readFile(file.path())) == header(whole));
     if (runs % 20 == 0) file.expectExportUnchanged();
     if (HasFatalFailure() || HasNonfatalFailure()) FAIL() << "run " << runs;

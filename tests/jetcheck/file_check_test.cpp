@@ -18,7 +18,6 @@
 #include "jet/table_definition_reader.h"
 #include "jetcreate/file_builder.h"
 #include "support/child_process.h"
-#include "values/runtime_error.h"
 
 namespace jetcheck {
 namespace {
@@ -61,10 +60,11 @@ void makeSales(const std::string& path) {
                      : i % 500 == 7            ? 9000
                      : i % 100 == 3            ? 900
                                                : i % 20;
-    sales.add({std::int32_t{i}, i % 50 == 0 ? values::Variant() : values::DateTime{41000.0 + i / 9},
-               "name " + std::to_string(i % 50), std::string(static_cast<std::size_t>(size), 'n'),
-               values::Variant(), i % 2 == 0},
-              form);
+    sales.add(
+        {std::int32_t{i}, i % 50 == 0 ? values::Variant() : values::DateTime{41000.0 + i * 0.125},
+         "name " + std::to_string(i % 50), std::string(static_cast<std::size_t>(size), 'n'),
+         values::Variant(), i % 2 == 0},
+        form);
   }
   builder.addTable("Empty", {{.name = "id"}});
   builder.finish();
@@ -115,12 +115,13 @@ class SalesCopy {
   }
   void clearMask(std::uint32_t page, std::size_t n) {
     const std::size_t bit = entryEnd(page, n) - page * kPage - kFormat.indexEntries;
-    bytes[page * kPage + kFormat.indexMask + bit / 8] &= static_cast<char>(~(1U << bit % 8));
+    char& byte = bytes[page * kPage + kFormat.indexMask + bit / 8];
+    byte = static_cast<char>(byte & ~(1 << bit % 8));
   }
 
   // Where the offset and flags of a row stand, and the row itself.
   [[nodiscard]] std::size_t slotOf(RowId id) const {
-    return id.page * kPage + kFormat.dataRowOffsets + 2 * id.row;
+    return id.page * kPage + kFormat.dataRowOffsets + std::size_t{2} * id.row;
   }
   [[nodiscard]] std::size_t rowAt(RowId id) const {
     return id.page * kPage + (get<std::uint16_t>(slotOf(id)) & jet::kRowOffsetMask);
@@ -366,14 +367,22 @@ TEST_F(FileCheckTest, MarkedFileIsWhole) {
   EXPECT_THAT(check(path_), IsEmpty());
 }
 
-TEST_F(FileCheckTest, WhatIsNoJetFileIsRefused) {
-  std::ofstream(path_, std::ios::binary | std::ios::trunc) << std::string(9000, 'x');
-  try {
-    (void)check(path_);
-    FAIL();
-  } catch (const RuntimeError& problem) {
-    EXPECT_EQ(problem.number(), error::kUnrecognized);
-  }
+TEST_F(FileCheckTest, ProgramSaysSoAndExitsWithIt) {
+  const std::string other = (folder_.path() / "other.mdb").string();
+  std::ofstream(other, std::ios::binary) << support::readFile(path_).substr(0, 5 * kPage);
+  const std::string text = (folder_.path() / "text.mdb").string();
+  std::ofstream(text, std::ios::binary) << std::string(9000, 'x');
+
+  std::string output;
+  EXPECT_EQ(support::run({QUENBROOK_JETCHECK, path_}, &output), 0);
+  EXPECT_THAT(output,
+              ContainsRegex("^[^:]+data.mdb: whole: 6 tables, [0-9]+ rows, [0-9]+ indexes, [0-9]+ "
+                            "pages\n$"));
+  EXPECT_EQ(support::run({QUENBROOK_JETCHECK, path_, other}, &output), 1);
+  EXPECT_THAT(output, ContainsRegex("data.mdb: whole: .*\n.*other.mdb: the catalogue: page"));
+  EXPECT_EQ(support::run({QUENBROOK_JETCHECK, text, path_}, &output), 2);
+  EXPECT_THAT(output, ContainsRegex("data.mdb: whole: "));
+  EXPECT_EQ(support::run({QUENBROOK_JETCHECK}), 2);
 }
 
 // A page without its end, a number that points elsewhere: each check ends, whatever it finds.
