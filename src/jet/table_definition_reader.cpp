@@ -66,7 +66,7 @@ class DefinitionReader {
   void gatherPages() {
     std::uint32_t next = definition_.page;
     for (std::size_t pages = 0; next != 0; ++pages) {
-      if (pages == kMaxDefinitionPages) damaged("its pages form a circle");
+      if (pages == kMaxDefinitionPages) damaged("its pages form a cycle");
       const PagePtr page = file_.freshPage(next);
       if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::kTableDefinition)) {
         damaged("page " + std::to_string(next) + " is not part of a definition");

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cassert>
 
+#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
-#include "jetcreate/layout.h"
 
 namespace jetcreate {
 
@@ -12,27 +12,24 @@ using namespace jet;
 
 namespace {
 
-constexpr std::size_t kOffsetSize = 2;
-
-// A row pointer holds the row in one byte.
-constexpr std::uint16_t kMaxRows = 255;
-
 // A page with less room than this is as good as full: the engine would look at it in vain.
 constexpr std::size_t kRoomWorthListing = 256;
 
 }  // namespace
 
-std::size_t DataPages::room() const { return end_ - kDataHeaderSize - rows_ * kOffsetSize; }
+std::size_t DataPages::room() const {
+  return end_ - newFormat().dataRowOffsets - rows_ * kRowOffsetSize;
+}
 
 RowId DataPages::placeFor(std::size_t size) {
-  if (!page_.empty() && (room() < size + kOffsetSize || rows_ == kMaxRows)) closePage();
+  if (!page_.empty() && (room() < size + kRowOffsetSize || rows_ == kMaxRowsOnPage)) closePage();
   if (page_.empty()) {
-    page_.assign(kPageSize, std::byte{0});
+    page_.assign(newFormat().pageSize, std::byte{0});
     rows_ = 0;
-    end_ = kPageSize;
+    end_ = newFormat().pageSize;
     owned_.push_back(file_.allocate());
   }
-  assert(room() >= size + kOffsetSize);
+  assert(room() >= size + kRowOffsetSize);
   return {owned_.back(), rows_};
 }
 
@@ -40,7 +37,7 @@ RowId DataPages::add(Bytes row, std::uint16_t flags) {
   const RowId id = placeFor(row.size());
   end_ -= row.size();
   std::copy(row.begin(), row.end(), page_.begin() + static_cast<std::ptrdiff_t>(end_));
-  storeLittle(page_, kDataHeaderSize + rows_ * kOffsetSize,
+  storeLittle(page_, newFormat().dataRowOffsets + rows_ * kRowOffsetSize,
               static_cast<std::uint16_t>(end_ | flags));
   ++rows_;
   return id;
@@ -52,7 +49,7 @@ void DataPages::closePage() {
   storeLittle(page_, 1, kPageMark);
   storeLittle(page_, kPageFreeSpace, static_cast<std::uint16_t>(room()));
   storeLittle(page_, kPageOwner, owner_);
-  storeLittle(page_, formatOf(Version::kJet4).dataRowCount, rows_);
+  storeLittle(page_, newFormat().dataRowCount, rows_);
   file_.write(owned_.back(), page_);
   if (room() >= kRoomWorthListing) withRoom_.push_back(owned_.back());
   page_.clear();

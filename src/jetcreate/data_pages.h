@@ -1,4 +1,4 @@
-// Rows put on data pages one behind the other: the rows of a table, its long values, or the usage
+// Rows put on data pages one after another: the rows of a table, its long values, or the usage
 // maps of a definition.
 //
 //   DataPages rows(file, definitionPage);

@@ -4,9 +4,9 @@
 #include <numeric>
 
 #include "jet/format/byte_buffer.h"
+#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
 #include "jet/format/text_codec.h"
-#include "jetcreate/layout.h"
 
 namespace jetcreate {
 
@@ -148,7 +148,7 @@ ByteBuffer encode(const TableDefinition& definition, const DefinitionExtras& ext
 }
 
 // The first page is cut from the whole, header included; each further one has a short header.
-constexpr std::size_t kShare = kPageSize - kDefinitionContinued;
+std::size_t sharePerPage() { return newFormat().pageSize - kDefinitionContinued; }
 
 }  // namespace
 
@@ -156,7 +156,9 @@ std::vector<std::uint32_t> allocateDefinition(NewFile& file, const TableDefiniti
                                               const DefinitionExtras& extras) {
   std::vector<std::uint32_t> pages;
   const std::size_t size = encode(definition, extras).size() - kDefinitionContinued;
-  for (std::size_t covered = 0; covered < size; covered += kShare) pages.push_back(file.allocate());
+  for (std::size_t covered = 0; covered < size; covered += sharePerPage()) {
+    pages.push_back(file.allocate());
+  }
   return pages;
 }
 
@@ -165,14 +167,14 @@ void writeDefinition(NewFile& file, const TableDefinition& definition,
   const ByteBuffer whole = encode(definition, extras);
   Bytes rest = whole.bytes().subspan(kDefinitionContinued);
   for (std::size_t i = 0; i < pages.size(); ++i) {
-    std::vector<std::byte> page(kPageSize);
-    const Bytes share = rest.first(std::min(rest.size(), kShare));
+    std::vector<std::byte> page(newFormat().pageSize);
+    const Bytes share = rest.first(std::min(rest.size(), sharePerPage()));
     rest = rest.subspan(share.size());
     storeLittle(page, 0, PageType::kTableDefinition);
     storeLittle(page, 1, kPageMark);
     std::copy(share.begin(), share.end(), page.begin() + kDefinitionContinued);
     // The engine keeps eight bytes back when it counts what is left.
-    const std::size_t left = kShare - share.size();
+    const std::size_t left = sharePerPage() - share.size();
     storeLittle(page, kPageFreeSpace, static_cast<std::uint16_t>(left < 8 ? 0 : left - 8));
     storeLittle(page, kDefinitionNextPage, i + 1 < pages.size() ? pages[i + 1] : 0);
     file.write(pages[i], page);

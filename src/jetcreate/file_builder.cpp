@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cassert>
 
+#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
 #include "jetcreate/header_page.h"
-#include "jetcreate/layout.h"
 #include "jetcreate/usage_map_writer.h"
 
 namespace jetcreate {
@@ -17,13 +17,13 @@ namespace {
 // Page 1: two maps of 69 bytes. The first is the file's; of the second nothing is known but that
 // it is empty. The page names itself as its owner.
 std::vector<std::byte> mapsPage(const std::vector<std::byte>& freePages) {
-  const std::vector<std::byte> empty(kUsageMapRowSize);
-  const Format& format = formatOf(Version::kJet4);
-  std::vector<std::byte> page(kPageSize);
+  const std::vector<std::byte> empty(freePages.size());
+  const Format& format = newFormat();
+  std::vector<std::byte> page(newFormat().pageSize);
   storeLittle(page, 0, PageType::kData);
   storeLittle(page, 1, kPageMark);
   storeLittle(page, kPageOwner, kUsedPagesMapPage);
-  std::size_t end = kPageSize;
+  std::size_t end = newFormat().pageSize;
   std::size_t offsets = format.dataRowOffsets;
   for (const auto* row : {&freePages, &empty}) {
     end -= row->size();
@@ -58,22 +58,14 @@ void FileBuilder::addQuery(const std::string& name, const QueryDefinition& query
   system_->addQueryRows(id, queryRows(query));
 }
 
-void FileBuilder::addLink(const std::string& name, const std::string& database,
-                          const std::string& foreignName) {
-  system_->addObject({.name = name,
-                      .type = kJetLinkObject,
-                      .flags = kJetLinkFlag,
-                      .database = database,
-                      .foreignName = foreignName});
-}
-
-void FileBuilder::addOdbcLink(const std::string& name, const std::string& connect,
-                              const std::string& foreignName) {
-  system_->addObject({.name = name,
-                      .type = kOdbcLinkObject,
-                      .flags = kOdbcLinkFlag,
-                      .connect = connect,
-                      .foreignName = foreignName});
+void FileBuilder::addLink(const LinkedTable& link) {
+  const bool odbc = !link.connect.empty();
+  system_->addObject({.name = link.name,
+                      .type = odbc ? kOdbcLinkObject : kJetLinkObject,
+                      .flags = odbc ? kOdbcLinkFlag : kJetLinkFlag,
+                      .database = link.database,
+                      .connect = link.connect,
+                      .foreignName = link.foreignName});
 }
 
 void FileBuilder::finish() {

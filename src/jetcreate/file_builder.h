@@ -28,6 +28,15 @@
 
 namespace jetcreate {
 
+// A table of another Jet file (`database` is its path) or of an ODBC source (`connect` says which:
+// "ODBC;DSN=...").
+struct LinkedTable {
+  std::string name = {};
+  std::string foreignName = {};
+  std::string database = {};
+  std::string connect = {};
+};
+
 class FileBuilder {
  public:
   struct Options {
@@ -47,11 +56,7 @@ class FileBuilder {
                          const std::vector<NewIndex>& indexes = {});
   void addQuery(const std::string& name, const QueryDefinition& query);
 
-  // A table of another Jet file, or of an ODBC source ("ODBC;DSN=...").
-  void addLink(const std::string& name, const std::string& database,
-               const std::string& foreignName);
-  void addOdbcLink(const std::string& name, const std::string& connect,
-                   const std::string& foreignName);
+  void addLink(const LinkedTable& link);
 
   // Writes everything that is still to be written. Once.
   void finish();

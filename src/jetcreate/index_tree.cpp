@@ -7,7 +7,6 @@
 #include "jet/format/field_codec.h"
 #include "jet/index/key_codec.h"
 #include "jetcreate/index_level.h"
-#include "jetcreate/layout.h"
 #include "text/utf16.h"
 #include "values/runtime_error.h"
 
@@ -17,7 +16,8 @@ using namespace jet;
 
 namespace {
 
-constexpr std::size_t kMaxEntry = kIndexPageRoom / 2;
+// A page has room for two at least.
+std::size_t maxEntry() { return (newFormat().pageSize - newFormat().indexEntries) / 2; }
 
 bool less(Bytes a, Bytes b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
@@ -27,10 +27,11 @@ void appendTextPart(const TableDefinition& table, const Column& column, bool asc
                     const values::Variant& value, std::vector<std::byte>& key) {
   if (value.isNull()) return (void)appendTextKey(ascending, std::nullopt, key);
   const std::string text = toText(value);
-  if (!appendTextKey(ascending, text::toUtf16(text), key))
+  if (!appendTextKey(ascending, text::toUtf16(text), key)) {
     throw RuntimeError(error::kInvalidArgument, "The text '" + text + "' of field '" + column.name +
                                                     "' of table '" + table.name +
                                                     "' has no place in an index here.");
+  }
 }
 
 // The value as a row stores it; no bytes for a type that has no keys.
@@ -60,15 +61,17 @@ void IndexTree::add(const TableDefinition& table, const RealIndex& index,
   for (const IndexColumn& part : index.columns) {
     const values::Variant value =
         part.column < values.size() ? values[part.column] : values::Variant();
-    if (value.isNull() && index.required)
+    if (value.isNull() && index.required) {
       throw RuntimeError(error::kNullInKey, "Null in a primary key of table '" + table.name + "'.");
+    }
     allNull = allNull && value.isNull();
     appendPart(table, table.columns[part.column], part.ascending, value, key);
   }
   if (allNull && index.ignoreNulls) return;
   const std::vector<std::byte> entry = leafEntry(std::move(key), row);
-  if (entry.size() > kMaxEntry)
+  if (entry.size() > maxEntry()) {
     throw RuntimeError(error::kInvalidArgument, "An index key is too long.");
+  }
   entries_.push_back(
       {static_cast<std::uint32_t>(bytes_.size()), static_cast<std::uint16_t>(entry.size())});
   bytes_.insert(bytes_.end(), entry.begin(), entry.end());
@@ -82,9 +85,10 @@ std::uint32_t IndexTree::countDistinct(const NewFile& file, bool unique) const {
     if (distinct == 0 || !std::equal(key.begin(), key.end(), last.begin(), last.end())) ++distinct;
     last = key;
   }
-  if (unique && distinct != entries_.size())
+  if (unique && distinct != entries_.size()) {
     throw RuntimeError(error::kDuplicateKey,
                        "Duplicate values in a unique index of file '" + file.path() + "'.");
+  }
   return distinct;
 }
 

@@ -3,16 +3,16 @@
 #include <cassert>
 #include <vector>
 
+#include "jet/format/creation_constants.h"
 #include "jet/format/rc4.h"
-#include "jetcreate/layout.h"
 
 namespace jetcreate {
 
 using namespace jet;
 
 void NewFile::write(std::uint32_t page, Bytes bytes) {
-  assert(page < count_ && bytes.size() == kPageSize);
-  const std::uint64_t offset = std::uint64_t{page} * kPageSize;
+  assert(page < count_ && bytes.size() == newFormat().pageSize);
+  const std::uint64_t offset = std::uint64_t{page} * newFormat().pageSize;
   if (key_ == 0 || page == 0) {
     file_.writeAt(offset, bytes);
     return;

@@ -12,9 +12,13 @@
 #include <string>
 
 #include "jet/format/bytes.h"
+#include "jet/format/layout.h"
 #include "platform/random_access_file.h"
 
 namespace jetcreate {
+
+// The format of the files that are made here.
+[[nodiscard]] inline const jet::Format& newFormat() { return jet::formatOf(jet::Version::kJet4); }
 
 class NewFile {
  public:
@@ -30,8 +34,6 @@ class NewFile {
 
   // `bytes` is the whole page.
   void write(std::uint32_t page, jet::Bytes bytes);
-
-  void sync() { file_.sync(); }
 
  private:
   RandomAccessFile file_;

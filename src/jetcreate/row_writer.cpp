@@ -4,11 +4,11 @@
 #include <string>
 
 #include "jet/format/byte_buffer.h"
+#include "jet/format/creation_constants.h"
 #include "jet/format/field_codec.h"
 #include "jet/format/layout.h"
 #include "jet/format/text_codec.h"
 #include "jet/rows/row_layout.h"
-#include "jetcreate/layout.h"
 #include "text/utf16.h"
 #include "values/runtime_error.h"
 
@@ -32,8 +32,9 @@ std::vector<std::byte> converted(const TableDefinition& table, const Column& col
 
 // Text and memo encoded, binary and OLE as their bytes.
 std::vector<std::byte> variableBytes(const Column& column, const values::Variant& value) {
-  if (column.type == ColumnType::kText || column.type == ColumnType::kMemo)
+  if (column.type == ColumnType::kText || column.type == ColumnType::kMemo) {
     return encodeText(toText(value), column.compressed);
+  }
   if (const auto* binary = value.as<values::Binary>()) return binary->bytes;
   throw RuntimeError(error::kTypeMismatch, "Type mismatch");
 }
@@ -44,10 +45,11 @@ void checkLength(const TableDefinition& table, const Column& column, const value
   if (column.isLongValue()) return;
   const std::size_t length =
       column.type == ColumnType::kText ? text::utf16Length(toText(value)) * 2 : stored;
-  if (length > column.length)
+  if (length > column.length) {
     throw RuntimeError(error::kFieldTooSmall, "The field '" + column.name + "' of table '" +
                                                   table.name + "' is too small for " +
                                                   std::to_string(length) + " bytes.");
+  }
 }
 
 }  // namespace
@@ -55,13 +57,14 @@ void checkLength(const TableDefinition& table, const Column& column, const value
 RowWriter::RowWriter(NewFile& file, const TableDefinition& definition)
     : file_(file), definition_(definition) {
   for (std::size_t i = 0; i < definition.columns.size(); ++i) {
-    if (definition.columns[i].isLongValue())
+    if (definition.columns[i].isLongValue()) {
       longValues_.emplace(i, DataPages(file, kLongValueOwner));
+    }
   }
 }
 
 std::vector<std::byte> RowWriter::encode(std::span<const values::Variant> values) {
-  const Format& format = formatOf(Version::kJet4);
+  const Format& format = newFormat();
   const std::vector<std::byte> fixed = fixedFields(values);
   const std::vector<std::byte> mask = nullMask(values);
   std::vector<std::byte> variable;
@@ -78,10 +81,11 @@ std::vector<std::byte> RowWriter::encode(std::span<const values::Variant> values
   parts.variable = variable;
 
   std::vector<std::byte> row = assembleRow(format, parts);
-  if (row.size() > kMaxRowSize)
+  if (row.size() > kMaxRowSize) {
     throw RuntimeError(error::kRowTooLong, "Record of table '" + definition_.name +
                                                "' is too large: " + std::to_string(row.size()) +
                                                " bytes.");
+  }
   return row;
 }
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <limits>
 
+#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
 #include "jetcreate/header_page.h"
-#include "jetcreate/layout.h"
 #include "text/ascii.h"
 #include "values/runtime_error.h"
 

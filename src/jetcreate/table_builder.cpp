@@ -4,8 +4,8 @@
 #include <array>
 
 #include "jet/format/byte_buffer.h"
+#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
-#include "jetcreate/layout.h"
 #include "jetcreate/usage_map_writer.h"
 #include "values/runtime_error.h"
 

@@ -1,7 +1,7 @@
 #include "jetcreate/table_spec.h"
 
+#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
-#include "jetcreate/layout.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {

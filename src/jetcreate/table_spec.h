@@ -21,8 +21,8 @@ struct NewColumn {
   bool compressed = false;      // texts are stored compressed where that is shorter
   bool autonumber = false;      // of Long: Null becomes the next number
   std::uint8_t precision = 18;  // digits of Numeric, at most 28
-  std::uint8_t scale = 0;       // of them behind the point
-  bool deleted = false;         // taken out again after the rows were written
+  std::uint8_t scale = 0;       // of them after the point
+  bool deleted = false;         // deleted after the rows were written
   bool securityId = false;      // of binary fields of the engine's own tables
 };
 

@@ -3,9 +3,8 @@
 #include <algorithm>
 
 #include "jet/format/byte_buffer.h"
-#include "jet/format/layout.h"
-#include "jet/pages/usage_map.h"
-#include "jetcreate/layout.h"
+#include "jet/format/creation_constants.h"
+#include "jet/format/usage_map_layout.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -14,14 +13,13 @@ using namespace jet;
 
 namespace {
 
-constexpr std::uint32_t kInlinePages = 512;
-constexpr std::uint32_t kReferences = 17;
-constexpr std::uint32_t kPagesPerReference = (kPageSize - kUsageMapPageBits) * 8;
+constexpr std::size_t kReferences = 17;  // in a row of that size, the last bytes unused
 
-void setBit(MutableBytes bits, std::uint32_t bit) { bits[bit / 8] |= std::byte{1} << (bit % 8); }
+std::size_t rowSize() { return kUsageMapBits + newFormat().usageMapBytes; }
+std::uint32_t inlinePages() { return static_cast<std::uint32_t>(8 * newFormat().usageMapBytes); }
 
 std::vector<std::byte> newBitPage() {
-  std::vector<std::byte> page(kPageSize);
+  std::vector<std::byte> page(newFormat().pageSize);
   storeLittle(page, 0, PageType::kUsageMap);
   storeLittle(page, 1, kPageMark);
   return page;
@@ -36,34 +34,37 @@ std::vector<std::byte> rowOfReferences(const NewFile& file,
   ByteBuffer row;
   row.put(UsageMapKind::kReference);
   for (std::uint32_t page : references) row.put(page);
-  row.putZeros(kUsageMapRowSize - row.size());
+  row.putZeros(rowSize() - row.size());
   return {row.bytes().begin(), row.bytes().end()};
 }
 
 std::vector<std::byte> inlineRow(std::uint32_t start) {
-  std::vector<std::byte> row(kUsageMapRowSize);
+  std::vector<std::byte> row(rowSize());
   storeLittle(row, 0, UsageMapKind::kInline);
-  storeLittle(row, 1, start);
+  storeLittle(row, kUsageMapStart, start);
   return row;
 }
 
 }  // namespace
 
 std::vector<std::byte> encodeUsageMap(NewFile& file, const std::vector<std::uint32_t>& pages) {
-  const std::uint32_t start = pages.empty() || pages.back() < kInlinePages ? 0 : pages[0] / 8 * 8;
-  if (pages.empty() || pages.back() - start < kInlinePages) {
+  const std::uint32_t start = pages.empty() || pages.back() < inlinePages() ? 0 : pages[0] / 8 * 8;
+  if (pages.empty() || pages.back() - start < inlinePages()) {
     std::vector<std::byte> row = inlineRow(start);
-    for (std::uint32_t page : pages) setBit(MutableBytes(row).subspan(5), page - start);
+    for (std::uint32_t page : pages) {
+      storeMapBit(MutableBytes(row).subspan(kUsageMapBits), page - start, true);
+    }
     return row;
   }
-  std::vector<std::uint32_t> references(pages.back() / kPagesPerReference + 1);
+  const std::uint32_t perPage = pagesPerMapPage(newFormat());
+  std::vector<std::uint32_t> references(pages.back() / perPage + 1);
   for (std::uint32_t r = 0; r < references.size(); ++r) {
-    const auto from = std::lower_bound(pages.begin(), pages.end(), r * kPagesPerReference);
-    const auto to = std::lower_bound(from, pages.end(), (r + 1) * kPagesPerReference);
+    const auto from = std::lower_bound(pages.begin(), pages.end(), r * perPage);
+    const auto to = std::lower_bound(from, pages.end(), (r + 1) * perPage);
     if (from == to) continue;  // no page of bits at all: none of those pages is in the set
     std::vector<std::byte> bits = newBitPage();
     for (auto page = from; page != to; ++page) {
-      setBit(MutableBytes(bits).subspan(kUsageMapPageBits), *page % kPagesPerReference);
+      storeMapBit(MutableBytes(bits).subspan(kUsageMapPageBits), *page % perPage, true);
     }
     references[r] = file.allocate();
     file.write(references[r], bits);
@@ -72,23 +73,22 @@ std::vector<std::byte> encodeUsageMap(NewFile& file, const std::vector<std::uint
 }
 
 std::vector<std::byte> encodeFreePages(NewFile& file) {
-  if (file.pageCount() <= kInlinePages) {
+  if (file.pageCount() <= inlinePages()) {
     std::vector<std::byte> row = inlineRow(0);
-    for (std::uint32_t page = file.pageCount(); page < kInlinePages; ++page) {
-      setBit(MutableBytes(row).subspan(5), page);
+    for (std::uint32_t page = file.pageCount(); page < inlinePages(); ++page) {
+      storeMapBit(MutableBytes(row).subspan(kUsageMapBits), page, true);
     }
     return row;
   }
+  const std::uint32_t perPage = pagesPerMapPage(newFormat());
   std::vector<std::uint32_t> references;
-  while (references.size() * kPagesPerReference < file.pageCount()) {
-    references.push_back(file.allocate());
-  }
+  while (references.size() * perPage < file.pageCount()) references.push_back(file.allocate());
   for (std::uint32_t r = 0; r < references.size(); ++r) {
     std::vector<std::byte> bits = newBitPage();
-    const std::uint32_t first = r * kPagesPerReference;
-    const std::uint32_t used = std::min(kPagesPerReference, file.pageCount() - first);
-    for (std::uint32_t page = used; page < kPagesPerReference; ++page) {
-      setBit(MutableBytes(bits).subspan(kUsageMapPageBits), page);
+    const std::uint32_t first = r * perPage;
+    const std::uint32_t used = std::min(perPage, file.pageCount() - first);
+    for (std::uint32_t page = used; page < perPage; ++page) {
+      storeMapBit(MutableBytes(bits).subspan(kUsageMapPageBits), page, true);
     }
     file.write(references[r], bits);
   }

@@ -16,13 +16,11 @@
 
 namespace jetcreate {
 
-constexpr std::size_t kUsageMapRowSize = 69;
-
-// `pages` ascending.
+// The bytes of a map's row. `pages` ascending.
 [[nodiscard]] std::vector<std::byte> encodeUsageMap(NewFile& file,
                                                     const std::vector<std::uint32_t>& pages);
 
-// The file's own map: a bit is set for each page that is not in use, which are those behind the
+// The file's own map: a bit is set for each page that is not in use, which are those after the
 // last. To be made when every other page has been handed out; may hand out pages for itself.
 [[nodiscard]] std::vector<std::byte> encodeFreePages(NewFile& file);
 

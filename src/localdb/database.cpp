@@ -31,8 +31,9 @@ class QueryRecordSet : public RecordSet {
   }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const FieldValue> fields) override {
-    if (readOnly_ && rows_->isUpdatable())
+    if (readOnly_ && rows_->isUpdatable()) {
       throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
+    }
     rows_->updateRows(first, count, fields);
   }
   void close() override { rows_->close(); }
@@ -45,9 +46,10 @@ class QueryRecordSet : public RecordSet {
 void requireType(std::int32_t type) {
   constexpr std::array<std::int32_t, 5> kTypes{kOpenTable, kOpenDynaset, kOpenSnapshot,
                                                kOpenForwardOnly, 16};  // 16: dynamic
-  if (std::find(kTypes.begin(), kTypes.end(), type) == kTypes.end())
+  if (std::find(kTypes.begin(), kTypes.end(), type) == kTypes.end()) {
     throw RuntimeError(error::kInvalidArgument,
                        "Invalid argument: record set type " + std::to_string(type) + ".");
+  }
 }
 
 // One name for a file however its path is written.

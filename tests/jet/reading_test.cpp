@@ -340,8 +340,8 @@ TEST_F(ReadingTest, TellsWhatIsNoJetFile) {
 TEST_F(ReadingTest, CatalogueNamesTablesLinksAndQueries) {
   auto database = made([](FileBuilder& builder) {
     builder.addTable("Selling", {{.name = "id"}});
-    builder.addLink("Menu", "C:\\pos\\menu.mdb", "Set_Menu1");
-    builder.addOdbcLink("Server", "ODBC;DSN=head", "dbo.T");
+    builder.addLink({.name = "Menu", .foreignName = "Set_Menu1", .database = "C:\\pos\\menu.mdb"});
+    builder.addLink({.name = "Server", .foreignName = "dbo.T", .connect = "ODBC;DSN=head"});
     builder.addQuery(
         "qryDay",
         {.tables = {{"Selling"}}, .columns = {{"id", "a"}, {"id+1", "b"}}, .where = "id>3"});

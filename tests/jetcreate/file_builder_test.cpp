@@ -289,8 +289,8 @@ TEST_F(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
   file.addQuery("qryOne", query);
   file.addQuery("qryOther", {.kind = QueryKind::kUnion,
                              .unionSelects = {"SELECT id FROM Selling", "SELECT 1 FROM Selling"}});
-  file.addLink("other", "C:\\pos\\other.mdb", "Their");
-  file.addOdbcLink("remote", "ODBC;DSN=pos;", "dbo.t");
+  file.addLink({.name = "other", .foreignName = "Their", .database = "C:\\pos\\other.mdb"});
+  file.addLink({.name = "remote", .foreignName = "dbo.t", .connect = "ODBC;DSN=pos;"});
   file.finish();
 
   const std::string schema = tool("mdb-schema", {"postgres", "--indexes", "--no-relations"});

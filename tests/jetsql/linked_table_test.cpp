@@ -51,10 +51,12 @@ class LinkedTableTest : public SessionFixture {
   LinkedTableTest() {
     jetcreate::FileBuilder builder(path("links.mdb"));
     builder.addTable("Own", {{.name = "id"}}).add({std::int32_t{3}});
-    builder.addLink("Meals", "C:\\POS\\Data\\SHOP.MDB", "Menu");
-    builder.addLink("Missing", "C:\\POS\\gone.mdb", "Menu");
-    builder.addLink("NoSuchTable", "C:\\POS\\shop.mdb", "Nowhere");
-    builder.addOdbcLink("Tickets", "ODBC;DSN=central", "TicketTB");
+    builder.addLink(
+        {.name = "Meals", .foreignName = "Menu", .database = "C:\\POS\\Data\\SHOP.MDB"});
+    builder.addLink({.name = "Missing", .foreignName = "Menu", .database = "C:\\POS\\gone.mdb"});
+    builder.addLink(
+        {.name = "NoSuchTable", .foreignName = "Nowhere", .database = "C:\\POS\\shop.mdb"});
+    builder.addLink({.name = "Tickets", .foreignName = "TicketTB", .connect = "ODBC;DSN=central"});
     builder.finish();
   }
 

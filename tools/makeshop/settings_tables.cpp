@@ -66,7 +66,9 @@ void addSettings(jetcreate::FileBuilder& builder, const Options& options) {
                 {number("id"), money("hand_amount"), number("num_drawer"), number("num_drawer2"),
                  number("num_drawer3"), number("num_paper"), number("num_cancel")})
       .add({big(1), won(150000), big(14), Variant(), big(2), big(128), big(5)});
-  builder.addOdbcLink("odbc_ticket", "ODBC;DSN=customer;DATABASE=customer", "ticket");
+  builder.addLink({.name = "odbc_ticket",
+                   .foreignName = "ticket",
+                   .connect = "ODBC;DSN=customer;DATABASE=customer"});
 }
 
 }  // namespace makeshop

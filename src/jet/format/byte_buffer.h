@@ -1,5 +1,5 @@
-// Bytes put one behind the other, numbers little-endian: what a row, a map or a definition is built
-// in before it is placed on its page.
+// Bytes appended one after another, numbers little-endian: a row, a map or a definition is built in
+// one before it is placed on its page.
 //
 //   ByteBuffer row;
 //   row.put<std::uint16_t>(columns);
@@ -26,7 +26,7 @@ class ByteBuffer {
   void put(Bytes bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
   void putZeros(std::size_t count) { bytes_.resize(bytes_.size() + count); }
 
-  // Overwrites what stands there already.
+  // Overwrites bytes that were put before.
   template <typename T>
   void set(std::size_t offset, T value) {
     storeLittle<T>(bytes_, offset, value);

@@ -46,8 +46,9 @@ void putNumeric(const Column& column, const values::Numeric& numeric, ByteBuffer
   const values::Uint128 magnitude = scaledMagnitude(column, numeric);
   if (magnitude >= values::powerOfTen(column.precision)) overflow();
   out.put(numeric.negative ? kNegative : std::uint8_t{0});
-  for (int shift = 96; shift >= 0; shift -= 32)
+  for (int shift = 96; shift >= 0; shift -= 32) {
     out.put(static_cast<std::uint32_t>(magnitude >> shift));
+  }
 }
 
 void putFixed(const Column& column, const values::Variant& value, ByteBuffer& out) {
@@ -108,8 +109,9 @@ std::optional<values::Numeric> decodeNumeric(const Column& column, Bytes stored)
         .negative = value < 0, .scale = 0, .magnitude = values::magnitudeOf(value)};
   }
   values::Numeric value{.negative = loadU8(stored, 0) != 0, .scale = column.scale};
-  for (std::size_t word = 0; word < 4; ++word)
+  for (std::size_t word = 0; word < 4; ++word) {
     value.magnitude = value.magnitude << 32 | loadU32(stored, 1 + 4 * word);
+  }
   if (value.magnitude >= values::powerOfTen(kMaxDigits)) return std::nullopt;
   return value;
 }
@@ -153,8 +155,9 @@ std::vector<std::byte> guidBytes(std::string_view text) {
     if (std::from_chars(digits, digits + 2, value, 16).ptr != digits + 2) break;
     bytes.push_back(static_cast<std::byte>(value));
   }
-  if (bytes.size() != kGuidSize)
+  if (bytes.size() != kGuidSize) {
     throw RuntimeError(error::kTypeMismatch, "'" + std::string(text) + "' is not a GUID");
+  }
   return bytes;
 }
 

@@ -1,4 +1,4 @@
-// Where things stand in a Jet file, for the reader, the writer and the marker alike: all that
+// Offsets and sizes in a Jet file, for reading, marking and creating alike: all that
 // differs between Jet 3 (Access 97) and Jet 4 (Access 2000 and later) is one table, `Format`.
 //
 //   const Format& f = formatOf(Version::kJet4);
@@ -66,7 +66,7 @@ struct Format {
   std::size_t columnPrecision;    // 8 bits, then scale 8 bits; for text the sort order, 16 bits
   std::size_t columnFlags;        // 8 bits: kColumnFixed ...
   std::size_t columnExtraFlags;   // 8 bits: kColumnCompressed; 0 where there are none
-  std::size_t columnFixedOffset;  // 16 bits, from behind the row's column count
+  std::size_t columnFixedOffset;  // 16 bits, from the end of the row's column count
   std::size_t columnLength;       // 16 bits
   std::size_t nameLengthSize;     // of columns and indexes; names are in the file's text form
 
@@ -92,10 +92,10 @@ struct Format {
   std::size_t indexPrefixLength;  // of indexPrefixSize bytes
   std::size_t indexPrefixSize;
   std::size_t indexLevel;  // 8 bits: distance from the leaves
-  std::size_t indexMask;   // bit n: an entry ends n bytes behind indexEntries
+  std::size_t indexMask;   // bit n: an entry ends n bytes after indexEntries
   std::size_t indexEntries;
 
-  // Bytes of an inline usage map behind its start page, as the engine makes them.
+  // Bytes of an inline usage map after its start page, as the engine makes them.
   std::size_t usageMapBytes;
 };
 

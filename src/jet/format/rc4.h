@@ -9,7 +9,7 @@
 
 namespace jet {
 
-// `offset`: where `bytes` stand in the ciphered region.
+// `offset`: of `bytes` in the ciphered region.
 void applyRc4(std::uint32_t key, std::size_t offset, MutableBytes bytes);
 
 }  // namespace jet

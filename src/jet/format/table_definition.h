@@ -50,7 +50,7 @@ struct Column {
   std::uint16_t number = 0;   // bit in a row's null mask
   std::uint16_t ordinal = 0;  // order of display
   bool fixed = false;         // stands at fixedOffset; otherwise in the variable part at varIndex
-  std::uint16_t fixedOffset = 0;  // from behind the row's column count
+  std::uint16_t fixedOffset = 0;  // from the end of the row's column count
   std::uint16_t varIndex = 0;
   std::uint16_t length = 0;    // bytes; 0 for memo and OLE
   std::uint8_t precision = 0;  // of Numeric

@@ -5,7 +5,7 @@
 namespace jet {
 namespace {
 
-constexpr int kMaxForwards = 16;  // the engine makes one; more than a few are a circle
+constexpr int kMaxForwards = 16;  // the engine makes one; more than a few are a cycle
 
 }  // namespace
 

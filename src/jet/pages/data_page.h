@@ -4,7 +4,7 @@
 //   RowSlot slot = rowSlot(file, page, 3);
 //   Bytes row = Bytes(page.bytes).subspan(slot.start, slot.size());
 //
-// Free functions over a page that was read; whoever changes pages uses them too. Errors: 3049.
+// Free functions over a page that was read; used for changing pages as well. Errors: 3049.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ struct RowSlot {
 // A data page whose owner is `owner` and whose table of row offsets fits.
 void checkDataPage(const PageFile& file, const Page& page, std::uint32_t owner);
 
-// The same, whoever its owner is: for pages that hold usage maps.
+// The same for any owner: for pages that hold usage maps.
 void checkDataPage(const PageFile& file, const Page& page);
 
 // Of a checked page.
@@ -43,14 +43,14 @@ void checkDataPage(const PageFile& file, const Page& page);
 // Where the bytes of a forwarded row are: `at` is not where the row was looked for.
 struct ForwardedRow {
   RowId at;
-  RowSlot slot;  // of a row that arrived: it bears the mark of a deleted one, so that scans skip it
+  RowSlot slot;  // of a row that arrived: it has the flag of a deleted one, so that scans skip it
 };
 
 // Gives a page, checked as a data page of the row's table; the last one asked for holds the row.
 using CheckedPage = std::function<const Page&(std::uint32_t number)>;
 
 // Follows the forward pointer of the row at `from`, whose slot says that it has one. Pointers that
-// lead nowhere or in a circle are damage.
+// lead nowhere or in a cycle are damage.
 [[nodiscard]] ForwardedRow followForwards(const PageFile& file, RowId from,
                                           const CheckedPage& pageAt);
 

@@ -3,7 +3,7 @@
 //   if (!replaceRow(file, page, 3, newBytes, 0)) ... no room, page untouched
 //
 // Rows stand from the page's end downwards in the order of their slots, without gaps: what changes
-// the size of one moves those behind it, and the free space is one piece between the table of row
+// the size of one moves those after it, and the free space is one piece between the table of row
 // offsets and the last row. The page must have passed checkDataPage. Errors: 3049.
 #pragma once
 

@@ -22,7 +22,7 @@ constexpr std::uint64_t kWriteLocks = 0x20000000;
 constexpr std::uint64_t kTableReadLocks = 0x40000000;
 constexpr std::uint64_t kBytesPerPage = 0x200;
 constexpr std::uint64_t kExclusiveLength = 0x101;
-// Pages behind this one would reach into the next region; it is beyond the largest Jet file.
+// Pages after this one would reach into the next region; it is beyond the largest Jet file.
 constexpr std::uint32_t kMaxPage = (kTableReadLocks - kWriteLocks) / kBytesPerPage - 1;
 
 constexpr std::size_t kEntrySize = 64;
@@ -115,7 +115,7 @@ LockFile::~LockFile() {
     // Nobody can be in, nor come in, once all user locks are ours.
     if (file_.tryLock(kAllUsers)) file_.removeName();
   } catch (const RuntimeError&) {
-    // A lock file that stays behind harms nobody: the next user takes its entries over.
+    // A lock file that is left does no harm: the next user takes its entries over.
   }
 }
 

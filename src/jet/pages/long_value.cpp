@@ -17,7 +17,7 @@ void append(Bytes bytes, std::vector<std::byte>& out) {
 }
 
 // Each piece begins with the pointer to the next one; the last one's is 0. That each must bring
-// something, and all together no more than the length, also ends a circle.
+// something, and all together no more than the length, also ends a cycle.
 void readChain(PageFile& file, RowId pointer, std::size_t length, std::vector<std::byte>& out) {
   while (out.size() < length) {
     if (pointer.page == 0) file.damaged(pointer.page, "a long value ends too soon");

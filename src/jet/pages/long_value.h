@@ -1,5 +1,5 @@
 // Memo and OLE fields: in the row, on one page of long values, or along a chain of them.
-// Errors: 3049 where the stored length and the pieces do not agree, and for circles.
+// Errors: 3049 where the stored length and the pieces do not agree, and for cycles.
 #pragma once
 
 #include <cstddef>

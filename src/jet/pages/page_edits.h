@@ -40,7 +40,8 @@ class PageEdits {
   [[nodiscard]] Page& edit(std::uint32_t number);
 
   // A page that nobody uses and the file may not even have yet, zeroed, to be filled and scheduled
-  // whole. The caller sees to it that the file's usage map gives it away (jet/usage_map_edit.h).
+  // whole. The caller sees to it that the file's usage map gives it away
+  // (jet/pages/usage_map_edit.h).
   [[nodiscard]] Page& create(std::uint32_t number);
 
   [[nodiscard]] bool holds(std::uint32_t number) const { return entries_.contains(number); }

@@ -1,4 +1,4 @@
-// The pages of a Jet file, decoded, behind a bounded cache. The one place where a page is read and
+// The pages of a Jet file, decoded, with a bounded cache. The one place where a page is read and
 // where one is written.
 //
 //   PagePtr page = file.page(17);         // from the cache if it is there
@@ -67,10 +67,10 @@ class PageFile {
   [[nodiscard]] PagePtr freshPage(std::uint32_t number);
 
   // Writes `bytes` into a page, encoding them where the file is encoded; the cached page is
-  // replaced by a changed copy. A whole page may be written behind the last one.
+  // replaced by a changed copy. A whole page may be written after the last one.
   void write(std::uint32_t number, std::size_t offset, Bytes bytes);
 
-  // Lets go of every cached page.
+  // Drops every cached page.
   void forgetPages();
 
   // How often changes by other users were found, after a look where one is due.
@@ -86,15 +86,13 @@ class PageFile {
   // the file, before its page locks are let go.
   void countCommit();
 
-  void sync() { file_.sync(); }
-
   // Error 3049 with the file's name, the page and `what` is wrong with it.
   [[noreturn]] void damaged(std::uint32_t page, std::string_view what) const;
 
  private:
   struct Slot {
     PagePtr page;
-    bool used = false;  // since the hand last passed
+    bool used = false;  // since the clock hand last passed
   };
 
   [[nodiscard]] PagePtr readPage(std::uint32_t number) const;

@@ -1,12 +1,10 @@
 #include "jet/pages/usage_map.h"
 
+#include "jet/format/usage_map_layout.h"
 #include "jet/pages/data_page.h"
 
 namespace jet {
 namespace {
-
-constexpr std::size_t kInlineBits = 5;      // behind the kind and the start page
-constexpr std::size_t kReferencePages = 1;  // behind the kind
 
 class Collector {
  public:
@@ -22,7 +20,7 @@ class Collector {
         if (page < pageCount_) {
           map_.pages.push_back(static_cast<std::uint32_t>(page));
         } else if (beyondEnd_ == BeyondEnd::kDamage) {
-          file_.damaged(mapPage, "its usage map names a page behind the end");
+          file_.damaged(mapPage, "its usage map names a page after the end");
         }
       }
     }
@@ -40,16 +38,18 @@ class Collector {
 };
 
 void addReferenced(PageFile& file, std::uint32_t mapPage, Bytes row, Collector& pages) {
-  const std::uint64_t pagesPerMap = 8 * (file.format().pageSize - kUsageMapPageBits);
-  for (std::size_t i = 0; kReferencePages + 4 * i + 4 <= row.size(); ++i) {
-    const std::uint32_t number = loadU32(row, kReferencePages + 4 * i);
+  const std::uint64_t perPage = pagesPerMapPage(file.format());
+  for (std::size_t i = 0;; ++i) {
+    const std::size_t at = kUsageMapReferences + kUsageMapReferenceSize * i;
+    if (at + kUsageMapReferenceSize > row.size()) return;
+    const std::uint32_t number = loadU32(row, at);
     if (number == 0) continue;
     const PagePtr page = file.freshPage(number);
     if (loadU8(page->bytes, 0) != static_cast<std::uint8_t>(PageType::kUsageMap)) {
       file.damaged(number, "it should hold a usage map of page " + std::to_string(mapPage));
     }
     pages.addBitPage(number);
-    pages.add(number, i * pagesPerMap, Bytes(page->bytes).subspan(kUsageMapPageBits));
+    pages.add(number, i * perPage, Bytes(page->bytes).subspan(kUsageMapPageBits));
   }
 }
 
@@ -59,12 +59,12 @@ UsageMap readWholeUsageMap(PageFile& file, RowId map, BeyondEnd beyondEnd) {
   const PagePtr page = file.freshPage(map.page);
   checkDataPage(file, *page);
   const Bytes row = presentRow(file, *page, map.row);
-  if (row.size() < kInlineBits) file.damaged(map.page, "a usage map is too short");
+  if (row.size() < kUsageMapBits) file.damaged(map.page, "a usage map is too short");
 
   Collector pages(file, beyondEnd);
   switch (static_cast<UsageMapKind>(loadU8(row, 0))) {
     case UsageMapKind::kInline:
-      pages.add(map.page, loadU32(row, 1), row.subspan(kInlineBits));
+      pages.add(map.page, loadU32(row, kUsageMapStart), row.subspan(kUsageMapBits));
       break;
     case UsageMapKind::kReference:
       addReferenced(file, map.page, row, pages);

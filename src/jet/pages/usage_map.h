@@ -14,8 +14,6 @@
 
 namespace jet {
 
-enum class UsageMapKind : std::uint8_t { kInline = 0, kReference = 1 };
-
 struct UsageMap {
   std::vector<std::uint32_t> pages;     // ascending
   std::vector<std::uint32_t> bitPages;  // that hold nothing but bits of this map

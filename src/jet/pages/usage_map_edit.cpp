@@ -4,27 +4,13 @@
 #include <optional>
 #include <vector>
 
+#include "jet/format/usage_map_layout.h"
 #include "jet/pages/data_page.h"
-#include "jet/pages/usage_map.h"
 
 namespace jet {
 namespace {
 
-constexpr std::size_t kInlineStart = 1;     // 32 bits: page of the first bit
-constexpr std::size_t kInlineBits = 5;      // behind the kind and the start page
-constexpr std::size_t kReferencePages = 1;  // behind the kind
 constexpr RowId kFreePages{kUsedPagesMapPage, 0};
-
-std::uint32_t pagesPerMapPage(const Format& format) {
-  return static_cast<std::uint32_t>(8 * (format.pageSize - kUsageMapPageBits));
-}
-
-bool bitAt(Bytes bits, std::size_t n) { return (loadU8(bits, n / 8) >> n % 8 & 1) != 0; }
-
-void storeBit(MutableBytes bits, std::size_t n, bool value) {
-  const auto bit = static_cast<std::byte>(1U << n % 8);
-  bits[n / 8] = value ? bits[n / 8] | bit : bits[n / 8] & ~bit;
-}
 
 // A usage map within the edits: its row, and the map pages that the row may name.
 class MapEdit {
@@ -33,7 +19,7 @@ class MapEdit {
     PageFile& file = edits.file();
     checkDataPage(file, page_);
     const Bytes row = presentRow(file, page_, map.row);
-    if (row.size() < kInlineBits) file.damaged(map.page, "a usage map is too short");
+    if (row.size() < kUsageMapBits) file.damaged(map.page, "a usage map is too short");
     const auto start = static_cast<std::size_t>(row.data() - page_.bytes.data());
     row_ = MutableBytes(page_.bytes).subspan(start, row.size());
     if (loadU8(row_, 0) > static_cast<std::uint8_t>(UsageMapKind::kReference)) {
@@ -44,11 +30,11 @@ class MapEdit {
   [[nodiscard]] std::optional<bool> get(std::uint32_t page) {
     if (isInline()) {
       if (!inlineReaches(page)) return std::nullopt;
-      return bitAt(row_.subspan(kInlineBits), page - loadU32(row_, kInlineStart));
+      return mapBit(row_.subspan(kUsageMapBits), page - loadU32(row_, kUsageMapStart));
     }
     Page* bits = mapPage(page, false);
     if (bits == nullptr) return std::nullopt;
-    return bitAt(Bytes(bits->bytes).subspan(kUsageMapPageBits), page % perMapPage());
+    return mapBit(Bytes(bits->bytes).subspan(kUsageMapPageBits), page % perMapPage());
   }
 
   void set(std::uint32_t page, bool value) {
@@ -56,12 +42,12 @@ class MapEdit {
     if (value == background() && !get(page).has_value()) return;
     if (isInline() && !inlineReaches(page)) becomeReference();
     if (isInline()) {
-      storeBit(row_.subspan(kInlineBits), page - loadU32(row_, kInlineStart), value);
+      storeMapBit(row_.subspan(kUsageMapBits), page - loadU32(row_, kUsageMapStart), value);
       edits_.schedule(map_.page);
       return;
     }
     Page& bits = *mapPage(page, true);
-    storeBit(MutableBytes(bits.bytes).subspan(kUsageMapPageBits), page % perMapPage(), value);
+    storeMapBit(MutableBytes(bits.bytes).subspan(kUsageMapPageBits), page % perMapPage(), value);
     edits_.schedule(bits.number);
     edits_.schedule(map_.page);
   }
@@ -71,8 +57,8 @@ class MapEdit {
     return loadU8(row_, 0) == static_cast<std::uint8_t>(UsageMapKind::kInline);
   }
   [[nodiscard]] bool inlineReaches(std::uint32_t page) const {
-    const std::uint32_t start = loadU32(row_, kInlineStart);
-    return page >= start && page - start < 8 * (row_.size() - kInlineBits);
+    const std::uint32_t start = loadU32(row_, kUsageMapStart);
+    return page >= start && page - start < 8 * (row_.size() - kUsageMapBits);
   }
   [[nodiscard]] std::uint32_t perMapPage() const { return pagesPerMapPage(edits_.format()); }
   [[nodiscard]] bool background() const { return map_ == kFreePages; }
@@ -97,14 +83,14 @@ class MapEdit {
 
   // Where the row of a reference map names the map page for `page`.
   [[nodiscard]] std::size_t entryOf(std::uint32_t page) const {
-    const std::size_t at = kReferencePages + std::size_t{4} * (page / perMapPage());
-    if (at + 4 > row_.size()) {
+    const std::size_t at = kUsageMapReferences + kUsageMapReferenceSize * (page / perMapPage());
+    if (at + kUsageMapReferenceSize > row_.size()) {
       edits_.file().damaged(map_.page, "a usage map cannot reach page " + std::to_string(page));
     }
     return at;
   }
 
-  // Written and given away before any row names it.
+  // Written and marked allocated before any row names it.
   Page& addMapPage() {
     Page& added = background() ? edits_.create(nextFree()) : allocatePage(edits_);
     std::ranges::fill(added.bytes, background() ? std::byte{0xff} : std::byte{0});
@@ -119,13 +105,13 @@ class MapEdit {
   // The row keeps its length, a list of map pages needs less; and it stays the old row until the
   // map pages are scheduled.
   void becomeReference() {
-    const std::uint32_t start = loadU32(row_, kInlineStart);
-    const Bytes bits = row_.subspan(kInlineBits);
+    const std::uint32_t start = loadU32(row_, kUsageMapStart);
+    const Bytes bits = row_.subspan(kUsageMapBits);
     std::vector<std::byte> list(row_.size());
     list[0] = static_cast<std::byte>(UsageMapKind::kReference);
     std::vector<std::uint32_t> added;
     for (std::uint32_t i = 0; i < 8 * bits.size(); ++i) {
-      const bool value = bitAt(bits, i);
+      const bool value = mapBit(bits, i);
       if (value == background()) continue;
       const std::size_t at = entryOf(start + i);
       if (loadU32(list, at) == 0) {
@@ -133,8 +119,8 @@ class MapEdit {
         storeLittle<std::uint32_t>(list, at, added.back());
       }
       Page& page = edits_.edit(loadU32(list, at));
-      storeBit(MutableBytes(page.bytes).subspan(kUsageMapPageBits), (start + i) % perMapPage(),
-               value);
+      storeMapBit(MutableBytes(page.bytes).subspan(kUsageMapPageBits), (start + i) % perMapPage(),
+                  value);
     }
     for (const std::uint32_t number : added) edits_.schedule(number);
     std::ranges::copy(list, row_.begin());

@@ -19,7 +19,7 @@
 
 namespace jet {
 
-// A page behind the file's last one that the file's own map calls free. Pages inside the file that
+// A page after the file's last one that the file's own map calls free. Pages inside the file that
 // are free are left alone: another program may still have what they held in its memory.
 [[nodiscard]] Page& allocatePage(PageEdits& edits);
 

@@ -69,8 +69,9 @@ bool RowPatch::findVariablePart(bool certain) {
   const auto part = layout_.variablePart();
   if (!part) return false;
   std::vector<std::size_t> offsets;
-  for (std::size_t n = 0; n <= part->count; ++n)
+  for (std::size_t n = 0; n <= part->count; ++n) {
     offsets.push_back(layout_.variableOffset(*part, n));
+  }
   if (offsets.front() < layout_.fixedStart() || !std::ranges::is_sorted(offsets)) return false;
   const std::size_t end = offsets.back() + part->size;
   if (certain ? end > layout_.maskStart() : end != layout_.maskStart()) return false;
@@ -128,8 +129,9 @@ void RowPatch::makeRoomFor(const Column& column) {
   const std::size_t variableStart = layout_.fixedStart() + fixedSize;
   if (!offsets_.empty()) {
     parts.variable = Bytes(row_).subspan(fixedEnd_, offsets_.back() - fixedEnd_);
-    for (const std::size_t offset : offsets_)
+    for (const std::size_t offset : offsets_) {
       parts.offsets.push_back(offset + variableStart - fixedEnd_);
+    }
   } else if (definition_->varColumns != 0) {
     parts.offsets.push_back(variableStart);
   }

@@ -9,7 +9,7 @@
 //
 // Fields of fixed size and Yes/No; only the bytes that differ are written, and a row that has the
 // values already is not written at all. Each step locks the pages that it touches, reads them
-// again, works everything out, writes, and lets go of the locks before it returns. A page
+// again, works everything out, writes, and releases the locks before it returns. A page
 // that another user has locked is tried again for two seconds.
 //
 // Order of writing. A kill between any two writes leaves a file that opens and whose rows are

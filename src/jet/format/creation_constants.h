@@ -1,4 +1,5 @@
-// What only the creation of a Jet 4 file needs beside jet/format.h: marks that a reader skips.
+// What only the creation of a Jet 4 file needs: limits that the engine keeps to and marks that a
+// reader skips.
 //
 // Values without a known meaning are those that every file seen of the engine carries at that
 // place; they are named for what they look like.
@@ -7,23 +8,17 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "jet/format/bytes.h"
+namespace jet {
 
-namespace jetcreate {
-
-constexpr std::size_t kPageSize = 4096;
-constexpr std::size_t kDataHeaderSize = 14;   // in front of a data page's row offsets
-constexpr std::size_t kMaxRowSize = 4060;     // longer rows are refused by the engine itself
-constexpr std::size_t kMaxInlineLong = 64;    // bytes of a long value kept within its row
-constexpr std::size_t kMaxPageLong = 4076;    // bytes of one row on a long-value page
-constexpr std::size_t kIndexPageRoom = 3616;  // bytes of entries on an index page
-constexpr std::size_t kMaxTextLength = 255;   // characters, also the part of a text in an index
+constexpr std::size_t kMaxRowSize = 4060;   // longer rows are refused by the engine itself
+constexpr std::size_t kMaxInlineLong = 64;  // bytes of a long value kept within its row
+constexpr std::size_t kMaxPageLong = 4076;  // bytes of one row on a long-value page
 
 // Second byte of every page but the first.
 constexpr std::uint8_t kPageMark = 0x01;
 
 // Header page. The pointers of the usage maps and the system tables' pages stand in the masked
-// region in front of the code page.
+// region before the code page.
 constexpr std::size_t kHeaderMapPointers = 0x18;  // two row pointers: free pages, and one unused
 constexpr std::size_t kHeaderSystemPages = 0x20;  // four 32-bit pages, MSysObjects first
 constexpr std::size_t kHeaderBuild = 0x6a;        // 32 bits: build number of the engine
@@ -46,4 +41,4 @@ constexpr std::uint8_t kSystemCascade = 0x04;   // in both cascade bytes of a sy
   return page << 8 | row;
 }
 
-}  // namespace jetcreate
+}  // namespace jet
