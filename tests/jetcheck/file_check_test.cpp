@@ -39,8 +39,9 @@ std::vector<std::string> check(const std::string& path) {
   return lines;
 }
 
-void makeSales(const std::string& path) {
-  FileBuilder builder(path, {.indexTails = true});
+void makeSales(const std::string& path,
+               const FileBuilder::Options& options = {.indexTails = true}) {
+  FileBuilder builder(path, options);
   auto& sales = builder.addTable("Selling",
                                  {{.name = "id", .autonumber = true},
                                   {.name = "day", .type = ColumnType::kDateTime},
@@ -365,6 +366,12 @@ TEST_F(FileCheckTest, MarkedFileIsWhole) {
                                                {"day", values::Variant(values::DateTime{42000})}};
   database->updateRows(table, std::span(ids).first(300), fields);
   EXPECT_THAT(check(path_), IsEmpty());
+}
+
+TEST_F(FileCheckTest, EncodedFileIsCheckedWithoutItsPassword) {
+  const std::string encoded = (folder_.path() / "encoded.mdb").string();
+  makeSales(encoded, {.password = "geheim", .encodingKey = 0x51eb851f});
+  EXPECT_THAT(check(encoded), IsEmpty());
 }
 
 TEST_F(FileCheckTest, ProgramSaysSoAndExitsWithIt) {
