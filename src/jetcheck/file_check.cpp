@@ -10,6 +10,7 @@
 #include "jet/format/file_header.h"
 #include "jet/format/object_types.h"
 #include "jet/table_definition_reader.h"
+#include "jetcheck/definition_check.h"
 #include "jetcheck/index_check.h"
 #include "jetcheck/page_claims.h"
 #include "jetcheck/page_owners.h"
@@ -123,6 +124,7 @@ class FileCheck {
     const jet::TableDefinition& definition = parts.table->definition();
     ++summary_.tables;
     summary_.indexes += definition.realIndexes.size();
+    checkDefinition(definition, faults_);
     if (!parts.mapped) return;
     TableCheck rows(file_, *parts.table, owners_, faults_);
     rows.run(parts.rowPages, parts.valuePages, parts.valueColumns);

@@ -198,6 +198,13 @@ const std::vector<Damage> kDamages = {
     {"DefinitionLength",
      [](auto& f) { f.template add<std::uint32_t>(f.definition.page * kPage + 8, 1); },
      "^table 'Selling': page [0-9]+: .*it is not as long as it says$"},
+    {"ColumnsInOnePlace",
+     [](auto& f) {
+       const std::size_t second = f.definition.page * kPage + kFormat.definitionEnd +
+                                  3 * kFormat.realIndexCountSize + kFormat.columnSize;
+       f.template add<std::uint16_t>(second + kFormat.columnFixedOffset, -1);
+     },
+     "^page [0-9]+, table 'Selling': column 'day' has the place of column 'id'$"},
     {"CatalogueCleared", [](auto& f) { f.bytes[2 * kPage] = 0; }, "^the catalogue: page 2: "},
 
     {"OwnedAndFree", [](auto& f) { f.setBit(kFreeMap, f.pages[1], true); },

@@ -26,7 +26,7 @@ std::string summaryLine(const jetcheck::Summary& found) {
                      std::to_string(found.rows) + " rows, " + std::to_string(found.indexes) +
                      " indexes, " + std::to_string(found.pages) + " pages";
   if (found.lostPages != 0) {
-    line += ", of which " + std::to_string(found.lostPages) + " hold nothing and are not free";
+    line += ", " + std::to_string(found.lostPages) + " of them empty and not free";
   }
   return line;
 }
