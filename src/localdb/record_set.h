@@ -2,7 +2,8 @@
 //
 //   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext())
 //     total += NzLong(rows->field("price"));
-//   rows->updateRows(0, rows->recordCount(), marks);   // std::vector<FieldValue>: {{"c_upload", true}}
+//   rows->updateRows(0, rows->recordCount(), marks);   // std::vector<FieldValue>: {{"c_upload",
+//   true}}
 //
 // Errors: 3021 no current record, 3265 no such field (with the field's name), 3027 read-only or
 // not updatable, 91 after close, and those of the Jet engine. A damaged page is reported by the
