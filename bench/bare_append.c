@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/* Behind the statement's line end. A text may hold line breaks: a statement ends where the next
+/* After the statement's line end. A text may hold line breaks: a statement ends where the next
  * begins. */
 static const char *statement_end(const char *at, const char *end) {
   while ((at = memchr(at, '\n', (size_t)(end - at))) != NULL) {

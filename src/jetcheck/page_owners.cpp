@@ -11,7 +11,7 @@ PageOwners::Id PageOwners::add(std::string name) {
 
 void PageOwners::claim(std::uint32_t page, Id owner) {
   if (page >= owners_.size()) {
-    faults_.add({.page = page}, "it lies behind the end and belongs to " + names_[owner]);
+    faults_.add({.page = page}, "it lies after the end and belongs to " + names_[owner]);
     return;
   }
   Id& now = owners_[page];

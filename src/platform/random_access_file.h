@@ -39,9 +39,6 @@ class RandomAccessFile {
 
   [[nodiscard]] std::uint64_t size() const;
 
-  // Returns when everything written has reached the disk.
-  void sync();
-
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:

@@ -87,7 +87,3 @@ std::uint64_t RandomAccessFile::size() const {
   if (::fstat(handle_, &status) != 0) platform::throwErrno(errno, "Cannot examine", path_);
   return static_cast<std::uint64_t>(status.st_size);
 }
-
-void RandomAccessFile::sync() {
-  if (::fdatasync(handle_) != 0) platform::throwErrno(errno, "Cannot write", path_);
-}

@@ -1,8 +1,8 @@
 // ASCII text: how far a text is plain, and its letters without regard to case.
 //
-//   text::asciiPrefix("abc홀");                           // 3: bytes below 0x80 that it begins
-//   with text::equalsIgnoringAsciiCase(token, "SELECT");      // select, Select, ...
-//   text::lowerAscii(".TXT")                             // ".txt"
+//   text::asciiPrefix("abc홀");                          // 3: as many bytes below 0x80 in front
+//   text::equalsIgnoringAsciiCase(token, "SELECT");      // select, Select, ...
+//   text::lowerAscii(".TXT");                            // ".txt"
 //
 // Bytes beyond ASCII stay as they are and equal only themselves; for letters of every script see
 // letter_case.h.
@@ -43,6 +43,10 @@ namespace text {
 
 [[nodiscard]] constexpr char lowerAscii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+[[nodiscard]] constexpr bool isAsciiLetter(char c) {
+  return lowerAscii(c) >= 'a' && lowerAscii(c) <= 'z';
 }
 
 [[nodiscard]] inline std::string lowerAscii(std::string_view text) {

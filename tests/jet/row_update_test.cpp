@@ -37,7 +37,7 @@ struct MarkCase {
 class MarkTest : public testing::TestWithParam<MarkCase> {};
 
 // The faults looked for: a neighbour's bytes moved or overwritten, a row lost or doubled on its way
-// to another page, an index entry lost, left behind or out of order, a page split that drops some.
+// to another page, an index entry lost, left over or out of order, a page split that drops some.
 TEST_P(MarkTest, OnlyTheMarksChange) {
   SalesFile file(GetParam().options, GetParam().indexes);
   file.mark("c_upload", kEvery, kYes);

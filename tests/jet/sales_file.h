@@ -32,7 +32,7 @@ struct SalesOptions {
 
 class SalesFile {
  public:
-  // Columns: those behind `name` are missing from short rows. Seven in front, so that the eighth
+  // Columns: those after `name` are missing from short rows. Seven in front, so that the eighth
   // fits the null mask as it is and the others make it longer.
   static std::vector<jetcreate::NewColumn> columns() {
     return {{.name = "s_id"},

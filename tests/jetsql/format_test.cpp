@@ -53,7 +53,7 @@ TEST(FormatTest, Gives) {
       {kEvening, "yyyy-mm-dd", "2013-08-02"},
       {kEvening, "yy.MM.dd", "13.08.02"},
       {kEvening, "yyyy/mm/dd hh:nn:ss", "2013/08/02 19:42:05"},
-      {kMorning, "h:m:s", "0:5:9"},  // m behind h is the minute
+      {kMorning, "h:m:s", "0:5:9"},  // m after h is the minute
       {kMorning, "m/d/yy", "8/12/13"},
       {kEvening, "hh:nn AM/PM", "07:42 PM"},
       {kMorning, "AMPM h:nn", "오전 12:05"},

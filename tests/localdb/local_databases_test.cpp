@@ -54,7 +54,7 @@ class LocalDatabasesTest : public testing::Test {
     return 0;
   }
 
-  // The one message since the last call; its description is cut off behind the number.
+  // The one message since the last call; its description is cut off after the number.
   std::string message() {
     EXPECT_EQ(messages_.size(), 1U);
     std::string text = messages_.empty() ? "" : messages_.front();

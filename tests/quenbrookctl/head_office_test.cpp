@@ -39,7 +39,7 @@ LineNumbers numbersIn(const std::string& text, const char* expression) {
 // What the server holds, and where the same stands in the shop. Each letter of `kinds` says how the
 // local field of its place goes up: n number, t text, a magnitude.
 struct Held {
-  const char* columns;  // of the server, its table behind the blank, as in "CS_SS_ID FROM
+  const char* columns;  // of the server, its table after the blank, as in "CS_SS_ID FROM
                         // CustomerSellingTB"
   const char* file;
   const char* query;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <limits>
 
+#include "text/ascii.h"
 #include "values/error_numbers.h"
 #include "values/runtime_error.h"
 
@@ -249,7 +250,7 @@ bool beginsStatement(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r\n(");
   if (first == std::string_view::npos) return false;
   std::size_t end = first;
-  while (end < text.size() && (((text[end] | 0x20) >= 'a') && ((text[end] | 0x20) <= 'z'))) ++end;
+  while (end < text.size() && text::isAsciiLetter(text[end])) ++end;
   const Token word{.kind = TokenKind::kWord, .text = text.substr(first, end - first)};
   return isAny(word, kQueryWords) || isAny(word, kActionWords);
 }
