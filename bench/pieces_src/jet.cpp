@@ -158,6 +158,7 @@ std::string korean(std::string_view text) { return CodePage(949).fromUtf8(text);
 std::vector<std::string> stored(const std::array<std::string_view, 6>& texts,
                                 std::string (*store)(std::string_view)) {
   std::vector<std::string> result;
+  result.reserve(texts.size());
   for (const std::string_view text : texts) result.push_back(store(text));
   return result;
 }

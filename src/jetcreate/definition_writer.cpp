@@ -22,8 +22,9 @@ std::uint32_t pointer(RowId row) { return rowPointer(row.page, row.row); }
 std::vector<std::size_t> listedColumns(const TableDefinition& definition,
                                        const DefinitionExtras& extras) {
   std::vector<std::size_t> listed;
-  for (std::size_t i = 0; i < definition.columns.size(); ++i)
+  for (std::size_t i = 0; i < definition.columns.size(); ++i) {
     if (extras.omitted.empty() || !extras.omitted[i]) listed.push_back(i);
+  }
   if (definition.system) {
     std::sort(listed.begin(), listed.end(), [&](std::size_t a, std::size_t b) {
       return definition.columns[a].name < definition.columns[b].name;

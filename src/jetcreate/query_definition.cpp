@@ -43,8 +43,9 @@ class RowList {
 };
 
 void addSources(const QueryDefinition& query, RowList& rows) {
-  for (const auto& table : query.tables)
+  for (const auto& table : query.tables) {
     rows.add(QueryAttribute::kTable, {.name1 = table.name, .name2 = table.alias});
+  }
   int number = 0;
   for (const std::string& select : query.unionSelects) {
     rows.add(QueryAttribute::kTable,
@@ -61,8 +62,9 @@ std::vector<QueryRow> queryRows(const QueryDefinition& query) {
   rows.add(QueryAttribute::kKind, {.flag = static_cast<std::int16_t>(query.kind),
                                    .expression = query.passThrough,
                                    .name1 = query.connect});
-  for (const auto& parameter : query.parameters)
+  for (const auto& parameter : query.parameters) {
     rows.add(QueryAttribute::kParameter, {.flag = parameter.type, .name1 = parameter.name});
+  }
   rows.add(QueryAttribute::kOptions, {.flag = query.options, .name1 = query.top});
   addSources(query, rows);
   for (const auto& column : query.columns) {
@@ -76,8 +78,9 @@ std::vector<QueryRow> queryRows(const QueryDefinition& query) {
                                      .name2 = join.right});
   }
   if (!query.where.empty()) rows.add(QueryAttribute::kWhere, {.expression = query.where});
-  for (const auto& group : query.groupBy)
+  for (const auto& group : query.groupBy) {
     rows.add(QueryAttribute::kGroupBy, {.flag = group.crosstab, .expression = group.expression});
+  }
   if (!query.having.empty()) rows.add(QueryAttribute::kHaving, {.expression = query.having});
   for (const auto& order : query.orderBy) {
     rows.add(QueryAttribute::kOrderBy,

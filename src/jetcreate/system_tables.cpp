@@ -168,14 +168,16 @@ void SystemTables::addOwnObjects() {
     objects_.add({object.id, object.parent, object.name, object.type, created_, created_,
                   binary(object.owner), static_cast<std::int32_t>(kEngineFlag)});
   }
-  for (const Right& right : kOwnRights)
+  for (const Right& right : kOwnRights) {
     rights_.add({right.object, binary(right.who), right.rights, right.inheritable});
+  }
 }
 
 std::int32_t SystemTables::addObject(const NewObject& object) {
   const std::string name = text::lowerAscii(object.name);
-  if (std::find(names_.begin(), names_.end(), name) != names_.end())
+  if (std::find(names_.begin(), names_.end(), name) != names_.end()) {
     throw RuntimeError(error::kObjectExists, "Object '" + object.name + "' already exists.");
+  }
   names_.push_back(name);
   const std::int32_t id = object.id != 0 ? object.id : nextId_++;
   objects_.add({id, kTablesId, object.name, object.type, created_, created_, binary(kAdminId),

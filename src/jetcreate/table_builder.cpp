@@ -46,9 +46,10 @@ TableBuilder::TableBuilder(NewFile& file, bool system, const std::string& name,
 }
 
 RowId TableBuilder::add(std::vector<values::Variant> values, RowForm form) {
-  if (values.size() > definition_.columns.size())
+  if (values.size() > definition_.columns.size()) {
     throw RuntimeError(error::kInvalidArgument,
                        "Table '" + definition_.name + "' has fewer fields than the row.");
+  }
   takeNumber(values);
   const std::vector<std::byte> row = rowWriter_.encode(values);
   if (form == RowForm::kDeleted) {
@@ -78,8 +79,9 @@ void TableBuilder::takeNumber(std::vector<values::Variant>& values) {
 }
 
 void TableBuilder::addKeys(const std::vector<values::Variant>& values, RowId row) {
-  for (std::size_t i = 0; i < trees_.size(); ++i)
+  for (std::size_t i = 0; i < trees_.size(); ++i) {
     trees_[i].add(definition_, definition_.realIndexes[i], values, row);
+  }
 }
 
 void TableBuilder::writeIndexes(bool tails) {
@@ -103,8 +105,9 @@ void TableBuilder::writeMaps() {
   };
   definition_.ownedPages = addMap(merged(rows_.owned(), forwardedRows_.owned()));
   definition_.freePages = addMap(merged(rows_.withRoom(), forwardedRows_.withRoom()));
-  for (std::size_t i = 0; i < indexPages_.size(); ++i)
+  for (std::size_t i = 0; i < indexPages_.size(); ++i) {
     definition_.realIndexes[i].usageMap = addMap(indexPages_[i]);
+  }
   for (const auto& [column, pages] : rowWriter_.longValues()) {
     LongValueMaps& used = extras_.longValues[column];
     used.ownedPages = addMap(pages.owned());

@@ -92,19 +92,22 @@ bool LocalDatabases::JetOpenRST(const std::shared_ptr<Database>& database,
                                 std::int32_t type, std::int32_t options, std::int32_t lock,
                                 bool trace) {
   const auto tracePoint = [&](int point) {
-    if (trace)
+    if (trace) {
       message_("JetOpenRST(" + std::to_string(point) + ") " + std::to_string(openCounter_));
+    }
   };
   try {
     recordSet.reset();
     if (trace) {
-      if (openCounter_ == std::numeric_limits<std::int32_t>::max())
+      if (openCounter_ == std::numeric_limits<std::int32_t>::max()) {
         throw RuntimeError(error::kOverflow, "Overflow.");
+      }
       ++openCounter_;
     }
     tracePoint(0);
-    if (!database)
+    if (!database) {
       throw RuntimeError(error::kObjectNotSet, "Object variable or With block variable not set.");
+    }
     const auto givenType = given(type, true);
     const auto givenOptions = given(options, givenType.has_value());
     recordSet = database->openRecordset(source, givenType, givenOptions,

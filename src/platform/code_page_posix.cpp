@@ -26,8 +26,9 @@ std::string systemName(int number) {
 std::size_t characterLength(std::string_view text) {
   std::size_t length = 1;
   while (length < text.size() && length < text::kMaxCharacterBytes &&
-         text::continuesCharacter(text[length]))
+         text::continuesCharacter(text[length])) {
     ++length;
+  }
   return length;
 }
 

@@ -149,8 +149,9 @@ TEST_P(DamageTest, FlippedBytes) {
   EXPECT_GT(tryCopies(5, false,
                       [&](std::string& bytes) {
                         const std::size_t page = pick(pages()) * kPage;
-                        for (int i = 0; i < 4; ++i)
+                        for (int i = 0; i < 4; ++i) {
                           bytes[page + pick(80)] = static_cast<char>(random_());
+                        }
                       }),
             40);
 }
@@ -160,8 +161,9 @@ TEST_P(DamageTest, NumbersThatPointElsewhere) {
                       [&](std::string& bytes) {
                         const std::size_t at = pick(pages()) * kPage + pick(kPage - 4);
                         std::uint32_t number = static_cast<std::uint32_t>(pick(pages() + 2));
-                        if (pick(2) == 0)
+                        if (pick(2) == 0) {
                           number = number << 8 | static_cast<std::uint32_t>(pick(4));
+                        }
                         std::memcpy(&bytes[at], &number, sizeof number);
                       }),
             4);

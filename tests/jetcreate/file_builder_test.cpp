@@ -47,8 +47,9 @@ class FileBuilderTest : public testing::Test {
 
   static std::vector<std::string> texts(const Row& row, std::size_t columns) {
     std::vector<std::string> texts;
-    for (std::size_t i = 0; i < columns; ++i)
+    for (std::size_t i = 0; i < columns; ++i) {
       texts.push_back(row.isNull(i) ? "Null" : toText(row.value(i)));
+    }
     return texts;
   }
 
@@ -311,8 +312,9 @@ TEST_F(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
   std::string clauses;
   for (const QueryRow& row : database().queryRows(other("qryOne"))) {
     clauses += std::to_string(static_cast<int>(row.attribute)) + ":" + std::to_string(row.flag);
-    for (const values::Variant* text : {&row.name1, &row.name2, &row.expression})
+    for (const values::Variant* text : {&row.name1, &row.name2, &row.expression}) {
       clauses += "|" + (text->isNull() ? "" : toText(*text));
+    }
     clauses += "\n";
   }
   EXPECT_EQ(clauses,

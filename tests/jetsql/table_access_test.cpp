@@ -118,8 +118,9 @@ TEST_F(TableAccessTest, AnIndexInMemoryFollowsOtherUsers) {
   const std::string queries[] = {
       "SELECT id FROM Big WHERE no = 5",
       "SELECT id FROM (SELECT id, 'n' & word AS text FROM Big) AS q WHERE text = 'n5'"};
-  for (const std::string& query : queries)
+  for (const std::string& query : queries) {
     for (int i = 0; i < 4; ++i) EXPECT_EQ(rows(*session, query), "10|11") << query;
+  }
   const auto set = theirs->openRecordSet("SELECT * FROM Big WHERE id = 400");
   update(*set, 0, {{"no", 5}, {"word", 5}});
   for (const std::string& query : queries) EXPECT_EQ(rows(*session, query), "10|11") << query;

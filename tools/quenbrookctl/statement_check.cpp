@@ -148,8 +148,9 @@ class Checker {
   }
 
   void checkOperand() {
-    while (isOneOf(word_.text, kPrefixes) || text::equalsIgnoringAsciiCase(word_.text, "not"))
+    while (isOneOf(word_.text, kPrefixes) || text::equalsIgnoringAsciiCase(word_.text, "not")) {
       advance();
+    }
     switch (word_.kind) {
       case TokenKind::kString:
         // Texts side by side are one text.
@@ -179,8 +180,9 @@ class Checker {
   }
 
   void expectWord(std::string_view word) {
-    if (word_.kind != TokenKind::kWord || !text::equalsIgnoringAsciiCase(word_.text, word))
+    if (word_.kind != TokenKind::kWord || !text::equalsIgnoringAsciiCase(word_.text, word)) {
       refuseHere();
+    }
     advance();
   }
 

@@ -48,8 +48,9 @@ bool IndexCursor::nextLeaf() {
     if (entry_ < leaf_->size() && leaf_->compare(entry_, first_) == 0) ++entry_;
     if (entry_ < leaf_->size() || leaf_->header.next == 0) return entry_ < leaf_->size();
     next = pages_->next(*file_, *leaf_, owner_);
-    if (!next)
+    if (!next) {
       file_->damaged(leaf_->header.next, "it does not go on where the leaf before it ends");
+    }
   }
   leaf_ = std::move(next);
   entry_ = 0;

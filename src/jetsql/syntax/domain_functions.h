@@ -20,8 +20,9 @@ constexpr DomainFunction kDomainFunctions[] = {
 
 // Nullptr when there is none of that name, in any case.
 [[nodiscard]] inline const DomainFunction* findDomainFunction(std::string_view name) {
-  for (const DomainFunction& function : kDomainFunctions)
+  for (const DomainFunction& function : kDomainFunctions) {
     if (text::equalsIgnoringAsciiCase(function.name, name)) return &function;
+  }
   return nullptr;
 }
 
