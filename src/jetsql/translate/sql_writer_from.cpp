@@ -29,7 +29,7 @@ FromWriter::Fragment FromWriter::relation(std::size_t number) {
                                                     : "(" + writer_.query(*relation.query) + ")";
   RelationNames& names = writer_.names(&relation) = namesUnder(alias, relation);
   if (relation.table == nullptr && writer_.defersErrors()) {
-    for (std::string& column : names.columns) column = "jet_check(" + column + ")";
+    for (std::string& column : names.columns) column.insert(0, "jet_check(").append(")");
   }
   return {sql + " AS " + alias, {}, number, number + 1, true};
 }
