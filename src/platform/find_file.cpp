@@ -7,7 +7,7 @@
 namespace platform {
 
 std::string findFile(const std::string& folder, std::string_view name) {
-  const std::string exact = joinPath(folder, name);
+  std::string exact = joinPath(folder, name);
   if (fileExists(exact)) return exact;
   std::string found;
   try {

@@ -86,7 +86,8 @@ std::vector<std::string> SelectWriter::values() const {
   for (std::size_t i = 0; i < outputs_.size(); ++i) {
     const TypedSql& output = outputs_[i];
     std::string value = compared ? collated(output) : valueOf(output);
-    values.push_back(isGuarded(select_.outputs[i]) ? guardedText(value) : std::move(value));
+    if (isGuarded(select_.outputs[i])) value = guardedText(value);
+    values.push_back(std::move(value));
   }
   return values;
 }
