@@ -63,7 +63,7 @@ class SeekTest : public testing::TestWithParam<SeekCase> {
 
   // As the column's own values, and in other types beside and between them.
   values::Variant bound() {
-    const values::Variant own = GetParam().value(pick(104) - 52);
+    values::Variant own = GetParam().value(pick(104) - 52);
     const double number = toDouble(own);
     switch (pick(4)) {
       case 0:
