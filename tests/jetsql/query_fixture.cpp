@@ -178,7 +178,9 @@ std::string QueryFixture::fields(const std::string& text) {
 }
 
 void QueryFixture::addIndex(const std::string& table, const std::string& field) {
-  const auto& columns = find(table).table->columns;
+  const CatalogueTable* found = find(table).table;
+  ASSERT_NE(found, nullptr) << table;
+  const auto& columns = found->columns;
   for (std::size_t i = 0; i < columns.size(); ++i) {
     if (columns[i].name == field) {
       step(prepare("CREATE INDEX \"" + table + field + "\" ON \"" + table + "\" (c" +

@@ -12,10 +12,16 @@ body { font-family: sans-serif; font-size: 10pt; margin: 2em; }
 section { break-after: page; }
 table { border-collapse: collapse; width: 100%; }
 th, td { border-bottom: 1px solid #bbb; padding: 1px 6px; text-align: left; }
+td.label { white-space: nowrap; }
 td.value { text-align: right; font-variant-numeric: tabular-nums; }
 td.column, td.source { color: #555; font-size: 8pt; }
 p.failure { color: #b00; font-weight: bold; }
-@media print { body { margin: 0; } }
+@page { size: A4; margin: 12mm; }
+@media print {
+  body { margin: 0; font-size: 9pt; }
+  h1 { margin: 0 0 2mm; font-size: 13pt; }
+  td.column, td.source { font-size: 7pt; }
+}
 </style></head><body>
 )";
 
