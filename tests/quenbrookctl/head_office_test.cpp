@@ -92,7 +92,7 @@ class Shop {
 
   // The days' statements and the customers', in one file.
   std::filesystem::path send() {
-    const std::filesystem::path file = folder_.path() / ("run" + std::to_string(++runs_) + ".txt");
+    std::filesystem::path file = folder_.path() / ("run" + std::to_string(++runs_) + ".txt");
     const settings::StartValues start =
         StartMod::Main("", {home(), settings_, log_, messages_}).values;
     extract::Workspace work({start, databases_, panel_, clock_, ticks_},

@@ -143,7 +143,7 @@ TEST_F(CommandsTest, SettlementPrintsWhatAJobSendsAndChangesNothing) {
   const std::string sent = support::readFile(statements());
   const std::string insert = sent.substr(sent.find("Insert Into DailyDataTB ("));
   std::istringstream columns(insert.substr(insert.find("DD_CASH_IN")));
-  std::istringstream values(insert.substr(insert.find("', ", insert.find("-")) + 3));
+  std::istringstream values(insert.substr(insert.find("', ", insert.find('-')) + 3));
   for (int i = 0; i < 48; ++i) {
     std::string column, value;
     columns >> column, values >> value;

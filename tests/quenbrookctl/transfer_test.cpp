@@ -153,11 +153,10 @@ TEST(TransferTest, AReaderThatHasGoneDoesNotEndTheCommand) {
   const support::TemporaryFolder folder;
   const std::string gone = (folder.path() / "gone").string();
   std::string output;
-  support::run({"sh", "-c",
-                "mkfifo \"$1\"; { read x <\"$1\"; \"$2\" --help; echo \"ended $?\" >&2; } | "
-                "{ exec <&-; echo >\"$1\"; }",
-                "sh", gone, QUENBROOKCTL},
-               &output);
+  const std::string script =
+      "mkfifo \"$1\"; { read x <\"$1\"; \"$2\" --help; echo \"ended $?\" >&2; } | "
+      "{ exec <&-; echo >\"$1\"; }";
+  support::run({"sh", "-c", script, "sh", gone, QUENBROOKCTL}, &output);
   EXPECT_THAT(output, HasSubstr("ended 0"));
 }
 
