@@ -241,8 +241,9 @@ TEST_F(FileBuilderTest, LargeFilesKeepTheirTablesApart) {
   const std::vector<NewColumn> columns = {{.name = "id"}, {.name = "b", .type = ColumnType::kText}};
   FileBuilder& file = builder();
   TableBuilder* tables[] = {&file.addTable("A", columns), &file.addTable("B", columns)};
-  for (int i = 0; i < kRows; ++i)
+  for (int i = 0; i < kRows; ++i) {
     tables[i % 2]->add({big(i), std::string(250, static_cast<char>('a' + i % 26))});
+  }
   file.finish();
   for (int t = 0; t < 2; ++t) {
     TableCursor rows = open(t == 0 ? "A" : "B").scan();
