@@ -1,6 +1,7 @@
 // The parts of the function table, one source each, and what they share. Private to the room.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -56,5 +57,10 @@ class TextArgument {
 // The argument at `index` as a whole number, or `otherwise` where it is not given.
 [[nodiscard]] std::int32_t longArgument(Arguments arguments, std::size_t index,
                                         std::int32_t otherwise);
+
+// A count or a position in a text, all of it where it is not given. Error 5, naming the function,
+// below `least`.
+[[nodiscard]] std::size_t countArgument(Arguments arguments, std::size_t index,
+                                        std::string_view function, std::int32_t least = 0);
 
 }  // namespace jetsql

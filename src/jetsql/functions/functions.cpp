@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <string>
 
 #include "jetsql/functions/function_tables.h"
@@ -86,6 +87,14 @@ values::DateTime dateArgument(const Variant& value, const Environment& environme
 
 std::int32_t longArgument(Arguments arguments, std::size_t index, std::int32_t otherwise) {
   return index < arguments.size() ? toLong(arguments[index]) : otherwise;
+}
+
+std::size_t countArgument(Arguments arguments, std::size_t index, std::string_view function,
+                          std::int32_t least) {
+  const std::int32_t count =
+      longArgument(arguments, index, std::numeric_limits<std::int32_t>::max());
+  if (count < least) throwInvalidCall(function);
+  return static_cast<std::size_t>(count);
 }
 
 }  // namespace jetsql

@@ -34,14 +34,6 @@ Variant fromBytes(std::string_view bytes) {
   return text::toUtf8(units);
 }
 
-std::size_t countArgument(Arguments arguments, std::size_t index, std::string_view function,
-                          std::int32_t least = 0) {
-  const std::int32_t count =
-      longArgument(arguments, index, std::numeric_limits<std::int32_t>::max());
-  if (count < least) throwInvalidCall(function);
-  return static_cast<std::size_t>(count);
-}
-
 Variant lengthInBytes(Arguments arguments, const Environment&) {
   return static_cast<std::int32_t>(bytesOf(arguments[0]).size());
 }

@@ -16,15 +16,6 @@ using values::VariantType;
 constexpr std::int32_t kBinaryCompare = 0;
 constexpr std::int32_t kTextCompare = 1;
 
-// A count of characters or a position; negative ones are invalid.
-std::size_t countArgument(Arguments arguments, std::size_t index, std::string_view function,
-                          std::int32_t least = 0) {
-  const std::int32_t count =
-      longArgument(arguments, index, std::numeric_limits<std::int32_t>::max());
-  if (count < least) throwInvalidCall(function);
-  return static_cast<std::size_t>(count);
-}
-
 Variant left(Arguments arguments, const Environment&) {
   const TextArgument text(arguments[0]);
   return std::string(text::middle(text.view(), 0, countArgument(arguments, 1, "Left")));
