@@ -98,6 +98,12 @@ TEST_F(LockFileTest, AStaleFileIsTakenOverAndAnotherSpellingIsFound) {
   EXPECT_FALSE(std::filesystem::exists(shouted));
   EXPECT_EQ(lockFilePath((folder_.path() / "shop.ACCDB").string()),
             (folder_.path() / "shop.laccdb").string());
+  // Who comes through a link must meet the others.
+  std::filesystem::create_directory(folder_.path() / "elsewhere");
+  std::ofstream{path_};
+  const auto link = folder_.path() / "elsewhere" / "link.mdb";
+  std::filesystem::create_symlink(path_, link);
+  EXPECT_EQ(lockFilePath(link.string()), lockFilePath(path_));
 }
 
 TEST_F(LockFileTest, AloneMeansAlone) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -51,7 +52,12 @@ std::string nameIn(std::span<const std::byte> field) {
 
 }  // namespace
 
-std::string lockFilePath(const std::string& databasePath) {
+// Of a link, beside the file that it leads to, where the others look.
+std::string lockFilePath(const std::string& path) {
+  std::error_code missing;
+  const bool isLink = std::filesystem::is_symlink(path, missing);
+  const auto target = std::filesystem::canonical(path, missing);
+  const std::string databasePath = isLink && !missing ? target.string() : path;
   const auto slash = databasePath.find_last_of('/');
   const std::string folder = slash == std::string::npos ? "." : databasePath.substr(0, slash + 1);
   std::string name = slash == std::string::npos ? databasePath : databasePath.substr(slash + 1);
