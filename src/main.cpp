@@ -1,6 +1,7 @@
 // The program: start-up, then the job of an unattended start, or the windows.
 //
 //   quenbrook T2013/08/01-2013/08/21
+//   quenbrook --version
 //
 // Qt is initialised for an interactive start only: an unattended one needs no display.
 // Exit status: 0 every step and every settlement day passed, 1 one failed (each failure is a line
@@ -30,11 +31,14 @@
 
 namespace {
 
+constexpr const char* kNameAndVersion = "quenbrook " QUENBROOK_VERSION;
+
 constexpr int kAllPassed = 0;
 constexpr int kStepFailed = 1;
 constexpr int kStartUpEnded = 2;
 
 int runUnattended(Program& program, const settings::StartValues& start) {
+  std::cout << kNameAndVersion << std::endl;
   Job job(program, start);
   ui::HeadlessUploadView view;
   ui::TransferProgram transfer(program.folder);
@@ -110,6 +114,10 @@ std::string joined(int count, char** arguments) {
 int main(int count, char** arguments) {
   platform::ignoreSigpipe();
   const auto commandLine = joined(count, arguments);
+  if (commandLine == "--version") {
+    std::cout << kNameAndVersion << '\n';
+    return kAllPassed;
+  }
   platform::StandardErrorDisplay standardError;
   const auto withoutDisplay = [&] {
     return run(commandLine, standardError,

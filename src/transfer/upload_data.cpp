@@ -84,7 +84,7 @@ bool UploadData::readSwitches(std::string_view commandLine, TransferResult& resu
     if (word == "-debug") deps_.setMessageLevel(kDebugLevel);
     if (word == "/c") {
       result.complete =
-          LmFtp->PutFile(platform::joinPath(place_.programFolder, "Pellmorn.exe"), "/MU/Test.g");
+          LmFtp->PutFile(platform::joinPath(place_.programFolder, "Pellmorn.exe"), kTestFile);
       return true;
     }
   }

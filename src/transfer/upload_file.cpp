@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "platform/files.h"
+#include "transfer/ftp_account.h"
 #include "transfer/upload_data.h"
 #include "transfer/upload_file_name.h"
 #include "values/runtime_error.h"
@@ -9,7 +10,6 @@
 namespace transfer {
 namespace {
 
-constexpr const char* kRemoteFolder = "/MU/";
 constexpr const char* kCompressed = ".gz";
 constexpr const char* kKept = "파일은 여기 남아 있고 다음 전송 때 다시 보냅니다.";
 constexpr const char* kSentAndKept = "보냈지만 파일이 여기 남아 있어 다음 전송 때 또 보냅니다.";

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <functional>
 #include <map>
+#include <regex>
 #include <sstream>
 
 #include "platform/code_page.h"
@@ -118,6 +119,55 @@ TEST_F(CommandsTest, StatusNamesEachFaultAndPassesAShopWithoutAny) {
     EXPECT_THAT(output.substr(output.find("[확인할 것]")), HasSubstr(fault.problem));
     fs::remove_all(home());
     fs::copy(aside, home(), fs::copy_options::recursive);
+  }
+}
+
+// The till's files in a folder of their own, as on a computer that mounts it.
+TEST_F(CommandsTest, SetupMakesAShopThatWorksAndASecondRunChangesNothing) {
+  const std::string shop = home() + "-new";
+  fs::rename(file("data.mdb"), file("DATA.MDB"));
+  const auto setup = [&](const std::string& answers, const std::string& flags = "") {
+    return run({"sh", "-c",
+                "printf '" + answers + "' | " QUENBROOKCTL " setup --no-night " + shop +
+                    " --ftp-port 1 --db-port 1 " + flags});
+  };
+  EXPECT_EQ(setup("A01\\n한옥\\nKim\\n" + home() + "\\n127.0.0.1\\n"), 1);
+  EXPECT_THAT(output, HasSubstr("DATA.MDB: 매출 3일, "));
+  EXPECT_THAT(output,
+              HasSubstr("마지막 날 " + std::regex_replace(daysAgo(1), std::regex("/"), "-")));
+  EXPECT_THAT(output, HasSubstr("FTP 서버에 시험 파일을 보낼 수 없습니다: "));
+  EXPECT_THAT(support::readFile(shop + "/config.ini"),
+              HasSubstr(CodePage(949).fromUtf8("\r\n상호=한옥\r\n")));
+  EXPECT_EQ(run({shop + "/quenbrook", "T" + daysAgo(1)}), 0) << output;
+  EXPECT_THAT(output, testing::StartsWith("quenbrook " QUENBROOK_VERSION "\n"));
+
+  EXPECT_EQ(setup(""), 1);
+  EXPECT_THAT(output, testing::Not(HasSubstr("  + ")));
+  std::ofstream(shop + "/quenbrook") << "an older version";
+  EXPECT_EQ(run({QUENBROOKCTL, "setup", "--upgrade", shop}), 0) << output;
+  EXPECT_EQ(support::readFile(shop + "/quenbrook"), support::readFile(QUENBROOK));
+
+  const struct {
+    std::function<void()> break_;
+    const char* flags;
+    const char* problem;
+  } faults[] = {
+      {[] {}, "--name 한옥😀", "코드 페이지 949에 없는 글자"},
+      {[] {}, "--group ''", "[경영자]의 Group이(가) 비어 있습니다"},
+      {[] {}, "--db /nowhere", "/nowhere/data.mdb이(가) 없습니다"},
+      {[] {}, "--account nobody-here", "계정 nobody-here이(가) 없습니다"},
+      {[&] { fs::remove(shop + "/outgo.mdb"), fs::copy(file("outgo.mdb"), shop); }, "",
+       "다른 파일입니다"},
+      {[&] { fs::resize_file(file("config.mdb"), 40960); }, "", "config.mdb"},
+  };
+  const fs::path aside = home() + "-whole";
+  fs::copy(shop, aside, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+  for (const auto& fault : faults) {
+    fault.break_();
+    EXPECT_EQ(setup("", fault.flags), 1) << fault.problem;
+    EXPECT_THAT(output.substr(output.find("[확인할 것]")), HasSubstr(fault.problem));
+    fs::remove_all(shop);
+    fs::copy(aside, shop, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
   }
 }
 

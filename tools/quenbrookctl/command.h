@@ -12,8 +12,13 @@
 #include <vector>
 
 struct CommandLine {
-  std::string home;                    // the folder to work on, without a trailing separator
+  std::string folder;                  // --home
+  std::string shop;                    // --shop
   std::vector<std::string> arguments;  // after the subcommand
+
+  // The folder to work on, without a trailing separator: the one that is named, or the one shop.
+  // Error 5 where there is no such shop, or where several are there and none is named.
+  [[nodiscard]] std::string home() const;
 };
 
 struct Command {
@@ -37,6 +42,8 @@ int runNightly(const CommandLine& line);
 extern const std::string_view kNightlyDetails;
 int runSettlement(const CommandLine& line);
 extern const std::string_view kSettlementDetails;
+int runSetup(const CommandLine& line);
+extern const std::string_view kSetupDetails;
 int runStatus(const CommandLine& line);
 extern const std::string_view kStatusDetails;
 int runTransfer(const CommandLine& line);

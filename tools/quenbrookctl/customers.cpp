@@ -28,11 +28,11 @@ void finish(const std::string& path) {
 // A file that could not be written to its end keeps its working name, under which it is not sent.
 int runCustomers(const CommandLine& line) {
   if (!line.arguments.empty()) throw UsageError("customers takes no arguments");
-  InstalledShop shop(line.home);
+  InstalledShop shop(line.home());
   if (!shop.ready()) return 1;
   Installation& program = shop.program;
   bool told = false;
-  const auto turn = job::waitForTurn(job::statementFolder(line.home), program.sleeper, [&] {
+  const auto turn = job::waitForTurn(job::statementFolder(line.home()), program.sleeper, [&] {
     if (!std::exchange(told, true)) std::cout << job::kWaitingText << std::endl;
   });
 

@@ -1,7 +1,7 @@
 // The shop in a program folder, as a command works on it: the program's parts, and what start-up
 // found out. There is no window.
 //
-//   InstalledShop shop(line.home);
+//   InstalledShop shop(line.home());
 //   if (!shop.ready()) return kNotStarted;     // start-up has said why
 //   Job job(shop.program, shop.start.values);
 #pragma once

@@ -2,8 +2,8 @@
 #include <iostream>
 
 #include "command.h"
-#include "platform/files.h"
 #include "platform/process.h"
+#include "shop_registry.h"
 #include "values/runtime_error.h"
 
 namespace {
@@ -18,8 +18,10 @@ const Command kCommands[] = {
     {"settlement", "DAY[-DAY] [--csv FILE] [--html FILE]",
      "compute the figures of these days; nothing is written or sent", runSettlement,
      kSettlementDetails},
-    {"status", "[--json]", "what waits, what failed, and whether all answers", runStatus,
-     kStatusDetails},
+    {"setup", "DIR [FLAGS]", "make or repair a shop's folder, and say what is missing", runSetup,
+     kSetupDetails},
+    {"status", "[--json] [--all [DIR]]", "what waits, what failed, and whether all answers",
+     runStatus, kStatusDetails},
     {"transfer", "[-debug] [/t] [/c]", "compress finished statement files and send them",
      runTransfer, kTransferDetails},
 };
@@ -28,13 +30,16 @@ constexpr int kUsageStatus = 2;
 
 // Of one command, or of all where no name is given.
 void showHelp(std::ostream& out, std::string_view name = {}) {
-  out << "usage: quenbrookctl [--home DIR] COMMAND [ARGUMENTS]\n\n";
+  out << "usage: quenbrookctl [--home DIR | --shop NAME] COMMAND [ARGUMENTS]\n\n";
   for (const Command& command : kCommands) {
     if (!name.empty() && command.name != name) continue;
     out << "  " << command.name << ' ' << command.arguments << "\n      " << command.help << '\n';
     if (!name.empty()) out << command.details;
   }
-  out << "\n  --home DIR   work on DIR instead of the program's folder\n"
+  out << "\n  --home DIR   work on this shop's folder\n"
+         "  --shop NAME  work on the shop that setup registered under this name; without either: "
+         "the\n"
+         "               program's folder, or the one shop that is registered\n"
          "  --help       this text\n"
          "  --version    the program's version\n";
 }
@@ -46,16 +51,15 @@ int run(std::vector<std::string> arguments) {
     const std::string& word = arguments[i];
     if (word == "--help") return showHelp(std::cout, name), 0;
     if (word == "--version") return std::cout << "quenbrookctl " QUENBROOK_VERSION "\n", 0;
-    if (word == "--home") {
-      if (++i == arguments.size()) throw UsageError("--home needs a folder");
-      line.home = arguments[i];
+    if (word == "--home" || word == "--shop") {
+      if (++i == arguments.size()) throw UsageError(word + " needs a value");
+      (word == "--home" ? line.folder : line.shop) = arguments[i];
     } else if (name.empty()) {
       name = word;
     } else {
       line.arguments.push_back(word);
     }
   }
-  if (line.home.empty()) line.home = platform::programFolder();
   for (const Command& command : kCommands) {
     if (command.name == name) return command.run(line);
   }
@@ -63,6 +67,11 @@ int run(std::vector<std::string> arguments) {
 }
 
 }  // namespace
+
+std::string CommandLine::home() const {
+  if (!folder.empty()) return folder;
+  return shop.empty() ? defaultHome() : registeredHome(shop);
+}
 
 int main(int count, char** words) {
   platform::ignoreSigpipe();

@@ -36,6 +36,7 @@ class Night {
 
   // Whether all went well.
   bool run() {
+    std::cout << "quenbrook " QUENBROOK_VERSION << std::endl;
     finishOrphans();
     save();
     for (const std::int32_t day : plan_.givenUp()) {
@@ -108,7 +109,7 @@ class Night {
 
 int runNightly(const CommandLine& line) {
   if (!line.arguments.empty()) throw UsageError("nightly takes no arguments");
-  InstalledShop shop(line.home);
+  InstalledShop shop(line.home());
   if (!shop.ready()) return kNotStarted;
   return Night(shop).run() ? 0 : 1;
 }

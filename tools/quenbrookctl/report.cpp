@@ -11,31 +11,14 @@ struct Overloaded : Cases... {
 template <typename... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;  // clang 14 does not deduce it
 
-std::string quoted(std::string_view text) {
-  std::string json = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      json += '\\';
-      json += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      char escape[8];
-      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-      json += escape;
-    } else {
-      json += c;
-    }
-  }
-  return json + "\"";
-}
-
 std::string list(const std::vector<std::string>& texts) {
   std::string json = "[";
-  for (const std::string& text : texts) json += (json.size() > 1 ? ", " : "") + quoted(text);
+  for (const std::string& text : texts) json += (json.size() > 1 ? ", " : "") + jsonQuoted(text);
   return json + "]";
 }
 
 std::string json(const Value& value) {
-  return std::visit(Overloaded{[](const std::string& text) { return quoted(text); },
+  return std::visit(Overloaded{[](const std::string& text) { return jsonQuoted(text); },
                                [](std::int64_t number) { return std::to_string(number); },
                                [](const std::vector<std::string>& texts) { return list(texts); }},
                     value);
@@ -58,6 +41,23 @@ std::string plain(const Value& value) {
 
 }  // namespace
 
+std::string jsonQuoted(std::string_view text) {
+  std::string json = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') {
+      json += '\\';
+      json += c;
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+      json += escape;
+    } else {
+      json += c;
+    }
+  }
+  return json + "\"";
+}
+
 std::string reportText(const Report& report) {
   std::string text;
   for (const Section& section : report.sections) {
@@ -74,10 +74,10 @@ std::string reportText(const Report& report) {
 std::string reportJson(const Report& report) {
   std::string text = "{\n";
   for (const Section& section : report.sections) {
-    text += "  " + quoted(section.key) + ": {";
+    text += "  " + jsonQuoted(section.key) + ": {";
     for (const Item& item : section.items) {
-      text +=
-          (&item == section.items.data() ? "" : ", ") + quoted(item.key) + ": " + json(item.value);
+      text += (&item == section.items.data() ? "" : ", ") + jsonQuoted(item.key) + ": " +
+              json(item.value);
     }
     text += "},\n";
   }

@@ -35,3 +35,6 @@ struct Report {
 
 // An object of the sections, each an object of its items, and "problems", a list of texts.
 [[nodiscard]] std::string reportJson(const Report& report);
+
+// A text as JSON, with its quotes.
+[[nodiscard]] std::string jsonQuoted(std::string_view text);

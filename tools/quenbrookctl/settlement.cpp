@@ -104,7 +104,7 @@ std::vector<SettledDay> settle(InstalledShop& shop, const Request& request) {
 
 int runSettlement(const CommandLine& line) {
   const Request request = parse(line.arguments);
-  InstalledShop shop(line.home);
+  InstalledShop shop(line.home());
   if (!shop.ready()) return kNotStarted;
   const auto days = settle(shop, request);
   if (!request.csv.empty()) platform::replaceFile(request.csv, settlementCsv(days));

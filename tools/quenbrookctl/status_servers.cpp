@@ -1,36 +1,9 @@
-#include "server/central_database.h"
-#include "server/odbc_provider.h"
+#include "server_trial.h"
 #include "settings/central_server.h"
 #include "status_parts.h"
-#include "transfer/ftp_account.h"
-#include "transfer/zuk_ftp_client.h"
 #include "values/runtime_error.h"
 
 namespace {
-
-constexpr transfer::FtpLimits kLimits{10, 10, 10};
-
-// Empty, or why it does not answer.
-std::string askDatabase(const settings::CentralServer& central) {
-  try {
-    const auto provider = server::makeOdbcProvider();
-    server::CentralDatabase database(*provider, central);
-    database.buildConnectionString();
-    server::Connection& connection = database.newConnection();
-    connection.setConnectionString(database.connectionString());
-    connection.open();
-    return "";
-  } catch (const RuntimeError& failure) {
-    return failure.description();
-  }
-}
-
-std::string askFtp(const settings::CentralServer& central) {
-  transfer::ZukFtpClient ftp([](const std::string&) {}, kLimits);
-  const bool answers =
-      ftp.Connect(central.host, central.ftpPort, transfer::kFtpUser, transfer::kFtpPassword, "/MU");
-  return answers ? "" : ftp.lastFailure().description;
-}
 
 std::string shown(const std::string& failure) { return failure.empty() ? "응답" : failure; }
 

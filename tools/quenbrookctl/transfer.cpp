@@ -87,12 +87,12 @@ int runTransfer(const CommandLine& line) {
   for (const std::string& word : line.arguments) words += (words.empty() ? "" : " ") + word;
 
   platform::StandardErrorDisplay messages;
-  Installation program(messages, line.home);
-  program.settings.setFile(platform::joinPath(line.home, "config.ini"));
+  Installation program(messages, line.home());
+  program.settings.setFile(platform::joinPath(line.home(), "config.ini"));
   const settings::CentralServer central = settings::centralServer(program.settings);
   // gzip.exe and Pellmorn.exe are links that stand beside the executable, whatever the home is.
   transfer::UploadData upload(
-      {platform::programFolder(), platform::joinPath(line.home, "AutoLoadData"), central.host,
+      {platform::programFolder(), platform::joinPath(line.home(), "AutoLoadData"), central.host,
        central.ftpPort},
       dependencies(program));
   return upload.run(words).complete ? 0 : 1;
