@@ -1,6 +1,5 @@
 #include "jetsql/session_catalogue.h"
 
-#include <new>
 #include <utility>
 
 #include "jetsql/sqlite/function_registration.h"
@@ -157,7 +156,9 @@ bool SessionCatalogue::step(sqlite3_stmt* statement) {
 // What went wrong in SQLite: an error of ours that it carried, or its own.
 void SessionCatalogue::fail() {
   callbacks_.rethrow();
-  if (sqlite3_errcode(connection_.get()) == SQLITE_NOMEM) throw std::bad_alloc();
+  if (sqlite3_errcode(connection_.get()) == SQLITE_NOMEM) {
+    throw RuntimeError(error::kOutOfStringSpace, "Out of string space.");
+  }
   const std::string text = sqlite3_errmsg(connection_.get());
   if (text.find("integer overflow") != std::string::npos) {
     throw RuntimeError(error::kOverflow, "Overflow.");

@@ -53,7 +53,7 @@ QueryFixture::QueryFixture() : callbacks_{Environment{kClock}} {
 
 void QueryFixture::addTable(const std::string& name, std::vector<std::string> fields,
                             const std::vector<std::vector<values::Variant>>& rows) {
-  CatalogueTable table{name, name, {}, true};
+  CatalogueTable table{name, name, {}, true, 1e6};
   std::string columns;
   std::string marks;
   for (std::size_t i = 0; i < fields.size(); ++i) {

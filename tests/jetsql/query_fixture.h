@@ -23,6 +23,12 @@
 
 namespace jetsql {
 
+struct Case {
+  const char* name;
+  const char* query;
+  const char* rows;
+};
+
 class QueryFixture : public testing::Test, public Catalogue {
  protected:
   QueryFixture();
@@ -35,6 +41,10 @@ class QueryFixture : public testing::Test, public Catalogue {
 
   // Values joined by commas, rows by |, Null as -, or "error N".
   std::string run(const std::string& text);
+  template <std::size_t n>
+  void expectAll(const Case (&cases)[n]) {
+    for (const Case& c : cases) EXPECT_EQ(run(c.query), c.rows) << c.name << ": " << c.query;
+  }
   // The result's fields as "name:letter", or "error N".
   std::string fields(const std::string& text);
   void addIndex(const std::string& table, const std::string& field);

@@ -194,6 +194,11 @@ TEST_F(SessionTest, AnErrorInAColumnIsRaisedWhereItIsRead) {
       {"SELECT n + 1 AS m, Nz(r, 0) AS z FROM (SELECT Count(*) AS n, 1/0 AS r FROM Items) AS q",
        {"m", "z"},
        "601,error 11"},
+      {"SELECT a.id, x FROM Items AS a INNER JOIN (SELECT id, 6/(id-2) AS x FROM Items WHERE id < "
+       "4 "
+       "GROUP BY id) AS b ON CStr(a.id) = CStr(b.id) ORDER BY a.id",
+       {"id", "x"},
+       "1,-6|2,error 11|3,6"},
       {"SELECT id, CLng(name) AS x FROM Items WHERE id = 7", {"id", "x"}, "7,error 13"},
       {"SELECT IsError(6/(id-2)) AS x FROM Items WHERE id < 4", {"x"}, "False|True|False"},
       // Where the query itself needs the value.

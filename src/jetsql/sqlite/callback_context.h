@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "jetsql/functions/environment.h"
+#include "values/error_numbers.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
@@ -49,13 +50,18 @@ void guarded(CallbackContext& callbacks, Body&& body, Fail&& fail) noexcept {
   }
 }
 
-// The same for a SQL function, whose error may be deferred: its result is then Null.
+// The same for a SQL function, whose error may be deferred: its result is then Null. Memory that
+// there is not is error 14: texts are what takes it.
 template <typename Body>
 void guardedFunction(CallbackContext& callbacks, sqlite3_context* context, Body&& body) noexcept {
   const bool defers = !callbacks.deferred.empty();
   if (defers && callbacks.deferred.back()) return sqlite3_result_null(context);
   try {
-    body();
+    try {
+      body();
+    } catch (const std::bad_alloc&) {
+      throw RuntimeError(error::kOutOfStringSpace, "Out of string space.");
+    }
   } catch (const RuntimeError& problem) {
     if (defers) {
       callbacks.deferred.back() = std::current_exception();

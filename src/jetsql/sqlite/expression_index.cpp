@@ -9,9 +9,8 @@
 namespace jetsql {
 namespace {
 
-constexpr double kMinRows = 1000;     // below that a scan is as fast
 constexpr double kMaxRows = 1 << 20;  // some 40 MiB, most of it in SQLite's temporary file
-constexpr std::size_t kMaxTables = 16;
+constexpr std::size_t kMaxTables = 32;
 
 bool run(sqlite3* connection, const std::string& sql) {
   return sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
@@ -24,8 +23,7 @@ std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const Je
   for (const Index& index : indexes_) {
     if (index.table == &table && index.key.sql == key.sql) return index.name;
   }
-  const double rows = table.estimatedRows();
-  if (rows < kMinRows || rows > kMaxRows || indexes_.size() == kMaxTables) return {};
+  if (table.estimatedRows() > kMaxRows || indexes_.size() == kMaxTables) return {};
   Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0, BuildAge(table.database())};
   if (!run(connection, "CREATE TEMP TABLE " + made.name + " (key" +
                            (key.isText ? " COLLATE JET" : "") +

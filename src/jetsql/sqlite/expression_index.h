@@ -25,7 +25,8 @@ class JetTable;
 
 class ExpressionIndexes {
  public:
-  // The name of the temporary table, built on the first call; nothing where a scan is as good.
+  // The name of the temporary table, built on the first call; nothing where the table is too large,
+  // there are too many, or the expression fails for a row.
   [[nodiscard]] std::optional<std::string> find(sqlite3* connection, const JetTable& table,
                                                 const IndexedExpression& key);
 

@@ -26,6 +26,7 @@ JetTable::JetTable(jet::Database& database, jet::Table& table, std::string name,
       uses_(table.definition().columns.size()) {
   schema_.name = std::move(name);
   schema_.sqliteName = std::move(sqliteName);
+  schema_.rows = estimatedRows();
   for (const jet::Column& column : table.definition().columns) {
     schema_.columns.push_back({column.name, column.variantType()});
   }

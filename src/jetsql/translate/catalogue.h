@@ -28,6 +28,7 @@ struct CatalogueTable {
   std::string sqliteName;  // without quotes
   std::vector<CatalogueColumn> columns;
   bool updatable = true;  // false for tables of another system, whose rows have no lasting id
+  double rows = 0;        // about how many, when it was opened
 };
 
 // An expression over the columns of one table, in SQL in which the table is k: k.c3 || k.c4. Equal

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "jetsql/functions/value_types.h"
+#include "jetsql/translate/fields_read.h"
 #include "jetsql/translate/typing.h"
 #include "values/error_numbers.h"
 
@@ -100,38 +101,6 @@ void collectConjuncts(const Expression& condition, std::vector<FieldPredicate>& 
 bool hasOneFormEach(values::VariantType type) {
   return isWholeNumber(type) || type == values::VariantType::kSingle ||
          type == values::VariantType::kDouble || type == values::VariantType::kDateTime;
-}
-
-bool isSubquery(const Expression& expression) {
-  return expression.as<typed::InQuery>() != nullptr ||
-         expression.as<typed::Quantified>() != nullptr ||
-         expression.as<typed::Exists>() != nullptr ||
-         expression.as<typed::ScalarQuery>() != nullptr;
-}
-
-// The columns of the relation that the expression reads; nothing where it is made of anything else
-// but them and constants. Parameters differ from run to run, and so does what asks the clock.
-std::optional<std::vector<std::size_t>> columnsRead(const Expression& expression,
-                                                    const typed::Relation& relation) {
-  using Columns = std::optional<std::vector<std::size_t>>;
-  if (const auto* literal = expression.as<typed::Literal>()) {
-    return literal->parameter ? Columns() : Columns(std::in_place);
-  }
-  if (const auto* field = expression.as<typed::Field>()) {
-    return field->relation == &relation ? Columns(std::in_place, 1, field->column) : Columns();
-  }
-  const auto* call = expression.as<typed::Call>();
-  if ((call != nullptr && !call->function->deterministic) || isSubquery(expression) ||
-      expression.as<typed::Aggregate>() != nullptr) {
-    return std::nullopt;
-  }
-  Columns columns(std::in_place);
-  for (const Expression& operand : typed::operandsOf(expression)) {
-    const Columns read = columnsRead(operand, relation);
-    if (!read) return std::nullopt;
-    columns->insert(columns->end(), read->begin(), read->end());
-  }
-  return columns;
 }
 
 void pushInto(typed::Query& query, std::size_t column, const Predicate& predicate);

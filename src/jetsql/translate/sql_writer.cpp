@@ -3,7 +3,10 @@
 #include <optional>
 #include <utility>
 
+#include "jetsql/translate/sql_writer_expression.h"
 #include "jetsql/translate/sql_writer_select.h"
+#include "values/error_numbers.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 
@@ -80,11 +83,28 @@ std::string SqlWriter::query(const typed::Query& query) {
   return writer.sql(writer.values(), query.keepsOrder);
 }
 
+// Its text may be needed several times, so that those within each other would grow without end.
 std::string SqlWriter::subquery(const typed::Query& query) {
+  constexpr std::size_t kMaxLength = 1'000'000;  // what SQLite takes
   const ColumnErrors around = std::exchange(errors_, ColumnErrors::kRaise);
   std::string sql = this->query(query);
   errors_ = around;
+  if (sql.size() > kMaxLength) {
+    throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
+  }
   return sql;
+}
+
+std::optional<std::string> SqlWriter::keyTable(const typed::Relation& relation,
+                                               const typed::Expression& key,
+                                               const std::vector<std::size_t>& columns,
+                                               double minRows) {
+  if (relation.table == nullptr || relation.table->rows < minRows) return std::nullopt;
+  RelationNames around = std::exchange(names(&relation), namesUnder("k", relation));
+  const IndexedExpression indexed{valueOf(ExpressionWriter(*this).write(key)), columns,
+                                  key.type() == values::VariantType::kText};
+  names(&relation) = std::move(around);
+  return catalogue_.expressionIndex(*relation.table, indexed);
 }
 
 std::string SqlWriter::unionOf(const typed::Query& query) {

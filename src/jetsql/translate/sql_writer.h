@@ -7,6 +7,7 @@
 // which they are written. One writer serves one statement.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -22,6 +23,7 @@ namespace jetsql {
 struct RelationNames {
   std::string rowid;  // empty for a query
   std::vector<std::string> columns;
+  std::string key;  // of a relation that is looked up by one (join_lookup.h)
 };
 
 // Of a table or query under an alias: t0.rowid, t0.c0, t0.c1, ...
@@ -49,6 +51,17 @@ class SqlWriter {
   [[nodiscard]] std::string& columnOf(const typed::Query* subquery) { return columns_[subquery]; }
   [[nodiscard]] Catalogue& catalogue() { return catalogue_; }
 
+  // The SQLite name of a table (key, row) of the expression's values in a Jet table's rows; nothing
+  // where the table has fewer rows than `minRows` or the catalogue keeps none. `columns`: those
+  // that the expression reads.
+  [[nodiscard]] std::optional<std::string> keyTable(const typed::Relation& relation,
+                                                    const typed::Expression& key,
+                                                    const std::vector<std::size_t>& columns,
+                                                    double minRows);
+  // The SQL would be better with its literals written out than as parameters.
+  void preferLiterals() { prefersLiterals_ = true; }
+  [[nodiscard]] bool prefersLiterals() const { return prefersLiterals_; }
+
  private:
   [[nodiscard]] Translation rows(const typed::Select& select);
   [[nodiscard]] std::string unionOf(const typed::Query& query);
@@ -58,6 +71,7 @@ class SqlWriter {
   Catalogue& catalogue_;
   ColumnErrors errors_;
   std::size_t aliases_ = 0;
+  bool prefersLiterals_ = false;
   std::unordered_map<const typed::Relation*, RelationNames> names_;
   std::unordered_map<const typed::Query*, std::string> columns_;  // the only one of a subquery
 };

@@ -100,16 +100,55 @@ TypedSql ExpressionWriter::node(const typed::ScalarQuery& scalar, Type type) con
           type};
 }
 
-// x > ALL (rows): there is no row for which x > row is not true. A comparison with Null is neither
-// true nor false and counts as not true.
+namespace {
+
+struct Bounds {
+  std::string least;
+  std::string greatest;
+};
+
+// What a comparison with all rows, or with any, asks of their least and greatest value. Nothing
+// where these do not decide: = ANY and <> ALL.
+std::string boundTest(Operator operation, bool all, const std::string& value,
+                      const Bounds& bounds) {
+  const auto with = [&](const std::string& bound) {
+    return value + std::string(comparisonSymbol(operation)) + bound;
+  };
+  switch (operation) {
+    case Operator::kGreater:
+    case Operator::kGreaterOrEqual:
+      return with(all ? bounds.greatest : bounds.least);
+    case Operator::kLess:
+    case Operator::kLessOrEqual:
+      return with(all ? bounds.least : bounds.greatest);
+    case Operator::kEqual:
+      return all ? with(bounds.least) + " AND " + with(bounds.greatest) : std::string();
+    default:
+      return all ? std::string() : with(bounds.least) + " OR " + with(bounds.greatest);
+  }
+}
+
+}  // namespace
+
+// Over no rows All is true and Any false. A comparison with Null is neither true nor false and
+// counts as not true. A bound is a subquery of its own, which SQLite computes once for all rows
+// unless it depends on them.
 TypedSql ExpressionWriter::node(const typed::Quantified& test, Type) const {
-  const std::string rows = writer_.subquery(*test.query);
-  const std::string alias = writer_.nextAlias();
-  writer_.columnOf(test.query.get()) = alias + ".c0";
-  const std::string passes = write(test.test).text;
-  const std::string some = "EXISTS (SELECT 1 FROM (" + rows + ") AS " + alias + " WHERE ";
-  return test.all ? truth("NOT " + some + "NOT ifnull(" + passes + ", 0))")
-                  : truth(some + passes + ")");
+  const auto& compared = *test.test.as<typed::Comparison>();
+  const std::string from = " FROM (" + writer_.subquery(*test.query) + "))";
+  const std::string left = collated(value(compared.left));
+  writer_.columnOf(test.query.get()) = "c0";
+  const TypedSql column = value(compared.right);
+  const Bounds bounds{"(SELECT MIN(" + collated(column) + ")" + from,
+                      "(SELECT MAX(" + collated(column) + ")" + from};
+  const std::string passes = boundTest(compared.operation, test.all, left, bounds);
+  if (passes.empty()) {
+    return truth("ifnull(" + left + (test.all ? " NOT IN" : " IN") + " (SELECT " + column.text +
+                 from + ", 0)");
+  }
+  if (!test.all) return truth("ifnull(" + passes + ", 0)");
+  return truth("ifnull((SELECT CASE WHEN COUNT(*) = 0 THEN 1 WHEN COUNT(" + column.text +
+               ") < COUNT(*) THEN 0 END" + from + ", ifnull(" + passes + ", 0))");
 }
 
 }  // namespace jetsql

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "jetsql/translate/fields_read.h"
 #include "jetsql/translate/sql_writer_expression.h"
 
 namespace jetsql {
@@ -14,6 +15,7 @@ FromWriter::Fragment FromWriter::write() {
     Fragment next = item(select_.from[i]);
     whole = i == 0 ? std::move(next) : innerJoin(std::move(whole), std::move(next), "");
   }
+  std::ranges::move(lookupsOf(nullptr), std::back_inserter(whole.conditions));
   return whole;
 }
 
@@ -25,20 +27,78 @@ FromWriter::Fragment FromWriter::item(const typed::FromItem& item) {
 FromWriter::Fragment FromWriter::relation(std::size_t number) {
   const typed::Relation& relation = *select_.relations[number];
   const std::string alias = writer_.nextAlias();
-  const std::string sql = relation.table != nullptr ? quotedName(relation.table->sqliteName)
-                                                    : "(" + writer_.query(*relation.query) + ")";
+  std::string sql = relation.table != nullptr ? quotedName(relation.table->sqliteName)
+                                              : "(" + writer_.query(*relation.query) + ")";
+  const JoinLookup* keyed = computedKeyOf(relation);
+  if (keyed != nullptr) sql = withKey(relation, sql, *keyed);
   RelationNames& names = writer_.names(&relation) = namesUnder(alias, relation);
+  if (keyed != nullptr) {
+    names.key = alias + ".key";
+    if (!names.rowid.empty()) names.rowid = alias + ".row";
+  }
   if (relation.table == nullptr && writer_.defersErrors()) {
     for (std::string& column : names.columns) column.insert(0, "jet_check(").append(")");
   }
   return {sql + " AS " + alias, {}, number, number + 1, true};
 }
 
+// In a session that defers errors a row's key may be one, which must not fail the others.
+const JoinLookup* FromWriter::computedKeyOf(const typed::Relation& relation) const {
+  if (writer_.defersErrors()) return nullptr;
+  const auto found = std::ranges::find_if(lookups_, [&relation](const JoinLookup& lookup) {
+    return lookup.relation == &relation && !lookup.hasLastingRows();
+  });
+  return found == lookups_.end() ? nullptr : &*found;
+}
+
+// The LIMIT keeps SQLite from taking the subquery apart: it stores its rows, and indexes them by
+// the key where that is compared.
+std::string FromWriter::withKey(const typed::Relation& relation, const std::string& source,
+                                const JoinLookup& lookup) {
+  const RelationNames& inner = writer_.names(&relation) = namesUnder("k", relation);
+  std::vector<std::string> columns;
+  if (!inner.rowid.empty()) columns.push_back(inner.rowid + " AS row");
+  for (std::size_t i = 0; i < inner.columns.size(); ++i) {
+    columns.push_back(inner.columns[i] + " AS c" + std::to_string(i));
+  }
+  const TypedSql key = ExpressionWriter(writer_).write(lookup.key);
+  columns.push_back(collated({valueOf(key), key.type}) + " AS key");
+  return "(SELECT " + joined(columns, ", ") + " FROM " + source + " AS k LIMIT -1)";
+}
+
+std::vector<std::string> FromWriter::lookupsOf(const typed::Join* join) const {
+  std::vector<std::string> conditions;
+  for (const JoinLookup& lookup : lookups_) {
+    if (lookup.join != join) continue;
+    if (std::string text = condition(lookup); !text.empty()) conditions.push_back(std::move(text));
+  }
+  return conditions;
+}
+
+std::string FromWriter::condition(const JoinLookup& lookup) const {
+  constexpr double kMinRows = 10;
+  const RelationNames& names = writer_.names(lookup.relation);
+  const std::string equals = " = " + valueOf(ExpressionWriter(writer_).write(lookup.value));
+  if (!lookup.hasLastingRows()) return names.key.empty() ? "" : names.key + equals;
+  if (lookup.relation->table->rows < kMinRows) return {};
+  if (hasParameter(lookup.key)) {
+    writer_.preferLiterals();
+    return {};
+  }
+  const auto keys = writer_.keyTable(*lookup.relation, lookup.key, lookup.columns, kMinRows);
+  if (!keys) return {};
+  return names.rowid + " IN (SELECT row FROM " + *keys + " WHERE key" + equals + ")";
+}
+
 // An outer join keeps the rows of one side, called left here whichever it was in the text.
 FromWriter::Fragment FromWriter::join(const typed::Join& join) {
   Fragment left = item(*join.left);
   Fragment right = item(*join.right);
-  const auto on = [&] { return conditionOf(ExpressionWriter(writer_).write(join.on)); };
+  const auto on = [&] {
+    std::vector<std::string> conditions = lookupsOf(&join);
+    conditions.insert(conditions.begin(), conditionOf(ExpressionWriter(writer_).write(join.on)));
+    return joined(conditions, " AND ");
+  };
   if (join.type == Join::Type::kInner) return innerJoin(std::move(left), std::move(right), on());
   if (join.type == Join::Type::kRight) std::swap(left, right);
   if (!right.single) derive(right);

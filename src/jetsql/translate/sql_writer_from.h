@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "jetsql/translate/join_lookup.h"
 #include "jetsql/translate/sql_writer.h"
 
 namespace jetsql {
@@ -23,7 +24,8 @@ class FromWriter {
     bool single = true;
   };
 
-  FromWriter(SqlWriter& writer, const typed::Select& select) : writer_(writer), select_(select) {}
+  FromWriter(SqlWriter& writer, const typed::Select& select)
+      : writer_(writer), select_(select), lookups_(joinLookups(select)) {}
 
   [[nodiscard]] Fragment write();
 
@@ -33,9 +35,17 @@ class FromWriter {
   [[nodiscard]] Fragment join(const typed::Join& join);
   [[nodiscard]] static Fragment innerJoin(Fragment left, Fragment right, const std::string& on);
   void derive(Fragment& part);
+  // The lookup of a relation that gets its key among its columns, if it is looked up like that.
+  [[nodiscard]] const JoinLookup* computedKeyOf(const typed::Relation& relation) const;
+  [[nodiscard]] std::string withKey(const typed::Relation& relation, const std::string& source,
+                                    const JoinLookup& lookup);
+  // The conditions by which an ON (none: the WHERE) looks up rows.
+  [[nodiscard]] std::vector<std::string> lookupsOf(const typed::Join* join) const;
+  [[nodiscard]] std::string condition(const JoinLookup& lookup) const;
 
   SqlWriter& writer_;
   const typed::Select& select_;
+  std::vector<JoinLookup> lookups_;
 };
 
 }  // namespace jetsql

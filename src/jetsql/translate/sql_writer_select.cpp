@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "jetsql/translate/fields_read.h"
 #include "jetsql/translate/sql_writer_expression.h"
 #include "jetsql/translate/sql_writer_from.h"
 
@@ -15,15 +16,6 @@ std::string sortKey(const TypedSql& sql) {
     return "CAST(" + sql.text + " AS INTEGER)";
   }
   return collated(sql);
-}
-
-bool containsQuery(const typed::Expression& expression) {
-  if (expression.as<typed::ScalarQuery>() != nullptr || expression.as<typed::Exists>() != nullptr ||
-      expression.as<typed::InQuery>() != nullptr || expression.as<typed::Quantified>() != nullptr) {
-    return true;
-  }
-  const std::vector<typed::Expression> operands = typed::operandsOf(expression);
-  return std::ranges::any_of(operands, containsQuery);
 }
 
 }  // namespace
@@ -59,11 +51,8 @@ SelectWriter::SelectWriter(SqlWriter& writer, const typed::Select& select)
 void SelectWriter::lookUp(const typed::IndexedLookup& lookup) {
   const typed::Relation* relation = select_.relations.front().get();
   const ExpressionWriter expressions(writer_);
-  RelationNames around = std::exchange(writer_.names(relation), namesUnder("k", *relation));
-  const IndexedExpression indexed{valueOf(expressions.write(lookup.expression)), lookup.columns,
-                                  lookup.expression.type() == values::VariantType::kText};
-  writer_.names(relation) = std::move(around);
-  const auto index = writer_.catalogue().expressionIndex(*relation->table, indexed);
+  constexpr double kMinRows = 1000;  // below that a scan is as fast
+  const auto index = writer_.keyTable(*relation, lookup.expression, lookup.columns, kMinRows);
   if (!index) return;
   const std::string alias = writer_.nextAlias();
   const TypedSql key{alias + ".key", lookup.expression.type()};

@@ -26,9 +26,16 @@ std::string trimmedName(std::string_view text) {
   return std::string(text);
 }
 
-Translation translateTree(const Query& query, Catalogue& catalogue, ColumnErrors errors) {
+// An index over an expression holds the values for its literals as they are: then none of the query
+// becomes a parameter.
+Translation translateTree(Query& query, Catalogue& catalogue, ColumnErrors errors) {
   const ResolvedQuery resolved = resolve(query, catalogue);
-  Translation translation = SqlWriter(catalogue, errors).statement(resolved.query);
+  SqlWriter writer(catalogue, errors);
+  Translation translation = writer.statement(resolved.query);
+  if (writer.prefersLiterals() && !query.notParameterizable) {
+    query.notParameterizable = true;
+    return translateTree(query, catalogue, errors);
+  }
   translation.dataDependent = resolved.dataDependent;
   return translation;
 }
