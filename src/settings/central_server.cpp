@@ -22,6 +22,15 @@ std::optional<int> port(const Settings& settings, const char* key) {
   return number;
 }
 
+// Whatever is no clear no must not send in the clear.
+bool isSwitchedOn(const Settings& settings, const char* key) {
+  const std::string text = settings.read(kSection, key, "");
+  if (text.empty() || text == "0") return false;
+  if (text == "1") return true;
+  throw RuntimeError(error::kTypeMismatch,
+                     "config.ini: " + std::string(key) + "=" + text + " is neither 0 nor 1");
+}
+
 }  // namespace
 
 std::string centralHost(const Settings& settings) {
@@ -34,6 +43,8 @@ CentralServer centralServer(const Settings& settings) {
   server.host = centralHost(settings);
   server.ftpPort = port(settings, "FtpPort").value_or(kFtpPort);
   server.databasePort = port(settings, "DbPort");
+  server.ftpTls = isSwitchedOn(settings, "FtpTls");
+  server.ftpCertificates = settings.read(kSection, "FtpCa", "");
   return server;
 }
 

@@ -4,7 +4,11 @@
 //   const auto central = centralServer(settings);
 //   ftp.Connect(central.host, central.ftpPort, …);
 //
-// Error 13 for a port that is no number from 1 to 65535, naming the key.
+// FtpTls=1 there asks for encrypted transfers and for a certificate of that host that verifies,
+// with the system's certificates or with those of the file FtpCa.
+//
+// Error 13 for a port that is no number from 1 to 65535, or an FtpTls that is neither 0 nor 1,
+// naming the key.
 #pragma once
 
 #include <optional>
@@ -21,6 +25,8 @@ struct CentralServer {
   std::string host = kCentralHost;  // ServerHost
   int ftpPort = kFtpPort;           // FtpPort
   std::optional<int> databasePort;  // DbPort; none: the driver's own
+  bool ftpTls = false;              // FtpTls
+  std::string ftpCertificates;      // FtpCa, a path; empty: the system's
 };
 
 [[nodiscard]] CentralServer centralServer(const Settings& settings);

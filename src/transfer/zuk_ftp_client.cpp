@@ -82,8 +82,8 @@ struct ZukFtpClient::Session {
   }
 };
 
-ZukFtpClient::ZukFtpClient(Report report, FtpLimits limits)
-    : report_(std::move(report)), limits_(limits) {
+ZukFtpClient::ZukFtpClient(Report report, FtpLimits limits, FtpSecurity security)
+    : report_(std::move(report)), limits_(limits), security_(std::move(security)) {
   CurlLibrary::use();
 }
 
@@ -91,6 +91,11 @@ ZukFtpClient::~ZukFtpClient() = default;
 
 bool ZukFtpClient::Connect(const std::string& host, int port, const std::string& user,
                            const std::string& password, const std::string& remoteFolder) {
+  session_.reset();
+  // One built without it would ignore what it is asked for below.
+  if (security_.tls && (curl_version_info(CURLVERSION_NOW)->features & CURL_VERSION_SSL) == 0) {
+    return fail("Connect", CURLE_NOT_BUILT_IN, "this program was built without TLS");
+  }
   session_ = std::make_unique<Session>();
   session_->root = "ftp://" + host + ":" + std::to_string(port) + "/";
   session_->user = user;
@@ -100,6 +105,18 @@ bool ZukFtpClient::Connect(const std::string& host, int port, const std::string&
 
 void ZukFtpClient::Disconnect() { session_.reset(); }
 
+void ZukFtpClient::begin(const std::string& address) {
+  session_->begin(address, limits_);
+  if (!security_.tls) return;
+  CURL* curl = session_->handle.get();
+  curl_easy_setopt(curl, CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
+  curl_easy_setopt(curl, CURLOPT_FTPSSLAUTH, static_cast<long>(CURLFTPAUTH_TLS));
+  curl_easy_setopt(curl, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  if (security_.certificates.empty()) return;
+  curl_easy_setopt(curl, CURLOPT_CAINFO, security_.certificates.c_str());
+  curl_easy_setopt(curl, CURLOPT_CAPATH, nullptr);  // these alone, not the system's besides
+}
+
 bool ZukFtpClient::PutFile(const std::string& local, const std::string& remote) {
   if (!session_) return fail("PutFile", error::kObjectNotSet, "no session");
   const std::u8string name(local.begin(), local.end());
@@ -107,7 +124,7 @@ bool ZukFtpClient::PutFile(const std::string& local, const std::string& remote) 
   if (!file) return fail("PutFile", error::kFileNotFound, "cannot read '" + local + "'");
   const curl_off_t size = file.tellg();
   file.seekg(0);
-  session_->begin(session_->url(remote), limits_);
+  begin(session_->url(remote));
   CURL* curl = session_->handle.get();
   curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
   curl_easy_setopt(curl, CURLOPT_READFUNCTION, readFile);
@@ -121,7 +138,7 @@ bool ZukFtpClient::PutFile(const std::string& local, const std::string& remote) 
 }
 
 bool ZukFtpClient::arrivedWhole(const std::string& remote, std::int64_t size) {
-  session_->begin(session_->url(remote), limits_);
+  begin(session_->url(remote));
   CURL* curl = session_->handle.get();
   curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);  // SIZE instead of RETR
   const CURLcode code = curl_easy_perform(curl);
@@ -141,7 +158,7 @@ bool ZukFtpClient::RenameFile(const std::string& oldRemote, const std::string& n
 }
 
 bool ZukFtpClient::run(const std::string& routine, const std::vector<std::string>& commands) {
-  session_->begin(session_->root, limits_);
+  begin(session_->root);
   List list;
   for (const std::string& command : commands) {
     list.reset(curl_slist_append(list.release(), command.c_str()));

@@ -28,11 +28,18 @@ struct FtpLimits {
   long storedBytesPerSecond = 256L * 1024;
 };
 
+// In the clear, as the protocol is, or encrypted by AUTH TLS, commands and files both, to a server
+// whose certificate verifies and names its host; to any other, nothing is sent.
+struct FtpSecurity {
+  bool tls = false;
+  std::string certificates;  // a file of those to trust; empty: the system's
+};
+
 class ZukFtpClient final : public FtpClient {
  public:
   using Report = std::function<void(const std::string& line)>;
 
-  ZukFtpClient(Report report, FtpLimits limits);
+  ZukFtpClient(Report report, FtpLimits limits, FtpSecurity security = {});
   ~ZukFtpClient() override;
   ZukFtpClient(const ZukFtpClient&) = delete;
   ZukFtpClient& operator=(const ZukFtpClient&) = delete;
@@ -47,6 +54,8 @@ class ZukFtpClient final : public FtpClient {
  private:
   struct Session;  // the libcurl handle and what each request needs anew
 
+  // Sets up the next request of the session.
+  void begin(const std::string& address);
   // Runs the commands in the session, without a transfer.
   bool run(const std::string& routine, const std::vector<std::string>& commands);
   // Whether the server tells this size of the file; one that knows no sizes is believed.
@@ -56,6 +65,7 @@ class ZukFtpClient final : public FtpClient {
 
   Report report_;
   FtpLimits limits_;
+  FtpSecurity security_;
   std::unique_ptr<Session> session_;  // none before Connect and after Disconnect
   FtpFailure lastFailure_;
 };

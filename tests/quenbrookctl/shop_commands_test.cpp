@@ -88,6 +88,7 @@ TEST_F(CommandsTest, StatusNamesEachFaultAndPassesAShopWithoutAny) {
       {[] {}, "본사 데이터베이스가 응답하지 않습니다"},
       {[] {}, "FTP 서버가 응답하지 않습니다"},
       {[&] { configure("[연결]\r\nFtpPort=abc\r\n"); }, "FtpPort=abc"},
+      {[&] { configure("[연결]\r\nFtpTls=yes\r\n"); }, "FtpTls=yes"},
       {[&] { fs::remove(file("outgo.mdb")); }, "파일이 없습니다: "},
       {[&] { write("data.mdb", "scribbled over"); }, "매출을 읽을 수 없습니다"},
       {[&] {

@@ -39,8 +39,9 @@ bool answers(const std::string& address, int port) {
 
 }  // namespace
 
-FtpServer::FtpServer(const FtpOptions& options)
-    : address_("127.0.0." + std::to_string(2 + getpid() % 250)) {
+std::string FtpServer::ownAddress() { return "127.0.0." + std::to_string(2 + getpid() % 250); }
+
+FtpServer::FtpServer(const FtpOptions& options) : address_(ownAddress()) {
   makeAccount(options);
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (std::chrono::steady_clock::now() < deadline) {

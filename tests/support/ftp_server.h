@@ -26,6 +26,9 @@ class FtpServer {
  public:
   explicit FtpServer(const FtpOptions& options = {});
 
+  // Of every server of this process.
+  [[nodiscard]] static std::string ownAddress();
+
   [[nodiscard]] const std::string& address() const { return address_; }
   [[nodiscard]] int port() const { return port_; }
   [[nodiscard]] std::filesystem::path remoteFolder() const { return root_.path() / "home" / "MU"; }

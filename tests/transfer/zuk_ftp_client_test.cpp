@@ -43,8 +43,8 @@ class ZukFtpClientTest : public ::testing::Test {
     return client.Connect(server.address(), server.port(), "kornvat", password, "/");
   }
 
-  ZukFtpClient client(FtpLimits limits = {5, 5, 5}) {
-    return {[this](const std::string& line) { reasons_.push_back(line); }, limits};
+  ZukFtpClient client(FtpLimits limits = {5, 5, 5}, const FtpSecurity& security = {}) {
+    return {[this](const std::string& line) { reasons_.push_back(line); }, limits, security};
   }
 
   support::TemporaryFolder folder_;
@@ -125,6 +125,61 @@ TEST_F(ZukFtpClientTest, ConnectionCutInTheMiddleOfAnUpload) {
   upload.join();
   EXPECT_FALSE(sent);
   EXPECT_THAT(server.files(), ElementsAre("a.g"));
+}
+
+// A certificate of its own making, with its key, for the name or address.
+fs::path makeCertificate(const fs::path& folder, const std::string& name,
+                         const std::string& until) {
+  const fs::path file = folder / (name + until);
+  std::ofstream(folder / "index");
+  std::ofstream(folder / "config")
+      << "[ca]\ndefault_ca=own\n[own]\ndatabase=" << (folder / "index").string()
+      << "\nrand_serial=yes\ndefault_md=sha256\npolicy=any\nx509_extensions=server\n"
+      << "new_certs_dir=" << folder.string() << "\n[any]\ncommonName=supplied\n"
+      << "[server]\nsubjectAltName=" << name << "\n[req]\ndistinguished_name=none\n[none]\n";
+  std::string output;
+  const std::string command =
+      "cd " + folder.string() +
+      " && openssl req -config config -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes"
+      " -keyout key -subj /CN=test -out request && openssl ca -config config -batch -selfsign"
+      " -keyfile key -in request -startdate 20200101000000Z -enddate " +
+      until + " -notext -out certificate && cat key certificate > " + file.string();
+  EXPECT_EQ(support::run({"sh", "-c", command}, &output), 0) << output;
+  return file;
+}
+
+TEST_F(ZukFtpClientTest, AskedForTlsItSendsToAServerThatProvesItsNameOnly) {
+  const std::string later = "20991231000000Z";
+  const std::string here = "IP:" + support::FtpServer::ownAddress();
+  const struct {
+    const char* name;
+    fs::path certificate;  // of the server; none: it knows no TLS
+    bool trusted;
+    const char* refusal;  // none: it is sent
+  } cases[] = {
+      {"right", makeCertificate(folder_.path(), here, later), true, nullptr},
+      {"unknown", makeCertificate(folder_.path(), here, later), false, "certificate"},
+      {"wrong host", makeCertificate(folder_.path(), "IP:127.9.9.9", later), true, "subject name"},
+      {"expired", makeCertificate(folder_.path(), here, "20200201000000Z"), true, "expired"},
+      {"plain server", {}, true, "SSL"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::vector<std::string> arguments;
+    if (!c.certificate.empty()) arguments = {"-Y", "3", "-2", c.certificate};
+    const support::FtpServer server({.arguments = arguments});
+    reasons_.clear();
+    ZukFtpClient ftp = client({5, 5, 5}, {true, c.trusted ? c.certificate.string() : ""});
+    EXPECT_EQ(connect(ftp, server), c.refusal == nullptr);
+    EXPECT_EQ(ftp.PutFile(local(), "/MU/a.g"), c.refusal == nullptr);
+    if (c.refusal == nullptr) {
+      EXPECT_TRUE(ftp.RenameFile("/MU/a.g", "/MU/a.gz"));
+      EXPECT_EQ(support::readFile(server.remoteFolder() / "a.gz"), support::readFile(local()));
+    } else {
+      EXPECT_THAT(server.files(), IsEmpty());
+      EXPECT_THAT(reasons_, testing::Each(HasSubstr(c.refusal)));
+    }
+  }
 }
 
 // Accepts connections, as the system does for any listener, and never answers.

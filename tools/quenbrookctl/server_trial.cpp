@@ -11,6 +11,10 @@ namespace {
 
 constexpr transfer::FtpLimits kLimits{10, 10, 10};
 
+transfer::ZukFtpClient client(const settings::CentralServer& central) {
+  return {[](const std::string&) {}, kLimits, {central.ftpTls, central.ftpCertificates}};
+}
+
 bool connect(transfer::ZukFtpClient& ftp, const settings::CentralServer& central) {
   return ftp.Connect(central.host, central.ftpPort, transfer::kFtpUser, transfer::kFtpPassword,
                      transfer::kRemoteFolder);
@@ -33,12 +37,12 @@ std::string askDatabase(const settings::CentralServer& central) {
 }
 
 std::string askFtp(const settings::CentralServer& central) {
-  transfer::ZukFtpClient ftp([](const std::string&) {}, kLimits);
+  transfer::ZukFtpClient ftp = client(central);
   return connect(ftp, central) ? "" : ftp.lastFailure().description;
 }
 
 std::string sendTestFile(const settings::CentralServer& central, const std::string& file) {
-  transfer::ZukFtpClient ftp([](const std::string&) {}, kLimits);
+  transfer::ZukFtpClient ftp = client(central);
   const bool arrived = connect(ftp, central) && ftp.PutFile(file, transfer::kTestFile);
   return arrived ? "" : ftp.lastFailure().description;
 }

@@ -19,6 +19,8 @@ const std::string_view kSetupDetails =
     --name NAME            its trade name
     --representative NAME  its owner
     --server HOST          head office's server; --ftp-port and --db-port where they are not the usual
+    --ftp-tls 1            encrypted transfers only; --ftp-ca FILE where head office has its own
+                           certificates
     --account ACCOUNT      who works in DIR by night; without it the owner of data.mdb
     --no-night             registers nothing: the nights are run by something else
     --upgrade              only the executables: those of the installed version into DIR

@@ -25,6 +25,8 @@ constexpr Entry kEntries[] = {
     {"server", "연결", "ServerHost", "본사 서버의 주소 (그냥 Enter: 정해진 주소)"},
     {"ftp-port", "연결", "FtpPort", ""},
     {"db-port", "연결", "DbPort", ""},
+    {"ftp-tls", "연결", "FtpTls", ""},
+    {"ftp-ca", "연결", "FtpCa", ""},
 };
 
 // Nothing at the end of the input.

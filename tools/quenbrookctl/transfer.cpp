@@ -47,12 +47,12 @@ bool quietUpload(const Installation& program) {
   return !value.empty() && values::toBool(value);
 }
 
-transfer::Dependencies dependencies(Installation& program) {
+transfer::Dependencies dependencies(Installation& program, const settings::CentralServer& central) {
   transfer::Dependencies deps;
-  deps.newFtpClient = [&program] {
+  deps.newFtpClient = [&program, central] {
     return std::make_unique<transfer::ZukFtpClient>(
         [&program](const std::string& line) { program.log.MsgDebug(line, ""); },
-        transfer::FtpLimits{});
+        transfer::FtpLimits{}, transfer::FtpSecurity{central.ftpTls, central.ftpCertificates});
   };
   deps.notice = [](const std::string& text) { std::cout << text << '\n' << std::flush; };
   deps.status = [&program, notice = deps.notice](const std::string& text) {
@@ -94,6 +94,6 @@ int runTransfer(const CommandLine& line) {
   transfer::UploadData upload(
       {platform::programFolder(), platform::joinPath(line.home(), "AutoLoadData"), central.host,
        central.ftpPort},
-      dependencies(program));
+      dependencies(program, central));
   return upload.run(words).complete ? 0 : 1;
 }
