@@ -1,9 +1,12 @@
 #include "jetsql/session.h"
 
+#include <optional>
 #include <utility>
 
+#include "jetsql/plan_notes.h"
 #include "jetsql/record_set_implementation.h"
 #include "jetsql/session_catalogue.h"
+#include "jetsql/sqlite/read_log.h"
 #include "jetsql/statement_cache.h"
 #include "jetsql/translate/translation.h"
 #include "values/runtime_error.h"
@@ -20,9 +23,14 @@ class Session::Implementation {
   [[nodiscard]] std::unique_ptr<RecordSet> open(std::string_view source,
                                                 const std::shared_ptr<Session>& session);
 
+  [[nodiscard]] QueryReport explain(std::string_view source,
+                                    const std::shared_ptr<Session>& session);
+
   SessionCatalogue catalogue;
 
  private:
+  [[nodiscard]] QueryReport explain(std::string_view source,
+                                    const std::shared_ptr<Session>& session, ColumnErrors errors);
   [[nodiscard]] std::unique_ptr<RecordSet> openCached(std::string_view source,
                                                       const std::shared_ptr<Session>& session);
   [[nodiscard]] PreparedQuery prepare(const Translation& translation);
@@ -55,6 +63,19 @@ std::shared_ptr<const QueryLayout> layoutOf(const Translation& translation,
   layout->updatable = translation.updatable;
   return layout;
 }
+
+class LogScope {
+ public:
+  LogScope(SessionCatalogue& catalogue, ReadLog& log) : catalogue_(catalogue) {
+    catalogue.setLog(&log);
+  }
+  LogScope(const LogScope&) = delete;
+  LogScope& operator=(const LogScope&) = delete;
+  ~LogScope() { catalogue_.setLog(nullptr); }
+
+ private:
+  SessionCatalogue& catalogue_;
+};
 
 }  // namespace
 
@@ -106,6 +127,43 @@ std::unique_ptr<RecordSet> Session::Implementation::run(
   return std::make_unique<RecordSet>(std::move(rows));
 }
 
+QueryReport Session::Implementation::explain(std::string_view source,
+                                             const std::shared_ptr<Session>& session) {
+  try {
+    return explain(source, session, ColumnErrors::kRaise);
+  } catch (const RuntimeError&) {
+    if (!catalogue.failedInFunction()) throw;
+  }
+  return explain(source, session, ColumnErrors::kDefer);
+}
+
+QueryReport Session::Implementation::explain(std::string_view source,
+                                             const std::shared_ptr<Session>& session,
+                                             ColumnErrors errors) {
+  ReadLog log;
+  const LogScope logged(catalogue, log);
+  QueryReport report;
+  std::optional<Translation> translation;
+  {
+    const TimeTaken time(report.translating);
+    translation = translate(normalize(source), catalogue, errors);
+  }
+  std::optional<PreparedQuery> query;
+  {
+    const TimeTaken time(report.planning);
+    query = prepare(*translation);
+  }
+  {
+    const TimeTaken time(report.running);
+    report.rows =
+        static_cast<std::size_t>(run(*query, translation->literals, session)->recordCount());
+  }
+  report.reads = log.reads();
+  report.builds = log.builds();
+  report.notes = planNotes(catalogue.plan(translation->sql));
+  return report;
+}
+
 std::shared_ptr<Session> Session::open(const std::filesystem::path& file,
                                        const SessionOptions& options,
                                        const platform::Clock& clock) {
@@ -116,6 +174,10 @@ Session::Session(std::unique_ptr<Implementation> implementation)
     : implementation_(std::move(implementation)) {}
 
 Session::~Session() = default;
+
+QueryReport Session::explain(std::string_view source) {
+  return implementation_->explain(source, shared_from_this());
+}
 
 std::unique_ptr<RecordSet> Session::openRecordSet(std::string_view source) {
   return implementation_->open(source, shared_from_this());

@@ -20,6 +20,7 @@
 
 #include "jetsql/record_set.h"
 #include "jetsql/session_options.h"
+#include "jetsql/sqlite/query_report.h"
 #include "platform/clock.h"
 
 namespace jetsql {
@@ -39,6 +40,9 @@ class Session : public std::enable_shared_from_this<Session> {
 
   // `source` is a SELECT (UNION, TRANSFORM) text or the name of a table or saved query.
   [[nodiscard]] std::unique_ptr<RecordSet> openRecordSet(std::string_view source);
+
+  // Runs the query as openRecordSet does, and tells how instead of its rows.
+  [[nodiscard]] QueryReport explain(std::string_view source);
 
   // Names as the catalogue has them, without system tables and hidden queries.
   [[nodiscard]] std::vector<std::string> tableNames() const;

@@ -145,6 +145,16 @@ StatementHandle SessionCatalogue::prepare(const std::string& sql) {
   return statement;
 }
 
+std::vector<std::string> SessionCatalogue::plan(const std::string& sql) {
+  constexpr int kDetail = 3;  // column of its rows
+  const StatementHandle statement = prepare("EXPLAIN QUERY PLAN " + sql);
+  std::vector<std::string> lines;
+  while (step(statement.get())) {
+    lines.emplace_back(encodedColumn(statement.get(), kDetail).bytes);
+  }
+  return lines;
+}
+
 bool SessionCatalogue::step(sqlite3_stmt* statement) {
   callbacks_.clear();
   const int status = sqlite3_step(statement);

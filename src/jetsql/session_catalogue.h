@@ -33,6 +33,11 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
                                                            const IndexedExpression& key) override;
 
+  // Logs what is prepared and run from now on, until null is set.
+  void setLog(ReadLog* log) { callbacks_.log = log; }
+  // What SQLite does with the rows of a prepared statement, as it explains its plan.
+  [[nodiscard]] std::vector<std::string> plan(const std::string& sql);
+
   // Before a query is run: recomputes what was written since.
   void refreshIndexes() { expressionIndexes_.refresh(connection_.get()); }
 

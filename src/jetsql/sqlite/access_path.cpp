@@ -211,6 +211,18 @@ AccessPath AccessPath::unpacked(int number) {
           static_cast<std::uint16_t>(number >> 16 & 0x7FFF)};
 }
 
+double estimatedRows(const JetTable& table, const AccessPath& path) {
+  if (path.method == AccessMethod::kScan) return table.estimatedRows();
+  if (path.method == AccessMethod::kRowId) return 1;
+  std::size_t first = path.target;
+  if (path.method == AccessMethod::kFileIndex) {
+    const jet::RealIndex& index = table.table().definition().realIndexes[path.target];
+    if (index.unique && path.equal == index.columns.size()) return 1;
+    first = index.columns.front().column;
+  }
+  return rowsLeft(table.estimatedRows(), {path, {}}, typeOf(table, first));
+}
+
 void chooseAccessPath(const JetTable& table, sqlite3_index_info& info) {
   constexpr double kScanStart = 40;  // the usage map is read for each scan
   const double rows = table.estimatedRows();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 struct sqlite3_index_info;
 
@@ -31,5 +32,11 @@ struct AccessPath {
 
 // Fills in the cheapest path that the constraints allow, its cost and its estimated rows.
 void chooseAccessPath(const JetTable& table, sqlite3_index_info& info);
+
+// In words, with the names of the index and its columns.
+[[nodiscard]] std::string describe(const JetTable& table, const AccessPath& path);
+
+// Of one lookup, as it was estimated.
+[[nodiscard]] double estimatedRows(const JetTable& table, const AccessPath& path);
 
 }  // namespace jetsql

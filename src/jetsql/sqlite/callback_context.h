@@ -18,6 +18,8 @@
 
 namespace jetsql {
 
+class ReadLog;
+
 struct CallbackContext {
   Environment environment;
   std::exception_ptr failure = nullptr;
@@ -25,6 +27,7 @@ struct CallbackContext {
   // The first error in each expression that is being computed inside jet_guard, innermost last;
   // nullptr so far. See deferred_error.h.
   std::vector<std::exception_ptr> deferred = {};
+  ReadLog* log = nullptr;  // of what is read, while somebody asks
 
   void clear() {
     failure = nullptr;

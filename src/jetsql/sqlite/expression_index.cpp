@@ -2,7 +2,10 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
 #include "jetsql/sqlite/jet_table.h"
+#include "jetsql/sqlite/read_log.h"
 #include "jetsql/translate/sql_text.h"
 #include "values/runtime_error.h"
 
@@ -49,9 +52,20 @@ bool ExpressionIndexes::build(sqlite3* connection, Index& index) {
   index.changes = changesOf(index);
   index.age = BuildAge(index.table->database());
   // A Null key violates the primary key and is ignored.
-  const bool done = run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " +
-                                        index.key.sql + ", k.rowid FROM " +
-                                        quotedName(index.table->schema().sqliteName) + " AS k");
+  QueryReport::IndexBuild build{index.table->schema().name, "computed from"};
+  for (const std::size_t column : index.key.columns) build.key += " " + index.table->nameOf(column);
+  ReadLog* log =
+      std::exchange(index.table->callbacks().log, nullptr);  // its own reads do not count
+  bool done = false;
+  {
+    const TimeTaken time(build.time);
+    done = run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + index.key.sql +
+                               ", k.rowid FROM " + quotedName(index.table->schema().sqliteName) +
+                               " AS k");
+  }
+  build.rows = static_cast<std::size_t>(sqlite3_changes(connection));
+  index.table->callbacks().log = log;
+  if (log != nullptr) log->addBuild(std::move(build));
   index.age.built();
   return done;
 }

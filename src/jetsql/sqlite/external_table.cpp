@@ -12,6 +12,8 @@
 namespace jetsql {
 namespace {
 
+constexpr double kRows = 100000;  // not known; each run is a call to another system
+
 std::optional<Comparison> comparisonOf(unsigned char operation) {
   switch (operation) {
     case SQLITE_INDEX_CONSTRAINT_EQ:
@@ -92,13 +94,21 @@ ExternalTable::ExternalTable(ExternalSource& source, std::string connect, std::s
   }
 }
 
+QueryReport::TableRead ExternalTable::describe(int, std::string_view conditions) const {
+  std::string text = conditions.empty() ? "whole, from its server" : "from its server:";
+  for (std::size_t i = 0; i < conditions.size(); i += 2) {
+    const auto column = static_cast<std::size_t>(static_cast<unsigned char>(conditions[i]) - 1);
+    text += (i > 0 ? ", " : " ") + schema_.columns[column].name;
+  }
+  return {schema_.name, text, kRows};
+}
+
 void ExternalTable::registerIn(sqlite3* connection) {
   sqlite3_create_module_v2(connection, schema_.sqliteName.c_str(),
                            &kVirtualModule<ExternalTable, Cursor>, this, nullptr);
 }
 
 void ExternalTable::chooseAccessPath(sqlite3_index_info& info) const {
-  constexpr double kRows = 100000;  // not known; each run is a call to another system
   constexpr double kCall = 10000;
   constexpr int kMaxColumns = 250;
   std::string plan;

@@ -4,10 +4,12 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/external_source.h"
+#include "jetsql/sqlite/query_report.h"
 #include "jetsql/translate/catalogue.h"
 
 struct sqlite3;
@@ -27,6 +29,8 @@ class ExternalTable {
 
   void registerIn(sqlite3* connection);
   void chooseAccessPath(sqlite3_index_info& info) const;
+
+  [[nodiscard]] QueryReport::TableRead describe(int plan, std::string_view conditions) const;
 
   [[nodiscard]] const CatalogueTable& schema() const { return schema_; }
   [[nodiscard]] CallbackContext& callbacks() const { return callbacks_; }

@@ -36,6 +36,12 @@ void JetTable::chooseAccessPath(sqlite3_index_info& info) const {
   jetsql::chooseAccessPath(*this, info);
 }
 
+QueryReport::TableRead JetTable::describe(int plan, std::string_view order) const {
+  const AccessPath path = AccessPath::unpacked(plan);
+  const std::string sorted = order.empty() ? "" : "; sorted by the table";
+  return {schema_.name, jetsql::describe(*this, path) + sorted, jetsql::estimatedRows(*this, path)};
+}
+
 void JetTable::registerIn(sqlite3* connection) {
   sqlite3_create_module_v2(connection, schema_.sqliteName.c_str(),
                            &kVirtualModule<JetTable, JetTableCursor>, this, nullptr);
@@ -50,7 +56,13 @@ std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column) {
     return nullptr;
   }
   use.age.emplace(database_);
-  use.index = std::make_shared<MemoryIndex>(table_, column);
+  QueryReport::IndexBuild build{schema_.name, nameOf(column)};
+  {
+    const TimeTaken time(build.time);
+    use.index = std::make_shared<MemoryIndex>(table_, column);
+  }
+  build.rows = use.index->size();
+  if (callbacks_.log != nullptr) callbacks_.log->addBuild(std::move(build));
   use.age->built();
   return use.index;
 }

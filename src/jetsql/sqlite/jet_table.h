@@ -16,6 +16,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/database.h"
@@ -23,6 +24,7 @@
 #include "jetsql/sqlite/build_age.h"
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/memory_index.h"
+#include "jetsql/sqlite/query_report.h"
 #include "jetsql/translate/catalogue.h"
 
 struct sqlite3;
@@ -44,6 +46,13 @@ class JetTable {
 
   // Called by the planner; see access_path.h.
   void chooseAccessPath(sqlite3_index_info& info) const;
+
+  // How a run by a plan reads the table.
+  [[nodiscard]] QueryReport::TableRead describe(int plan, std::string_view order) const;
+  // Of a column, for reports.
+  [[nodiscard]] const std::string& nameOf(std::size_t column) const {
+    return schema_.columns[column].name;
+  }
 
   [[nodiscard]] const CatalogueTable& schema() const { return schema_; }
   [[nodiscard]] jet::Table& table() const { return table_; }

@@ -1,7 +1,9 @@
 // The callbacks by which SQLite reads a virtual table, made from two classes:
 //
 //   Table   schema() with the columns, callbacks() for errors,
-//   chooseAccessPath(sqlite3_index_info&) Cursor  Cursor(Table&), filter(int plan, const char*
+//   chooseAccessPath(sqlite3_index_info&),
+//   describe(int plan, std::string_view text) for a QueryReport
+//   Cursor  Cursor(Table&), filter(int plan, const char*
 //   text, std::span<sqlite3_value*>), next(),
 //           atEnd(), setColumn(sqlite3_context*, int), rowid()
 //
@@ -18,6 +20,7 @@
 #include <string>
 
 #include "jetsql/sqlite/callback_context.h"
+#include "jetsql/sqlite/read_log.h"
 #include "jetsql/translate/catalogue.h"
 
 namespace jetsql {
@@ -48,6 +51,7 @@ class VirtualModule {
   struct Opened : sqlite3_vtab_cursor {
     explicit Opened(Table& table) : sqlite3_vtab_cursor{}, cursor(table) {}
     Cursor cursor;
+    QueryReport::TableRead* read = nullptr;  // of the run that is logged
   };
 
   static Table& tableOf(sqlite3_vtab* base) { return static_cast<Connected*>(base)->table; }
@@ -99,13 +103,33 @@ class VirtualModule {
   static int filter(sqlite3_vtab_cursor* base, int plan, const char* text, int count,
                     sqlite3_value** values) {
     return answer(base->pVtab, [&] {
-      cursorOf(base).filter(plan, text == nullptr ? "" : text,
-                            std::span(values, static_cast<std::size_t>(count)));
+      const std::string_view order = text == nullptr ? "" : text;
+      const auto run = [&] {
+        cursorOf(base).filter(plan, order, std::span(values, static_cast<std::size_t>(count)));
+      };
+      const Table& table = tableOf(base->pVtab);
+      ReadLog* log = table.callbacks().log;
+      if (log == nullptr) return run();
+      auto& read = log->read(&table, plan, order, [&] { return table.describe(plan, order); });
+      static_cast<Opened*>(base)->read = &read;
+      ++read.lookups;
+      timed(base, run);
     });
   }
 
   static int next(sqlite3_vtab_cursor* base) {
-    return answer(base->pVtab, [&] { cursorOf(base).next(); });
+    return answer(base->pVtab, [&] {
+      if (tableOf(base->pVtab).callbacks().log == nullptr) return cursorOf(base).next();
+      timed(base, [&] { cursorOf(base).next(); });
+    });
+  }
+
+  template <typename Step>
+  static void timed(sqlite3_vtab_cursor* base, const Step& step) {
+    QueryReport::TableRead& read = *static_cast<Opened*>(base)->read;
+    const TimeTaken time(read.time);
+    step();
+    if (!cursorOf(base).atEnd()) ++read.rows;
   }
 
   static int eof(sqlite3_vtab_cursor* base) { return cursorOf(base).atEnd() ? 1 : 0; }
