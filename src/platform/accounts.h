@@ -18,7 +18,8 @@ namespace platform {
 // The account's name; its number where it has no name, as on a network drive.
 [[nodiscard]] std::string ownerOf(const std::string& path);
 
-// To the account and its group. Of a link, what it leads to.
+// To the account and its group. Of a link, the link alone: who owns the folder chose where it
+// leads.
 void giveTo(const std::string& path, const std::string& account);
 
 // Whether the account may write the file, or make files in the folder. Only the administrator can

@@ -67,7 +67,7 @@ std::string ownerOf(const std::string& path) {
 
 void giveTo(const std::string& path, const std::string& account) {
   const Account owner = requireAccount(account);
-  if (::chown(path.c_str(), owner.user, owner.group) != 0) throwErrno(errno, "Cannot give", path);
+  if (::lchown(path.c_str(), owner.user, owner.group) != 0) throwErrno(errno, "Cannot give", path);
 }
 
 bool mayWrite(const std::string& path, const std::string& account) {

@@ -86,7 +86,8 @@ void setUpAccount(Setup& setup) {
                    (setup.has("account") ? "" : " (판매 자료의 주인. 다른 계정이면 --account)"));
   const std::string own[] = {setup.folder, setup.file(kStatementFolder), setup.file("config.ini")};
   for (const std::string& path : own) {
-    if (!platform::isAdministrator() || platform::ownerOf(path) == account) continue;
+    if (!platform::isAdministrator() || fs::is_symlink(path)) continue;
+    if (platform::ownerOf(path) == account) continue;
     platform::giveTo(path, account);
     SetupPage::changed("계정 " + account + "에게 줌: " + path);
   }
