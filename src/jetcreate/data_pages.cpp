@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/layout.h"
 
 namespace jetcreate {
@@ -18,15 +18,15 @@ constexpr std::size_t kRoomWorthListing = 256;
 }  // namespace
 
 std::size_t DataPages::room() const {
-  return end_ - newFormat().dataRowOffsets - rows_ * kRowOffsetSize;
+  return end_ - file_.format().dataRowOffsets - rows_ * kRowOffsetSize;
 }
 
 RowId DataPages::placeFor(std::size_t size) {
   if (!page_.empty() && (room() < size + kRowOffsetSize || rows_ == kMaxRowsOnPage)) closePage();
   if (page_.empty()) {
-    page_.assign(newFormat().pageSize, std::byte{0});
+    page_.assign(file_.format().pageSize, std::byte{0});
     rows_ = 0;
-    end_ = newFormat().pageSize;
+    end_ = file_.format().pageSize;
     owned_.push_back(file_.allocate());
   }
   assert(room() >= size + kRowOffsetSize);
@@ -37,7 +37,7 @@ RowId DataPages::add(Bytes row, std::uint16_t flags) {
   const RowId id = placeFor(row.size());
   end_ -= row.size();
   std::copy(row.begin(), row.end(), page_.begin() + static_cast<std::ptrdiff_t>(end_));
-  storeLittle(page_, newFormat().dataRowOffsets + rows_ * kRowOffsetSize,
+  storeLittle(page_, file_.format().dataRowOffsets + rows_ * kRowOffsetSize,
               static_cast<std::uint16_t>(end_ | flags));
   ++rows_;
   return id;
@@ -49,7 +49,7 @@ void DataPages::closePage() {
   storeLittle(page_, 1, kPageMark);
   storeLittle(page_, kPageFreeSpace, static_cast<std::uint16_t>(room()));
   storeLittle(page_, kPageOwner, owner_);
-  storeLittle(page_, newFormat().dataRowCount, rows_);
+  storeLittle(page_, file_.format().dataRowCount, rows_);
   file_.write(owned_.back(), page_);
   if (room() >= kRoomWorthListing) withRoom_.push_back(owned_.back());
   page_.clear();

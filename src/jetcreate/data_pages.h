@@ -6,8 +6,8 @@
 //   rows.finish();
 //   encodeUsageMap(file, rows.owned());
 //
-// A page is written as soon as the next row does not fit on it. Rows longer than kMaxPageLong are
-// the caller's mistake.
+// A page is written as soon as the next row does not fit on it. Rows longer than
+// Format::maxPageLong are the caller's mistake.
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "jet/format/byte_buffer.h"
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/layout.h"
 #include "jet/format/text_codec.h"
 
@@ -15,17 +15,20 @@ using namespace jet;
 namespace {
 
 constexpr std::uint32_t kNoRelation = 0xffffffff;
+constexpr std::uint16_t kNoMoreLongValues = 0xffff;
+constexpr std::size_t kDistinctKeys = 4;     // 32 bits, of the counts of a real index
+constexpr std::size_t kIndexColumnSize = 3;  // of a column's place in a real index
 
 std::uint32_t pointer(RowId row) { return rowPointer(row.page, row.row); }
 
-// The engine lists a system table's columns by name, a user's in the order of their making.
-std::vector<std::size_t> listedColumns(const TableDefinition& definition,
+std::vector<std::size_t> listedColumns(const CreationFormat& creation,
+                                       const TableDefinition& definition,
                                        const DefinitionExtras& extras) {
   std::vector<std::size_t> listed;
   for (std::size_t i = 0; i < definition.columns.size(); ++i) {
     if (extras.omitted.empty() || !extras.omitted[i]) listed.push_back(i);
   }
-  if (definition.system) {
+  if (definition.system && creation.systemColumnsByName) {
     std::sort(listed.begin(), listed.end(), [&](std::size_t a, std::size_t b) {
       return definition.columns[a].name < definition.columns[b].name;
     });
@@ -33,150 +36,201 @@ std::vector<std::size_t> listedColumns(const TableDefinition& definition,
   return listed;
 }
 
-void putName(const std::string& name, ByteBuffer& out) {
-  const std::vector<std::byte> bytes = encodeText(name, /*compress=*/false);
-  out.put(static_cast<std::uint16_t>(bytes.size()));
-  out.put(Bytes(bytes));
+// Puts one part of a definition after the other, each by the offsets of the file's format.
+class DefinitionBuffer {
+ public:
+  explicit DefinitionBuffer(NewFile& file)
+      : format_(file.format()),
+        creation_(file.creation()),
+        codePage_(file.codePage()),
+        encoder_(file.encoder()) {}
+
+  void putAll(const TableDefinition& definition, const DefinitionExtras& extras);
+  [[nodiscard]] Bytes bytes() const { return out_.bytes(); }
+
+ private:
+  void putName(const std::string& name);
+  void putHead(const TableDefinition& definition, std::size_t columns);
+  void putKeyCounts(const TableDefinition& definition, const DefinitionExtras& extras);
+  void putColumn(const TableDefinition& definition, const Column& column);
+  void putRealIndex(const TableDefinition& definition, const RealIndex& index);
+  void putIndex(const TableDefinition& definition, const Index& index, std::size_t number);
+  void putIndexes(const TableDefinition& definition);
+
+  // The mark in front of the field at `offset`, where the format has marks.
+  void storeMark(MutableBytes part, std::size_t offset, std::uint32_t mark) const {
+    if (format_.markSize != 0) storeLittle(part, offset - format_.markSize, mark);
+  }
+
+  const Format& format_;
+  const CreationFormat& creation_;
+  std::uint16_t codePage_;
+  TextEncoder& encoder_;
+  ByteBuffer out_;
+};
+
+void DefinitionBuffer::putName(const std::string& name) {
+  const std::vector<std::byte> bytes = encoder_.encode(name, /*compress=*/false);
+  const MutableBytes size = out_.grow(format_.nameLengthSize);
+  for (std::size_t i = 0; i < size.size(); ++i) {
+    size[i] = static_cast<std::byte>(bytes.size() >> 8 * i);
+  }
+  out_.put(Bytes(bytes));
 }
 
-void putHeader(const TableDefinition& definition, std::size_t columns, ByteBuffer& out) {
-  out.put(PageType::kTableDefinition);
-  out.put(kPageMark);
-  out.put(std::uint16_t{0});  // free space, and
-  out.put(std::uint32_t{0});  // the next page: set when the whole is cut into pages
-  out.put(std::uint32_t{0});  // length of the whole
-  out.put(kTableMark);
-  out.put(definition.rowCount);
-  out.put(definition.autonumber);
-  out.put(std::uint32_t{1});  // step of the autonumber
-  out.putZeros(12);           // unknown; zero in new tables
-  out.put(definition.system ? kSystemTable : kUserTable);
-  out.put(definition.maxColumns);
-  out.put(definition.varColumns);
-  out.put(static_cast<std::uint16_t>(columns));
-  out.put(static_cast<std::uint32_t>(definition.indexes.size()));
-  out.put(static_cast<std::uint32_t>(definition.realIndexes.size()));
-  out.put(pointer(definition.ownedPages));
-  out.put(pointer(definition.freePages));
+// Free space, next page and length are set when the whole is known and cut into pages.
+void DefinitionBuffer::putHead(const TableDefinition& definition, std::size_t columns) {
+  const MutableBytes head = out_.grow(format_.definitionEnd);
+  storeMark(head, format_.definitionRowCount, kTableMark);
+  storeLittle(head, format_.definitionRowCount, definition.rowCount);
+  storeLittle(head, format_.definitionAutonumber, definition.autonumber);
+  if (format_.definitionStep != 0) storeLittle(head, format_.definitionStep, std::uint32_t{1});
+  storeLittle(head, format_.definitionKind, definition.system ? kSystemTable : kUserTable);
+  storeLittle(head, format_.definitionMaxColumns, definition.maxColumns);
+  storeLittle(head, format_.definitionVarColumns, definition.varColumns);
+  storeLittle(head, format_.definitionColumns, static_cast<std::uint16_t>(columns));
+  storeLittle(head, format_.definitionIndexes,
+              static_cast<std::uint32_t>(definition.indexes.size()));
+  storeLittle(head, format_.definitionRealIndexes,
+              static_cast<std::uint32_t>(definition.realIndexes.size()));
+  storeLittle(head, format_.definitionOwnedPages, pointer(definition.ownedPages));
+  storeLittle(head, format_.definitionFreePages, pointer(definition.freePages));
 }
 
-void putColumn(const TableDefinition& definition, const Column& column, ByteBuffer& out) {
-  out.put(column.type);
-  out.put(kTableMark);
-  out.put(column.number);
-  out.put(column.varIndex);
-  out.put(definition.system ? std::uint16_t{0} : column.ordinal);
+void DefinitionBuffer::putKeyCounts(const TableDefinition& definition,
+                                    const DefinitionExtras& extras) {
+  for (std::size_t i = 0; i < definition.realIndexes.size(); ++i) {
+    const MutableBytes counts = out_.grow(format_.realIndexCountSize);
+    if (i < extras.distinctKeys.size()) storeLittle(counts, kDistinctKeys, extras.distinctKeys[i]);
+  }
+}
+
+void DefinitionBuffer::putColumn(const TableDefinition& definition, const Column& column) {
+  const MutableBytes part = out_.grow(format_.columnSize);
+  storeLittle(part, 0, column.type);
+  storeMark(part, format_.columnNumber, kTableMark);
+  storeLittle(part, format_.columnNumber, column.number);
+  storeLittle(part, format_.columnVarIndex, column.varIndex);
+  if (!definition.system) storeLittle(part, format_.columnOrdinal, column.ordinal);
   if (column.type == ColumnType::kNumeric) {
-    out.put(column.precision);
-    out.put(column.scale);
-    out.put(std::uint16_t{0});
+    storeLittle(part, format_.columnPrecision, column.precision);
+    storeLittle(part, format_.columnPrecision + 1, column.scale);
   } else {
-    out.put(kSortOrder);
+    storeLittle(part, format_.columnPrecision, kGeneralSortOrder);
+    if (format_.columnCodePage != 0) storeLittle(part, format_.columnCodePage, codePage_);
   }
-  out.put(column.flags);
-  out.put(column.compressed ? kColumnCompressed : std::uint8_t{0});
-  out.put(std::uint32_t{0});
-  out.put(column.fixedOffset);
-  out.put(column.length);
+  storeLittle(part, format_.columnFlags, column.flags);
+  if (format_.columnExtraFlags != 0 && column.compressed) {
+    storeLittle(part, format_.columnExtraFlags, kColumnCompressed);
+  }
+  storeLittle(part, format_.columnFixedOffset, column.fixedOffset);
+  storeLittle(part, format_.columnLength, column.length);
 }
 
-void putRealIndex(const TableDefinition& definition, const RealIndex& index, ByteBuffer& out) {
-  out.put(kRealIndexMark);
+void DefinitionBuffer::putRealIndex(const TableDefinition& definition, const RealIndex& index) {
+  const MutableBytes part = out_.grow(format_.realIndexSize);
+  storeMark(part, format_.realIndexColumns, kRealIndexMark);
   for (std::size_t i = 0; i < kIndexColumns; ++i) {
-    const bool used = i < index.columns.size();
-    out.put(used ? definition.columns[index.columns[i].column].number : kIndexNoColumn);
-    out.put(used && index.columns[i].ascending ? kIndexAscending : std::uint8_t{0});
+    const std::size_t place = format_.realIndexColumns + kIndexColumnSize * i;
+    if (i >= index.columns.size()) {
+      storeLittle(part, place, kIndexNoColumn);
+      continue;
+    }
+    storeLittle(part, place, definition.columns[index.columns[i].column].number);
+    if (index.columns[i].ascending) storeLittle(part, place + 2, kIndexAscending);
   }
-  out.put(pointer(index.usageMap));
-  out.put(index.rootPage);
-  out.putZeros(4);  // unknown
-  out.put(static_cast<std::uint8_t>(kRealIndexInUse | (index.unique ? kIndexUnique : 0) |
-                                    (index.ignoreNulls ? kIndexIgnoreNulls : 0) |
-                                    (index.required ? kIndexRequired : 0)));
-  out.putZeros(5);
+  storeLittle(part, format_.realIndexUsageMap, pointer(index.usageMap));
+  storeLittle(part, format_.realIndexRoot, index.rootPage);
+  storeLittle(
+      part, format_.realIndexFlags,
+      static_cast<std::uint8_t>(creation_.realIndexFlags | (index.unique ? kIndexUnique : 0) |
+                                (index.ignoreNulls ? kIndexIgnoreNulls : 0) |
+                                (index.required ? kIndexRequired : 0)));
 }
 
-void putIndex(const TableDefinition& definition, const Index& index, std::size_t number,
-              ByteBuffer& out) {
-  const std::uint8_t cascade = definition.system ? kSystemCascade : std::uint8_t{0};
-  out.put(kTableMark);
-  out.put(static_cast<std::uint32_t>(number));
-  out.put(static_cast<std::uint32_t>(index.realIndex));
-  out.put(std::uint8_t{0});  // kind of the related table
-  out.put(kNoRelation);
-  out.put(std::uint32_t{0});
-  out.put(cascade);
-  out.put(cascade);
-  out.put(index.primary ? kIndexPrimary : std::uint8_t{0});
-  out.putZeros(4);
+void DefinitionBuffer::putIndex(const TableDefinition& definition, const Index& index,
+                                std::size_t number) {
+  const std::uint8_t cascade = definition.system ? kSystemCascade : creation_.userIndexCascade;
+  const MutableBytes part = out_.grow(format_.indexSize);
+  storeMark(part, format_.indexNumber, kTableMark);
+  storeLittle(part, format_.indexNumber, static_cast<std::uint32_t>(number));
+  storeLittle(part, format_.indexRealNumber, static_cast<std::uint32_t>(index.realIndex));
+  storeLittle(part, format_.indexForeignNumber, kNoRelation);
+  storeLittle(part, format_.indexKind - 2, cascade);  // of updates,
+  storeLittle(part, format_.indexKind - 1, cascade);  // and of deletions
+  if (index.primary) storeLittle(part, format_.indexKind, kIndexPrimary);
 }
 
-void putIndexes(const TableDefinition& definition, ByteBuffer& out) {
-  for (const RealIndex& index : definition.realIndexes) putRealIndex(definition, index, out);
+void DefinitionBuffer::putIndexes(const TableDefinition& definition) {
+  for (const RealIndex& index : definition.realIndexes) putRealIndex(definition, index);
   std::vector<std::size_t> byName(definition.indexes.size());
   std::iota(byName.begin(), byName.end(), std::size_t{0});
   std::sort(byName.begin(), byName.end(), [&](std::size_t a, std::size_t b) {
     return definition.indexes[a].name < definition.indexes[b].name;
   });
-  for (std::size_t i : byName) putIndex(definition, definition.indexes[i], i, out);
-  for (std::size_t i : byName) putName(definition.indexes[i].name, out);
+  for (std::size_t i : byName) putIndex(definition, definition.indexes[i], i);
+  for (std::size_t i : byName) putName(definition.indexes[i].name);
 }
 
-ByteBuffer encode(const TableDefinition& definition, const DefinitionExtras& extras) {
-  const std::vector<std::size_t> listed = listedColumns(definition, extras);
-  ByteBuffer out;
-  putHeader(definition, listed.size(), out);
-  for (std::size_t i = 0; i < definition.realIndexes.size(); ++i) {
-    out.put(std::uint32_t{0});
-    out.put(i < extras.distinctKeys.size() ? extras.distinctKeys[i] : 0);
-    out.put(std::uint32_t{0});
-  }
-  for (std::size_t i : listed) putColumn(definition, definition.columns[i], out);
-  for (std::size_t i : listed) putName(definition.columns[i].name, out);
-  putIndexes(definition, out);
+void DefinitionBuffer::putAll(const TableDefinition& definition, const DefinitionExtras& extras) {
+  const std::vector<std::size_t> listed = listedColumns(creation_, definition, extras);
+  putHead(definition, listed.size());
+  putKeyCounts(definition, extras);
+  for (std::size_t i : listed) putColumn(definition, definition.columns[i]);
+  for (std::size_t i : listed) putName(definition.columns[i].name);
+  putIndexes(definition);
   for (std::size_t i : listed) {
     if (!definition.columns[i].isLongValue()) continue;
     const auto maps = extras.longValues.find(i);
     const LongValueMaps none;
     const LongValueMaps& used = maps == extras.longValues.end() ? none : maps->second;
-    out.put(definition.columns[i].number);
-    out.put(pointer(used.ownedPages));
-    out.put(pointer(used.freePages));
+    out_.put(definition.columns[i].number);
+    out_.put(pointer(used.ownedPages));
+    out_.put(pointer(used.freePages));
   }
-  out.put(std::uint16_t{0xffff});
-  out.set(kDefinitionLength, static_cast<std::uint32_t>(out.size()));
-  return out;
+  out_.put(kNoMoreLongValues);
+  out_.set(kDefinitionLength, static_cast<std::uint32_t>(out_.size()));
 }
 
-// The first page is cut from the whole, header included; each further one has a short header.
-std::size_t sharePerPage() { return newFormat().pageSize - kDefinitionContinued; }
+std::size_t sharePerPage(const NewFile& file) {
+  return file.format().pageSize - kDefinitionContinued;
+}
+
+// The engine keeps eight bytes back when it counts what is left.
+std::uint16_t freeBytes(const NewFile& file, std::size_t share) {
+  if (file.creation().definitionSign != 0) return file.creation().definitionSign;
+  const std::size_t left = sharePerPage(file) - share;
+  return static_cast<std::uint16_t>(left < 8 ? 0 : left - 8);
+}
 
 }  // namespace
 
 std::vector<std::uint32_t> allocateDefinition(NewFile& file, const TableDefinition& definition,
                                               const DefinitionExtras& extras) {
+  DefinitionBuffer whole(file);
+  whole.putAll(definition, extras);
+  const std::size_t size = whole.bytes().size() - kDefinitionContinued;
   std::vector<std::uint32_t> pages;
-  const std::size_t size = encode(definition, extras).size() - kDefinitionContinued;
-  for (std::size_t covered = 0; covered < size; covered += sharePerPage()) {
+  for (std::size_t covered = 0; covered < size; covered += sharePerPage(file)) {
     pages.push_back(file.allocate());
   }
   return pages;
 }
 
+// The first page is cut from the whole, header included; each further one has a short header.
 void writeDefinition(NewFile& file, const TableDefinition& definition,
                      const DefinitionExtras& extras, const std::vector<std::uint32_t>& pages) {
-  const ByteBuffer whole = encode(definition, extras);
+  DefinitionBuffer whole(file);
+  whole.putAll(definition, extras);
   Bytes rest = whole.bytes().subspan(kDefinitionContinued);
   for (std::size_t i = 0; i < pages.size(); ++i) {
-    std::vector<std::byte> page(newFormat().pageSize);
-    const Bytes share = rest.first(std::min(rest.size(), sharePerPage()));
+    std::vector<std::byte> page(file.format().pageSize);
+    const Bytes share = rest.first(std::min(rest.size(), sharePerPage(file)));
     rest = rest.subspan(share.size());
     storeLittle(page, 0, PageType::kTableDefinition);
     storeLittle(page, 1, kPageMark);
     std::copy(share.begin(), share.end(), page.begin() + kDefinitionContinued);
-    // The engine keeps eight bytes back when it counts what is left.
-    const std::size_t left = sharePerPage() - share.size();
-    storeLittle(page, kPageFreeSpace, static_cast<std::uint16_t>(left < 8 ? 0 : left - 8));
+    storeLittle(page, kPageFreeSpace, freeBytes(file, share.size()));
     storeLittle(page, kDefinitionNextPage, i + 1 < pages.size() ? pages[i + 1] : 0);
     file.write(pages[i], page);
   }

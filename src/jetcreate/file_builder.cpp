@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/layout.h"
 #include "jetcreate/header_page.h"
 #include "jetcreate/usage_map_writer.h"
@@ -14,16 +14,15 @@ using namespace jet;
 
 namespace {
 
-// Page 1: two maps of 69 bytes. The first is the file's; of the second nothing is known but that
-// it is empty. The page names itself as its owner.
-std::vector<std::byte> mapsPage(const std::vector<std::byte>& freePages) {
+// Page 1: two maps. The first is the file's; of the second nothing is known but that it is empty.
+// The page names itself as its owner.
+std::vector<std::byte> mapsPage(const Format& format, const std::vector<std::byte>& freePages) {
   const std::vector<std::byte> empty(freePages.size());
-  const Format& format = newFormat();
-  std::vector<std::byte> page(newFormat().pageSize);
+  std::vector<std::byte> page(format.pageSize);
   storeLittle(page, 0, PageType::kData);
   storeLittle(page, 1, kPageMark);
   storeLittle(page, kPageOwner, kUsedPagesMapPage);
-  std::size_t end = newFormat().pageSize;
+  std::size_t end = format.pageSize;
   std::size_t offsets = format.dataRowOffsets;
   for (const auto* row : {&freePages, &empty}) {
     end -= row->size();
@@ -39,14 +38,19 @@ std::vector<std::byte> mapsPage(const std::vector<std::byte>& freePages) {
 }  // namespace
 
 FileBuilder::FileBuilder(const std::string& path, const Options& options)
-    : options_(options), file_(path, options.encodingKey) {
+    : options_(options),
+      file_(path, {.format = options.format,
+                   .codePage = options.codePage,
+                   .encodingKey = options.encodingKey}) {
   for (std::uint32_t page = 0; page < kCataloguePage; ++page) (void)file_.allocate();
   system_ = std::make_unique<SystemTables>(file_, options.created);
 }
 
 TableBuilder& FileBuilder::addTable(const std::string& name, const std::vector<NewColumn>& columns,
                                     const std::vector<NewIndex>& indexes) {
-  auto table = std::make_unique<TableBuilder>(file_, false, name, columns, indexes);
+  std::vector<NewColumn> made = columns;
+  for (NewColumn& column : made) column.compressed = column.compressed && options_.compressTexts;
+  auto table = std::make_unique<TableBuilder>(file_, false, name, made, indexes);
   system_->addObject({.name = name, .id = static_cast<std::int32_t>(table->page())});
   tables_.push_back(std::move(table));
   return *tables_.back();
@@ -74,8 +78,8 @@ void FileBuilder::finish() {
   system_->finish(options_.indexTails);
   tables_.clear();
   system_.reset();
-  file_.write(kUsedPagesMapPage, mapsPage(encodeFreePages(file_)));
-  file_.write(0, headerPage(file_.encodingKey(), options_.password));
+  file_.write(kUsedPagesMapPage, mapsPage(file_.format(), encodeFreePages(file_)));
+  file_.write(0, headerPage(file_, options_.password));
 }
 
 }  // namespace jetcreate

@@ -1,4 +1,4 @@
-// Makes a new Jet 4 file (the format of Access 2000), as the engine and other programs expect one.
+// Makes a new Jet file of any of the formats, as the engine and other programs expect one.
 //
 //   FileBuilder builder("/shop/data.mdb");
 //   TableBuilder& menus = builder.addTable("Set_Menu1",
@@ -40,10 +40,13 @@ struct LinkedTable {
 class FileBuilder {
  public:
   struct Options {
-    values::DateTime created = {37622};  // of the objects; 2003-01-01
-    std::string password = {};           // at most 20 characters
-    std::uint32_t encodingKey = 0;       // other than 0: pages are encoded
-    bool indexTails = false;             // index trees as those that grew by appending
+    jet::FileFormat format = jet::FileFormat::kJet4;
+    int codePage = jet::kWesternCodePage;  // of Jet 3 texts
+    values::DateTime created = {37622};    // of the objects; 2003-01-01
+    std::string password = {};             // at most 20 characters
+    std::uint32_t encodingKey = 0;         // other than 0: pages are encoded
+    bool compressTexts = true;             // where the column says so; otherwise nowhere
+    bool indexTails = false;               // index trees as those that grew by appending
   };
 
   explicit FileBuilder(const std::string& path) : FileBuilder(path, Options()) {}

@@ -6,11 +6,9 @@
 
 #include "jet/format/bytes.h"
 #include "jet/format/commit_bytes.h"
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/layout.h"
 #include "jet/format/rc4.h"
-#include "jet/format/text_codec.h"
-#include "jetcreate/new_file.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -24,44 +22,46 @@ void putAscii(MutableBytes page, std::size_t offset, std::string_view text) {
   std::copy(bytes.begin(), bytes.end(), page.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
-// Over the whole width of the field lies the day of creation, as a 32-bit number again and again.
-void putPassword(MutableBytes page, const std::string& password) {
-  const std::size_t size = newFormat().headerPasswordSize;
-  const std::vector<std::byte> text = encodeText(password, /*compress=*/false);
+// Over the whole width of the field lies the day of creation, as a 32-bit number again and again;
+// Jet 3 has no such day.
+void putPassword(NewFile& file, const std::string& password, MutableBytes page) {
+  const std::size_t size = file.format().headerPasswordSize;
+  const std::vector<std::byte> text = file.encoder().encode(password, /*compress=*/false);
   if (text.size() > size) {
     throw RuntimeError(error::kInvalidArgument, "The database password is too long.");
   }
   const MutableBytes field = page.subspan(kHeaderPassword, size);
   std::copy(text.begin(), text.end(), field.begin());
-  const auto day = static_cast<std::uint32_t>(std::bit_cast<double>(kCreatedBits));
+  const auto day = static_cast<std::uint32_t>(std::bit_cast<double>(file.creation().created));
   for (std::size_t i = 0; i < size; ++i) field[i] ^= static_cast<std::byte>(day >> i % 4 * 8);
 }
 
 }  // namespace
 
-std::vector<std::byte> headerPage(std::uint32_t encodingKey, const std::string& password) {
-  std::vector<std::byte> page(newFormat().pageSize);
+std::vector<std::byte> headerPage(NewFile& file, const std::string& password) {
+  const Format& format = file.format();
+  const CreationFormat& creation = file.creation();
+  std::vector<std::byte> page(format.pageSize);
   storeLittle(page, 1, kPageMark);
-  putAscii(page, kHeaderMagic, "Standard Jet DB");
-  storeLittle(page, kHeaderVersion, std::uint32_t{1});
+  putAscii(page, kHeaderMagic, creation.name);
+  storeLittle(page, kHeaderVersion, creation.versionNumber);
   storeLittle(page, kHeaderMapPointers, rowPointer(kUsedPagesMapPage, 0));
   storeLittle(page, kHeaderMapPointers + 4, rowPointer(kUsedPagesMapPage, 1));
   for (std::uint32_t i = 0; i < 4; ++i) {
     storeLittle(page, kHeaderSystemPages + std::size_t{4} * i, kCataloguePage + i);
   }
-  storeLittle(page, kHeaderCodePage, kCodePage);
-  storeLittle(page, kHeaderKey, encodingKey);
-  putPassword(page, password);
-  storeLittle(page, kHeaderBuild, kEngineBuild);
-  storeLittle(page, kHeaderJet4SortOrder, kSortOrder);
-  storeLittle(page, kHeaderCreated, kCreatedBits);
-  storeLittle(page, kHeaderFormatMark, kFormatMark);
-  putAscii(page, kHeaderFormatMark + 4, "4.0");
+  storeLittle(page, kHeaderCodePage, file.codePage());
+  storeLittle(page, kHeaderKey, file.kind().encodingKey);
+  putPassword(file, password, page);
+  storeLittle(page, format.headerBuild, creation.build);
+  storeLittle(page, format.headerSortOrder, kGeneralSortOrder);
+  storeLittle(page, kHeaderCreated, creation.created);
+  storeLittle(page, kHeaderMark, creation.mark);
+  putAscii(page, kHeaderMark + sizeof(creation.mark), creation.markText);
   for (int slot = 0; slot < kCommitPairs; ++slot) {
-    storeLittle(page, commitPairOffset(Version::kJet4, slot), kUnusedCommitPair);
+    storeLittle(page, commitPairOffset(format.version, slot), kUnusedCommitPair);
   }
-  applyRc4(kHeaderMaskKey, 0,
-           MutableBytes(page).subspan(kHeaderMaskStart, newFormat().headerMaskSize));
+  applyRc4(kHeaderMaskKey, 0, MutableBytes(page).subspan(kHeaderMaskStart, format.headerMaskSize));
   return page;
 }
 

@@ -8,7 +8,7 @@ namespace jetcreate {
 using namespace jet;
 
 void IndexLevel::add(Bytes entry) {
-  const Format& format = newFormat();
+  const Format& format = file_.format();
   if (page_.append(format, entry)) return;
   closePage(false);
   [[maybe_unused]] const bool fits = page_.append(format, entry);
@@ -20,7 +20,7 @@ void IndexLevel::addChild(const IndexChild& child) { add(nodeEntry(child.lastKey
 // The pages of a level are allocated one after the other, so that the number of the next one is
 // known before it is made.
 void IndexLevel::closePage(bool last) {
-  const Format& format = newFormat();
+  const Format& format = file_.format();
   const std::uint32_t number = file_.allocate();
   page_.header.previous = pages_.empty() ? 0 : pages_.back();
   page_.header.next = last ? 0 : number + 1;
@@ -38,7 +38,7 @@ void IndexLevel::closePage(bool last) {
   }
   pages_.push_back(number);
   children_.push_back(std::move(child));
-  page_ = IndexPage(type_, {.owner = owner_});
+  page_ = emptyPage();
 }
 
 std::vector<IndexChild> IndexLevel::finish() {

@@ -1,6 +1,6 @@
 // The pages of one level of an index tree, filled from left to right and chained.
 //
-//   IndexLevel leaves(file, owner, PageType::kIndexLeaf);
+//   IndexLevel leaves(file, owner, 0);
 //   leaves.add(entry);                                  // in order
 //   std::vector<IndexChild> children = leaves.finish(); // for the level above
 //
@@ -25,8 +25,9 @@ struct IndexChild {
 
 class IndexLevel {
  public:
-  IndexLevel(NewFile& file, std::uint32_t owner, jet::PageType type)
-      : file_(file), owner_(owner), type_(type), page_(type, {.owner = owner}) {}
+  // `level`: distance from the leaves.
+  IndexLevel(NewFile& file, std::uint32_t owner, std::uint8_t level)
+      : file_(file), owner_(owner), level_(level), page_(emptyPage()) {}
 
   void add(jet::Bytes entry);
 
@@ -41,10 +42,14 @@ class IndexLevel {
 
  private:
   void closePage(bool last);
+  [[nodiscard]] jet::IndexPage emptyPage() const {
+    return {level_ == 0 ? jet::PageType::kIndexLeaf : jet::PageType::kIndexNode,
+            {.owner = owner_, .level = file_.creation().indexLevels ? level_ : std::uint8_t{0}}};
+  }
 
   NewFile& file_;
   std::uint32_t owner_;
-  jet::PageType type_;
+  std::uint8_t level_;
   jet::IndexPage page_;  // being filled
   IndexChild tail_;
   std::vector<std::uint32_t> pages_;

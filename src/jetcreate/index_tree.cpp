@@ -17,17 +17,19 @@ using namespace jet;
 namespace {
 
 // A page has room for two at least.
-std::size_t maxEntry() { return (newFormat().pageSize - newFormat().indexEntries) / 2; }
+std::size_t maxEntry(const Format& format) { return (format.pageSize - format.indexEntries) / 2; }
 
 bool less(Bytes a, Bytes b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end());
 }
 
-void appendTextPart(const TableDefinition& table, const Column& column, bool ascending,
-                    const values::Variant& value, std::vector<std::byte>& key) {
-  if (value.isNull()) return (void)appendTextKey(ascending, std::nullopt, key);
+void appendTextPart(const TextWeights& weights, const TableDefinition& table,
+                    const IndexColumn& part, const values::Variant& value,
+                    std::vector<std::byte>& key) {
+  if (value.isNull()) return (void)appendTextKey(weights, part.ascending, std::nullopt, key);
   const std::string text = toText(value);
-  if (!appendTextKey(ascending, text::toUtf16(text), key)) {
+  const Column& column = table.columns[part.column];
+  if (!appendTextKey(weights, part.ascending, text::toUtf16(text), key)) {
     throw RuntimeError(error::kInvalidArgument, "The text '" + text + "' of field '" + column.name +
                                                     "' of table '" + table.name +
                                                     "' has no place in an index here.");
@@ -45,16 +47,17 @@ StoredField storedField(const Column& column, const values::Variant& value) {
   return binary == nullptr ? std::vector<std::byte>() : binary->bytes;
 }
 
-void appendPart(const TableDefinition& table, const Column& column, bool ascending,
+void appendPart(const TextWeights& weights, const TableDefinition& table, const IndexColumn& part,
                 const values::Variant& value, std::vector<std::byte>& key) {
-  if (column.type == ColumnType::kText) return appendTextPart(table, column, ascending, value, key);
+  const Column& column = table.columns[part.column];
+  if (column.type == ColumnType::kText) return appendTextPart(weights, table, part, value, key);
   const auto field = storedField(column, value);
-  appendKey(column, ascending, field ? std::optional<Bytes>(*field) : std::nullopt, key);
+  appendKey(column, part.ascending, field ? std::optional<Bytes>(*field) : std::nullopt, key);
 }
 
 }  // namespace
 
-void IndexTree::add(const TableDefinition& table, const RealIndex& index,
+void IndexTree::add(const Format& format, const TableDefinition& table, const RealIndex& index,
                     std::span<const values::Variant> values, RowId row) {
   std::vector<std::byte> key;
   bool allNull = true;
@@ -65,11 +68,11 @@ void IndexTree::add(const TableDefinition& table, const RealIndex& index,
       throw RuntimeError(error::kNullInKey, "Null in a primary key of table '" + table.name + "'.");
     }
     allNull = allNull && value.isNull();
-    appendPart(table, table.columns[part.column], part.ascending, value, key);
+    appendPart(format.textWeights, table, part, value, key);
   }
   if (allNull && index.ignoreNulls) return;
   const std::vector<std::byte> entry = leafEntry(std::move(key), row);
-  if (entry.size() > maxEntry()) {
+  if (entry.size() > maxEntry(format)) {
     throw RuntimeError(error::kInvalidArgument, "An index key is too long.");
   }
   entries_.push_back(
@@ -98,12 +101,13 @@ BuiltIndex IndexTree::build(NewFile& file, std::uint32_t owner, bool unique, boo
   BuiltIndex built;
   built.distinctKeys = countDistinct(file, unique);
 
-  IndexLevel level(file, owner, PageType::kIndexLeaf);
+  std::uint8_t height = 0;
+  IndexLevel level(file, owner, height);
   for (const Entry& entry : entries_) level.add(bytesOf(entry));
   std::vector<IndexChild> children = level.finish();
   built.pages = level.pages();
   while (children.size() > 1) {
-    IndexLevel above(file, owner, PageType::kIndexNode);
+    IndexLevel above(file, owner, ++height);
     // Only the nodes right above the leaves have a tail.
     const bool withTail = tails && built.pages.size() == children.size();
     const std::size_t named = children.size() - (withTail ? 1 : 0);

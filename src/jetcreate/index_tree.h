@@ -1,7 +1,7 @@
 // Builds the tree of one index from the entries of all its rows.
 //
 //   IndexTree tree;
-//   tree.add(definition, realIndex, values, rowId);   // for each row
+//   tree.add(file.format(), definition, realIndex, values, rowId);   // for each row
 //   BuiltIndex built = tree.build(file, definitionPage, /*unique=*/true, /*tails=*/false);
 //
 // Entries are kept in memory, a little more than their own bytes, and sorted at the end. Leaves are
@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "jet/format/bytes.h"
+#include "jet/format/layout.h"
 #include "jet/format/row_id.h"
 #include "jet/format/table_definition.h"
 #include "jetcreate/new_file.h"
@@ -32,8 +33,8 @@ struct BuiltIndex {
 class IndexTree {
  public:
   // `values` by position in the definition's columns; missing ones at the end are Null.
-  void add(const jet::TableDefinition& table, const jet::RealIndex& index,
-           std::span<const values::Variant> values, jet::RowId row);
+  void add(const jet::Format& format, const jet::TableDefinition& table,
+           const jet::RealIndex& index, std::span<const values::Variant> values, jet::RowId row);
 
   // `tails`: as in trees that grew by appending, whose rightmost node has its last child as tail
   // and not as an entry. Where there is one leaf only, it makes no difference.

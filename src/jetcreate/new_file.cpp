@@ -3,7 +3,6 @@
 #include <cassert>
 #include <vector>
 
-#include "jet/format/creation_constants.h"
 #include "jet/format/rc4.h"
 
 namespace jetcreate {
@@ -11,14 +10,14 @@ namespace jetcreate {
 using namespace jet;
 
 void NewFile::write(std::uint32_t page, Bytes bytes) {
-  assert(page < count_ && bytes.size() == newFormat().pageSize);
-  const std::uint64_t offset = std::uint64_t{page} * newFormat().pageSize;
-  if (key_ == 0 || page == 0) {
+  assert(page < count_ && bytes.size() == format().pageSize);
+  const std::uint64_t offset = std::uint64_t{page} * format().pageSize;
+  if (kind_.encodingKey == 0 || page == 0) {
     file_.writeAt(offset, bytes);
     return;
   }
   std::vector<std::byte> encoded(bytes.begin(), bytes.end());
-  applyRc4(key_ ^ page, 0, encoded);
+  applyRc4(kind_.encodingKey ^ page, 0, encoded);
   file_.writeAt(offset, encoded);
 }
 

@@ -4,12 +4,11 @@
 #include <string>
 
 #include "jet/format/byte_buffer.h"
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/field_codec.h"
 #include "jet/format/layout.h"
 #include "jet/format/text_codec.h"
 #include "jet/rows/row_layout.h"
-#include "text/utf16.h"
 #include "values/runtime_error.h"
 
 namespace jetcreate {
@@ -31,20 +30,22 @@ std::vector<std::byte> converted(const TableDefinition& table, const Column& col
 }
 
 // Text and memo encoded, binary and OLE as their bytes.
-std::vector<std::byte> variableBytes(const Column& column, const values::Variant& value) {
+std::vector<std::byte> variableBytes(TextEncoder& encoder, const Column& column,
+                                     const values::Variant& value) {
   if (column.type == ColumnType::kText || column.type == ColumnType::kMemo) {
-    return encodeText(toText(value), column.compressed);
+    return encoder.encode(toText(value), column.compressed);
   }
   if (const auto* binary = value.as<values::Binary>()) return binary->bytes;
   throw RuntimeError(error::kTypeMismatch, "Type mismatch");
 }
 
-// Of a text the length counts that is not compressed.
-void checkLength(const TableDefinition& table, const Column& column, const values::Variant& value,
-                 std::size_t stored) {
+// Of a text the length counts that it has when it is not compressed.
+void checkLength(TextEncoder& encoder, const TableDefinition& table, const Column& column,
+                 const values::Variant& value, std::size_t stored) {
   if (column.isLongValue()) return;
+  const bool compressed = column.type == ColumnType::kText && column.compressed;
   const std::size_t length =
-      column.type == ColumnType::kText ? text::utf16Length(toText(value)) * 2 : stored;
+      compressed ? encoder.encode(toText(value), /*compress=*/false).size() : stored;
   if (length > column.length) {
     throw RuntimeError(error::kFieldTooSmall, "The field '" + column.name + "' of table '" +
                                                   table.name + "' is too small for " +
@@ -64,7 +65,7 @@ RowWriter::RowWriter(NewFile& file, const TableDefinition& definition)
 }
 
 std::vector<std::byte> RowWriter::encode(std::span<const values::Variant> values) {
-  const Format& format = newFormat();
+  const Format& format = file_.format();
   const std::vector<std::byte> fixed = fixedFields(values);
   const std::vector<std::byte> mask = nullMask(values);
   std::vector<std::byte> variable;
@@ -81,7 +82,7 @@ std::vector<std::byte> RowWriter::encode(std::span<const values::Variant> values
   parts.variable = variable;
 
   std::vector<std::byte> row = assembleRow(format, parts);
-  if (row.size() > kMaxRowSize) {
+  if (row.size() > format.maxRowSize) {
     throw RuntimeError(error::kRowTooLong, "Record of table '" + definition_.name +
                                                "' is too large: " + std::to_string(row.size()) +
                                                " bytes.");
@@ -117,8 +118,8 @@ std::vector<std::byte> RowWriter::variableField(std::size_t position,
                                                 const values::Variant& value) {
   const Column& column = definition_.columns[position];
   std::vector<std::byte> bytes =
-      converted(definition_, column, [&] { return variableBytes(column, value); });
-  checkLength(definition_, column, value, bytes.size());
+      converted(definition_, column, [&] { return variableBytes(file_.encoder(), column, value); });
+  checkLength(file_.encoder(), definition_, column, value, bytes.size());
   return column.isLongValue() ? placeLongValue(position, bytes) : bytes;
 }
 
@@ -137,12 +138,13 @@ std::vector<std::byte> RowWriter::placeLongValue(std::size_t position, Bytes byt
   };
   if (bytes.size() <= kMaxInlineLong) return finish(kLongValueInline, {});
   DataPages& pages = longValues_.at(position);
-  if (bytes.size() <= kMaxPageLong) return finish(kLongValueSinglePage, pages.add(bytes));
+  const std::size_t maxPageLong = file_.format().maxPageLong;
+  if (bytes.size() <= maxPageLong) return finish(kLongValueSinglePage, pages.add(bytes));
 
   pages.closePage();  // every piece but the last fills a page of its own
   RowId first;
   for (Bytes rest = bytes; !rest.empty();) {
-    const Bytes piece = rest.first(std::min(rest.size(), kMaxPageLong - kRowPointerSize));
+    const Bytes piece = rest.first(std::min(rest.size(), maxPageLong - kRowPointerSize));
     rest = rest.subspan(piece.size());
     const RowId here = pages.placeFor(piece.size() + kRowPointerSize);
     if (first.page == 0) first = here;
@@ -152,6 +154,17 @@ std::vector<std::byte> RowWriter::placeLongValue(std::size_t position, Bytes byt
     (void)pages.add(row.bytes());
   }
   return finish(0, first);
+}
+
+void RowWriter::leaveDeleted(std::span<const values::Variant> values) {
+  for (auto& [position, pages] : longValues_) {
+    if (position >= values.size() || values[position].isNull()) continue;
+    const std::size_t size =
+        variableBytes(file_.encoder(), definition_.columns[position], values[position]).size();
+    if (size > kMaxInlineLong && size <= file_.format().maxPageLong) {
+      (void)pages.add({}, kRowForwarded | kRowDeleted);
+    }
+  }
 }
 
 void RowWriter::finish() {

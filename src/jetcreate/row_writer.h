@@ -29,6 +29,10 @@ class RowWriter {
 
   [[nodiscard]] std::vector<std::byte> encode(std::span<const values::Variant> values);
 
+  // What the long values of a deleted row leave: of one that shared a page, its place in the table
+  // of offsets, without bytes; pages that one filled went back to the file.
+  void leaveDeleted(std::span<const values::Variant> values);
+
   // Writes the long-value pages that are still open.
   void finish();
 

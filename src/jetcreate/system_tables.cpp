@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
-#include "jet/format/creation_constants.h"
 #include "jet/format/layout.h"
-#include "jetcreate/header_page.h"
 #include "text/ascii.h"
 #include "values/runtime_error.h"
 
@@ -59,8 +58,8 @@ const std::vector<NewColumn>& rightColumns() {
   return kColumns;
 }
 
-const std::vector<NewColumn>& queryColumns() {
-  static const std::vector<NewColumn> kColumns = {
+std::vector<NewColumn> queryColumns(const CreationFormat& creation) {
+  std::vector<NewColumn> columns = {
       {.name = "ObjectId", .type = ColumnType::kLong},
       {.name = "Attribute", .type = ColumnType::kByte},
       {.name = "Order", .type = ColumnType::kBinary},
@@ -70,7 +69,8 @@ const std::vector<NewColumn>& queryColumns() {
       {.name = "Flag", .type = ColumnType::kInteger},
       {.name = "LvExtra", .type = ColumnType::kLong},
   };
-  return kColumns;
+  columns.resize(creation.queryColumns);
+  return columns;
 }
 
 const std::vector<NewColumn>& relationColumns() {
@@ -92,24 +92,24 @@ struct OwnObject {
   std::int32_t id;
   std::int32_t parent;
   std::int16_t type;
-  const SecurityId& owner;
+  SecurityId SecurityIds::*owner;
 };
 
 // In the order in which the engine makes them.
 constexpr std::array kOwnObjects = {
-    OwnObject{"Tables", kTablesId, kRootId, kContainerObject, kEngineId},
-    OwnObject{"Databases", kDatabasesId, kRootId, kContainerObject, kEngineId},
-    OwnObject{"Relationships", kRelationsId, kRootId, kContainerObject, kEngineId},
-    OwnObject{"MSysDb", kDatabaseId, kDatabasesId, kDatabaseObject, kAdminId},
-    OwnObject{"MSysObjects", 2, kTablesId, kTableObject, kEngineId},
-    OwnObject{"MSysACEs", 3, kTablesId, kTableObject, kEngineId},
-    OwnObject{"MSysQueries", 4, kTablesId, kTableObject, kEngineId},
-    OwnObject{"MSysRelationships", 5, kTablesId, kTableObject, kEngineId},
+    OwnObject{"Tables", kTablesId, kRootId, kContainerObject, &SecurityIds::engine},
+    OwnObject{"Databases", kDatabasesId, kRootId, kContainerObject, &SecurityIds::engine},
+    OwnObject{"Relationships", kRelationsId, kRootId, kContainerObject, &SecurityIds::engine},
+    OwnObject{"MSysDb", kDatabaseId, kDatabasesId, kDatabaseObject, &SecurityIds::admin},
+    OwnObject{"MSysObjects", 2, kTablesId, kTableObject, &SecurityIds::engine},
+    OwnObject{"MSysACEs", 3, kTablesId, kTableObject, &SecurityIds::engine},
+    OwnObject{"MSysQueries", 4, kTablesId, kTableObject, &SecurityIds::engine},
+    OwnObject{"MSysRelationships", 5, kTablesId, kTableObject, &SecurityIds::engine},
 };
 
 struct Right {
   std::int32_t object;
-  const SecurityId& who;
+  SecurityId SecurityIds::*who;
   std::int32_t rights;
   bool inheritable;
 };
@@ -117,22 +117,22 @@ struct Right {
 // As the engine gives them in a file without security.
 constexpr std::int32_t kAllRights = 0x000fffff;
 constexpr std::array kOwnRights = {
-    Right{2, kAdminId, 0x60000, false},
-    Right{2, kUsersId, 0x00014, false},
-    Right{3, kAdminId, 0x60000, false},
-    Right{4, kAdminId, 0x60000, false},
-    Right{4, kUsersId, 0x00014, false},
-    Right{5, kAdminId, 0xe0000, false},
-    Right{5, kUsersId, 0x00014, false},
-    Right{kTablesId, kCreatorId, 0xf00fe, true},
-    Right{kTablesId, kAdminId, 0xffeff, true},
-    Right{kTablesId, kUsersId, 0xffeff, true},
-    Right{kDatabasesId, kAdminId, 0x60000, false},
-    Right{kRelationsId, kCreatorId, 0xf00fe, true},
-    Right{kRelationsId, kAdminId, 0x60001, true},
-    Right{kRelationsId, kUsersId, kAllRights, true},
-    Right{kDatabaseId, kAdminId, 0x60016, false},
-    Right{kDatabaseId, kUsersId, 0x0000e, false},
+    Right{2, &SecurityIds::admin, 0x60000, false},
+    Right{2, &SecurityIds::users, 0x00014, false},
+    Right{3, &SecurityIds::admin, 0x60000, false},
+    Right{4, &SecurityIds::admin, 0x60000, false},
+    Right{4, &SecurityIds::users, 0x00014, false},
+    Right{5, &SecurityIds::admin, 0xe0000, false},
+    Right{5, &SecurityIds::users, 0x00014, false},
+    Right{kTablesId, &SecurityIds::creator, 0xf00fe, true},
+    Right{kTablesId, &SecurityIds::admin, 0xffeff, true},
+    Right{kTablesId, &SecurityIds::users, 0xffeff, true},
+    Right{kDatabasesId, &SecurityIds::admin, 0x60000, false},
+    Right{kRelationsId, &SecurityIds::creator, 0xf00fe, true},
+    Right{kRelationsId, &SecurityIds::admin, 0x60001, true},
+    Right{kRelationsId, &SecurityIds::users, kAllRights, true},
+    Right{kDatabaseId, &SecurityIds::admin, 0x60016, false},
+    Right{kDatabaseId, &SecurityIds::users, 0x0000e, false},
 };
 
 values::Variant textOrNull(const std::string& text) {
@@ -143,13 +143,15 @@ values::Variant textOrNull(const std::string& text) {
 
 SystemTables::SystemTables(NewFile& file, values::DateTime created)
     : created_(created),
+      ids_(file.creation().ids),
+      queryColumns_(file.creation().queryColumns),
       nextId_(kFirstFreeId),
       objects_(file, true, "MSysObjects", objectColumns(),
                {{.name = "ParentIdName", .columns = {"ParentId", "Name"}, .unique = true},
                 {.name = "Id", .columns = {"Id"}, .primary = true}}),
       rights_(file, true, "MSysACEs", rightColumns(),
               {{.name = "ObjectId", .columns = {"ObjectId"}}}),
-      queries_(file, true, "MSysQueries", queryColumns(),
+      queries_(file, true, "MSysQueries", queryColumns(file.creation()),
                {{.name = "ObjectIdAttribute",
                  .columns = {"ObjectId", "Attribute", "Order"},
                  .primary = true}}),
@@ -166,10 +168,10 @@ void SystemTables::addOwnObjects() {
   for (const OwnObject& object : kOwnObjects) {
     names_.push_back(text::lowerAscii(object.name));
     objects_.add({object.id, object.parent, object.name, object.type, created_, created_,
-                  binary(object.owner), static_cast<std::int32_t>(kEngineFlag)});
+                  binary(ids_.*object.owner), static_cast<std::int32_t>(kEngineFlag)});
   }
   for (const Right& right : kOwnRights) {
-    rights_.add({right.object, binary(right.who), right.rights, right.inheritable});
+    rights_.add({right.object, binary(ids_.*right.who), right.rights, right.inheritable});
   }
 }
 
@@ -180,18 +182,25 @@ std::int32_t SystemTables::addObject(const NewObject& object) {
   }
   names_.push_back(name);
   const std::int32_t id = object.id != 0 ? object.id : nextId_++;
-  objects_.add({id, kTablesId, object.name, object.type, created_, created_, binary(kAdminId),
+  objects_.add({id, kTablesId, object.name, object.type, created_, created_, binary(ids_.admin),
                 static_cast<std::int32_t>(object.flags), textOrNull(object.database),
                 textOrNull(object.connect), textOrNull(object.foreignName)});
-  rights_.add({id, binary(kAdminId), kAllRights, false});
-  rights_.add({id, binary(kUsersId), kAllRights, false});
+  rights_.add({id, binary(ids_.admin), kAllRights, false});
+  rights_.add({id, binary(ids_.users), kAllRights, false});
   return id;
 }
 
 void SystemTables::addQueryRows(std::int32_t id, const std::vector<QueryRow>& rows) {
   for (const QueryRow& row : rows) {
-    queries_.add({id, static_cast<std::uint8_t>(row.attribute), values::Binary{row.order},
-                  row.name1, row.name2, row.expression, row.flag, values::Variant()});
+    std::vector<values::Variant> values = {id,
+                                           static_cast<std::uint8_t>(row.attribute),
+                                           values::Binary{row.order},
+                                           row.name1,
+                                           row.name2,
+                                           row.expression,
+                                           row.flag};
+    values.resize(queryColumns_);
+    queries_.add(std::move(values));
   }
 }
 

@@ -9,6 +9,7 @@
 // are the containers that only Access itself makes (forms, reports, modules).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -45,6 +46,8 @@ class SystemTables {
   void addOwnObjects();
 
   values::DateTime created_;
+  const jet::SecurityIds& ids_;
+  std::size_t queryColumns_;
   std::int32_t nextId_;
   std::vector<std::string> names_;  // with small letters
   TableBuilder objects_;

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "jet/format/byte_buffer.h"
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/layout.h"
 #include "jetcreate/usage_map_writer.h"
 #include "values/runtime_error.h"
@@ -35,7 +35,7 @@ TableBuilder::TableBuilder(NewFile& file, bool system, const std::string& name,
                            const std::vector<NewColumn>& columns,
                            const std::vector<NewIndex>& indexes)
     : file_(file),
-      definition_(planTable(name, system, columns, indexes)),
+      definition_(planTable(file.creation(), name, system, columns, indexes)),
       extras_(deletedOf(columns)),
       pages_(allocateDefinition(file, definition_, extras_)),
       rows_(file, pages_[0]),
@@ -51,11 +51,12 @@ RowId TableBuilder::add(std::vector<values::Variant> values, RowForm form) {
                        "Table '" + definition_.name + "' has fewer fields than the row.");
   }
   takeNumber(values);
-  const std::vector<std::byte> row = rowWriter_.encode(values);
   if (form == RowForm::kDeleted) {
     // What the engine leaves of a deleted row: its place in the table of offsets, without bytes.
+    rowWriter_.leaveDeleted(values);
     return rows_.add({}, kRowForwarded | kRowDeleted);
   }
+  const std::vector<std::byte> row = rowWriter_.encode(values);
   ++definition_.rowCount;
   RowId id;
   if (form == RowForm::kForwarded) {
@@ -80,7 +81,7 @@ void TableBuilder::takeNumber(std::vector<values::Variant>& values) {
 
 void TableBuilder::addKeys(const std::vector<values::Variant>& values, RowId row) {
   for (std::size_t i = 0; i < trees_.size(); ++i) {
-    trees_[i].add(definition_, definition_.realIndexes[i], values, row);
+    trees_[i].add(file_.format(), definition_, definition_.realIndexes[i], values, row);
   }
 }
 

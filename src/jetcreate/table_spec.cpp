@@ -1,6 +1,6 @@
 #include "jetcreate/table_spec.h"
 
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/layout.h"
 #include "values/runtime_error.h"
 
@@ -14,13 +14,13 @@ constexpr std::uint16_t kLongestShort = 255;  // characters of text, bytes of bi
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::uint8_t kMaxDigits = 28;
 
-std::uint16_t storedLength(const NewColumn& column) {
+std::uint16_t storedLength(const Format& format, const NewColumn& column) {
   const std::uint16_t size = column.size == 0 ? kLongestShort : column.size;
   switch (column.type) {
     case ColumnType::kYesNo:
       return 1;
     case ColumnType::kText:
-      return static_cast<std::uint16_t>(size * 2);
+      return static_cast<std::uint16_t>(size * format.characterSize);
     case ColumnType::kBinary:
       return size;
     default:
@@ -37,7 +37,8 @@ bool isFixed(ColumnType type) {
   throw RuntimeError(error::kInvalidArgument, "Table '" + table + "' cannot be made: " + reason);
 }
 
-void checkColumn(const std::string& table, const NewColumn& column) {
+void checkColumn(const CreationFormat& creation, const std::string& table,
+                 const NewColumn& column) {
   if (column.autonumber && column.type != ColumnType::kLong) {
     refuse(table, "the autonumber '" + column.name + "' is no whole number.");
   }
@@ -45,19 +46,19 @@ void checkColumn(const std::string& table, const NewColumn& column) {
   if (column.precision > kMaxDigits || column.scale > column.precision) {
     refuse(table, "the digits of the field '" + column.name + "' are too many.");
   }
-  if (column.type > ColumnType::kNumeric) {
+  if (column.type > creation.lastType) {
     refuse(table, "the field '" + column.name + "' has a type of later versions.");
   }
 }
 
-void addColumn(const NewColumn& from, TableDefinition& definition) {
+void addColumn(const Format& format, const NewColumn& from, TableDefinition& definition) {
   Column column;
   column.name = from.name;
   column.type = from.type;
   column.number = column.ordinal = static_cast<std::uint16_t>(definition.columns.size());
   column.fixed = isFixed(from.type);
   column.varIndex = definition.varColumns;
-  column.length = storedLength(from);
+  column.length = storedLength(format, from);
   column.precision = from.precision;
   column.scale = from.scale;
   column.autonumber = from.autonumber;
@@ -105,7 +106,7 @@ void addIndex(const NewIndex& from, TableDefinition& definition) {
 
 }  // namespace
 
-TableDefinition planTable(const std::string& name, bool system,
+TableDefinition planTable(const CreationFormat& creation, const std::string& name, bool system,
                           const std::vector<NewColumn>& columns,
                           const std::vector<NewIndex>& indexes) {
   if (columns.empty() || columns.size() > kMaxColumns) refuse(name, "no fields or too many.");
@@ -113,8 +114,8 @@ TableDefinition planTable(const std::string& name, bool system,
   definition.name = name;
   definition.system = system;
   for (const NewColumn& column : columns) {
-    checkColumn(name, column);
-    addColumn(column, definition);
+    checkColumn(creation, name, column);
+    addColumn(formatOf(creation.version), column, definition);
   }
   definition.maxColumns = static_cast<std::uint16_t>(columns.size());
   for (const NewIndex& index : indexes) addIndex(index, definition);

@@ -1,15 +1,16 @@
 // A new table as it is asked for, and the definition that follows from it.
 //
-//   TableDefinition definition = planTable("Selling", false, columns, indexes);
+//   TableDefinition definition = planTable(creation, "Selling", false, columns, indexes);
 //
 // Errors: 3001 for a definition that cannot be: no or too many columns, an index on a column that
-// is not there, an autonumber that is no Long.
+// is not there, an autonumber that is no Long, a type that the format does not have.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "jet/format/creation_format.h"
 #include "jet/format/table_definition.h"
 
 namespace jetcreate {
@@ -18,7 +19,7 @@ struct NewColumn {
   std::string name = {};
   jet::ColumnType type = jet::ColumnType::kLong;
   std::uint16_t size = 0;       // characters of text (0: 255), bytes of binary (0: 255)
-  bool compressed = false;      // texts are stored compressed where that is shorter
+  bool compressed = false;      // Jet 4: texts are stored compressed where that is shorter
   bool autonumber = false;      // of Long: Null becomes the next number
   std::uint8_t precision = 18;  // digits of Numeric, at most 28
   std::uint8_t scale = 0;       // of them after the point
@@ -34,7 +35,8 @@ struct NewIndex {
   bool ignoreNulls = false;  // rows whose key is Null stay out of it
 };
 
-[[nodiscard]] jet::TableDefinition planTable(const std::string& name, bool system,
+[[nodiscard]] jet::TableDefinition planTable(const jet::CreationFormat& creation,
+                                             const std::string& name, bool system,
                                              const std::vector<NewColumn>& columns,
                                              const std::vector<NewIndex>& indexes);
 

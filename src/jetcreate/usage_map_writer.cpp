@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "jet/format/byte_buffer.h"
-#include "jet/format/creation_constants.h"
+#include "jet/format/creation_format.h"
 #include "jet/format/usage_map_layout.h"
 #include "values/runtime_error.h"
 
@@ -13,13 +13,18 @@ using namespace jet;
 
 namespace {
 
-constexpr std::size_t kReferences = 17;  // in a row of that size, the last bytes unused
+std::size_t rowSize(const Format& format) { return kUsageMapBits + format.usageMapBytes; }
+std::uint32_t inlinePages(const Format& format) {
+  return static_cast<std::uint32_t>(8 * format.usageMapBytes);
+}
 
-std::size_t rowSize() { return kUsageMapBits + newFormat().usageMapBytes; }
-std::uint32_t inlinePages() { return static_cast<std::uint32_t>(8 * newFormat().usageMapBytes); }
+// In a row of that size; bytes at its end that are too few for one more stay unused.
+std::size_t maxReferences(const Format& format) {
+  return (rowSize(format) - kUsageMapReferences) / kUsageMapReferenceSize;
+}
 
-std::vector<std::byte> newBitPage() {
-  std::vector<std::byte> page(newFormat().pageSize);
+std::vector<std::byte> newBitPage(const Format& format) {
+  std::vector<std::byte> page(format.pageSize);
   storeLittle(page, 0, PageType::kUsageMap);
   storeLittle(page, 1, kPageMark);
   return page;
@@ -27,19 +32,19 @@ std::vector<std::byte> newBitPage() {
 
 std::vector<std::byte> rowOfReferences(const NewFile& file,
                                        const std::vector<std::uint32_t>& references) {
-  if (references.size() > kReferences) {
+  if (references.size() > maxReferences(file.format())) {
     throw RuntimeError(error::kFileTooLarge,
                        "File '" + file.path() + "' got too large for its usage maps.");
   }
   ByteBuffer row;
   row.put(UsageMapKind::kReference);
   for (std::uint32_t page : references) row.put(page);
-  row.putZeros(rowSize() - row.size());
+  row.putZeros(rowSize(file.format()) - row.size());
   return {row.bytes().begin(), row.bytes().end()};
 }
 
-std::vector<std::byte> inlineRow(std::uint32_t start) {
-  std::vector<std::byte> row(rowSize());
+std::vector<std::byte> inlineRow(const Format& format, std::uint32_t start) {
+  std::vector<std::byte> row(rowSize(format));
   storeLittle(row, 0, UsageMapKind::kInline);
   storeLittle(row, kUsageMapStart, start);
   return row;
@@ -48,21 +53,23 @@ std::vector<std::byte> inlineRow(std::uint32_t start) {
 }  // namespace
 
 std::vector<std::byte> encodeUsageMap(NewFile& file, const std::vector<std::uint32_t>& pages) {
-  const std::uint32_t start = pages.empty() || pages.back() < inlinePages() ? 0 : pages[0] / 8 * 8;
-  if (pages.empty() || pages.back() - start < inlinePages()) {
-    std::vector<std::byte> row = inlineRow(start);
+  const Format& format = file.format();
+  const std::uint32_t inlined = inlinePages(format);
+  const std::uint32_t start = pages.empty() || pages.back() < inlined ? 0 : pages[0] / 8 * 8;
+  if (pages.empty() || pages.back() - start < inlined) {
+    std::vector<std::byte> row = inlineRow(format, start);
     for (std::uint32_t page : pages) {
       storeMapBit(MutableBytes(row).subspan(kUsageMapBits), page - start, true);
     }
     return row;
   }
-  const std::uint32_t perPage = pagesPerMapPage(newFormat());
+  const std::uint32_t perPage = pagesPerMapPage(format);
   std::vector<std::uint32_t> references(pages.back() / perPage + 1);
   for (std::uint32_t r = 0; r < references.size(); ++r) {
     const auto from = std::lower_bound(pages.begin(), pages.end(), r * perPage);
     const auto to = std::lower_bound(from, pages.end(), (r + 1) * perPage);
     if (from == to) continue;  // no page of bits at all: none of those pages is in the set
-    std::vector<std::byte> bits = newBitPage();
+    std::vector<std::byte> bits = newBitPage(format);
     for (auto page = from; page != to; ++page) {
       storeMapBit(MutableBytes(bits).subspan(kUsageMapPageBits), *page % perPage, true);
     }
@@ -73,18 +80,19 @@ std::vector<std::byte> encodeUsageMap(NewFile& file, const std::vector<std::uint
 }
 
 std::vector<std::byte> encodeFreePages(NewFile& file) {
-  if (file.pageCount() <= inlinePages()) {
-    std::vector<std::byte> row = inlineRow(0);
-    for (std::uint32_t page = file.pageCount(); page < inlinePages(); ++page) {
+  const Format& format = file.format();
+  if (file.pageCount() <= inlinePages(format)) {
+    std::vector<std::byte> row = inlineRow(format, 0);
+    for (std::uint32_t page = file.pageCount(); page < inlinePages(format); ++page) {
       storeMapBit(MutableBytes(row).subspan(kUsageMapBits), page, true);
     }
     return row;
   }
-  const std::uint32_t perPage = pagesPerMapPage(newFormat());
+  const std::uint32_t perPage = pagesPerMapPage(format);
   std::vector<std::uint32_t> references;
   while (references.size() * perPage < file.pageCount()) references.push_back(file.allocate());
   for (std::uint32_t r = 0; r < references.size(); ++r) {
-    std::vector<std::byte> bits = newBitPage();
+    std::vector<std::byte> bits = newBitPage(format);
     const std::uint32_t first = r * perPage;
     const std::uint32_t used = std::min(perPage, file.pageCount() - first);
     for (std::uint32_t page = used; page < perPage; ++page) {

@@ -3,9 +3,9 @@
 //
 //   std::vector<std::byte> row = encodeUsageMap(file, {17, 18, 30});
 //
-// A map is a row of 69 bytes on a data page: inline a start page and 512 bits, or, where the pages
-// lie wider apart, the numbers of up to 17 pages that hold nothing but bits. The pages of bits are
-// written at once. Error 3026 for a file too large to be mapped.
+// A map is a row of 69 bytes (Jet 3: 133) on a data page: inline a start page and 512 (1024) bits,
+// or, where the pages lie wider apart, the numbers of up to 17 (33) pages that hold nothing but
+// bits. The pages of bits are written at once. Error 3026 for a file too large to be mapped.
 #pragma once
 
 #include <cstddef>

@@ -110,9 +110,12 @@ TEST(KeyCodecTest, NullsTextsAndBytes) {
     appendKey(columnOf(type), ascending, field, key);
     return hex(key);
   };
-  const auto ofText = [](bool ascending, std::optional<std::u16string_view> text) {
+  const auto ofText = [](bool ascending, std::optional<std::u16string_view> text,
+                         Version version = Version::kJet4) {
     std::vector<std::byte> key;
-    return appendTextKey(ascending, text, key) ? hex(key) : "refused" + hex(key);
+    return appendTextKey(formatOf(version).textWeights, ascending, text, key)
+               ? hex(key)
+               : "refused" + hex(key);
   };
   const std::vector<std::byte> ten(10, std::byte{1});
   EXPECT_EQ(ofBytes(ColumnType::kLong, kUp, {}), "00");
@@ -128,6 +131,8 @@ TEST(KeyCodecTest, NullsTextsAndBytes) {
   EXPECT_EQ(ofText(kUp, u"Table1"), "7f6d4a4c5e51380100");
   EXPECT_EQ(ofText(kUp, u"t_like1 "), "7f6d2b035e595c51380100");
   EXPECT_EQ(ofText(kDown, u"a"), "80b5feff");
+  EXPECT_EQ(ofText(kUp, u"J2S 7z ", Version::kJet3), "7f6b5876115d7e00");
+  EXPECT_EQ(ofText(kDown, u"a", Version::kJet3), "809fff");
   EXPECT_EQ(ofText(kDown, std::nullopt), "ff");
   EXPECT_EQ(ofText(kUp, u"a가"), "refused");
   EXPECT_EQ(ofText(kUp, std::u16string(300, u'9')).size(), 2U * (1 + 255 + 2));

@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <string_view>
+#include <utility>
 
 #include "values/date_time.h"
 #include "values/runtime_error.h"
@@ -37,8 +39,29 @@ std::int32_t day(const std::string& option, const std::string& text) {
   return static_cast<std::int32_t>(date->serial);
 }
 
+// A value of an option that is one of a few words.
+template <typename T>
+T oneOf(const std::string& option, const std::string& word,
+        const std::vector<std::pair<std::string_view, T>>& words) {
+  std::string known;
+  for (const auto& [name, value] : words) {
+    if (name == word) return value;
+    known += (known.empty() ? "" : ", ") + std::string(name);
+  }
+  refuse(option + ": '" + word + "' is none of " + known);
+}
+
 void takeValue(const std::string& option, const std::string& value, Options& options) {
-  if (option == "--days") {
+  using jet::FileFormat;
+  if (option == "--format") {
+    options.format = oneOf<FileFormat>(option, value,
+                                       {{"jet3", FileFormat::kJet3},
+                                        {"jet4", FileFormat::kJet4},
+                                        {"accdb", FileFormat::kAce12},
+                                        {"accdb14", FileFormat::kAce14}});
+  } else if (option == "--texts") {
+    options.compressTexts = oneOf<bool>(option, value, {{"compressed", true}, {"utf16", false}});
+  } else if (option == "--days") {
     options.days = number(option, value, 1, kMaxDays);
   } else if (option == "--sales-per-day") {
     options.salesPerDay = number(option, value, 0, kMaxSales);
@@ -50,8 +73,8 @@ void takeValue(const std::string& option, const std::string& value, Options& opt
 }
 
 bool takesValue(const std::string& option) {
-  return option == "--days" || option == "--sales-per-day" || option == "--from" ||
-         option == "--seed";
+  return option == "--format" || option == "--texts" || option == "--days" ||
+         option == "--sales-per-day" || option == "--from" || option == "--seed";
 }
 
 }  // namespace
@@ -93,6 +116,12 @@ const char* usage() {
          "  --from DATE         first day, yyyy-MM-dd (2013-08-01)\n"
          "  --seed N            another number, another shop (1)\n"
          "  --no-indexes        no index on the sale id of items, nor on any day\n"
+         "  --format F          jet3 (Access 97), jet4 (2000), accdb (2007), accdb14 (2010); the "
+         "files\n"
+         "                      keep their names (jet4)\n"
+         "  --texts T           compressed where that is shorter, as Access makes its text fields, "
+         "or\n"
+         "                      utf16 throughout, as CREATE TABLE does; not in jet3 (compressed)\n"
          "  --plain             texts without apostrophes, backslashes and foreign characters\n"
          "  --help, --version\n";
 }

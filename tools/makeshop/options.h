@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "jet/format/creation_format.h"
+
 namespace makeshop {
 
 struct Options {
@@ -18,7 +20,9 @@ struct Options {
   std::int32_t firstDay = 0;  // serial of a day; 2013-08-01 by default
   std::uint64_t seed = 1;
   bool indexes = true;  // on the sale id of items and on the days
-  bool plain = false;   // texts without apostrophes, backslashes and foreign characters
+  jet::FileFormat format = jet::FileFormat::kJet4;
+  bool compressTexts = true;  // as columns made in the maker's table designer have them
+  bool plain = false;         // texts without apostrophes, backslashes and foreign characters
   bool help = false;
   bool version = false;
 };

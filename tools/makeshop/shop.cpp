@@ -48,8 +48,10 @@ int salesOf(Random& random, const Options& options) {
 }
 
 void writeDatabases(const Options& options) {
-  const jetcreate::FileBuilder::Options creation{
-      .created = {static_cast<double>(options.firstDay)}};
+  const jetcreate::FileBuilder::Options creation{.format = options.format,
+                                                 .codePage = kKoreanCodePage,
+                                                 .created = {static_cast<double>(options.firstDay)},
+                                                 .compressTexts = options.compressTexts};
   jetcreate::FileBuilder dataBuilder(platform::joinPath(options.folder, "data.mdb"), creation);
   jetcreate::FileBuilder configBuilder(platform::joinPath(options.folder, "config.mdb"), creation);
   jetcreate::FileBuilder outgoBuilder(platform::joinPath(options.folder, "outgo.mdb"), creation);

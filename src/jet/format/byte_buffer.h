@@ -26,6 +26,12 @@ class ByteBuffer {
   void put(Bytes bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
   void putZeros(std::size_t count) { bytes_.resize(bytes_.size() + count); }
 
+  // Zeros to be filled in by offset; valid until more is put.
+  [[nodiscard]] MutableBytes grow(std::size_t count) {
+    putZeros(count);
+    return MutableBytes(bytes_).last(count);
+  }
+
   // Overwrites bytes that were put before.
   template <typename T>
   void set(std::size_t offset, T value) {

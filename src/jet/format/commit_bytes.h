@@ -24,9 +24,8 @@ constexpr std::size_t kCommitPairsSize = kCommitPairs * kCommitPairSize;
 constexpr std::byte kNoWriteUnderWay{1};             // a pair's second byte
 constexpr std::uint16_t kUnusedCommitPair = 0x0100;  // low byte first
 
-[[nodiscard]] constexpr std::size_t commitPairOffset(Version version, int slot) {
-  return (version == Version::kJet3 ? 0x600U : 0xe00U) +
-         kCommitPairSize * static_cast<std::size_t>(slot);
+[[nodiscard]] inline std::size_t commitPairOffset(Version version, int slot) {
+  return formatOf(version).commitPairs + kCommitPairSize * static_cast<std::size_t>(slot);
 }
 
 // `header`: page 0. Whether the slot's pair tells of a write that has not ended.

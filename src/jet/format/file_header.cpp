@@ -66,14 +66,8 @@ std::vector<std::byte> readPassword(Bytes header, const Format& format, double c
 
 // The password as the file would hold it.
 std::vector<std::byte> storedForm(std::string_view password, const FileHeader& header) {
-  std::vector<std::byte> stored;
-  if (header.version == Version::kJet4) {
-    stored = encodeText(password, /*compress=*/false);
-  } else {
-    const std::string text = CodePage(header.codePage).fromUtf8(password);
-    const Bytes bytes = std::as_bytes(std::span(text));
-    stored.assign(bytes.begin(), bytes.end());
-  }
+  TextEncoder encoder(header.version, header.codePage);
+  std::vector<std::byte> stored = encoder.encode(password, /*compress=*/false);
   stored.resize(std::min(stored.size(), formatOf(header.version).headerPasswordSize));
   return stored;
 }
@@ -104,10 +98,8 @@ FileHeader readFileHeader(const RandomAccessFile& file) {
     unrecognized(file.path(), "its pages are encrypted in the way of Access 2007 and later");
   }
   if (header.version == Version::kJet3) {
-    header.sortOrder = loadU16(bytes, kHeaderJet3SortOrder);
     header.codePage = knownCodePage(loadU16(bytes, kHeaderCodePage), file.path());
   } else {
-    header.sortOrder = loadU32(bytes, kHeaderJet4SortOrder);
     header.created = loadLittle<double>(bytes, kHeaderCreated);
   }
   header.password = readPassword(bytes, format, header.created);

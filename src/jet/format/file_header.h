@@ -17,10 +17,9 @@ namespace jet {
 
 struct FileHeader {
   Version version = Version::kJet4;
-  std::uint8_t versionByte = 1;   // 2 and on: .accdb
-  std::uint32_t encodingKey = 0;  // 0: pages are stored plain
-  int codePage = 1252;            // of Jet 3 text
-  std::uint32_t sortOrder = 0;
+  std::uint8_t versionByte = 1;     // 2 and on: .accdb
+  std::uint32_t encodingKey = 0;    // 0: pages are stored plain
+  int codePage = 1252;              // of Jet 3 text
   double created = 0;               // days since 1899-12-30; Jet 4
   std::vector<std::byte> password;  // unmasked, without trailing zeros; empty: none
 };

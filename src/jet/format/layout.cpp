@@ -3,16 +3,43 @@
 namespace jet {
 namespace {
 
+// The underscore is not in any index seen of Jet 3: its weight follows from those of the other
+// signs, which ascend by one from ! (12h) in the order of ASCII, letters and digits left out.
+constexpr TextWeights kJet3Weights = {
+    .letters = {0x60, 0x61, 0x62, 0x64, 0x66, 0x67, 0x68, 0x69, 0x6a, 0x6b, 0x6c, 0x6d, 0x6f,
+                0x70, 0x72, 0x73, 0x74, 0x75, 0x76, 0x77, 0x78, 0x7a, 0x7b, 0x7c, 0x7d, 0x7e},
+    .firstDigit = 0x56,
+    .digitStep = 1,
+    .blank = 0x11,
+    .underscore = "\x2c",
+    .end = std::string_view("\0", 1),
+};
+
+constexpr TextWeights kJet4Weights = {
+    .letters = {0x4a, 0x4c, 0x4d, 0x4f, 0x51, 0x53, 0x55, 0x57, 0x59, 0x5b, 0x5c, 0x5e, 0x60,
+                0x62, 0x64, 0x66, 0x68, 0x69, 0x6b, 0x6d, 0x6f, 0x71, 0x73, 0x75, 0x76, 0x78},
+    .firstDigit = 0x36,
+    .digitStep = 2,
+    .blank = 0x07,
+    .underscore = "\x2b\x03",
+    .end = std::string_view("\1\0", 2),
+};
+
 constexpr Format kJet3 = {
     .version = Version::kJet3,
     .pageSize = 2048,
     .headerMaskSize = 126,
     .headerPasswordSize = 20,
+    .headerSortOrder = 0x3a,
+    .headerBuild = 0x56,
+    .commitPairs = 0x600,
     .dataRowCount = 8,
     .dataRowOffsets = 10,
     .countWidth = 1,
+    .markSize = 0,
     .definitionRowCount = 12,
     .definitionAutonumber = 16,
+    .definitionStep = 0,
     .definitionKind = 20,
     .definitionMaxColumns = 21,
     .definitionVarColumns = 23,
@@ -28,10 +55,12 @@ constexpr Format kJet3 = {
     .columnVarIndex = 3,
     .columnOrdinal = 5,
     .columnPrecision = 9,
+    .columnCodePage = 11,
     .columnFlags = 13,
     .columnExtraFlags = 0,
     .columnFixedOffset = 14,
     .columnLength = 16,
+    .characterSize = 1,
     .nameLengthSize = 1,
     .realIndexSize = 39,
     .realIndexColumns = 0,
@@ -53,6 +82,9 @@ constexpr Format kJet3 = {
     .indexMask = 22,
     .indexEntries = 0xf8,
     .usageMapBytes = 128,
+    .maxRowSize = 2012,
+    .maxPageLong = 2032,
+    .textWeights = kJet3Weights,
 };
 
 constexpr Format kJet4 = {
@@ -60,11 +92,16 @@ constexpr Format kJet4 = {
     .pageSize = 4096,
     .headerMaskSize = 128,
     .headerPasswordSize = 40,
+    .headerSortOrder = 0x6e,
+    .headerBuild = 0x6a,
+    .commitPairs = 0xe00,
     .dataRowCount = 12,
     .dataRowOffsets = 14,
     .countWidth = 2,
+    .markSize = 4,
     .definitionRowCount = 16,
     .definitionAutonumber = 20,
+    .definitionStep = 24,
     .definitionKind = 40,
     .definitionMaxColumns = 41,
     .definitionVarColumns = 43,
@@ -80,10 +117,12 @@ constexpr Format kJet4 = {
     .columnVarIndex = 7,
     .columnOrdinal = 9,
     .columnPrecision = 11,
+    .columnCodePage = 0,
     .columnFlags = 15,
     .columnExtraFlags = 16,
     .columnFixedOffset = 21,
     .columnLength = 23,
+    .characterSize = 2,
     .nameLengthSize = 2,
     .realIndexSize = 52,
     .realIndexColumns = 4,
@@ -105,6 +144,9 @@ constexpr Format kJet4 = {
     .indexMask = 27,
     .indexEntries = 0x1e0,
     .usageMapBytes = 64,
+    .maxRowSize = 4060,
+    .maxPageLong = 4076,
+    .textWeights = kJet4Weights,
 };
 
 }  // namespace

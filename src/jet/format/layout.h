@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "jet/format/text_weights.h"
+
 namespace jet {
 
 enum class Version : std::uint8_t {
@@ -35,6 +37,9 @@ struct Format {
   // Header page: the masked region starts at kHeaderMaskStart.
   std::size_t headerMaskSize;
   std::size_t headerPasswordSize;
+  std::size_t headerSortOrder;  // 16 bits
+  std::size_t headerBuild;      // 32 bits: build number of the engine that made the file
+  std::size_t commitPairs;      // jet/format/commit_bytes.h
 
   // Data page.
   std::size_t dataRowCount;    // 16 bits
@@ -44,9 +49,14 @@ struct Format {
   // jet/rows/row_layout.h.
   std::size_t countWidth;
 
+  // Bytes of the mark in front of a definition's row count, a column's number, the columns of a
+  // real index and the number of a logical one; 0 where there are no marks.
+  std::size_t markSize;
+
   // Table definition, from the start of its first page.
   std::size_t definitionRowCount;     // 32 bits
   std::size_t definitionAutonumber;   // 32 bits: last one given out
+  std::size_t definitionStep;         // 32 bits, of the autonumber; 0 where it is always 1
   std::size_t definitionKind;         // 8 bits: kUserTable, kSystemTable
   std::size_t definitionMaxColumns;   // 16 bits, deleted ones included
   std::size_t definitionVarColumns;   // 16 bits
@@ -64,10 +74,12 @@ struct Format {
   std::size_t columnVarIndex;     // 16 bits: place in the row's variable-column table
   std::size_t columnOrdinal;      // 16 bits: order of display
   std::size_t columnPrecision;    // 8 bits, then scale 8 bits; for text the sort order, 16 bits
+  std::size_t columnCodePage;     // 16 bits; 0 where there is none
   std::size_t columnFlags;        // 8 bits: kColumnFixed ...
   std::size_t columnExtraFlags;   // 8 bits: kColumnCompressed; 0 where there are none
   std::size_t columnFixedOffset;  // 16 bits, from the end of the row's column count
-  std::size_t columnLength;       // 16 bits
+  std::size_t columnLength;       // 16 bits: bytes
+  std::size_t characterSize;      // bytes that a text's length counts for a character
   std::size_t nameLengthSize;     // of columns and indexes; names are in the file's text form
 
   // Real index description, from its start: ten columns of 16 + 8 bits stand at realIndexColumns.
@@ -97,6 +109,12 @@ struct Format {
 
   // Bytes of an inline usage map after its start page, as the engine makes them.
   std::size_t usageMapBytes;
+
+  // Limits of the engine.
+  std::size_t maxRowSize;   // longer rows are refused
+  std::size_t maxPageLong;  // bytes of one row on a long-value page
+
+  TextWeights textWeights;
 };
 
 [[nodiscard]] const Format& formatOf(Version version);
@@ -106,12 +124,10 @@ constexpr std::size_t kHeaderMagic = 0x04;      // "Standard Jet DB" or "Standar
 constexpr std::size_t kHeaderVersion = 0x14;    // 8 bits: 0 Jet 3, 1 Jet 4, 2 and on .accdb
 constexpr std::size_t kHeaderMaskStart = 0x18;  // RC4 with kHeaderMaskKey from here
 constexpr std::uint32_t kHeaderMaskKey = 0x6b39dac7;
-constexpr std::size_t kHeaderJet3SortOrder = 0x3a;  // 16 bits
-constexpr std::size_t kHeaderCodePage = 0x3c;       // 16 bits
-constexpr std::size_t kHeaderKey = 0x3e;            // 32 bits: 0 when pages are not encoded
+constexpr std::size_t kHeaderCodePage = 0x3c;  // 16 bits
+constexpr std::size_t kHeaderKey = 0x3e;       // 32 bits: 0 when pages are not encoded
 constexpr std::size_t kHeaderPassword = 0x42;
-constexpr std::size_t kHeaderJet4SortOrder = 0x6e;  // 32 bits
-constexpr std::size_t kHeaderCreated = 0x72;        // double: days since 1899-12-30
+constexpr std::size_t kHeaderCreated = 0x72;  // double: days since 1899-12-30; 0 in Jet 3
 
 constexpr std::uint32_t kUsedPagesMapPage = 1;  // the whole file's usage map: row 0 of page 1
 constexpr std::uint32_t kCataloguePage = 2;     // definition of MSysObjects

@@ -80,6 +80,15 @@ std::vector<std::byte> encodeText(std::string_view utf8, bool compress) {
   return {out.bytes().begin(), out.bytes().end()};
 }
 
+TextEncoder::TextEncoder(Version version, int codePage) : version_(version), codePage_(codePage) {}
+
+std::vector<std::byte> TextEncoder::encode(std::string_view utf8, bool compress) {
+  if (version_ == Version::kJet4) return encodeText(utf8, compress);
+  const std::string text = codePage_.fromUtf8(utf8);
+  const Bytes bytes = std::as_bytes(std::span(text));
+  return {bytes.begin(), bytes.end()};
+}
+
 TextDecoder::TextDecoder(Version version, int codePage) : version_(version), codePage_(codePage) {}
 
 void TextDecoder::append(Bytes stored, std::string& utf8) {

@@ -1,9 +1,9 @@
 // Text as the file stores it, to UTF-8 and back: in Jet 4 UTF-16 or its compressed form, in Jet 3
-// the file's code page (which is read only).
+// the file's code page.
 //
 //   std::string name;
 //   decoder.append(bytes, name);
-//   std::vector<std::byte> stored = encodeText("된장찌개 2", /*compress=*/true);
+//   std::vector<std::byte> stored = encoder.encode("된장찌개 2", /*compress=*/true);
 //
 // UTF-16 stands low byte first. A compressed text begins with FF FE and has one byte for a
 // character below 256; a zero byte switches to two bytes a character, and back.
@@ -45,5 +45,19 @@ class TextDecoder {
 // compressed form where that is shorter and every character can be in it: one whose low byte is
 // zero cannot (가 is U+AC00).
 [[nodiscard]] std::vector<std::byte> encodeText(std::string_view utf8, bool compress);
+
+class TextEncoder {
+ public:
+  // As for TextDecoder.
+  TextEncoder(Version version, int codePage);
+
+  // Jet 4: as encodeText. Jet 3 has no compressed form; a character that the code page lacks
+  // becomes '?'.
+  [[nodiscard]] std::vector<std::byte> encode(std::string_view utf8, bool compress);
+
+ private:
+  Version version_;
+  CodePage codePage_;
+};
 
 }  // namespace jet

@@ -4,6 +4,8 @@
 #include <array>
 #include <bit>
 #include <limits>
+#include <span>
+#include <string_view>
 #include <type_traits>
 
 #include "values/runtime_error.h"
@@ -16,15 +18,6 @@ constexpr std::byte kValue{0x7f};
 
 constexpr std::size_t kBinaryPiece = 8;   // bytes
 constexpr std::size_t kMaxKeyText = 255;  // characters of a text that its key holds
-constexpr std::byte kEndOfText[] = {std::byte{0x01}, std::byte{0x00}};
-
-// Weights of the letters, in alphabetical order; a capital letter has the small one's.
-constexpr std::array<std::uint8_t, 26> kLetterWeights = {
-    0x4a, 0x4c, 0x4d, 0x4f, 0x51, 0x53, 0x55, 0x57, 0x59, 0x5b, 0x5c, 0x5e, 0x60,
-    0x62, 0x64, 0x66, 0x68, 0x69, 0x6b, 0x6d, 0x6f, 0x71, 0x73, 0x75, 0x76, 0x78};
-constexpr std::uint8_t kFirstDigitWeight = 0x36;  // each further digit weighs two more
-constexpr std::uint8_t kBlankWeight = 0x07;
-constexpr std::array<std::uint8_t, 2> kUnderscoreWeights = {0x2b, 0x03};
 
 // A signed type has its sign bit inverted in keys.
 template <typename T>
@@ -79,17 +72,22 @@ void appendBinary(Bytes bytes, std::vector<std::byte>& key) {
   } while (!bytes.empty());
 }
 
-bool appendWeights(char16_t unit, std::vector<std::byte>& key) {
-  const auto put = [&](unsigned weight) { key.push_back(static_cast<std::byte>(weight)); };
+void put(std::string_view bytes, std::vector<std::byte>& key) {
+  const Bytes added = std::as_bytes(std::span(bytes));
+  key.insert(key.end(), added.begin(), added.end());
+}
+
+bool appendWeights(const TextWeights& weights, char16_t unit, std::vector<std::byte>& key) {
+  const auto putByte = [&](unsigned weight) { key.push_back(static_cast<std::byte>(weight)); };
   const char16_t letter = unit >= u'A' && unit <= u'Z' ? unit - u'A' + u'a' : unit;
   if (letter >= u'a' && letter <= u'z') {
-    put(kLetterWeights[letter - u'a']);
+    putByte(weights.letters[letter - u'a']);
   } else if (unit >= u'0' && unit <= u'9') {
-    put(kFirstDigitWeight + 2U * (unit - u'0'));
+    putByte(weights.firstDigit + unsigned{weights.digitStep} * (unit - u'0'));
   } else if (unit == u' ') {
-    put(kBlankWeight);
+    putByte(weights.blank);
   } else if (unit == u'_') {
-    for (const std::uint8_t weight : kUnderscoreWeights) put(weight);
+    put(weights.underscore, key);
   } else {
     return false;
   }
@@ -97,10 +95,11 @@ bool appendWeights(char16_t unit, std::vector<std::byte>& key) {
 }
 
 // Blanks at the end do not count.
-bool appendText(std::u16string_view text, std::vector<std::byte>& key) {
+bool appendText(const TextWeights& weights, std::u16string_view text, std::vector<std::byte>& key) {
   text = text.substr(0, text.find_last_not_of(u' ') + 1).substr(0, kMaxKeyText);
-  const bool known = std::ranges::all_of(text, [&](char16_t u) { return appendWeights(u, key); });
-  key.insert(key.end(), std::begin(kEndOfText), std::end(kEndOfText));
+  const bool known =
+      std::ranges::all_of(text, [&](char16_t u) { return appendWeights(weights, u, key); });
+  put(weights.end, key);
   return known;
 }
 
@@ -170,11 +169,11 @@ void appendKey(const Column& column, bool ascending, const std::optional<Bytes>&
   }
 }
 
-bool appendTextKey(bool ascending, std::optional<std::u16string_view> text,
-                   std::vector<std::byte>& key) {
+bool appendTextKey(const TextWeights& weights, bool ascending,
+                   std::optional<std::u16string_view> text, std::vector<std::byte>& key) {
   const std::size_t start = key.size();
   key.push_back(text ? kValue : kNull);
-  const bool known = !text || appendText(*text, key);
+  const bool known = !text || appendText(weights, *text, key);
   if (!known) key.resize(start);
   if (!ascending) complementFrom(start, key);
   return known;

@@ -1,5 +1,5 @@
 // Keys of an index: bytes whose order is the order of the values. The one encoder, for lookups,
-// for marking and for new files, the same for Jet 3 and Jet 4.
+// for marking and for new files, the same for Jet 3 and Jet 4 but for the weights of texts.
 //
 //   std::vector<std::byte> key;
 //   appendKey(number, /*ascending=*/true, field, key);   // a Long, 5: 7f 80 00 00 05
@@ -25,6 +25,7 @@
 #include <vector>
 
 #include "jet/format/bytes.h"
+#include "jet/format/layout.h"
 #include "jet/format/table_definition.h"
 
 namespace jet {
@@ -57,7 +58,8 @@ void appendKey(const Column& column, bool ascending, const std::optional<Bytes>&
 
 // For a text in the "General" sort order, of which the weights of Latin letters, digits, blank and
 // underscore are known here. False, with `key` as it was, where another character stands in it.
-[[nodiscard]] bool appendTextKey(bool ascending, std::optional<std::u16string_view> text,
+[[nodiscard]] bool appendTextKey(const TextWeights& weights, bool ascending,
+                                 std::optional<std::u16string_view> text,
                                  std::vector<std::byte>& key);
 
 }  // namespace jet
