@@ -58,6 +58,9 @@ void addReferenced(PageFile& file, std::uint32_t mapPage, Bytes row, Collector& 
 UsageMap readWholeUsageMap(PageFile& file, RowId map, BeyondEnd beyondEnd) {
   const PagePtr page = file.freshPage(map.page);
   checkDataPage(file, *page);
+  // Nobody's; the file's own maps stand on page 1, which names itself.
+  const std::uint32_t owner = loadU32(page->bytes, kPageOwner);
+  if (owner != 0 && owner != map.page) file.damaged(map.page, "it should hold usage maps");
   const Bytes row = presentRow(file, *page, map.row);
   if (row.size() < kUsageMapBits) file.damaged(map.page, "a usage map is too short");
 
