@@ -22,11 +22,11 @@ constexpr const char* kCentralHost = "central.quenbrook.example";
 constexpr int kFtpPort = 21;
 
 struct CentralServer {
-  std::string host = kCentralHost;  // ServerHost
-  int ftpPort = kFtpPort;           // FtpPort
-  std::optional<int> databasePort;  // DbPort; none: the driver's own
-  bool ftpTls = false;              // FtpTls
-  std::string ftpCertificates;      // FtpCa, a path; empty: the system's
+  std::string host = kCentralHost;   // ServerHost
+  int ftpPort = kFtpPort;            // FtpPort
+  std::optional<int> databasePort;   // DbPort; none: the driver's own
+  bool ftpTls = false;               // FtpTls
+  std::string ftpCertificates = {};  // FtpCa, a path; empty: the system's
 };
 
 [[nodiscard]] CentralServer centralServer(const Settings& settings);
