@@ -46,9 +46,9 @@ class CommitCountTest : public testing::TestWithParam<CountCase> {
   support::FakeTicks ticks_;
 };
 
-// Faults: the pair of another version, slot or of nobody; a carry into the second byte; a count for
-// each write or for none; a count after the locks are gone; a count without a write.
-TEST_P(CommitCountTest, GoesUpByOneWithTheWritesOfAChange) {
+// Faults: the pair of another version, slot or of nobody; a carry into the second byte; one count
+// for two pages, so that a kill between them leaves the first untold; a count without a write.
+TEST_P(CommitCountTest, GoesUpByOneWithEachPageWritten) {
   std::vector<std::unique_ptr<LockFile>> others;
   while (std::ssize(others) < GetParam().others) others.push_back(join(Sharing::kShared));
   const auto us = join(GetParam().others < 0 ? Sharing::kExclusive : Sharing::kShared);
@@ -73,13 +73,13 @@ TEST_P(CommitCountTest, GoesUpByOneWithTheWritesOfAChange) {
 
 INSTANTIATE_TEST_SUITE_P(
     Pairs, CommitCountTest,
-    testing::Values(CountCase{"Jet4Slot1NeverUsed", Version::kJet4, 0, 0xE02, "\0\1"s, "\1\1"s},
-                    CountCase{"Jet4Slot2", Version::kJet4, 1, 0xE04, "\x73\1"s, "\x74\1"s},
-                    CountCase{"Jet4GoesRound", Version::kJet4, 0, 0xE02, "\xFF\1"s, "\0\1"s},
-                    CountCase{"Jet4Alone", Version::kJet4, -1, 0xE00, "\x0A\1"s, "\x0B\1"s},
-                    CountCase{"Jet3Slot1", Version::kJet3, 0, 0x602, "\xB7\1"s, "\xB8\1"s},
-                    CountCase{"Jet3Slot3GoesRound", Version::kJet3, 2, 0x606, "\xFF\1"s, "\0\1"s},
-                    CountCase{"Jet3Alone", Version::kJet3, -1, 0x600, "\0\1"s, "\1\1"s}),
+    testing::Values(CountCase{"Jet4Slot1NeverUsed", Version::kJet4, 0, 0xE02, "\0\1"s, "\2\1"s},
+                    CountCase{"Jet4Slot2", Version::kJet4, 1, 0xE04, "\x73\1"s, "\x75\1"s},
+                    CountCase{"Jet4GoesRound", Version::kJet4, 0, 0xE02, "\xFF\1"s, "\1\1"s},
+                    CountCase{"Jet4Alone", Version::kJet4, -1, 0xE00, "\x0A\1"s, "\x0C\1"s},
+                    CountCase{"Jet3Slot1", Version::kJet3, 0, 0x602, "\xB7\1"s, "\xB9\1"s},
+                    CountCase{"Jet3Slot3GoesRound", Version::kJet3, 2, 0x606, "\xFF\1"s, "\1\1"s},
+                    CountCase{"Jet3Alone", Version::kJet3, -1, 0x600, "\0\1"s, "\2\1"s}),
     [](const auto& tried) { return tried.param.name; });
 
 class ChangesByOthersTest : public testing::Test {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <exception>
+#include <utility>
 
 #include "values/runtime_error.h"
 
@@ -49,16 +50,16 @@ void PageEdits::schedule(std::uint32_t number) {
 }
 
 void PageEdits::writeAll() {
-  if (writes_.empty()) return;
-  std::exception_ptr failure;
-  try {
-    for (const Write& write : writes_) file_.write(write.page, write.offset, write.bytes);
-  } catch (const RuntimeError&) {
-    failure = std::current_exception();
+  for (const Write& write : std::exchange(writes_, {})) {
+    std::exception_ptr failure;
+    try {
+      file_.write(write.page, write.offset, write.bytes);
+    } catch (const RuntimeError&) {
+      failure = std::current_exception();
+    }
+    file_.countCommit();  // also after a failure: part of the bytes may be in the file
+    if (failure) std::rethrow_exception(failure);
   }
-  writes_.clear();
-  file_.countCommit();  // also after a failure: the writes before it are in the file
-  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace jet

@@ -4,7 +4,7 @@
 //   Page& page = edits.edit(17);       // locked, then read from the file
 //   ... change page.bytes ...
 //   edits.schedule(17);                // what changed of page 17 goes out now, as one write
-//   edits.writeAll();                  // in the order of schedule(); then our commit count goes up
+//   edits.writeAll();                  // in the order of schedule(), each with our commit count
 //
 // Every page is locked before it is read, and stays locked until the object ends, so what is worked
 // out is still true when it is written. A lock that another user holds is an error at once, with
@@ -12,8 +12,11 @@
 //
 // The order of writing is the whole of its safety: each scheduled write is one call within one
 // page, which a killed process does once or not at all, and each prefix of the sequence must leave
-// the file whole. A process killed before the count goes up has told nobody: other users may go on
-// with pages that they cached until we count again. Errors: those of LockFile and PageFile.
+// the file whole. Our commit count goes up after each of them, before the next: a process killed
+// before it counts has told nobody, and other users who cached the page may write its old state
+// back. So that can happen to the last write only, and undoes it: what is left is a prefix again,
+// as whole as the others. With one count at the end it could happen to each page by itself, and a
+// row's pointer outlived the row. Errors: those of LockFile and PageFile.
 #pragma once
 
 #include <cstdint>

@@ -82,8 +82,8 @@ class PageFile {
   // Looks for changes by others now, due or not: for who has just got a lock.
   void lookForChanges();
 
-  // Tells the other users that pages were changed. Called when all writes of a change have reached
-  // the file, before its page locks are let go.
+  // Tells the other users that a page was changed. Called when the write has reached the file,
+  // before the page's lock is let go.
   void countCommit();
 
   // Error 3049 with the file's name, the page and `what` is wrong with it.

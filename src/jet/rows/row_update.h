@@ -25,9 +25,9 @@
 //                                              c) its former new place, if it moves again, is
 //                                              cleared: until then a copy that nothing points to
 //   3 index entries of the old keys go out     as after 1
-// When these are done, and before the locks are let go, our count in the header goes up: it tells
-// other users to read their cached pages again. The pair's other byte, which demands a repair when
-// its user dies, is never touched: none of these states needs one.
+// With each page written, and before the locks are let go, our count in the header goes up: it
+// tells other users to read their cached pages again. The pair's other byte, which demands a repair
+// when its user dies, is never touched: none of these states needs one.
 //
 // Errors: 3265 no such field, 3167 the row is gone, 3022 a unique index has the new key already,
 // 3164 a field that is not written here, 3260 and 3218 locked by another user, 3027 file opened for
