@@ -9,25 +9,13 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <vector>
 
 #include "jet/format/table_definition.h"
+#include "jetcreate/definition_buffer.h"
 #include "jetcreate/new_file.h"
 
 namespace jetcreate {
-
-struct LongValueMaps {
-  jet::RowId ownedPages;
-  jet::RowId freePages;
-};
-
-// What definition pages hold beside what a reader keeps of them.
-struct DefinitionExtras {
-  std::vector<std::uint32_t> distinctKeys;          // of each real index
-  std::map<std::size_t, LongValueMaps> longValues;  // by position of the column
-  std::vector<bool> omitted;  // columns that are deleted: rows have them, the definition does not
-};
 
 [[nodiscard]] std::vector<std::uint32_t> allocateDefinition(NewFile& file,
                                                             const jet::TableDefinition& definition,

@@ -77,7 +77,14 @@ INSTANTIATE_TEST_SUITE_P(
         MarkCase{"CompoundIndexes",
                  {.rows = 1500, .shortRows = 300, .longNotes = false},
                  {kByDayAndMark, kByMark, kByAmount}},
-        MarkCase{"IndexesWithTexts", {.rows = 250}, {kByNameAndMark, kByMarkAndName}}),
+        MarkCase{"IndexesWithTexts", {.rows = 250}, {kByNameAndMark, kByMarkAndName}},
+        MarkCase{"Jet3",
+                 {.rows = 700,
+                  .shortRows = 300,
+                  .forwarded = true,
+                  .file = {.format = FileFormat::kJet3, .codePage = 949}},
+                 {kByDayAndMark, kByMark, kByNameAndMark},
+                 150}),
     [](const auto& tried) { return tried.param.name; });
 
 struct RefusalCase {

@@ -40,10 +40,18 @@ class MakeshopTest : public testing::Test {
     return (folder_.path() / name).string();
   }
 
-  static std::string tool(const std::vector<std::string>& command) {
+  static std::string tool(std::vector<std::string> command) {
+    command.insert(command.begin(), {"env", "MDB_JET3_CHARSET=CP949"});
     std::string output;
-    EXPECT_EQ(support::run(command, &output), 0) << command[0] << ": " << output;
+    EXPECT_EQ(support::run(command, &output), 0) << command[2] << ": " << output;
     return output;
+  }
+  static std::string schema(const std::string& database) {
+    return tool({"mdb-schema", database, "postgres", "--indexes", "--no-relations"});
+  }
+  // Texts hold line ends; the sign that ends a row stands in none.
+  static std::string exportOf(const std::string& database, const std::string& table) {
+    return tool({"mdb-export", "-R", "\x1e", database, table});
   }
 
  private:
@@ -61,22 +69,47 @@ TEST_F(MakeshopTest, TheSameOptionsMakeTheSameBytes) {
   EXPECT_FALSE(support::readFile(path("a/data.mdb")) == support::readFile(path("c/data.mdb")));
 }
 
-TEST_F(MakeshopTest, MdbtoolsReadsEveryTableAsWeDo) {
-  make("shop", {"--days", "5"});
+struct KindCase {
+  const char* name;
+  std::vector<std::string> options;
+  const char* version;  // as mdb-ver tells it
+};
+
+class MakeshopKindTest : public MakeshopTest, public testing::WithParamInterface<KindCase> {};
+
+TEST_P(MakeshopKindTest, MdbtoolsReadsEveryTableAsWeDo) {
+  const auto& [kind, options, version] = GetParam();
+  std::vector<std::string> all = {"--days", "5", "--plain"};
+  make("usual", all);
+  all.insert(all.end(), options.begin(), options.end());
+  make("shop", all);
   for (const auto& [file, names] : tables()) {
     const std::string database = path("shop/" + file);
+    EXPECT_EQ(tool({"mdb-ver", database}), version + std::string("\n"));
+    EXPECT_EQ(support::readFile(database) == support::readFile(path("usual/" + file)),
+              kind == std::string("Jet4"));
+    EXPECT_EQ(tool({"mdb-tables", database}), tool({"mdb-tables", path("usual/" + file)}));
+    EXPECT_EQ(schema(database), schema(path("usual/" + file)));
     const auto ours = Database::open(database);
     for (const std::string& name : names) {
-      // Texts hold line ends; a line that ends a row does not stand within quotes.
-      const std::string exported = tool({"mdb-export", "-R", "\x1e", database, name});
       auto rows = ours->openTable(name).scan();
       std::ptrdiff_t count = 0;
       while (rows.next()) ++count;
+      const std::string exported = exportOf(database, name);
       EXPECT_GT(count, 0) << name;
       EXPECT_EQ(std::count(exported.begin(), exported.end(), '\x1e'), count + 1) << name;
+      EXPECT_TRUE(exported == exportOf(path("usual/" + file), name)) << name;
     }
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, MakeshopKindTest,
+                         testing::Values(KindCase{"Jet3", {"--format", "jet3"}, "JET3"},
+                                         KindCase{"Jet4", {"--format", "jet4"}, "JET4"},
+                                         KindCase{"Accdb", {"--format", "accdb"}, "ACE12"},
+                                         KindCase{"Accdb14", {"--format", "accdb14"}, "ACE14"},
+                                         KindCase{"Utf16", {"--texts", "utf16"}, "JET4"}),
+                         [](const auto& tried) { return tried.param.name; });
 
 TEST_F(MakeshopTest, EveryQueryIsListedAndIndexesAreThere) {
   make("shop", {"--days", "2"});
@@ -92,16 +125,13 @@ TEST_F(MakeshopTest, EveryQueryIsListedAndIndexesAreThere) {
                   testing::StartsWith("SELECT "));
     }
   }
-  const auto schema = [&](const std::string& shop) {
-    return tool(
-        {"mdb-schema", path(shop + "/data.mdb"), "postgres", "--indexes", "--no-relations"});
-  };
-  const std::string itemsOfSale = "ON \"selling_item\" (\"s_id\")";
-  EXPECT_THAT(schema("shop"), testing::HasSubstr(itemsOfSale));
-  EXPECT_THAT(schema("shop"), testing::HasSubstr("ON \"selling\" (\"rdate\")"));
+  const std::string indexed = schema(path("shop/data.mdb"));
+  EXPECT_THAT(indexed, testing::HasSubstr("ON \"selling_item\" (\"s_id\")"));
+  EXPECT_THAT(indexed, testing::HasSubstr("ON \"selling\" (\"rdate\")"));
   make("bare", {"--days", "2", "--no-indexes"});
-  EXPECT_THAT(schema("bare"), testing::Not(testing::HasSubstr("CREATE INDEX \"")));
-  EXPECT_THAT(schema("bare"), testing::HasSubstr("PRIMARY KEY (\"s_id\")"));
+  const std::string bare = schema(path("bare/data.mdb"));
+  EXPECT_THAT(bare, testing::Not(testing::HasSubstr("CREATE INDEX \"")));
+  EXPECT_THAT(bare, testing::HasSubstr("PRIMARY KEY (\"s_id\")"));
 }
 
 TEST_F(MakeshopTest, ItemsAddUpToTheirSale) {
@@ -150,6 +180,8 @@ TEST_F(MakeshopTest, RefusesWhatItCannotMake) {
   EXPECT_THAT(make("shop", {}, 1), testing::HasSubstr("is there already"));
   EXPECT_EQ(support::readFile(path("shop/data.mdb")), before);
   EXPECT_THAT(make("x", {"--days", "0"}, 1), testing::HasSubstr("--days: '0'"));
+  EXPECT_THAT(make("x", {"--format", "jet5"}, 1),
+              testing::HasSubstr("'jet5' is none of jet3, jet4, accdb, accdb14"));
   EXPECT_THAT(make("x", {"--from", "gestern"}, 1), testing::HasSubstr("'gestern' is no date"));
   EXPECT_THAT(make("x", {"--seed"}, 1), testing::HasSubstr("lacks its value"));
   EXPECT_THAT(make("x", {"--fast"}, 1), testing::HasSubstr("'--fast' is not understood"));
