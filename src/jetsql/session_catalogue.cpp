@@ -5,6 +5,7 @@
 #include "jetsql/sqlite/function_registration.h"
 #include "jetsql/sqlite/linked_table.h"
 #include "jetsql/sqlite/value_encoding.h"
+#include "jetsql/syntax/database_reference.h"
 #include "jetsql/syntax/saved_query.h"
 #include "jetsql/translate/translation.h"
 #include "values/error_numbers.h"
@@ -12,15 +13,6 @@
 
 namespace jetsql {
 namespace {
-
-std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
-                                        const SessionOptions& options,
-                                        const std::string& password) {
-  return jet::Database::open(file.string(), {.readOnly = options.readOnly,
-                                             .exclusive = options.exclusive,
-                                             .password = password,
-                                             .ticks = options.ticks});
-}
 
 // SQLite's memory statistics take a lock of the whole process and nobody reads them here. They can
 // be switched off before its first use only.
@@ -46,33 +38,46 @@ ConnectionHandle openConnection(CallbackContext& callbacks) {
 
 SessionCatalogue::SessionCatalogue(const std::filesystem::path& file, const SessionOptions& options,
                                    const platform::Clock& clock)
-    : file_(file),
-      options_(options),
+    : options_(options),
       callbacks_{{clock}},
-      database_(openFile(file, options, options.password)),
+      files_(file, options),
       connection_(openConnection(callbacks_)) {}
 
-CatalogueObject SessionCatalogue::find(std::string_view name) {
-  const auto known = found_.find(name);
-  if (known != found_.end()) return known->second;
-  const jet::CatalogueEntry* entry = database_->find(name);
-  if (entry == nullptr) return {};
-  const CatalogueObject object = load(*entry);
-  found_.emplace(entry->name, object);
+CatalogueObject SessionCatalogue::find(std::string_view name) { return find(files_.own(), name); }
+
+CatalogueObject SessionCatalogue::findIn(const DatabaseReference& database, std::string_view name) {
+  requireKnownKind(database.connect, name);
+  if (!isOdbc(database.connect)) {
+    return find(files_.other(files_.own(), database.path, connectValue(database.connect, "PWD")),
+                name);
+  }
+  CatalogueObject& object = foundOutside_[database.connect + '\n' + std::string(name)];
+  if (object.table == nullptr) object = addExternal(database.connect, name, name);
   return object;
 }
 
-CatalogueObject SessionCatalogue::load(const jet::CatalogueEntry& entry) {
+CatalogueObject SessionCatalogue::find(OpenFile& file, std::string_view name) {
+  const auto known = file.found.find(name);
+  if (known != file.found.end()) return known->second;
+  const jet::CatalogueEntry* entry = file.database->find(name);
+  if (entry == nullptr) return {};
+  const CatalogueObject object = load(file, *entry);
+  file.found.emplace(entry->name, object);
+  return object;
+}
+
+CatalogueObject SessionCatalogue::load(OpenFile& file, const jet::CatalogueEntry& entry) {
   switch (entry.type) {
     case jet::ObjectType::kTable:
-      return addTable(*database_, database_->openTable(entry), entry.name);
+      return addTable(*file.database, file.database->openTable(entry), entry.name);
     case jet::ObjectType::kLinkedTable:
-      return addLinkedTable(entry);
+      return addLinkedTable(file, entry);
     case jet::ObjectType::kLinkedOdbcTable:
-      return addExternal(entry);
+      return addExternal(entry.connect, entry.foreignName, entry.name);
     case jet::ObjectType::kQuery: {
-      auto& query = queries_[entry.name];
-      query = std::make_unique<SavedQuery>(rebuildQuery(entry.name, database_->queryRows(entry)));
+      auto& query = file.queries[entry.name];
+      query =
+          std::make_unique<SavedQuery>(rebuildQuery(entry.name, file.database->queryRows(entry)));
       return {nullptr, query.get()};
     }
     default:
@@ -89,26 +94,40 @@ CatalogueObject SessionCatalogue::addTable(jet::Database& database, jet::Table& 
   return {schema, nullptr};
 }
 
-CatalogueObject SessionCatalogue::addExternal(const jet::CatalogueEntry& entry) {
+CatalogueObject SessionCatalogue::addExternal(const std::string& connect,
+                                              std::string_view foreignName, std::string_view name) {
   if (options_.external == nullptr) {
-    throw RuntimeError(error::kConnectFailed, "ODBC--connection to '" + entry.connect +
-                                                  "' failed: linked table '" + entry.name +
+    throw RuntimeError(error::kConnectFailed, "ODBC--connection to '" + connect +
+                                                  "' failed: linked table '" + std::string(name) +
                                                   "' cannot be reached from here.");
   }
-  auto added = std::make_unique<ExternalTable>(*options_.external, entry.connect, entry.foreignName,
-                                               entry.name, nextName(), callbacks_);
+  auto added =
+      std::make_unique<ExternalTable>(*options_.external, connect, std::string(foreignName),
+                                      std::string(name), nextName(), callbacks_);
   added->registerIn(connection_.get());
   externals_.push_back(std::move(added));
   return {&externals_.back()->schema(), nullptr};
 }
 
-CatalogueObject SessionCatalogue::addLinkedTable(const jet::CatalogueEntry& entry) {
-  requireJetFile(entry);
-  const std::filesystem::path path = resolveLinkedFile(file_, entry.database);
-  auto& database = linked_[path];
-  if (database == nullptr) database = openFile(path, options_, passwordOf(entry.connect));
+// A link may lead to another link, but not back to itself.
+CatalogueObject SessionCatalogue::addLinkedTable(OpenFile& file, const jet::CatalogueEntry& entry,
+                                                 int links) {
+  constexpr int kMaxLinks = 10;
+  if (links == kMaxLinks) {
+    throw RuntimeError(error::kCircularQuery,
+                       "Circular reference caused by the linked table '" + entry.name + "'.");
+  }
+  requireKnownKind(entry.connect, entry.name);
+  OpenFile& other = files_.other(file, entry.database, connectValue(entry.connect, "PWD"));
   const std::string& name = entry.foreignName.empty() ? entry.name : entry.foreignName;
-  return addTable(*database, database->openTable(name), entry.name);
+  const jet::CatalogueEntry* target = other.database->find(name);
+  if (target != nullptr && target->type == jet::ObjectType::kLinkedTable) {
+    return addLinkedTable(other, *target, links + 1);
+  }
+  if (target != nullptr && target->type == jet::ObjectType::kLinkedOdbcTable) {
+    return addExternal(target->connect, target->foreignName, entry.name);
+  }
+  return addTable(*other.database, other.database->openTable(name), entry.name);
 }
 
 JetTable* SessionCatalogue::jetTable(const CatalogueTable* table) const {

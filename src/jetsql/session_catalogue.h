@@ -3,7 +3,6 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +11,7 @@
 
 #include "jet/database.h"
 #include "jetsql/functions/name_map.h"
+#include "jetsql/open_files.h"
 #include "jetsql/session_options.h"
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/expression_index.h"
@@ -29,6 +29,8 @@ class SessionCatalogue : public Catalogue {
                    const platform::Clock& clock);
 
   [[nodiscard]] CatalogueObject find(std::string_view name) override;
+  [[nodiscard]] CatalogueObject findIn(const DatabaseReference& database,
+                                       std::string_view name) override;
   [[nodiscard]] std::vector<values::Variant> values(const Translation& query) override;
   [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
                                                            const IndexedExpression& key) override;
@@ -44,7 +46,7 @@ class SessionCatalogue : public Catalogue {
   // Nullptr for a table of another system, whose rows have no lasting ids.
   [[nodiscard]] JetTable* jetTable(const CatalogueTable* table) const;
 
-  [[nodiscard]] const jet::Database& database() const { return *database_; }
+  [[nodiscard]] const jet::Database& database() const { return *files_.own().database; }
   [[nodiscard]] bool readOnly() const { return options_.readOnly; }
 
   [[nodiscard]] StatementHandle prepare(const std::string& sql);
@@ -54,23 +56,24 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] bool failedInFunction() const { return callbacks_.failedInFunction; }
 
  private:
-  [[nodiscard]] CatalogueObject load(const jet::CatalogueEntry& entry);
+  [[nodiscard]] CatalogueObject find(OpenFile& file, std::string_view name);
+  [[nodiscard]] CatalogueObject load(OpenFile& file, const jet::CatalogueEntry& entry);
   [[nodiscard]] CatalogueObject addTable(jet::Database& database, jet::Table& table,
                                          const std::string& name);
-  [[nodiscard]] CatalogueObject addLinkedTable(const jet::CatalogueEntry& entry);
-  [[nodiscard]] CatalogueObject addExternal(const jet::CatalogueEntry& entry);
+  // `links`: how many led here.
+  [[nodiscard]] CatalogueObject addLinkedTable(OpenFile& file, const jet::CatalogueEntry& entry,
+                                               int links = 0);
+  [[nodiscard]] CatalogueObject addExternal(const std::string& connect,
+                                            std::string_view foreignName, std::string_view name);
   [[nodiscard]] std::string nextName() { return "t" + std::to_string(++names_); }
   [[noreturn]] void fail();
 
-  std::filesystem::path file_;
   SessionOptions options_;
   CallbackContext callbacks_;
-  std::unique_ptr<jet::Database> database_;
-  std::map<std::filesystem::path, std::unique_ptr<jet::Database>> linked_;
+  OpenFiles files_;
   std::unordered_map<const CatalogueTable*, std::unique_ptr<JetTable>> tables_;
   std::vector<std::unique_ptr<ExternalTable>> externals_;
-  NameMap<std::unique_ptr<SavedQuery>> queries_;
-  NameMap<CatalogueObject> found_;
+  NameMap<CatalogueObject> foundOutside_;  // by connect text and name
   ExpressionIndexes expressionIndexes_;
   int names_ = 0;
   ConnectionHandle connection_;  // declared after the tables, so that it closes before they go

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "jetsql/sqlite/linked_table.h"
+#include "jetsql/syntax/database_reference.h"
 #include "values/runtime_error.h"
 
 namespace localdb {
@@ -80,10 +80,11 @@ std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& pa
   const Key key(nameOf(path), exclusive, readOnly, connect.value_or(""));
   const auto known = sessions_.find(key);
   if (known != sessions_.end()) return std::make_shared<Database>(known->second);
-  const jetsql::SessionOptions options{.readOnly = readOnly,
-                                       .exclusive = exclusive,
-                                       .password = jetsql::passwordOf(connect.value_or("")),
-                                       .external = external_};
+  const jetsql::SessionOptions options{
+      .readOnly = readOnly,
+      .exclusive = exclusive,
+      .password = jetsql::connectValue(connect.value_or(""), "PWD"),
+      .external = external_};
   auto session = jetsql::Session::open(path, options, clock_);
   sessions_[key] = session;
   return std::make_shared<Database>(std::move(session));

@@ -60,9 +60,17 @@ const char* symbol(jetsql::Comparison comparison) {
   return " = ";
 }
 
+// In quotes; nothing for what a server may take for more than a text: MySQL's backslash is an
+// escape unless it is told otherwise.
+std::string quotedText(const std::string& text) {
+  if (text.find_first_of(std::string_view("\\\0", 2)) != std::string::npos) return {};
+  std::string quoted = "'";
+  for (const char c : text) quoted.append(c == '\'' ? 2 : 1, c);
+  return quoted + "'";
+}
+
 // The value in the server's language. Empty where the server might compare in another way than Jet
-// does (texts, fractions): such a condition is left to the query engine, which tests every row
-// again.
+// does (fractions): such a condition is left to the query engine, which tests every row again.
 std::string literal(const values::Variant& value) {
   switch (value.type()) {
     case values::VariantType::kByte:
@@ -73,9 +81,20 @@ std::string literal(const values::Variant& value) {
       const auto& date = *value.as<values::DateTime>();
       return "{ts '" + values::dayText(date) + " " + values::timeText(date) + "'}";
     }
+    case values::VariantType::kText:
+      return quotedText(*value.as<std::string>());
     default:
       return {};
   }
+}
+
+// Nothing where the server is not to be asked. Any number but 0 is Yes.
+std::string conditionText(const odbc::Connection& connection,
+                          const jetsql::ExternalCondition& condition) {
+  const std::string column = connection.quoted(condition.column);
+  if (const auto* yes = condition.value.as<bool>()) return column + (*yes ? " <> 0" : " = 0");
+  const std::string value = literal(condition.value);
+  return value.empty() ? value : column + symbol(condition.comparison) + value;
 }
 
 std::string selectText(const odbc::Connection& connection, const std::string& table,
@@ -83,9 +102,9 @@ std::string selectText(const odbc::Connection& connection, const std::string& ta
   std::string text = "SELECT * FROM " + connection.quoted(table);
   const char* joint = " WHERE ";
   for (const auto& condition : conditions) {
-    const auto value = literal(condition.value);
-    if (value.empty()) continue;
-    text += joint + connection.quoted(condition.column) + symbol(condition.comparison) + value;
+    const std::string asked = conditionText(connection, condition);
+    if (asked.empty()) continue;
+    text += joint + asked;
     joint = " AND ";
   }
   return text;

@@ -52,6 +52,7 @@ class QueryFixture : public testing::Test, public Catalogue {
   int scans(const std::string& text, const std::string& table);
 
   CatalogueObject find(std::string_view name) override;
+  CatalogueObject findIn(const DatabaseReference&, std::string_view) override { return {}; }
   std::vector<values::Variant> values(const Translation& query) override;
   std::optional<std::string> expressionIndex(const CatalogueTable& table,
                                              const IndexedExpression& key) override;

@@ -42,6 +42,10 @@ TEST(SavedQuery, RebuiltAsItWasWritten) {
         row(7, 1, "c.i = b.i", "c", "b"), row(7, 1, "c.j = b.j", "c", "b")},
        "SELECT DISTINCT a.x FROM ([a] LEFT JOIN [c] ON (a.i = c.i)) INNER JOIN [b] ON (c.i = b.i) "
        "AND (c.j = b.j), [d]"},
+      {"another database",
+       {row(1, 1, ""), row(4, 0, ";PWD=x", "C:\\It's.mdb"), row(5, 0, "", "a"), row(6, 0, "x"),
+        row(8, 0, "y")},
+       "SELECT x FROM [a] IN 'C:\\It''s.mdb' [;PWD=x] WHERE y"},
       {"parameters",
        {row(1, 1, ""), row(2, 8, "", "From Day"), row(5, 0, "", "a"), row(6, 0, "x")},
        "PARAMETERS [From Day] Value; SELECT x FROM [a]"},

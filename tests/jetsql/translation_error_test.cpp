@@ -105,9 +105,40 @@ TEST_F(TranslationErrorTest, SurvivesExcess) {
   EXPECT_EQ(run(times(50000, "(") + "SELECT 1"), "error 3360");
   EXPECT_EQ(run("SELECT id FROM Sales WHERE id = 1" + times(90, " Or id = 2") + " ORDER BY id"),
             "1|2");
-  std::string nested = "SELECT id FROM Sales";
-  for (int i = 0; i < 10; ++i) nested = "SELECT id FROM (" + nested + ") AS t";
-  EXPECT_EQ(run(nested), "1|2|3|4|5");
+}
+
+// Queries in queries, as deep as the engine takes them.
+TEST_F(TranslationErrorTest, FiftyQueriesInsideEachOther) {
+  const struct {
+    const char* innermost;
+    const char* before;
+    const char* after;
+    const char* rows;
+  } cases[] = {
+      {"SELECT id FROM Sales", "SELECT id FROM (", ") AS t", "1|2|3|4|5"},
+      {"SELECT id FROM Sales", "SELECT id + 1 AS id FROM (", ") AS t", "51|52|53|54|55"},
+      {"SELECT kind FROM Sales", "SELECT Max(kind) AS kind FROM (", ") AS t GROUP BY kind Mod 2",
+       "-|2|3"},
+      {"SELECT id FROM Sales WHERE id < 3", "SELECT id FROM Sales WHERE id IN (", ")", "1|2"},
+      {"SELECT id FROM Sales", "SELECT id FROM (", " UNION SELECT 9 FROM Odd) AS t", "1|2|3|4|5|9"},
+  };
+  for (const auto& c : cases) {
+    std::string query = c.innermost;
+    for (int i = 1; i <= 51; ++i) {
+      if (i == 51) {
+        EXPECT_EQ(run(query), c.rows) << c.before;
+      }
+      query = c.before + query + c.after;
+    }
+    EXPECT_EQ(run(query), "error 3360") << c.before;
+  }
+  addQuery("deep0", "SELECT id, price FROM Sales");
+  for (int i = 1; i <= 50; ++i) {
+    addQuery("deep" + std::to_string(i),
+             "SELECT id, price * 1 AS price FROM deep" + std::to_string(i - 1) + " WHERE id > 1");
+  }
+  EXPECT_EQ(run("SELECT price FROM deep49 WHERE id = 4"), "5.25");
+  EXPECT_EQ(run("SELECT price FROM deep50 WHERE id = 4"), "error 3360");
 }
 
 }  // namespace

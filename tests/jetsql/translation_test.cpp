@@ -32,6 +32,9 @@ TEST_F(TranslationTest, Expressions) {
       {"times", "SELECT TimeValue(#2013-08-21 15:30#) <= #15:30#, TimeSerial(15, 30, 0) = #15:30#",
        "-1,-1"},
       {"for ever", "SELECT id FROM Sales WHERE day < #9999-12-31# And id = 1", "1"},
+      {"hexadecimal and octal", "SELECT &H10, &hFFFF, &HFFFF& + 1, &H10000, &O17, 'a' & &H1F",
+       "16,-1,65536,65536,15,a31"},
+      {"& before a name joins", "SELECT note&id&kind FROM Sales WHERE id = 1", "Kim11"},
       {"the next wider type", "SELECT 2000000000 + 2000000000, CLng('4,0') + 1", "4000000000,41"},
   });
 }
@@ -72,6 +75,11 @@ TEST_F(TranslationTest, Conditions) {
       {"case does not count", "SELECT id FROM sales WHERE NOTE = 'kim' ORDER BY id", "1|5"},
       {"nor in lists and patterns",
        "SELECT id FROM Sales WHERE note In ('KIM') And note Like 'k*m' ORDER BY id", "1|5"},
+      {"ALike", "SELECT id FROM Sales WHERE note ALike 'k_m' And note Not ALike 'x%'", "1|5"},
+      {"ALike, taken as they are",
+       "SELECT 'a*b' ALike 'a*%', 'axb' ALike 'a*b', '5' ALike '#', '50%' "
+       "ALike '50[%]', 'b' ALike '[!a]'",
+       "-1,0,0,-1,-1"},
       {"missing blanks", "SELECT id FROM Sales WHERE(kind<>3)AND(kind<>2 AND void=False)AND id>0",
        "1|3"},
       {"amount and whole number", "SELECT id FROM Sales WHERE price = 20 And 5 < price", "2|3"},
@@ -80,6 +88,7 @@ TEST_F(TranslationTest, Conditions) {
       {"Null test", "SELECT id FROM Sales WHERE price Is Null Or note Is Not Null", "1|2|4|5"},
       {"bits", "SELECT id FROM Sales WHERE kind And 2 ORDER BY id", "2|4"},
       {"Yes and No", "SELECT id FROM Sales WHERE void = Yes Or (void = No And id = 5)", "2|5"},
+      {"On and Off", "SELECT id FROM Sales WHERE void = On Or (void = Off And id = 5)", "2|5"},
       {"day", "SELECT id FROM Sales WHERE day >= #2013-08-02# And day <= #8/2/2013#", "3|4"},
       {"scalar subquery", "SELECT id FROM Sales WHERE price > (SELECT Avg(price) FROM Sales)",
        "2|3"},
@@ -105,6 +114,8 @@ TEST_F(TranslationTest, Names) {
       {"bang", "SELECT Odd!Name FROM Odd ORDER BY Date", "n"},
       {"a bare table", "Menu", "100,김밥|200,라면|400,떡"},
       {"a bracketed one", "[Menu] ;", "100,김밥|200,라면|400,떡"},
+      {"backticks", "SELECT `two words`, o.`no` FROM `Odd` AS `o`", "7,1"},
+      {"a table in backticks", "`Menu`", "100,김밥|200,라면|400,떡"},
       {"alias in a later expression", "SELECT id * 2 AS d, d + 1 AS e FROM Sales WHERE id = 2",
        "4,5"},
       {"own columns", "SELECT m.* FROM Menu AS m, Odd o WHERE m.menu > o.no + 300", "400,떡"},

@@ -153,6 +153,11 @@ void Odbc::linkedTablesAreRead() {
   EXPECT_EQ(all({{"번호", jetsql::Comparison::kGreaterOrEqual, std::int32_t{2}},
                  {"날", jetsql::Comparison::kEqual, values::toDateTime({2013, 8, 2})}}),
             "2,Null,2013-08-02,Null,False,;");
+  constexpr auto kEqual = jetsql::Comparison::kEqual;
+  EXPECT_EQ(all({{"이름", kEqual, "가"}, {"on", kEqual, true}}), "1,가,2013-08-01,1.5,True,;");
+  EXPECT_EQ(all({{"on", kEqual, false}}), "2,Null,2013-08-02,Null,False,;");
+  EXPECT_EQ(all({{"이름", kEqual, "' OR '1'='1"}}), "");
+  EXPECT_EQ(all({{"이름", kEqual, "\\' OR 1=1 -- "}}), all({}));  // not asked of the server
   EXPECT_EQ(thrown([&] { (void)source->columns(connect, "nosuch"); }), 3146);
   EXPECT_EQ(thrown([&] { (void)source->columns("ODBC;DSN=nosuch", table); }), 3151);
 }

@@ -20,7 +20,7 @@ enum class QueryAttribute : std::uint8_t {
   kKind = 1,       // flag: QueryKind; of a pass-through query expression: text, name1: connection
   kParameter = 2,  // name1; flag: type of the value
   kOptions = 3,    // flag: kQueryDistinct ...; name1: the number of TOP
-  kOtherDatabase = 4,  // name1: the database of an IN clause
+  kOtherDatabase = 4,  // name1: the database of an IN clause; expression: connect text
   kTable = 5,          // name1, name2: alias; expression: a subquery or a SELECT of a union
   kColumn = 6,         // expression, name1: alias; flag in a crosstab: kCrosstabPivot ...
   kJoin = 7,           // name1 and name2: the tables; expression: condition; flag: JoinKind

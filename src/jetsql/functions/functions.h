@@ -54,8 +54,8 @@ struct Function {
 // nullptr when there is none. Names match without regard to case; "Left$" finds Left.
 [[nodiscard]] const Function* findFunction(std::string_view name);
 
-// add sub mul div intdiv mod pow concat like neg and or not xor eqv imp; text and date operands
-// included. Comparisons are SQLite's own. `like` takes text and pattern.
+// add sub mul div intdiv mod pow concat like alike neg and or not xor eqv imp; text and date
+// operands included. Comparisons are SQLite's own. `like` and `alike` take text and pattern.
 [[nodiscard]] const Function* findOperator(std::string_view name);
 
 [[nodiscard]] std::span<const Function> allOperators();

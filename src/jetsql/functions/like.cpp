@@ -1,5 +1,6 @@
 #include "jetsql/functions/like.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -111,6 +112,25 @@ bool like(std::string_view text, std::string_view pattern) {
     t = retry->text;
     p = retry->pattern;
   }
+}
+
+std::string jetPattern(std::string_view ansi) {
+  std::string pattern;
+  for (std::size_t i = 0; i < ansi.size(); ++i) {
+    const char c = ansi[i];
+    if (c == '[') {
+      const std::size_t close = std::min(ansi.find(']', i), ansi.size() - 1);
+      pattern += ansi.substr(i, close - i + 1);
+      i = close;
+    } else if (c == '%' || c == '_') {
+      pattern += c == '%' ? '*' : '?';
+    } else if (c == '*' || c == '?' || c == '#') {
+      pattern.append({'[', c, ']'});
+    } else {
+      pattern += c;
+    }
+  }
+  return pattern;
 }
 
 }  // namespace jetsql

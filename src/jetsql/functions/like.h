@@ -8,10 +8,14 @@
 // Error 93: a bracket that is not closed, or a range that runs backwards.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace jetsql {
 
 [[nodiscard]] bool like(std::string_view text, std::string_view pattern);
+
+// A pattern of ALike as one of Like: % for any characters, _ for one; * ? # are themselves.
+[[nodiscard]] std::string jetPattern(std::string_view ansi);
 
 }  // namespace jetsql

@@ -171,6 +171,10 @@ Variant matches(Arguments arguments, const Environment&) {
   return like(TextArgument(arguments[0]).view(), TextArgument(arguments[1]).view());
 }
 
+Variant matchesAnsi(Arguments arguments, const Environment&) {
+  return like(TextArgument(arguments[0]).view(), jetPattern(TextArgument(arguments[1]).view()));
+}
+
 // The logical operators work on Yes/No, and bit by bit on numbers.
 VariantType logicalType(ArgumentTypes types) {
   for (const VariantType type : types) {
@@ -235,6 +239,7 @@ constexpr Function kTable[] = {
     {"neg", 1, 1, negatedType, negate},
     {"concat", 2, 2, fixedType<VariantType::kText>, concatenate, true},
     {"like", 2, 2, fixedType<VariantType::kYesNo>, matches},
+    {"alike", 2, 2, fixedType<VariantType::kYesNo>, matchesAnsi},
     {"and", 2, 2, logicalType, both, true},
     {"or", 2, 2, logicalType, either, true},
     {"not", 1, 1, logicalType, complement},

@@ -31,8 +31,13 @@ std::optional<Comparison> comparisonOf(unsigned char operation) {
   }
 }
 
-// Types that another system compares as Jet does. A condition on texts or floats could lose rows.
-bool comparesEqually(values::VariantType type) {
+// Whether another system compares values of the type as Jet does. Floats could lose rows, and an
+// order of texts would. Which texts are equal is the server's to say, as it is for Jet, which sends
+// such a condition, too; what it sends back is compared here again.
+bool comparesEqually(values::VariantType type, Comparison comparison) {
+  if (type == values::VariantType::kText || type == values::VariantType::kYesNo) {
+    return comparison == Comparison::kEqual;
+  }
   return isWholeNumber(type) || type == values::VariantType::kCurrency ||
          type == values::VariantType::kDateTime;
 }
@@ -118,7 +123,8 @@ void ExternalTable::chooseAccessPath(sqlite3_index_info& info) const {
     const auto comparison = comparisonOf(constraint.op);
     if (constraint.usable == 0 || !comparison || constraint.iColumn < 0 ||
         constraint.iColumn >= kMaxColumns ||
-        !comparesEqually(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type)) {
+        !comparesEqually(schema_.columns[static_cast<std::size_t>(constraint.iColumn)].type,
+                         *comparison)) {
       continue;
     }
     plan += static_cast<char>(constraint.iColumn + 1);

@@ -1,8 +1,11 @@
 #include "jetsql/sqlite/linked_table.h"
 
+#include <optional>
+#include <string>
 #include <system_error>
 
 #include "jetsql/functions/text_compare.h"
+#include "jetsql/syntax/database_reference.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
@@ -13,43 +16,40 @@ std::string_view fileNameOf(std::string_view path) {
   return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
-}  // namespace
-
-std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile,
-                                        const std::string& database) {
+std::optional<std::filesystem::path> fileAt(const std::string& path,
+                                            const std::filesystem::path& folder) {
   std::error_code problem;
-  if (std::filesystem::is_regular_file(database, problem)) return database;
-  const std::filesystem::path folder = linkingFile.parent_path();
-  const std::string_view name = fileNameOf(database);
+  if (std::filesystem::is_regular_file(path, problem)) return path;
+  const std::string_view name = fileNameOf(path);
   std::filesystem::path beside = folder / name;
   if (std::filesystem::is_regular_file(beside, problem)) return beside;
   for (const auto& entry :
        std::filesystem::directory_iterator(folder.empty() ? "." : folder, problem)) {
     if (equalText(entry.path().filename().string(), name)) return entry.path();
   }
+  return {};
+}
+
+}  // namespace
+
+std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile,
+                                        const std::string& database) {
+  const std::filesystem::path folder = linkingFile.parent_path();
+  if (auto found = fileAt(database, folder)) return *found;
+  if (fileNameOf(database).find('.') == std::string_view::npos) {
+    if (auto found = fileAt(database + ".mdb", folder)) return *found;
+  }
   throw RuntimeError(
       error::kLinkedFileNotFound,
       "Could not find file '" + database + "' to which '" + linkingFile.string() + "' links.");
 }
 
-std::string passwordOf(std::string_view connect) {
-  constexpr std::string_view kKey = "PWD=";
-  while (!connect.empty()) {
-    const std::size_t end = connect.find(';');
-    const std::string_view part = connect.substr(0, end);
-    if (part.size() >= kKey.size() && equalText(part.substr(0, kKey.size()), kKey)) {
-      return std::string(part.substr(kKey.size()));
-    }
-    if (end == std::string_view::npos) break;
-    connect.remove_prefix(end + 1);
-  }
-  return {};
-}
+bool isOdbc(std::string_view connect) { return equalText(connectKind(connect), "ODBC"); }
 
-void requireJetFile(const jet::CatalogueEntry& entry) {
-  const std::string_view kind = std::string_view(entry.connect).substr(0, entry.connect.find(';'));
-  if (!kind.empty() && !equalText(kind, "MS Access")) {
-    throw RuntimeError(error::kUnknownFileKind, "Linked table '" + entry.name +
+void requireKnownKind(std::string_view connect, std::string_view table) {
+  const std::string_view kind = connectKind(connect);
+  if (!kind.empty() && !equalText(kind, "MS Access") && !isOdbc(connect)) {
+    throw RuntimeError(error::kUnknownFileKind, "Linked table '" + std::string(table) +
                                                     "': could not find installable ISAM '" +
                                                     std::string(kind) + "'.");
   }

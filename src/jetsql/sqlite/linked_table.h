@@ -9,20 +9,18 @@
 #include <string>
 #include <string_view>
 
-#include "jet/database.h"
-
 namespace jetsql {
 
 // The path itself where it exists; else a file of its name in the folder of the linking file, any
-// case: paths of the shop's own machine do not exist on another one.
+// case: paths of the shop's own machine do not exist on another one. Without an extension it is
+// that of an .mdb file.
 [[nodiscard]] std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile,
                                                       const std::string& database);
 
-// The value of "PWD=..." in a connect text such as ";PWD=secret" or "MS Access;PWD=secret"; empty
-// where there is none.
-[[nodiscard]] std::string passwordOf(std::string_view connect);
+[[nodiscard]] bool isOdbc(std::string_view connect);
 
-// Error 3170 where the connect text names anything but a Jet file.
-void requireJetFile(const jet::CatalogueEntry& entry);
+// Error 3170 where the connect text names anything but a Jet file or an ODBC source. `table`: for
+// its description.
+void requireKnownKind(std::string_view connect, std::string_view table);
 
 }  // namespace jetsql

@@ -35,6 +35,7 @@ enum class Operator {
   kGreater,
   kGreaterOrEqual,
   kLike,
+  kALike,
   kAdd,
   kSubtract,
   kMultiply,
@@ -132,9 +133,17 @@ struct SelectItem {
   std::string starTable;     // of table.*; empty for *
 };
 
+// Another database: a Jet file by its path, or what a connect text such as "ODBC;DSN=shop" names.
+struct DatabaseReference {
+  std::string path = {};
+  std::string connect = {};
+  friend bool operator==(const DatabaseReference&, const DatabaseReference&) = default;
+};
+
 struct NamedTable {
   std::string name;
-  std::string alias;  // empty when none is given
+  std::string alias = {};                          // empty when none is given
+  std::optional<DatabaseReference> database = {};  // none: that of the query
 };
 
 struct DerivedTable {

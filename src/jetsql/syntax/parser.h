@@ -43,7 +43,7 @@ class Parser {
  private:
   // Parentheses, calls and subqueries inside each other. More would exhaust the stack of whoever
   // reads or walks the tree.
-  static constexpr int kMaxNested = 100;
+  static constexpr int kMaxNested = 200;
 
   // parser.cpp
   QueryPtr query();
@@ -64,6 +64,8 @@ class Parser {
   std::vector<TableReference> from();
   TableReference joinedTable();
   TableReference tablePrimary();
+  NamedTable namedTable();
+  DatabaseReference inClause();
   QueryPtr legacySubquery();
   std::string alias();
 

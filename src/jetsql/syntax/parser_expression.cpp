@@ -119,11 +119,12 @@ ExpressionPtr Parser::comparison() {
       tokens_.expectWord("NULL", error::kExpressionSyntax);
       const int below = left->depth;
       left = makeExpression(IsNull{std::move(left), negated}, below);
-    } else if (tokens_.atAnyWord({"LIKE", "IN", "BETWEEN"})) {
+    } else if (tokens_.atAnyWord({"LIKE", "ALIKE", "BETWEEN"}) ||
+               (tokens_.atWord("IN") && isSymbol(tokens_.peek(1), "("))) {
       left = negatable(std::move(left), false);
     } else if (tokens_.atWord("NOT") &&
-               (isWord(tokens_.peek(1), "LIKE") || isWord(tokens_.peek(1), "IN") ||
-                isWord(tokens_.peek(1), "BETWEEN"))) {
+               (isWord(tokens_.peek(1), "LIKE") || isWord(tokens_.peek(1), "ALIKE") ||
+                isWord(tokens_.peek(1), "IN") || isWord(tokens_.peek(1), "BETWEEN"))) {
       tokens_.take();
       left = negatable(std::move(left), true);
     } else {
@@ -132,10 +133,11 @@ ExpressionPtr Parser::comparison() {
   }
 }
 
-// Like, In and Between, which may be preceded by Not.
+// Like, ALike, In and Between, which may be preceded by Not.
 ExpressionPtr Parser::negatable(ExpressionPtr left, bool negated) {
-  if (tokens_.acceptWord("LIKE")) {
-    auto like = makeBinary(Operator::kLike, std::move(left), arithmeticLevel(0));
+  if (tokens_.atAnyWord({"LIKE", "ALIKE"})) {
+    const Operator operation = isWord(tokens_.take(), "LIKE") ? Operator::kLike : Operator::kALike;
+    auto like = makeBinary(operation, std::move(left), arithmeticLevel(0));
     return negated ? makeUnary(Operator::kNot, std::move(like)) : std::move(like);
   }
   if (tokens_.acceptWord("BETWEEN")) {
@@ -250,7 +252,9 @@ ExpressionPtr Parser::nameOrCall() {
     return call(std::string(tokens_.take().text));
   }
   const std::size_t first = tokens_.position();
-  std::vector<std::string> path{name(error::kExpressionSyntax)};
+  // On, which else begins a condition, is a constant where an operand stands.
+  std::vector<std::string> path{tokens_.atWord("ON") ? std::string(tokens_.take().text)
+                                                     : name(error::kExpressionSyntax)};
   while (tokens_.atSymbol(".") || tokens_.atSymbol("!")) {
     tokens_.take();
     if (!tokens_.atName()) tokens_.fail(error::kExpressionSyntax);

@@ -1,6 +1,7 @@
 // FROM: tables, subqueries and joins.
 #include <utility>
 
+#include "jetsql/syntax/database_reference.h"
 #include "jetsql/syntax/parser.h"
 #include "values/error_numbers.h"
 
@@ -9,6 +10,16 @@ namespace {
 
 constexpr int kMaxJoins = 60;  // SQLite joins up to 64 tables; the engine 32
 
+// Of all tables of a FROM that name none themselves; a subquery has a FROM of its own.
+void setDatabase(TableReference& table, const DatabaseReference& database) {
+  if (auto* join = std::get_if<Join>(&table.node)) {
+    setDatabase(*join->left, database);
+    setDatabase(*join->right, database);
+  } else if (auto* named = std::get_if<NamedTable>(&table.node); named && !named->database) {
+    named->database = database;
+  }
+}
+
 }  // namespace
 
 std::vector<TableReference> Parser::from() {
@@ -16,7 +27,28 @@ std::vector<TableReference> Parser::from() {
   do {
     tables.push_back(joinedTable());
   } while (tokens_.acceptSymbol(","));
+  if (tokens_.acceptWord("IN")) {
+    const DatabaseReference database = inClause();
+    for (TableReference& table : tables) setDatabase(table, database);
+  }
   return tables;
+}
+
+// IN 'path', IN 'path' 'connect text', IN '' [connect text].
+DatabaseReference Parser::inClause() {
+  notParameterizable_ = true;
+  const auto text = [this]() -> std::string {
+    if (tokens_.peek().kind == TokenKind::kBracketed) return std::string(tokens_.take().text);
+    if (tokens_.peek().kind != TokenKind::kLiteral) tokens_.fail(error::kFromSyntax);
+    const auto* literal = tokens_.literal(tokens_.peek()).as<std::string>();
+    if (literal == nullptr) tokens_.fail(error::kFromSyntax);
+    tokens_.take();
+    return *literal;
+  };
+  const std::string first = text();
+  const bool more =
+      tokens_.peek().kind == TokenKind::kBracketed || tokens_.peek().kind == TokenKind::kLiteral;
+  return databaseReference(first, more ? text() : std::string());
 }
 
 TableReference Parser::joinedTable() {
@@ -58,10 +90,20 @@ TableReference Parser::tablePrimary() {
     QueryPtr query = legacySubquery();
     table.node = DerivedTable{std::move(query), alias()};
   } else {
-    std::string tableName = name(error::kFromSyntax);
-    table.node = NamedTable{std::move(tableName), alias()};
+    table.node = namedTable();
   }
   --depth_;
+  return table;
+}
+
+// name, or [path or connect text].name
+NamedTable Parser::namedTable() {
+  NamedTable table{name(error::kFromSyntax)};
+  if (tokens_.acceptSymbol(".")) {
+    table.database = databaseReference(table.name, {});
+    table.name = name(error::kFromSyntax);
+  }
+  table.alias = alias();
   return table;
 }
 

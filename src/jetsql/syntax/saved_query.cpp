@@ -141,7 +141,17 @@ class Rebuilder {
     for (const jet::QueryRow* row : all(QueryAttribute::kJoin)) addJoin(parts, *row);
     std::string text;
     for (const Part& part : parts) text += (text.empty() ? " FROM " : ", ") + part.text;
-    return text;
+    return text.empty() ? text : text + otherDatabase();
+  }
+
+  [[nodiscard]] std::string otherDatabase() const {
+    const auto* row = first(QueryAttribute::kOtherDatabase);
+    if (row == nullptr) return {};
+    std::string text = " IN '";
+    for (const char c : textOf(row->name1))
+      text += c == '\'' ? std::string("''") : std::string(1, c);
+    const std::string connect = textOf(row->expression);
+    return text + "'" + (connect.empty() ? "" : " " + bracketed(connect));
   }
 
   // Each row joins the two parts that hold its tables. Where one part holds both, the join gets one
@@ -219,9 +229,6 @@ SavedQuery rebuildQuery(const std::string& name, std::span<const jet::QueryRow> 
     return refused(error::kInvalidOperation,
                    "gives no rows that can be read: it is of the kind '" +
                        std::string(kKindNames[static_cast<std::size_t>(number)]) + "'.");
-  }
-  if (rebuilder.first(QueryAttribute::kOtherDatabase) != nullptr) {
-    return refused(error::kInvalidOperation, "reads another database by an IN clause.");
   }
   std::string text;
   if (kind == QueryKind::kSelect) text = rebuilder.select();

@@ -1,7 +1,9 @@
 #include "jetsql/syntax/scanner.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -55,6 +57,27 @@ values::Variant number(std::string_view digits) {
   return {value};
 }
 
+// Words before which an & is no operator but begins a number.
+constexpr std::string_view kBeforeOperand[] = {
+    "SELECT", "DISTINCT", "DISTINCTROW", "ALL",   "WHERE",   "HAVING",    "ON",
+    "BY",     "AND",      "OR",          "NOT",   "XOR",     "EQV",       "IMP",
+    "MOD",    "IN",       "LIKE",        "ALIKE", "BETWEEN", "TRANSFORM", "PIVOT"};
+
+// &H1F and &O17: 16 bits with a sign where they are enough, else 32.
+values::Variant radixNumber(std::string_view token) {
+  const bool isLong = token.back() == '&';
+  const std::string_view digits = token.substr(2, token.size() - 2 - (isLong ? 1 : 0));
+  std::uint32_t bits = 0;
+  const char* last = digits.data() + digits.size();
+  const int radix = token[1] == 'h' || token[1] == 'H' ? 16 : 8;
+  if (std::from_chars(digits.data(), last, bits, radix).ptr != last) {
+    failSyntax("Syntax error in number", token);
+  }
+  constexpr std::uint32_t kSmall = 0xFFFF;
+  if (bits <= kSmall && !isLong) return static_cast<std::int16_t>(bits);
+  return static_cast<std::int32_t>(bits);
+}
+
 }  // namespace
 
 bool isWord(const Token& token, std::string_view upperCaseWord) {
@@ -66,6 +89,7 @@ bool isSymbol(const Token& token, std::string_view symbol) {
 }
 
 bool Scanner::next() {
+  const bool operand = operandFollows();
   const std::size_t previousEnd = end_;
   const TokenKind previous = kind_;
   while (end_ < text_.size() && isBlank(text_[end_])) ++end_;
@@ -83,14 +107,16 @@ bool Scanner::next() {
     while (isWordPart(at(end_))) ++end_;
   } else if (isDigit(c) || (c == '.' && isDigit(at(begin_ + 1)) && !afterName)) {
     scanNumber();
+  } else if (c == '&' && operand && radixDigits() > 0) {
+    scanRadixNumber();
   } else if (c == '\'' || c == '"') {
     scanQuoted(c);
   } else if (c == '#') {
     kind_ = TokenKind::kLiteral;
     scanUpTo('#');
-  } else if (c == '[') {
+  } else if (c == '[' || c == '`') {
     kind_ = TokenKind::kBracketed;
-    scanUpTo(']');
+    scanUpTo(c == '[' ? ']' : c);
   } else {
     scanSymbol();
   }
@@ -103,6 +129,37 @@ Token Scanner::token() const {
   if (kind_ == TokenKind::kBracketed) token.text = token.text.substr(1, token.text.size() - 2);
   if (kind_ == TokenKind::kLiteral) token.literal = literals_ - 1;
   return token;
+}
+
+// Whether what comes next begins an operand rather than continuing one.
+bool Scanner::operandFollows() const {
+  if (kind_ == TokenKind::kEnd) return true;
+  if (kind_ == TokenKind::kSymbol) return written() != ")";
+  return kind_ == TokenKind::kWord &&
+         std::any_of(std::begin(kBeforeOperand), std::end(kBeforeOperand),
+                     [this](auto word) { return text::equalsIgnoringAsciiCase(written(), word); });
+}
+
+// Digits after &H or &O at the beginning of the token.
+std::size_t Scanner::radixDigits() const {
+  const char radix = at(begin_ + 1);
+  const bool isHexadecimal = radix == 'h' || radix == 'H';
+  if (!isHexadecimal && radix != 'o' && radix != 'O') return 0;
+  const std::string_view digits = isHexadecimal ? "0123456789abcdefABCDEF" : "01234567";
+  const std::size_t end = text_.find_first_not_of(digits, begin_ + 2);
+  return std::min(end, text_.size()) - begin_ - 2;
+}
+
+// An & right after the digits makes it a Long, where it is not followed by an operand.
+void Scanner::scanRadixNumber() {
+  kind_ = TokenKind::kLiteral;
+  end_ = begin_ + 2 + radixDigits();
+  if (at(end_) != '&') return;
+  const std::size_t next = text_.find_first_not_of(" \t\r\n", end_ + 1);
+  constexpr std::string_view kAfterOperand = "=<>+-*/\\^&),;";
+  if (next == std::string_view::npos || kAfterOperand.find(text_[next]) != std::string_view::npos) {
+    ++end_;
+  }
 }
 
 void Scanner::scanQuoted(char quote) {
@@ -156,6 +213,7 @@ void Scanner::scanSymbol() {
 values::Variant Scanner::literal() const {
   const std::string_view token = written();
   if (token.front() == '\'' || token.front() == '"') return {unquote(token)};
+  if (token.front() == '&') return radixNumber(token);
   if (token.front() != '#') return number(token);
   const auto date = parseDateLiteral(token.substr(1, token.size() - 2));
   if (!date) failSyntax("Syntax error in date", token);

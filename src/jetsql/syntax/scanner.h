@@ -21,7 +21,7 @@ enum class TokenKind { kEnd, kWord, kBracketed, kLiteral, kSymbol };
 
 struct Token {
   TokenKind kind = TokenKind::kEnd;
-  std::string_view text;     // as written; a bracketed name without its brackets
+  std::string_view text;     // as written; a name in brackets or backticks without them
   std::size_t position = 0;  // of the first byte in the query text
   std::size_t end = 0;       // of the byte after the last
   std::size_t literal = 0;   // of a literal: its number among the literals of the text, from 0
@@ -47,6 +47,9 @@ class Scanner {
     return position < text_.size() ? text_[position] : '\0';
   }
   [[nodiscard]] std::string_view written() const { return text_.substr(begin_, end_ - begin_); }
+  [[nodiscard]] bool operandFollows() const;
+  [[nodiscard]] std::size_t radixDigits() const;
+  void scanRadixNumber();
   void scanQuoted(char quote);
   void scanUpTo(char last);
   void scanNumber();

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jetsql/syntax/ast.h"
 #include "jetsql/syntax/saved_query.h"
 #include "values/variant.h"
 
@@ -54,6 +55,10 @@ class Catalogue {
 
   // Names match without regard to case. May throw what opening a linked table throws.
   [[nodiscard]] virtual CatalogueObject find(std::string_view name) = 0;
+
+  // The same in another database. The names of a saved query found there are looked up there, too.
+  [[nodiscard]] virtual CatalogueObject findIn(const DatabaseReference& database,
+                                               std::string_view name) = 0;
 
   // Runs a query of one computed column and gives its values in order: the headings of a crosstab
   // that does not list them.

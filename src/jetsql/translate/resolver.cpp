@@ -15,6 +15,11 @@ namespace {
 
 // Saved queries that each use another twice would grow without end.
 constexpr std::size_t kMaxExpansions = 400;
+constexpr std::size_t kMaxNested = 50;  // the engine's limit; more would need more stack
+
+[[noreturn]] void failTooComplex() {
+  throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
+}
 
 std::vector<CatalogueColumn> columnsOf(const typed::Select& select) {
   std::vector<CatalogueColumn> columns;
@@ -39,8 +44,11 @@ ResolvedQuery Resolver::resolve(const Query& query) {
 }
 
 typed::Query Resolver::query(const Query& query, const QueryContext& context) {
+  if (depth_ > kMaxNested) failTooComplex();
+  ++depth_;
   for (const std::string& parameter : query.parameters) addUnknown(parameter);
   typed::Query result = query.crosstab ? crosstab(query, context) : unionOf(query, context);
+  --depth_;
   result.keepsOrder = context.keepsOrder;
   return result;
 }
@@ -84,16 +92,20 @@ void Resolver::unionOrder(const Query& query, typed::Query& result) {
   }
 }
 
-typed::Query Resolver::savedQuery(const SavedQuery& query, const QueryContext& context) {
+CatalogueObject Resolver::find(const std::string& name,
+                               const std::optional<DatabaseReference>& database) {
+  return database ? catalogue_.findIn(*database, name) : catalogue_.find(name);
+}
+
+typed::Query Resolver::savedQuery(const SavedQuery& query, const QueryContext& context,
+                                  const std::optional<DatabaseReference>& database) {
   if (query.refusal != 0) throw RuntimeError(query.refusal, query.reason);
-  const std::string name = text::lowerCase(query.name);
-  if (std::find(expanding_.begin(), expanding_.end(), name) != expanding_.end()) {
+  const std::pair entry(text::lowerCase(query.name), database);
+  if (std::ranges::find(expanding_, entry) != expanding_.end()) {
     throw RuntimeError(error::kCircularQuery, "Circular reference caused by '" + query.name + "'.");
   }
-  if (++expansions_ > kMaxExpansions) {
-    throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
-  }
-  expanding_.push_back(name);
+  if (++expansions_ > kMaxExpansions) failTooComplex();
+  expanding_.push_back(entry);
   // Its literals are not among those of the text whose literals become parameters.
   const bool around = std::exchange(parameterizes_, false);
   typed::Query result = this->query(*parseQuery(normalize(query.text)), context);
@@ -103,9 +115,7 @@ typed::Query Resolver::savedQuery(const SavedQuery& query, const QueryContext& c
 }
 
 typed::Query Resolver::domainQuery(const std::string& text, const Scope& outer) {
-  if (++expansions_ > kMaxExpansions) {
-    throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
-  }
+  if (++expansions_ > kMaxExpansions) failTooComplex();
   const bool around = std::exchange(parameterizes_, false);
   typed::Query result = query(*parseQuery(normalize(text)), {.outer = &outer, .keepsOrder = true});
   parameterizes_ = around;

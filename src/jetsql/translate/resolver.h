@@ -8,8 +8,10 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "jetsql/syntax/ast.h"
@@ -36,7 +38,14 @@ class Resolver {
 
   // A query inside another, or the whole one.
   [[nodiscard]] typed::Query query(const Query& query, const QueryContext& context);
-  [[nodiscard]] typed::Query savedQuery(const SavedQuery& query, const QueryContext& context);
+  [[nodiscard]] typed::Query savedQuery(const SavedQuery& query, const QueryContext& context,
+                                        const std::optional<DatabaseReference>& database);
+  // The database of the saved query that is being resolved; none: the session's.
+  [[nodiscard]] std::optional<DatabaseReference> database() const {
+    return expanding_.empty() ? std::nullopt : expanding_.back().second;
+  }
+  [[nodiscard]] CatalogueObject find(const std::string& name,
+                                     const std::optional<DatabaseReference>& database);
 
   // A subquery of a text that the query itself does not hold.
   [[nodiscard]] typed::Query domainQuery(const std::string& text, const Scope& outer);
@@ -62,10 +71,12 @@ class Resolver {
   void failWhereUnknown() const;
 
   Catalogue& catalogue_;
-  std::set<std::string> unknown_;           // in lower case
-  std::vector<std::string> expanding_;      // saved queries around, outermost first
+  std::set<std::string> unknown_;  // in lower case
+  // Saved queries around, outermost first.
+  std::vector<std::pair<std::string, std::optional<DatabaseReference>>> expanding_;
   std::vector<const Expression*> aliases_;  // being resolved
   std::size_t expansions_ = 0;
+  std::size_t depth_ = 0;  // queries around the one being resolved
   bool parameterizes_ = true;
   bool dataDependent_ = false;
 };

@@ -20,11 +20,22 @@ struct OperatorName {
   std::string_view function;
 };
 constexpr OperatorName kOperatorNames[] = {
-    {Operator::kOr, "or"},        {Operator::kAnd, "and"},    {Operator::kXor, "xor"},
-    {Operator::kEqv, "eqv"},      {Operator::kImp, "imp"},    {Operator::kNot, "not"},
-    {Operator::kLike, "like"},    {Operator::kAdd, "add"},    {Operator::kSubtract, "sub"},
-    {Operator::kMultiply, "mul"}, {Operator::kDivide, "div"}, {Operator::kIntDivide, "intdiv"},
-    {Operator::kMod, "mod"},      {Operator::kPower, "pow"},  {Operator::kConcat, "concat"},
+    {Operator::kOr, "or"},
+    {Operator::kAnd, "and"},
+    {Operator::kXor, "xor"},
+    {Operator::kEqv, "eqv"},
+    {Operator::kImp, "imp"},
+    {Operator::kNot, "not"},
+    {Operator::kLike, "like"},
+    {Operator::kALike, "alike"},
+    {Operator::kAdd, "add"},
+    {Operator::kSubtract, "sub"},
+    {Operator::kMultiply, "mul"},
+    {Operator::kDivide, "div"},
+    {Operator::kIntDivide, "intdiv"},
+    {Operator::kMod, "mod"},
+    {Operator::kPower, "pow"},
+    {Operator::kConcat, "concat"},
     {Operator::kNegate, "neg"},
 };
 

@@ -31,13 +31,14 @@ typed::FromItem SelectResolver::join(const Join& join) {
 }
 
 typed::FromItem SelectResolver::table(const NamedTable& table, bool keepsOrder) {
-  const CatalogueObject object = resolver_.catalogue().find(table.name);
+  const auto& database = table.database ? table.database : resolver_.database();
+  const CatalogueObject object = resolver_.find(table.name, database);
   auto relation = std::make_unique<typed::Relation>();
   relation->name = table.alias.empty() ? table.name : table.alias;
   relation->table = object.table;
   if (object.query != nullptr) {
     relation->query = std::make_unique<typed::Query>(
-        resolver_.savedQuery(*object.query, {.keepsOrder = keepsOrder}));
+        resolver_.savedQuery(*object.query, {.keepsOrder = keepsOrder}, database));
   } else if (object.table == nullptr) {
     throw RuntimeError(error::kUnknownTable,
                        "Could not find the input table or query '" + table.name + "'.");

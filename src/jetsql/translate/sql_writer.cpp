@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "jetsql/translate/fields_read.h"
 #include "jetsql/translate/sql_writer_expression.h"
 #include "jetsql/translate/sql_writer_select.h"
 #include "values/error_numbers.h"
@@ -22,7 +23,7 @@ RelationNames namesUnder(const std::string& alias, const typed::Relation& relati
 Translation SqlWriter::statement(const typed::Query& query) {
   if (query.selects.size() == 1 && !query.crosstab) return rows(query.selects.front());
   Translation result;
-  result.sql = this->query(query);
+  result.sql = withNamed(this->query(query));
   for (const CatalogueColumn& column : query.columns) {
     result.columns.push_back({column.name, column.type, std::nullopt, result.computedCount++});
   }
@@ -63,13 +64,13 @@ Translation SqlWriter::rows(const typed::Select& select) {
     result.columns.push_back(std::move(column));
   }
   if (keepsRows && select.relations.size() == 1 && result.sources.size() == 1) result.updatable = 0;
-  result.sql = writer.sql(projection, true);
+  result.sql = withNamed(writer.sql(projection, true));
   return result;
 }
 
 Translation SqlWriter::distinctValues(const typed::Select& select, const typed::Expression& value) {
   Translation result;
-  result.sql = SelectWriter(*this, select).distinctValues(value);
+  result.sql = withNamed(SelectWriter(*this, select).distinctValues(value));
   result.columns.push_back({"c0", value.type(), std::nullopt, 0});
   result.computedCount = 1;
   result.exactTextOnly = true;
@@ -83,12 +84,34 @@ std::string SqlWriter::query(const typed::Query& query) {
   return writer.sql(writer.values(), query.keepsOrder);
 }
 
+// SQLite's parser takes some 14 queries inside each other; a name is resolved later, by code that
+// takes more. Within an expression only a query that reads nothing of those around it has a name.
+SqlWriter::Nested SqlWriter::nested(const typed::Query& query) {
+  constexpr std::size_t kMaxNested = 5;
+  ++depth_;
+  std::string sql = this->query(query);
+  if (--depth_ < kMaxNested || readsOutside(query)) return {std::move(sql), false};
+  std::string name = "w" + std::to_string(named_.size());
+  named_.push_back(name + " AS (" + sql + ")");
+  return {std::move(name), true};
+}
+
+std::string SqlWriter::withNamed(const std::string& sql) const {
+  return named_.empty() ? sql : "WITH " + joined(named_, ", ") + " " + sql;
+}
+
+std::string SqlWriter::derived(const typed::Query& query) {
+  Nested inside = nested(query);
+  return inside.isName ? std::move(inside.sql) : "(" + inside.sql + ")";
+}
+
 // Its text may be needed several times, so that those within each other would grow without end.
 std::string SqlWriter::subquery(const typed::Query& query) {
   constexpr std::size_t kMaxLength = 1'000'000;  // what SQLite takes
   const ColumnErrors around = std::exchange(errors_, ColumnErrors::kRaise);
-  std::string sql = this->query(query);
+  const Nested inside = nested(query);
   errors_ = around;
+  std::string sql = inside.isName ? "SELECT * FROM " + inside.sql : inside.sql;
   if (sql.size() > kMaxLength) {
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
   }

@@ -43,6 +43,8 @@ class SqlWriter {
 
   // For the parts: SelectWriter, FromWriter, ExpressionWriter.
   [[nodiscard]] std::string query(const typed::Query& query);
+  // A query of a FROM, in parentheses or by the name of a common table expression.
+  [[nodiscard]] std::string derived(const typed::Query& query);
   // A query in an expression, whose columns are compared at once.
   [[nodiscard]] std::string subquery(const typed::Query& query);
   [[nodiscard]] bool defersErrors() const { return errors_ == ColumnErrors::kDefer; }
@@ -67,10 +69,18 @@ class SqlWriter {
   [[nodiscard]] std::string unionOf(const typed::Query& query);
   [[nodiscard]] std::string unionPart(const typed::Query& query, const typed::Select& select);
   [[nodiscard]] std::string crosstab(const typed::Query& query);  // sql_writer_crosstab.cpp
+  struct Nested {
+    std::string sql;
+    bool isName = false;  // of a common table expression, which has the query
+  };
+  [[nodiscard]] Nested nested(const typed::Query& query);
+  [[nodiscard]] std::string withNamed(const std::string& sql) const;
 
   Catalogue& catalogue_;
   ColumnErrors errors_;
   std::size_t aliases_ = 0;
+  std::size_t depth_ = 0;           // queries around the one being written
+  std::vector<std::string> named_;  // common table expressions: name AS (query)
   bool prefersLiterals_ = false;
   std::unordered_map<const typed::Relation*, RelationNames> names_;
   std::unordered_map<const typed::Query*, std::string> columns_;  // the only one of a subquery

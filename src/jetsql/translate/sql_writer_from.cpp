@@ -28,7 +28,7 @@ FromWriter::Fragment FromWriter::relation(std::size_t number) {
   const typed::Relation& relation = *select_.relations[number];
   const std::string alias = writer_.nextAlias();
   std::string sql = relation.table != nullptr ? quotedName(relation.table->sqliteName)
-                                              : "(" + writer_.query(*relation.query) + ")";
+                                              : writer_.derived(*relation.query);
   const JoinLookup* keyed = computedKeyOf(relation);
   if (keyed != nullptr) sql = withKey(relation, sql, *keyed);
   RelationNames& names = writer_.names(&relation) = namesUnder(alias, relation);

@@ -20,7 +20,9 @@ std::string trimmedName(std::string_view text) {
          std::string_view(" \t\r\n").find(text.front()) != std::string_view::npos) {
     text.remove_prefix(1);
   }
-  if (text.size() > 1 && text.front() == '[' && text.back() == ']') {
+  const bool bracketed = text.size() > 1 && ((text.front() == '[' && text.back() == ']') ||
+                                             (text.front() == '`' && text.back() == '`'));
+  if (bracketed) {
     text = text.substr(1, text.size() - 2);
   }
   return std::string(text);
