@@ -89,7 +89,7 @@ void setUpAccount(Setup& setup) {
     if (!platform::isAdministrator() || fs::is_symlink(path)) continue;
     if (platform::ownerOf(path) == account) continue;
     platform::giveTo(path, account);
-    SetupPage::changed("계정 " + account + "에게 줌: " + path);
+    SetupPage::changed("계정이 바뀜: " + path);
   }
   if (!platform::isAdministrator()) return;
   for (const std::string& path : own) requireWriting(setup, path, account);
