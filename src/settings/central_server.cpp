@@ -22,7 +22,7 @@ std::optional<int> port(const Settings& settings, const char* key) {
   return number;
 }
 
-// Whatever is no clear no must not send in the clear.
+// Any other text is an error: a misspelled 1 must not mean plain FTP.
 bool isSwitchedOn(const Settings& settings, const char* key) {
   const std::string text = settings.read(kSection, key, "");
   if (text.empty() || text == "0") return false;

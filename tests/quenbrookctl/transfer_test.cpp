@@ -23,9 +23,10 @@ class Shop {
  public:
   explicit Shop(const auto& server) { serve(server); }
 
-  void serve(const auto& server) {
+  void serve(const auto& server, const std::string& more = "") {
     std::ofstream(home() / "config.ini") << "[\xbf\xac\xb0\xe1]\r\nServerHost=" << server.address()
-                                         << "\r\nFtpPort=" << server.port() << "\r\n";
+                                         << "\r\nFtpPort=" << server.port() << "\r\n"
+                                         << more;
   }
 
   void leave(const std::string& name, const std::string& content) {
@@ -93,12 +94,14 @@ TEST(TransferTest, WhatAServerRefusesIsSentByTheNextRun) {
     bool down;
     bool readOnly;
     const char* message;
+    const char* config = "";
   };
   const Case cases[] = {
       {"down", {}, true, false, "서버로 업로드에 실패했습니다."},
       {"wrong password", {.password = "other"}, false, false, "서버로 업로드에 실패했습니다."},
       {"read-only folder", {}, false, true, "서버로 업로드에 실패했습니다."},
       {"no renaming", {.arguments = {"-G"}}, false, false, "서버 파일의 이름 변경에 실패했습니다."},
+      {"no TLS", {}, false, false, "서버로 업로드에 실패했습니다.", "FtpTls=1\r\n"},
   };
   const support::FtpServer good;
   for (const Case& refused : cases) {
@@ -109,6 +112,7 @@ TEST(TransferTest, WhatAServerRefusesIsSentByTheNextRun) {
     }
     if (refused.down) server.stop();
     Shop shop(server);
+    shop.serve(server, refused.config);
     shop.leave("20130821_153000_Hanok.txt", "Delete FROM SellingTB;\r\n");
     EXPECT_EQ(shop.transfer(), 1);
     EXPECT_THAT(shop.output(), HasSubstr(refused.message));

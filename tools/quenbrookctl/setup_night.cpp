@@ -91,8 +91,9 @@ void setUpNight(Setup& setup) {
   if (setup.has("no-night")) {
     SetupPage::right("등록하지 않음 (--no-night)");
   } else if (!platform::folderExists(kShopRegistry)) {
-    SetupPage::right("패키지로 설치하지 않았습니다. cron 줄: 37 4 * * * " + accountOf(setup) +
-                     " quenbrook-nightly " + setup.folder);
+    const std::string program = setup.file("quenbrookctl");
+    SetupPage::right("패키지로 설치하지 않았습니다. cron 줄: 37 4 * * * " + accountOf(setup) + " " +
+                     program + " nightly; " + program + " transfer");
   } else if (!platform::isAdministrator()) {
     SetupPage::right("등록하려면 관리자 권한으로 다시: sudo quenbrookctl setup " + setup.folder);
   } else if (const std::string name = nameFor(setup); registerName(setup, name)) {
