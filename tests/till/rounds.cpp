@@ -379,8 +379,9 @@ void Rounds::checkRows(const Shop& now, std::span<const Transaction> log) {
     }
   }
   for (const auto& [row, hash] : now.rows) {
-    if (!unknown.contains(row) && !expected.contains(row))
+    if (!unknown.contains(row) && !expected.contains(row)) {
       fault(row + " was not there, or deleted");
+    }
   }
 }
 
