@@ -11,6 +11,7 @@
 
 #include "jet/database.h"
 #include "support/child_process.h"
+#include "support/sale_statements.h"
 
 namespace {
 
@@ -66,23 +67,6 @@ class KilledJobTest : public testing::Test {
     return missing ? 0 : size;
   }
 
-  // How many statements the file has of each sale and its items.
-  [[nodiscard]] static std::map<int, int> statementsOfSales(const std::string& text) {
-    std::map<int, int> found;
-    for (std::size_t start = 0, end = 0; start < text.size(); start = end + 2) {
-      end = text.find("\r\nInsert ", start);
-      if (end == std::string::npos) end = text.size();
-      const std::string line = text.substr(start, end - start);
-      const bool sale = line.starts_with("Insert Into SellingTB");
-      if (!sale && !line.starts_with("Insert Into Selling_ItemTB")) continue;
-      // The sale's id is the fourth value, of an item the fifth.
-      std::size_t value = line.find(" Values (");
-      for (int i = sale ? 3 : 4; i > 0; --i) value = line.find(", ", value + 1);
-      ++found[std::atoi(line.c_str() + value + 2)];
-    }
-    return found;
-  }
-
   [[nodiscard]] std::set<int> markedSales() const {
     const auto database = jet::Database::open(path("shop/data.mdb"));
     jet::Table& table = database->openTable("Selling");
@@ -104,7 +88,7 @@ class KilledJobTest : public testing::Test {
 TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
   restore();
   ASSERT_EQ(support::run(command()), 0);
-  const auto whole = statementsOfSales(support::readFile(statementFile()));
+  const auto whole = support::statementsOfSales(support::readFile(statementFile()));
   const auto wholeBytes = statementBytes();
   ASSERT_EQ(markedSales().size(), whole.size());
 
@@ -123,7 +107,7 @@ TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
     job.kill(SIGKILL);
     if (job.wait() != 128 + SIGKILL) continue;
     ++killed;
-    const auto sent = statementsOfSales(support::readFile(statementFile()));
+    const auto sent = support::statementsOfSales(support::readFile(statementFile()));
     for (const int sale : markedSales()) {
       if (before.contains(sale)) continue;
       ++marks;
@@ -135,7 +119,7 @@ TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
 
   fs::remove(statementFile());
   ASSERT_EQ(support::run(command()), 0);
-  EXPECT_EQ(statementsOfSales(support::readFile(statementFile())), whole);
+  EXPECT_EQ(support::statementsOfSales(support::readFile(statementFile())), whole);
 }
 
 }  // namespace

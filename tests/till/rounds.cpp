@@ -4,14 +4,9 @@
 #include <array>
 #include <compare>
 #include <csignal>
-#include <fstream>
-#include <functional>
 #include <map>
-#include <optional>
 #include <random>
 #include <set>
-#include <span>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -19,7 +14,8 @@
 #include "jet/format/commit_bytes.h"
 #include "jetcheck/file_check.h"
 #include "support/child_process.h"
-#include "till/row_hash.h"
+#include "support/sale_statements.h"
+#include "till/evidence.h"
 #include "values/date_time.h"
 #include "values/runtime_error.h"
 
@@ -40,99 +36,6 @@ constexpr int kWritesOfTransaction = 8;  // about
 const double kFirstDay = values::daySerial(2013, 8, 1);
 constexpr int kDays = 3;
 constexpr int kLaterDays = 2;
-
-// The sales and items of a file at rest.
-struct Shop {
-  std::map<std::string, std::size_t> rows;  // hashes by "Selling:1201", without the marks
-  std::map<int, double> sales;              // days by number
-  std::map<int, int> items;                 // counted by sale
-  std::set<int> marked;                     // sales
-  std::size_t movedRows = 0;
-};
-
-Shop readShop(const std::string& path) {
-  Shop shop;
-  const auto database = jet::Database::open(path);
-  for (const std::string name : {"Selling", "Selling_Item"}) {
-    jet::Table& table = database->openTable(name);
-    const auto& definition = table.definition();
-    const std::size_t sale = definition.findColumn("S_ID").value();
-    for (auto scan = table.scan(); scan.next();) {
-      const jet::Row& row = scan.row();
-      shop.rows[name + ':' + std::to_string(row.wholeNumber(0))] = rowHash(definition, row);
-      shop.movedRows += row.page()->number != row.id().page ? 1 : 0;
-      const int number = static_cast<int>(row.wholeNumber(sale));
-      if (name == "Selling_Item") {
-        ++shop.items[number];
-        continue;
-      }
-      shop.sales[number] = row.realNumber(definition.findColumn("rDate").value());
-      const std::size_t mark = definition.findColumn("c_upload").value();
-      if (row.wholeNumber(mark) != 0) shop.marked.insert(number);
-    }
-  }
-  return shop;
-}
-
-// What a till's log says; see till.cpp.
-struct Transaction {
-  std::vector<std::string> rows;
-  std::vector<std::size_t> hashes;  // none: it was not over when the till was killed
-
-  [[nodiscard]] bool done() const { return !hashes.empty(); }
-};
-
-std::vector<Transaction> readLog(const fs::path& log) {
-  std::vector<Transaction> found;
-  std::istringstream lines(readFile(log));
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream words(line);
-    std::string word;
-    words >> word;
-    if (word == "begin") {
-      found.emplace_back();
-      while (words >> word) found.back().rows.push_back(word);
-    } else if (word == "done") {
-      for (std::size_t hash = 0; words >> hash;) found.back().hashes.push_back(hash);
-    }
-  }
-  return found;
-}
-
-std::size_t countDone(const std::vector<Transaction>& log) {
-  return static_cast<std::size_t>(std::ranges::count_if(log, &Transaction::done));
-}
-
-// The sales among the rows of transactions.
-std::set<int> salesOf(std::span<const Transaction> log) {
-  constexpr std::string_view kSale = "Selling:";
-  std::set<int> sales;
-  for (const Transaction& transaction : log) {
-    for (const std::string& row : transaction.rows) {
-      if (row.starts_with(kSale)) sales.insert(std::stoi(row.substr(kSale.size())));
-    }
-  }
-  return sales;
-}
-
-// How many statements the files of a folder have of each sale and its items.
-std::map<int, int> statementsOfSales(const fs::path& folder) {
-  std::map<int, int> found;
-  for (const auto& file : fs::directory_iterator(folder)) {
-    std::istringstream lines(readFile(file.path()));
-    for (std::string line; std::getline(lines, line);) {
-      const bool sale = line.starts_with("Insert Into SellingTB");
-      if (!line.ends_with('\r') || (!sale && !line.starts_with("Insert Into Selling_ItemTB"))) {
-        continue;
-      }
-      // The sale's number is the fourth value, of an item the fifth.
-      std::size_t value = line.find(" Values (");
-      for (int i = sale ? 3 : 4; i > 0; --i) value = line.find(", ", value + 1);
-      ++found[std::atoi(line.c_str() + value + 2)];
-    }
-  }
-  return found;
-}
 
 // The commit pairs of a file that others work on.
 class Pairs {
@@ -236,6 +139,7 @@ class Rounds {
   void work(bool wide);
   void watch(ChildProcess& job, ChildProcess& till, bool tillDies);
   Moment anyMoment();
+  [[nodiscard]] std::map<int, int> statements() const;
   void refuseAndRepair();
   void check(double lastDay);
   void checkRows(const Shop& now, std::span<const Transaction> log);
@@ -385,20 +289,29 @@ void Rounds::checkRows(const Shop& now, std::span<const Transaction> log) {
   }
 }
 
+// How many statements this round's job wrote of each sale and its items.
+std::map<int, int> Rounds::statements() const {
+  std::string text;  // of the only file that has any: the lock file is empty
+  for (const auto& file : fs::directory_iterator(path("shop/AutoLoadData"))) {
+    text += readFile(file.path());
+  }
+  return support::statementsOfSales(text);
+}
+
 void Rounds::checkMarks(const Shop& now, std::span<const Transaction> log, double lastDay) {
   const std::set<int> touched = salesOf(log);
   const std::set<int> touchedSinceJob = salesOf(log.subspan(doneBeforeJob_));
   const bool halfDone = !log.empty() && !log.back().done();
   const std::set<int> unknown = halfDone ? salesOf(log.last(1)) : std::set<int>();
-  const std::map<int, int> statements = statementsOfSales(path("shop/AutoLoadData"));
+  const std::map<int, int> written = statements();
   for (const auto& [sale, day] : now.sales) {
     const std::string name = "sale " + std::to_string(sale);
     const bool markedBefore = shop_.marked.contains(sale) && !touched.contains(sale);
     if (now.marked.contains(sale)) {
       if (markedBefore || unknown.contains(sale)) continue;
       ++report_.marks;
-      const auto found = statements.find(sale);
-      const int sent = found == statements.end() ? 0 : found->second;
+      const auto found = written.find(sale);
+      const int sent = found == written.end() ? 0 : found->second;
       const auto items = now.items.find(sale);
       const int wanted = 1 + (items == now.items.end() ? 0 : items->second);
       if (sent != wanted) {
