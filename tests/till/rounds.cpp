@@ -176,7 +176,7 @@ void Rounds::work(bool wide) {
   const int writes = dies ? 1 + below(transactions_ * kWritesOfTransaction) : 0;
   const std::string lastDay = std::to_string(kFirstDay + kDays - 1);
   ChildProcess till(
-      {QUENBROOK_TILL, options_.deaf ? "deaf" : "work", data(), path("till.log"),
+      {QUENBROOK_TILL, options_.ignoreCounts ? "ignore-counts" : "work", data(), path("till.log"),
        std::to_string(random_()), std::to_string(kFirstDay), lastDay, std::to_string(writes)},
       path("till.out"));
   while (readFile(path("till.log")).empty() && till.running()) std::this_thread::yield();
@@ -210,8 +210,8 @@ void Rounds::work(bool wide) {
 
 // Until the job is over, and the till if it is to die.
 void Rounds::watch(ChildProcess& job, ChildProcess& till, bool tillDies) {
-  bool jobDoomed = report_.rounds > 0 && below(4) != 0;
-  const bool tillDoomed = report_.rounds > 0 && !tillDies && below(4) == 0;
+  bool killsJob = report_.rounds > 0 && below(4) != 0;
+  const bool killsTill = report_.rounds > 0 && !tillDies && below(4) == 0;
   const Moment jobMoment = anyMoment();
   const Moment tillMoment = anyMoment();
   Pairs pairs(data(), version());
@@ -220,11 +220,11 @@ void Rounds::watch(ChildProcess& job, ChildProcess& till, bool tillDies) {
     pairs.look();
     if (now.counts == 0 && pairs.counts() != 0) looksBeforeMarks_ = now.looks;
     if (now.counts != pairs.counts()) now = {pairs.counts(), 0};
-    if (jobDoomed && now >= jobMoment) {
+    if (killsJob && now >= jobMoment) {
       job.kill(SIGKILL);
-      jobDoomed = false;
+      killsJob = false;
     }
-    if (tillDoomed && now >= tillMoment) till.kill(SIGKILL);
+    if (killsTill && now >= tillMoment) till.kill(SIGKILL);
     std::this_thread::yield();
   }
   if (now.counts != 0) marking_ = now.counts;

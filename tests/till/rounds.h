@@ -33,7 +33,7 @@ struct Options {
   unsigned seed = 1;
   std::string format = "jet4";
   bool indexes = true;
-  bool deaf = false;  // the till never looks at the commit counts
+  bool ignoreCounts = false;  // the till never looks at the commit counts
 };
 
 struct Report {

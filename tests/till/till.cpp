@@ -2,7 +2,7 @@
 // does not.
 //
 //   till work FILE LOG SEED FIRST_DAY LAST_DAY WRITES   days as serials: the job's days
-//   till deaf FILE LOG SEED FIRST_DAY LAST_DAY WRITES   never looks at the commit counts
+//   till ignore-counts ...                              the same with a cache that is never renewed
 //   till repair FILE                                    after a kill in the middle of a write
 //   till prepare FILE                                   ids become AutoNumbers, rows older
 //
@@ -41,11 +41,12 @@ using values::DateTime;
 using values::Variant;
 
 constexpr int kLaterDays = 2;
-constexpr int kMostLaterSales = 30;  // from here on some go
+constexpr int kMostLaterSales = 30;  // with more of them some are deleted
 
 volatile std::sig_atomic_t ending = 0;
 
-// Lets no look at the counts be left out, or makes none due.
+// With the step of kLookInterval every use of a cached page looks at the counts first; with 0 none
+// does.
 class Ticks : public platform::TickCounter {
  public:
   explicit Ticks(std::int32_t step) : step_(step) {}
@@ -238,7 +239,7 @@ Till::Change Till::changeSale(PageEdits& edits) {
   return change;
 }
 
-// Of the later days: what a job has read and finds deleted would end its step.
+// Of the later days only: a row that a job has read and finds deleted ends its step (3167).
 Till::Change Till::moveOrRemoveSale(PageEdits& edits) {
   std::map<std::int32_t, Sale> later;
   std::ranges::copy_if(sales_, std::inserter(later, later.end()),
@@ -276,7 +277,7 @@ void prepare(const std::string& path) {
   shop.sales.ageRows(*shop.locks);
 }
 
-// Nobody else has the file. The pairs first: nobody is in the middle of a write any more.
+// Nobody else may have the file. First the commit pairs, which say that a write is under way.
 void repair(const std::string& path) {
   {
     auto file = RandomAccessFile::open(path, RandomAccessFile::Mode::kReadWrite);
@@ -300,7 +301,7 @@ void run(const std::vector<std::string>& words) {
     repair(words.at(1));
     return;
   }
-  const Ticks ticks(words.at(0) == "deaf" ? 0 : CommitCounts::kLookInterval);
+  const Ticks ticks(words.at(0) == "ignore-counts" ? 0 : CommitCounts::kLookInterval);
   ShopFile shop(words.at(1), ticks);
   dieAfterWrites(std::stoi(words.at(6)));
   Till(shop, words.at(2), static_cast<unsigned>(std::stoul(words.at(3))), std::stod(words.at(4)),

@@ -24,8 +24,8 @@ till::Options optionsOf(const std::vector<std::string>& words) {
       options.format = value();
     } else if (words[i] == "--no-indexes") {
       options.indexes = false;
-    } else if (words[i] == "--deaf") {
-      options.deaf = true;
+    } else if (words[i] == "--ignore-counts") {
+      options.ignoreCounts = true;
     } else {
       throw std::invalid_argument(words[i]);
     }
@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
   } catch (const std::exception& failure) {
     std::cerr << failure.what()
               << "\nusage: till_rounds [--rounds N] [--seed N] [--format jet3|jet4] [--no-indexes]"
-                 " [--deaf]\n";
+                 " [--ignore-counts]\n";
     return 2;
   }
 }
