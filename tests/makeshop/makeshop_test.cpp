@@ -125,9 +125,16 @@ TEST_F(MakeshopTest, EveryQueryIsListedAndIndexesAreThere) {
                   testing::StartsWith("SELECT "));
     }
   }
+  const std::string itemsOfSale = "ON \"selling_item\" (\"s_id\")";
+  const std::string itemsOfDay = "ON \"selling_item\" (\"rdate\")";
   const std::string indexed = schema(path("shop/data.mdb"));
-  EXPECT_THAT(indexed, testing::HasSubstr("ON \"selling_item\" (\"s_id\")"));
+  EXPECT_THAT(indexed, testing::HasSubstr(itemsOfSale));
+  EXPECT_THAT(indexed, testing::HasSubstr(itemsOfDay));
   EXPECT_THAT(indexed, testing::HasSubstr("ON \"selling\" (\"rdate\")"));
+  make("noItemDays", {"--days", "2", "--no-item-day-index"});
+  const std::string noItemDays = schema(path("noItemDays/data.mdb"));
+  EXPECT_THAT(noItemDays, testing::HasSubstr(itemsOfSale));
+  EXPECT_THAT(noItemDays, testing::Not(testing::HasSubstr(itemsOfDay)));
   make("bare", {"--days", "2", "--no-indexes"});
   const std::string bare = schema(path("bare/data.mdb"));
   EXPECT_THAT(bare, testing::Not(testing::HasSubstr("CREATE INDEX \"")));

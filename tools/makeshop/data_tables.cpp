@@ -146,6 +146,11 @@ const std::vector<Field<MenuGroup>>& groupFields() {
   return kFields;
 }
 
+std::vector<const char*> itemIndexes(const Options& options) {
+  if (options.itemDayIndex) return {"S_ID", "rDate"};
+  return {"S_ID"};
+}
+
 // The primary key and, with options.indexes, an index on the day or on the sale.
 std::vector<jetcreate::NewIndex> indexes(const Options& options, const char* key,
                                          const std::vector<const char*>& others) {
@@ -159,7 +164,8 @@ std::vector<jetcreate::NewIndex> indexes(const Options& options, const char* key
 
 DataFile::DataFile(jetcreate::FileBuilder& builder, const Options& options)
     : sales_(builder, "Selling", saleFields(), indexes(options, "S_ID", {"rDate"})),
-      items_(builder, "Selling_Item", itemFields(), indexes(options, "SI_ID", {"S_ID", "rDate"})),
+      items_(builder, "Selling_Item", itemFields(),
+             indexes(options, "SI_ID", itemIndexes(options))),
       attendances_(builder, "Employee_Item", attendanceFields(),
                    indexes(options, "ei_id", {"rdate"})),
       settled_(builder, "credit_terminate", settledFields(), indexes(options, "ct_id", {"rdate"})) {

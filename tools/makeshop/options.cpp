@@ -89,6 +89,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
       takeValue(argument, arguments[i], options);
     } else if (argument == "--no-indexes") {
       options.indexes = false;
+    } else if (argument == "--no-item-day-index") {
+      options.itemDayIndex = false;
     } else if (argument == "--plain") {
       options.plain = true;
     } else if (argument == "--help") {
@@ -116,6 +118,7 @@ const char* usage() {
          "  --from DATE         first day, yyyy-MM-dd (2013-08-01)\n"
          "  --seed N            another number, another shop (1)\n"
          "  --no-indexes        no index on the sale id of items, nor on any day\n"
+         "  --no-item-day-index no index on the day of items\n"
          "  --format F          jet3 (Access 97), jet4 (2000), accdb (2007), accdb14 (2010); the "
          "files\n"
          "                      keep their names (jet4)\n"
