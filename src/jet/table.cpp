@@ -49,7 +49,12 @@ bool Table::rowAt(const PagePtr& first, std::uint16_t row, Row& out, Freshness f
   const RowSlot slot = rowSlot(file_, *first, row);
   if (slot.deleted) return false;
   if (!slot.forwarded) {
-    out = Row(context_, id, first, Bytes(first->bytes).subspan(slot.start, slot.size()));
+    const Bytes bytes = Bytes(first->bytes).subspan(slot.start, slot.size());
+    if (out.page() == first) {
+      out.moveTo(id, bytes);
+    } else {
+      out = Row(context_, id, first, bytes);
+    }
     return true;
   }
   PagePtr page;
@@ -77,7 +82,7 @@ bool Table::tryReadNext(RowId id, Row& row) {
   const RowSlot slot = rowSlot(file_, *page, id.row);
   if (slot.deleted) return false;
   if (slot.forwarded) return tryRead(id, row);
-  row = Row(context_, id, row.takePage(), Bytes(page->bytes).subspan(slot.start, slot.size()));
+  row.moveTo(id, Bytes(page->bytes).subspan(slot.start, slot.size()));
   return true;
 }
 

@@ -42,7 +42,7 @@ std::optional<KeyBytes> findKey(PageFile& file, const TableDefinition& definitio
     }
     page = pageAt(page.child(*child));
   }
-  for (std::uint32_t passed = 0; passed < file.pageCount(); ++passed) {
+  for (std::uint32_t passed = 0; file.hasPages(passed + 1); ++passed) {
     for (std::size_t n = page.lowerBound(prefix); n < page.size(); ++n) {
       if (page.compare(n, prefix) != 0) return std::nullopt;
       if (page.rowId(n) != id) continue;

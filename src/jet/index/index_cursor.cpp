@@ -36,7 +36,7 @@ bool IndexCursor::tryDescend() {
 
 bool IndexCursor::nextLeaf() {
   if (leaf_->header.next == 0) return false;
-  if (++leavesSeen_ > file_->pageCount()) {
+  if (!file_->hasPages(++leavesSeen_)) {
     file_->damaged(leaf_->header.next, "the leaves of an index form a circle");
   }
   IndexPagePtr next = pages_->next(*file_, *leaf_, owner_);

@@ -38,7 +38,7 @@ void IndexEdit::walkRight(Bytes key) {
     const IndexPage& leaf = path_.back().page;
     if (leaf.header.next == 0 || leaf.lowerBound(key) < leaf.size()) return;
     const std::uint32_t number = leaf.header.next;
-    if (++passed > edits_.file().pageCount()) {
+    if (!edits_.file().hasPages(++passed)) {
       edits_.file().damaged(number, "the leaves of an index form a circle");
     }
     IndexPage next = pageAt(number);
@@ -55,7 +55,7 @@ bool IndexEdit::hasOther(Bytes key, RowId row) {
   std::size_t n = leaf.lowerBound(key);
   for (std::uint32_t passed = 0;; ++n) {
     while (n == leaf.size()) {
-      if (leaf.header.next == 0 || ++passed > edits_.file().pageCount()) return false;
+      if (leaf.header.next == 0 || !edits_.file().hasPages(++passed)) return false;
       leaf = pageAt(leaf.header.next);
       n = leaf.lowerBound(key);
     }

@@ -44,7 +44,8 @@ Bytes longValue(PageFile& file, std::uint32_t holder, Bytes raw, std::vector<std
     }
     return raw.subspan(kLongValueHeader, length);
   }
-  if (length > std::uint64_t{file.pageCount()} * file.format().pageSize) {
+  const std::size_t pageSize = file.format().pageSize;
+  if (!file.hasPages((length + pageSize - 1) / pageSize)) {
     file.damaged(holder, "a long value is longer than the file");
   }
   scratch.clear();

@@ -15,11 +15,16 @@ PageFile::PageFile(RandomAccessFile file, const Format& format, std::uint32_t en
       format_(format),
       key_(encodingKey),
       readOnly_(readOnly),
-      capacity_(std::max<std::size_t>(cacheBytes / format.pageSize, 1)) {}
+      cache_(std::max<std::size_t>(cacheBytes / format.pageSize, 1)) {}
 
 std::uint32_t PageFile::pageCount() const {
   return static_cast<std::uint32_t>(
       std::min<std::uint64_t>(file_.size() / format_.pageSize, UINT32_MAX));
+}
+
+bool PageFile::hasPages(std::uint64_t count) {
+  if (count > knownPages_) knownPages_ = pageCount();
+  return count <= knownPages_;
 }
 
 void PageFile::share(std::optional<int> slot, const platform::TickCounter& ticks) {
@@ -29,51 +34,43 @@ void PageFile::share(std::optional<int> slot, const platform::TickCounter& ticks
 
 PagePtr PageFile::page(std::uint32_t number) {
   if (commits_ && commits_->isLookDue()) lookForChanges();
-  const auto found = slotOf_.find(number);
-  if (found == slotOf_.end()) return freshPage(number);
-  Slot& slot = slots_[found->second];
-  slot.used = true;
-  return slot.page;
+  if (const PagePtr* found = cache_.find(number)) return *found;
+  // A part of the cache at most: what is in use stays.
+  const std::size_t most = std::max<std::size_t>(cache_.capacity() / 4, 1);
+  return readRun(
+      number, static_cast<std::uint32_t>(std::min<std::size_t>(readAhead_.runFrom(number), most)));
 }
 
-PagePtr PageFile::freshPage(std::uint32_t number) {
-  PagePtr page = readPage(number);
-  keep(page);
+PagePtr PageFile::freshPage(std::uint32_t number) { return readRun(number, 1); }
+
+// Pages of the run that are cached already stay as they are.
+PagePtr PageFile::readRun(std::uint32_t first, std::uint32_t count) {
+  const std::size_t size = format_.pageSize;
+  run_.resize(std::max(run_.size(), count * size));
+  const std::size_t got =
+      file_.readAt(std::uint64_t{first} * size, MutableBytes(run_).first(count * size));
+  if (got < size) damaged(first, "the file ends before it");
+  PagePtr page = keep(first, Bytes(run_).first(size));
+  for (std::size_t i = 1; i < got / size; ++i) {
+    const auto number = static_cast<std::uint32_t>(first + i);
+    if (!cache_.has(number)) keep(number, Bytes(run_).subspan(i * size, size));
+  }
   return page;
 }
 
-PagePtr PageFile::readPage(std::uint32_t number) const {
-  auto page = std::make_shared<Page>();
+PagePtr PageFile::keep(std::uint32_t number, Bytes stored) {
+  std::shared_ptr<Page> page = cache_.spare();
   page->number = number;
   page->othersChanges = othersChanges_;
-  page->bytes.resize(format_.pageSize);
-  if (file_.readAt(std::uint64_t{number} * format_.pageSize, page->bytes) < format_.pageSize) {
-    damaged(number, "the file ends before it");
-  }
+  page->bytes.assign(stored.begin(), stored.end());
   cipher(number, 0, page->bytes);
-  return page;
+  PagePtr kept = page;
+  cache_.keep(std::move(page));
+  return kept;
 }
 
 void PageFile::cipher(std::uint32_t number, std::size_t offset, MutableBytes bytes) const {
   if (key_ != 0 && number != 0) applyRc4(key_ ^ number, offset, bytes);
-}
-
-void PageFile::keep(const PagePtr& page) {
-  const auto found = slotOf_.find(page->number);
-  if (found != slotOf_.end()) {
-    slots_[found->second] = {page, true};
-    return;
-  }
-  if (slots_.size() < capacity_) {
-    slotOf_[page->number] = slots_.size();
-    slots_.push_back({page, true});
-    return;
-  }
-  // The clock algorithm: the first page that was not used since the hand last passed makes room.
-  while (std::exchange(slots_[hand_].used, false)) hand_ = (hand_ + 1) % slots_.size();
-  slotOf_.erase(slots_[hand_].page->number);
-  slotOf_[page->number] = hand_;
-  slots_[hand_] = {page, true};
 }
 
 void PageFile::write(std::uint32_t number, std::size_t offset, Bytes bytes) {
@@ -85,20 +82,15 @@ void PageFile::write(std::uint32_t number, std::size_t offset, Bytes bytes) {
   cipher(number, offset, stored);
   file_.writeAt(std::uint64_t{number} * format_.pageSize + offset, stored);
 
-  const auto found = slotOf_.find(number);
-  if (found == slotOf_.end()) return;
-  Slot& slot = slots_[found->second];
-  auto changed = std::make_shared<Page>(*slot.page);
+  const PagePtr* found = cache_.find(number);
+  if (found == nullptr) return;
+  auto changed = std::make_shared<Page>(**found);
   std::copy(bytes.begin(), bytes.end(),
             changed->bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-  slot.page = std::move(changed);
+  cache_.keep(std::move(changed));
 }
 
-void PageFile::forgetPages() {
-  slots_.clear();
-  slotOf_.clear();
-  hand_ = 0;
-}
+void PageFile::forgetPages() { cache_.clear(); }
 
 std::uint32_t PageFile::othersChanges() {
   if (commits_ && commits_->isLookDue()) lookForChanges();

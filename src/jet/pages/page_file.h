@@ -1,5 +1,6 @@
 // The pages of a Jet file, decoded, with a bounded cache. The one place where a page is read and
-// where one is written.
+// where one is written. Pages that are asked for in the order of the file are read in runs
+// (jet/pages/read_ahead.h), which are cached like pages that were asked for.
 //
 //   PagePtr page = file.page(17);         // from the cache if it is there
 //   PagePtr now = file.freshPage(17);     // as the file has it at this moment
@@ -23,24 +24,17 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "jet/format/bytes.h"
 #include "jet/format/layout.h"
 #include "jet/pages/commit_counts.h"
+#include "jet/pages/page_cache.h"
+#include "jet/pages/read_ahead.h"
 #include "platform/clock.h"
 #include "platform/random_access_file.h"
 
 namespace jet {
-
-struct Page {
-  std::uint32_t number = 0;
-  std::vector<std::byte> bytes;     // exactly the page size
-  std::uint32_t othersChanges = 0;  // PageFile::othersChanges() when it was read
-};
-
-using PagePtr = std::shared_ptr<const Page>;
 
 class PageFile {
  public:
@@ -60,6 +54,10 @@ class PageFile {
 
   // Whole pages in the file at this moment.
   [[nodiscard]] std::uint32_t pageCount() const;
+
+  // Whether there are at least so many. The system is asked only where there were fewer the last
+  // time: while somebody has a file open it does not get shorter.
+  [[nodiscard]] bool hasPages(std::uint64_t count);
 
   [[nodiscard]] PagePtr page(std::uint32_t number);
 
@@ -90,23 +88,18 @@ class PageFile {
   [[noreturn]] void damaged(std::uint32_t page, std::string_view what) const;
 
  private:
-  struct Slot {
-    PagePtr page;
-    bool used = false;  // since the clock hand last passed
-  };
-
-  [[nodiscard]] PagePtr readPage(std::uint32_t number) const;
+  [[nodiscard]] PagePtr readRun(std::uint32_t first, std::uint32_t count);
+  PagePtr keep(std::uint32_t number, Bytes stored);
   void cipher(std::uint32_t number, std::size_t offset, MutableBytes bytes) const;
-  void keep(const PagePtr& page);
 
   RandomAccessFile file_;
   const Format& format_;
   std::uint32_t key_;
   bool readOnly_;
-  std::size_t capacity_;  // pages
-  std::vector<Slot> slots_;
-  std::size_t hand_ = 0;
-  std::unordered_map<std::uint32_t, std::size_t> slotOf_;
+  PageCache cache_;
+  ReadAhead readAhead_;
+  std::vector<std::byte> run_;           // bytes as they were read
+  std::uint32_t knownPages_ = 0;         // of the file, when it was last asked
   std::optional<CommitCounts> commits_;  // of a shared file
   std::uint32_t othersChanges_ = 0;
 };

@@ -8,8 +8,7 @@ namespace {
 
 class Collector {
  public:
-  Collector(const PageFile& file, BeyondEnd beyondEnd)
-      : file_(file), pageCount_(file.pageCount()), beyondEnd_(beyondEnd) {}
+  Collector(PageFile& file, BeyondEnd beyondEnd) : file_(file), beyondEnd_(beyondEnd) {}
 
   // `bits`: one a page from `first` on, low bit first.
   void add(std::uint32_t mapPage, std::uint64_t first, Bytes bits) {
@@ -17,7 +16,8 @@ class Collector {
       auto byte = loadU8(bits, i);
       for (std::uint64_t page = first + 8 * i; byte != 0; ++page, byte >>= 1) {
         if ((byte & 1) == 0) continue;
-        if (page < pageCount_) {
+        endReached_ = endReached_ || !file_.hasPages(page + 1);
+        if (!endReached_) {
           map_.pages.push_back(static_cast<std::uint32_t>(page));
         } else if (beyondEnd_ == BeyondEnd::kDamage) {
           file_.damaged(mapPage, "its usage map names a page after the end");
@@ -31,9 +31,9 @@ class Collector {
   UsageMap take() { return std::move(map_); }
 
  private:
-  const PageFile& file_;
-  std::uint32_t pageCount_;
+  PageFile& file_;
   BeyondEnd beyondEnd_;
+  bool endReached_ = false;  // pages are named in ascending order
   UsageMap map_;
 };
 

@@ -6,11 +6,16 @@
 namespace jet {
 
 Row::Row(const RowContext& context, RowId id, PagePtr page, Bytes bytes)
-    : context_(&context), id_(id), page_(std::move(page)) {
-  const auto layout = RowLayout::of(context.file.format(), bytes);
+    : context_(&context), page_(std::move(page)) {
+  moveTo(id, bytes);
+}
+
+void Row::moveTo(RowId id, Bytes bytes) {
+  id_ = id;
+  const auto layout = RowLayout::of(context_->file.format(), bytes);
+  layout_ = layout.value_or(RowLayout());
   if (!layout) rowDamaged("it is too short");
-  if (layout->columns() > context.definition.maxColumns) rowDamaged("it has too many columns");
-  layout_ = *layout;
+  if (layout_.columns() > context_->definition.maxColumns) rowDamaged("it has too many columns");
 }
 
 bool Row::isNull(std::size_t position) const {

@@ -14,7 +14,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "jet/format/bytes.h"
@@ -41,14 +40,14 @@ class Row {
   // `bytes` lie in `page`. Checks that they hold a column count and a null mask, not the fields.
   Row(const RowContext& context, RowId id, PagePtr page, Bytes bytes);
 
+  // The same of another row of the page that this one was read from, for less: nothing is counted.
+  void moveTo(RowId id, Bytes bytes);
+
   [[nodiscard]] RowId id() const { return id_; }
 
   // The row as stored, and the page that holds it: not id().page when the row was forwarded.
   [[nodiscard]] Bytes bytes() const { return layout_.row(); }
   [[nodiscard]] const PagePtr& page() const { return page_; }
-
-  // Leaves the row as one that was never read.
-  [[nodiscard]] PagePtr takePage() { return std::exchange(*this, Row()).page_; }
 
   [[nodiscard]] bool isNull(std::size_t column) const;
   [[nodiscard]] values::Variant value(std::size_t column) const;
