@@ -147,6 +147,12 @@ std::vector<values::Variant> SessionCatalogue::values(const Translation& query) 
   return values;
 }
 
+std::optional<std::string> SessionCatalogue::computedColumn(const CatalogueTable& table,
+                                                            const IndexedExpression& key) {
+  JetTable* jetTable = this->jetTable(&table);
+  return jetTable == nullptr ? std::nullopt : jetTable->computedColumn(key);
+}
+
 std::optional<std::string> SessionCatalogue::expressionIndex(const CatalogueTable& table,
                                                              const IndexedExpression& key) {
   const JetTable* jetTable = this->jetTable(&table);

@@ -32,6 +32,8 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] CatalogueObject findIn(const DatabaseReference& database,
                                        std::string_view name) override;
   [[nodiscard]] std::vector<values::Variant> values(const Translation& query) override;
+  [[nodiscard]] std::optional<std::string> computedColumn(const CatalogueTable& table,
+                                                          const IndexedExpression& key) override;
   [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
                                                            const IndexedExpression& key) override;
 

@@ -88,10 +88,6 @@ double rowsLeft(double rows, const Candidate& candidate, VariantType firstKey) {
   return std::max(rows, 1.0);
 }
 
-VariantType typeOf(const JetTable& table, std::size_t column) {
-  return table.schema().columns[column].type;
-}
-
 std::optional<Candidate> byRowId(const sqlite3_index_info& info) {
   const int equal = constraintsOn(info, -1).equal;
   if (equal < 0) return {};
@@ -121,7 +117,7 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
   candidate.unique = index.unique && candidate.path.equal == index.columns.size();
   candidate.rows = candidate.unique ? 1
                                     : rowsLeft(table.estimatedRows(), candidate,
-                                               typeOf(table, index.columns.front().column));
+                                               table.typeOf(index.columns.front().column));
   constexpr double kSeek = 4;
   constexpr double kRowByIndex = 1.5;  // pages in no order
   candidate.cost = kSeek + kRowByIndex * candidate.rows;
@@ -130,7 +126,7 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
 
 std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column,
                                        const sqlite3_index_info& info) {
-  const VariantType type = typeOf(table, column);
+  const VariantType type = table.typeOf(column);
   if (type == VariantType::kYesNo) return {};  // finds half of the rows: slower than a scan
   const auto constraints = constraintsOn(info, static_cast<int>(column));
   Candidate candidate;
@@ -144,9 +140,12 @@ std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column
   }
   if (candidate.constraints.empty()) return {};
   candidate.rows = rowsLeft(table.estimatedRows(), candidate, type);
-  constexpr double kSeek = 16;  // a share of building it; an index of the file is preferred
-  constexpr double kRowByIndex = 1.6;
-  candidate.cost = kSeek + kRowByIndex * candidate.rows;
+  // A share of building it; an index of the file is preferred. Not to the values of an expression:
+  // a query that asks for one of them names few rows by it.
+  const bool isComputed = column >= table.schema().columns.size();
+  const double seek = isComputed ? 4 : 16;
+  const double rowByIndex = isComputed ? 1.4 : 1.6;
+  candidate.cost = seek + rowByIndex * candidate.rows;
   return candidate;
 }
 
@@ -181,7 +180,8 @@ void sortInCursor(const JetTable& table, sqlite3_index_info& info, Candidate& be
   for (const auto& term : std::span(info.aOrderBy, static_cast<std::size_t>(info.nOrderBy))) {
     if (term.iColumn < 0) return;
     const auto column = static_cast<std::size_t>(term.iColumn);
-    if (!RowSorter::canOrderBy(typeOf(table, column))) return;
+    if (column >= table.schema().columns.size()) return;
+    if (!RowSorter::canOrderBy(table.typeOf(column))) return;
     terms.push_back({column, term.desc != 0});
   }
   info.idxStr = sqlite3_mprintf("%s", RowSorter::packed(terms).c_str());
@@ -220,7 +220,7 @@ double estimatedRows(const JetTable& table, const AccessPath& path) {
     if (index.unique && path.equal == index.columns.size()) return 1;
     first = index.columns.front().column;
   }
-  return rowsLeft(table.estimatedRows(), {path, {}}, typeOf(table, first));
+  return rowsLeft(table.estimatedRows(), {path, {}}, table.typeOf(first));
 }
 
 void chooseAccessPath(const JetTable& table, sqlite3_index_info& info) {
@@ -235,7 +235,7 @@ void chooseAccessPath(const JetTable& table, sqlite3_index_info& info) {
   for (std::size_t i = 0; i < std::min(definition.realIndexes.size(), kMaxTarget); ++i) {
     consider(byFileIndex(table, i, info));
   }
-  for (std::size_t i = 0; i < std::min(definition.columns.size(), kMaxTarget + 1); ++i) {
+  for (std::size_t i = 0; i < table.columnCount(); ++i) {
     consider(byMemoryIndex(table, i, info));
   }
 

@@ -2,6 +2,7 @@
 // Conditions on its columns are pushed down to the source, which then sends fewer rows.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,8 @@ namespace jetsql {
 
 class ExternalTable {
  public:
+  static constexpr std::size_t kComputedColumns = 0;
+
   // Asks the source for the columns. Source and callbacks outlive this; this outlives the
   // connection it is registered in.
   ExternalTable(ExternalSource& source, std::string connect, std::string foreignName,

@@ -1,10 +1,10 @@
 // A Jet table as SQLite sees it: a virtual table whose columns are c0, c1, ... and whose rowid is
-// jet::RowId::number. A column is decoded when SQLite asks for it.
+// jet::RowId::number. A column is decoded when SQLite asks for it. Columns x0, x1, ... are texts
+// that queries compute from a row's fields and compare; they are found by an index in memory.
 //
 // Equality and ranges use the file's own index where there is one that can be searched for these
-// columns; otherwise an index built in memory, from the second lookup by the same column on;
-// otherwise a scan. SQLite compares every row again, so each access path may give rows too many but
-// none too few.
+// columns; otherwise an index built in memory (see indexFor); otherwise a scan. SQLite compares
+// every row again, so each access path may give rows too many but none too few.
 //
 //   JetTable menu(database, database.openTable("Set_Menu1"), "Set_Menu1", "t3", callbacks);
 //   menu.registerIn(connection);      // SELECT c0 FROM t3 WHERE c1 = ?
@@ -25,6 +25,7 @@
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/memory_index.h"
 #include "jetsql/sqlite/query_report.h"
+#include "jetsql/sqlite/row_expression.h"
 #include "jetsql/translate/catalogue.h"
 
 struct sqlite3;
@@ -34,6 +35,8 @@ namespace jetsql {
 
 class JetTable {
  public:
+  static constexpr std::size_t kComputedColumns = 16;
+
   // The database, its table and the callbacks outlive this; this outlives the connection it is
   // registered in.
   JetTable(jet::Database& database, jet::Table& table, std::string name, std::string sqliteName,
@@ -50,9 +53,7 @@ class JetTable {
   // How a run by a plan reads the table.
   [[nodiscard]] QueryReport::TableRead describe(int plan, std::string_view order) const;
   // Of a column, for reports.
-  [[nodiscard]] const std::string& nameOf(std::size_t column) const {
-    return schema_.columns[column].name;
-  }
+  [[nodiscard]] const std::string& nameOf(std::size_t column) const;
 
   [[nodiscard]] const CatalogueTable& schema() const { return schema_; }
   [[nodiscard]] jet::Table& table() const { return table_; }
@@ -62,13 +63,29 @@ class JetTable {
   // Rows that the table may have, for estimates; at least 1.
   [[nodiscard]] double estimatedRows() const;
 
+  // A column's type: of the schema, then of the computed ones that are in use.
+  [[nodiscard]] std::size_t columnCount() const {
+    return schema_.columns.size() + computed_.size();
+  }
+  [[nodiscard]] values::VariantType typeOf(std::size_t column) const;
+
+  // The name of the column that has the expression's values; nothing where it is not computed from
+  // single rows, has failed for one, or all columns are taken.
+  [[nodiscard]] std::optional<std::string> computedColumn(const IndexedExpression& key);
+
+  // Of a computed column: its value. Null where the schema has the column.
+  [[nodiscard]] const RowExpression* expressionOf(std::size_t column) const;
+
   // How often updateRows() has changed the column.
   [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
 
-  // Called once per lookup by the column: its index, from the second lookup on and up to a limit of
-  // rows, else nullptr (the caller scans). One that other users' changes have outdated
-  // (build_age.h) is built again.
-  [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column);
+  // Called once per lookup by the column: its index, or nullptr, for which the caller scans. The
+  // first key that is asked for gets an index of its rows alone, so that a job of one day scans
+  // once and keeps nothing of other days; a second key, or any lookup after a first range, one of
+  // all rows, up to a limit. One that other users' changes have outdated (build_age.h) is built
+  // again.
+  [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column,
+                                                            const KeyInterval& keys);
 
   // Saves the same values in fields of each of the rows and drops the indexes in memory on them.
   // The engine's errors: 3027, 3167, 3218, 3260, ...
@@ -76,17 +93,31 @@ class JetTable {
 
  private:
   struct ColumnUse {
-    int lookups = 0;
+    bool lookedUp = false;
     std::size_t changes = 0;
     std::shared_ptr<const MemoryIndex> index;
     std::optional<BuildAge> age;  // of the index
   };
+
+  struct ComputedColumn {
+    std::string sql;   // of the expression
+    std::string name;  // for reports
+    std::vector<std::size_t> reads;
+    std::unique_ptr<RowExpression> expression;
+    bool failed = false;  // with an error for some row
+  };
+
+  [[nodiscard]] std::shared_ptr<const MemoryIndex> build(std::size_t column,
+                                                         const KeyInterval& covered);
+  [[nodiscard]] std::shared_ptr<const MemoryIndex> memoryIndex(std::size_t column,
+                                                               const KeyInterval& covered);
 
   jet::Database& database_;
   jet::Table& table_;
   CatalogueTable schema_;
   CallbackContext& callbacks_;
   std::vector<ColumnUse> uses_;
+  std::vector<ComputedColumn> computed_;
 };
 
 }  // namespace jetsql

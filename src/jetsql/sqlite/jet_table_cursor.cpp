@@ -7,6 +7,8 @@
 
 #include "jetsql/sqlite/numeric_encoding.h"
 #include "jetsql/sqlite/row_sorter.h"
+#include "jetsql/sqlite/value_encoding.h"
+#include "values/runtime_error.h"
 
 namespace jetsql {
 namespace {
@@ -92,7 +94,7 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_va
 }
 
 void JetTableCursor::beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values) {
-  const VariantType type = table_.schema().columns[path.target].type;
+  const VariantType type = table_.typeOf(path.target);
   KeyInterval keys;
   if (path.equal > 0) {
     const auto key = keyOf(values[0], type);
@@ -102,12 +104,14 @@ void JetTableCursor::beginMemoryIndex(const AccessPath& path, std::span<sqlite3_
     if (path.lower) keys.first = keysFrom(values[0], type).first;
     if (path.upper) keys.last = keysUpTo(values[path.lower ? 1 : 0], type).last;
   }
-  auto index = table_.indexFor(path.target);
-  if (index == nullptr) {
-    source_.emplace<jet::TableCursor>(table_.table());
-  } else {
+  auto index = table_.indexFor(path.target, keys);
+  if (index != nullptr) {
     const auto entries = index->range(keys);
     source_ = MemoryIndexEntries{std::move(index), entries};
+  } else if (table_.expressionOf(path.target) == nullptr) {
+    source_.emplace<KeyScan>(table_.table(), KeyReader(table_.table(), path.target), keys);
+  } else {
+    source_.emplace<jet::TableCursor>(table_.table());
   }
 }
 
@@ -129,6 +133,7 @@ bool JetTableCursor::readNext(NextNumber nextNumber) {
 
 bool JetTableCursor::advance() {
   if (auto* scan = std::get_if<jet::TableCursor>(&source_)) return scan->next();
+  if (auto* scan = std::get_if<KeyScan>(&source_)) return scan->next();
   if (auto* found = std::get_if<jet::IndexCursor>(&source_)) {
     return readNext([found]() -> std::optional<std::int64_t> {
       if (!found->next()) return {};
@@ -152,8 +157,26 @@ bool JetTableCursor::advance() {
   return false;
 }
 
+const jet::Row& JetTableCursor::row() const {
+  if (const auto* scan = std::get_if<jet::TableCursor>(&source_)) return scan->row();
+  if (const auto* scan = std::get_if<KeyScan>(&source_)) return scan->row();
+  return row_;
+}
+
+void JetTableCursor::setComputed(sqlite3_context* context, const RowExpression& expression) {
+  try {
+    setResult(context, expression.value(row()));
+  } catch (const RuntimeError&) {
+    table_.callbacks().failedInFunction = true;
+    throw;
+  }
+}
+
 void JetTableCursor::setColumn(sqlite3_context* context, int number) {
   const auto column = static_cast<std::size_t>(number);
+  if (const RowExpression* expression = table_.expressionOf(column)) {
+    return setComputed(context, *expression);
+  }
   const jet::Row& current = row();
   if (current.isNull(column)) return sqlite3_result_null(context);
   switch (table_.schema().columns[column].type) {

@@ -45,7 +45,7 @@ class JetTableCursor {
     std::span<const MemoryIndex::Entry> entries;
   };
   // Where the rows come from; std::monostate: there are none.
-  using RowSource = std::variant<std::monostate, jet::TableCursor, jet::IndexCursor,
+  using RowSource = std::variant<std::monostate, jet::TableCursor, KeyScan, jet::IndexCursor,
                                  MemoryIndexEntries, RowNumbers>;
 
   void begin(const AccessPath& path, std::span<sqlite3_value*> values);
@@ -60,16 +60,14 @@ class JetTableCursor {
   template <typename NextNumber>
   [[nodiscard]] bool readNext(NextNumber nextNumber);
 
-  [[nodiscard]] const jet::Row& row() const {
-    const auto* scan = std::get_if<jet::TableCursor>(&source_);
-    return scan != nullptr ? scan->row() : row_;
-  }
+  [[nodiscard]] const jet::Row& row() const;
+  void setComputed(sqlite3_context* context, const RowExpression& expression);
 
   JetTable& table_;
   RowSource source_;
   bool atEnd_ = true;
   std::vector<std::int64_t> rowNumbers_;
-  jet::Row row_;  // where source_ is no scan, which has its own
+  jet::Row row_;  // where source_ is no scan; scans have their own
   std::string text_;
   std::vector<std::byte> binary_;
 };

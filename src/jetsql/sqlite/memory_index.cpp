@@ -28,31 +28,6 @@ std::int64_t hashKey(const void* bytes, std::size_t size) {
 
 std::int64_t textKey(std::string_view text) { return static_cast<std::int64_t>(hashText(text)); }
 
-// Reads one column's key from rows; keeps what it needs to decode into.
-class KeyReader {
- public:
-  KeyReader(const jet::Table& table, std::size_t column)
-      : column_(column), type_(table.definition().columns[column].variantType()) {}
-
-  [[nodiscard]] std::int64_t key(const jet::Row& row) {
-    if (isWholeKey(type_)) return row.wholeNumber(column_);
-    if (hasOrderedKeys(type_)) return jet::realOrdinal(row.realNumber(column_));
-    if (type_ == VariantType::kText) return textKey(row.text(column_, text_));
-    if (type_ == VariantType::kNumeric) {
-      const auto bytes = encodeNumeric(row.numeric(column_));
-      return hashKey(bytes.data(), bytes.size());
-    }
-    const auto bytes = row.binary(column_, binary_);
-    return hashKey(bytes.data(), bytes.size());
-  }
-
- private:
-  std::size_t column_;
-  VariantType type_;
-  std::string text_;
-  std::vector<std::byte> binary_;
-};
-
 // A real value among whole keys: cut to their range.
 std::int64_t wholeBound(double value) {
   constexpr double kLimit = 9.2e18;
@@ -85,19 +60,52 @@ std::optional<std::int64_t> orderedKey(const jet::Row& row, std::size_t column, 
   return jet::realOrdinal(number);
 }
 
-MemoryIndex::MemoryIndex(jet::Table& table, std::size_t column) {
-  // The definition's count is a hint; a wrong one must not cost much.
-  constexpr std::uint32_t kMaxReserved = 1U << 20U;
-  entries_.reserve(std::min(table.definition().rowCount, kMaxReserved));
-  KeyReader reader(table, column);
-  for (jet::TableCursor scan = table.scan(); scan.next();) {
-    const jet::Row& row = scan.row();
-    if (!row.isNull(column)) entries_.push_back({reader.key(row), row.id().number()});
+std::optional<std::int64_t> KeyReader::key(const jet::Row& row) {
+  if (expression_ != nullptr) {
+    const values::Variant value = expression_->value(row);
+    if (value.isNull()) return {};
+    return textKey(*value.as<std::string>());
+  }
+  if (row.isNull(column_)) return {};
+  if (isWholeKey(type_)) return row.wholeNumber(column_);
+  if (hasOrderedKeys(type_)) return jet::realOrdinal(row.realNumber(column_));
+  if (type_ == VariantType::kText) return textKey(row.text(column_, text_));
+  if (type_ == VariantType::kNumeric) {
+    const auto bytes = encodeNumeric(row.numeric(column_));
+    return hashKey(bytes.data(), bytes.size());
+  }
+  const auto bytes = row.binary(column_, binary_);
+  return hashKey(bytes.data(), bytes.size());
+}
+
+bool KeyScan::next() {
+  while (scan_.next()) {
+    const auto key = reader_.key(scan_.row());
+    if (!key || !keys_.has(*key)) continue;
+    key_ = *key;
+    return true;
+  }
+  return false;
+}
+
+MemoryIndex::MemoryIndex(jet::Table& table, KeyReader reader, const KeyInterval& covered)
+    : covered_(covered) {
+  if (!covered.isOneKey()) {
+    // The definition's count is a hint; a wrong one must not cost much.
+    constexpr std::uint32_t kMaxReserved = 1U << 20U;
+    entries_.reserve(std::min(table.definition().rowCount, kMaxReserved));
+  }
+  for (KeyScan scan(table, std::move(reader), covered); scan.next();) {
+    entries_.push_back({scan.key(), scan.row().id().number()});
   }
   entries_.shrink_to_fit();
-  std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
+  const auto before = [](const Entry& a, const Entry& b) {
     return a.key != b.key ? a.key < b.key : a.row < b.row;
-  });
+  };
+  // Days and numbers of sales grow with the file: often there is nothing to sort.
+  if (!std::is_sorted(entries_.begin(), entries_.end(), before)) {
+    std::sort(entries_.begin(), entries_.end(), before);
+  }
 }
 
 std::span<const MemoryIndex::Entry> MemoryIndex::range(const KeyInterval& keys) const {

@@ -1,21 +1,25 @@
-// An index built in memory for a column that has none in the file: key and row number of every row,
-// sorted, 16 bytes a row. Keys of numbers and dates keep their order and serve ranges; texts,
-// Numerics and binary are hashed and serve equality only. A lookup may give rows too many, never
-// too few: the caller compares again.
+// An index built in memory for a column that has none in the file, or for an expression: key and
+// row number of every row, sorted, 16 bytes a row. Keys of numbers and dates keep their order and
+// serve ranges; texts, Numerics and binary are hashed and serve equality only. A lookup may give
+// rows too many, never too few: the caller compares again.
 //
-//   MemoryIndex index(table, column);
+//   MemoryIndex index(table, KeyReader(table, column), {});             // all keys
 //   for (const auto& entry : index.range({key, key})) use(entry.row);
 //
-// A snapshot of the moment of building. Null keys are left out. Errors: the Jet engine's.
+// An index of a part of the keys knows nothing about the others: see covers(). A snapshot of the
+// moment of building. Null keys are left out. Errors: the Jet engine's.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "jet/table.h"
+#include "jetsql/sqlite/row_expression.h"
 
 struct sqlite3_value;
 
@@ -25,6 +29,46 @@ namespace jetsql {
 struct KeyInterval {
   std::int64_t first = INT64_MIN;
   std::int64_t last = INT64_MAX;
+
+  [[nodiscard]] bool has(std::int64_t key) const { return first <= key && key <= last; }
+  [[nodiscard]] bool isOneKey() const { return first == last; }
+};
+
+// Reads the key of a column, or of an expression, from rows.
+class KeyReader {
+ public:
+  KeyReader(const jet::Table& table, std::size_t column)
+      : type_(table.definition().columns[column].variantType()), column_(column) {}
+  explicit KeyReader(const RowExpression& expression)  // which outlives this
+      : type_(values::VariantType::kText), expression_(&expression) {}
+
+  // Nothing for Null.
+  [[nodiscard]] std::optional<std::int64_t> key(const jet::Row& row);
+
+ private:
+  values::VariantType type_;
+  std::size_t column_ = 0;
+  const RowExpression* expression_ = nullptr;
+  std::string text_;
+  std::vector<std::byte> binary_;
+};
+
+// The rows of a table whose key lies in an interval, in the order of the file. The others are
+// passed over by the bytes that the key is made of.
+class KeyScan {
+ public:
+  KeyScan(jet::Table& table, KeyReader reader, const KeyInterval& keys)
+      : scan_(table), reader_(std::move(reader)), keys_(keys) {}
+
+  [[nodiscard]] bool next();
+  [[nodiscard]] const jet::Row& row() const { return scan_.row(); }
+  [[nodiscard]] std::int64_t key() const { return key_; }
+
+ private:
+  jet::TableCursor scan_;
+  KeyReader reader_;
+  KeyInterval keys_;
+  std::int64_t key_ = 0;
 };
 
 class MemoryIndex {
@@ -34,14 +78,21 @@ class MemoryIndex {
     std::int64_t row;  // jet::RowId::number
   };
 
-  MemoryIndex(jet::Table& table, std::size_t column);
+  MemoryIndex(jet::Table& table, KeyReader reader, const KeyInterval& covered);
 
   [[nodiscard]] std::size_t size() const { return entries_.size(); }
+
+  // Whether it has every row of these keys.
+  [[nodiscard]] bool covers(const KeyInterval& keys) const {
+    return covered_.has(keys.first) && covered_.has(keys.last);
+  }
+  [[nodiscard]] const KeyInterval& covered() const { return covered_; }
 
   // In the order of the keys, those of one key in the order of the file.
   [[nodiscard]] std::span<const Entry> range(const KeyInterval& keys) const;
 
  private:
+  KeyInterval covered_;
   std::vector<Entry> entries_;
 };
 

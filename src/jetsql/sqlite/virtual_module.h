@@ -1,11 +1,13 @@
 // The callbacks by which SQLite reads a virtual table, made from two classes:
 //
-//   Table   schema() with the columns, callbacks() for errors,
-//   chooseAccessPath(sqlite3_index_info&),
-//   describe(int plan, std::string_view text) for a QueryReport
-//   Cursor  Cursor(Table&), filter(int plan, const char*
-//   text, std::span<sqlite3_value*>), next(),
+//   Table   schema() with the columns, kComputedColumns, callbacks() for errors,
+//           chooseAccessPath(sqlite3_index_info&),
+//           describe(int plan, std::string_view text) for a QueryReport
+//   Cursor  Cursor(Table&), filter(int plan, const char* text, std::span<sqlite3_value*>), next(),
 //           atEnd(), setColumn(sqlite3_context*, int), rowid()
+//
+// The columns are c0, c1, ... of the schema, then x0, x1, ..., which nothing shows unless it is
+// asked for by name.
 //
 //   sqlite3_create_module_v2(connection, name, &kVirtualModule<JetTable, Cursor>, &table, nullptr);
 //
@@ -75,6 +77,9 @@ class VirtualModule {
     for (std::size_t i = 0; i < table.schema().columns.size(); ++i) {
       columns += (i == 0 ? "c" : ", c") + std::to_string(i);
       if (table.schema().columns[i].type == values::VariantType::kText) columns += " COLLATE JET";
+    }
+    for (std::size_t i = 0; i < Table::kComputedColumns; ++i) {
+      columns += ", x" + std::to_string(i) + " HIDDEN COLLATE JET";
     }
     const int status =
         sqlite3_declare_vtab(connection, ("CREATE TABLE t(" + columns + ")").c_str());

@@ -12,6 +12,7 @@
 
 #include "jetsql/syntax/ast.h"
 #include "jetsql/syntax/saved_query.h"
+#include "jetsql/translate/typed_expression.h"
 #include "values/variant.h"
 
 namespace jetsql {
@@ -38,6 +39,7 @@ struct IndexedExpression {
   std::string sql;
   std::vector<std::size_t> columns;  // that it reads
   bool isText = false;               // compared without regard to case
+  typed::Expression expression;
 };
 
 // At most one of the two is set; none when there is no such name.
@@ -64,8 +66,16 @@ class Catalogue {
   // that does not list them.
   [[nodiscard]] virtual std::vector<values::Variant> values(const Translation& query) = 0;
 
-  // The SQLite name of a table (key, row) of the expression's values and the rowids that have them,
-  // by which a comparison with a constant finds its rows; nothing: they are to be scanned.
+  // The name of a column of the table, in SQLite, that has the expression's values and by which an
+  // equality finds its rows; nothing where the table has none.
+  [[nodiscard]] virtual std::optional<std::string> computedColumn(const CatalogueTable&,
+                                                                  const IndexedExpression&) {
+    return std::nullopt;
+  }
+
+  // Asked next: the SQLite name of a table (key, row) of the expression's values and the rowids
+  // that have them, by which a comparison with a constant finds its rows; nothing: they are to be
+  // scanned.
   [[nodiscard]] virtual std::optional<std::string> expressionIndex(const CatalogueTable&,
                                                                    const IndexedExpression&) {
     return std::nullopt;

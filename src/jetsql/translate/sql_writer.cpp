@@ -123,11 +123,23 @@ std::optional<std::string> SqlWriter::keyTable(const typed::Relation& relation,
                                                const std::vector<std::size_t>& columns,
                                                double minRows) {
   if (relation.table == nullptr || relation.table->rows < minRows) return std::nullopt;
+  return catalogue_.expressionIndex(*relation.table, indexed(relation, key, columns));
+}
+
+std::optional<std::string> SqlWriter::computedColumn(const typed::Relation& relation,
+                                                     const typed::Expression& key,
+                                                     const std::vector<std::size_t>& columns) {
+  if (relation.table == nullptr) return std::nullopt;
+  return catalogue_.computedColumn(*relation.table, indexed(relation, key, columns));
+}
+
+IndexedExpression SqlWriter::indexed(const typed::Relation& relation, const typed::Expression& key,
+                                     const std::vector<std::size_t>& columns) {
   RelationNames around = std::exchange(names(&relation), namesUnder("k", relation));
-  const IndexedExpression indexed{valueOf(ExpressionWriter(*this).write(key)), columns,
-                                  key.type() == values::VariantType::kText};
+  IndexedExpression indexed{valueOf(ExpressionWriter(*this).write(key)), columns,
+                            key.type() == values::VariantType::kText, key};
   names(&relation) = std::move(around);
-  return catalogue_.expressionIndex(*relation.table, indexed);
+  return indexed;
 }
 
 std::string SqlWriter::unionOf(const typed::Query& query) {

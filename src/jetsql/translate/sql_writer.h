@@ -60,11 +60,18 @@ class SqlWriter {
                                                     const typed::Expression& key,
                                                     const std::vector<std::size_t>& columns,
                                                     double minRows);
+  // The computed column of the relation's table that has these values; nothing where it has none.
+  [[nodiscard]] std::optional<std::string> computedColumn(const typed::Relation& relation,
+                                                          const typed::Expression& key,
+                                                          const std::vector<std::size_t>& columns);
   // The SQL would be better with its literals written out than as parameters.
   void preferLiterals() { prefersLiterals_ = true; }
   [[nodiscard]] bool prefersLiterals() const { return prefersLiterals_; }
 
  private:
+  [[nodiscard]] IndexedExpression indexed(const typed::Relation& relation,
+                                          const typed::Expression& key,
+                                          const std::vector<std::size_t>& columns);
   [[nodiscard]] Translation rows(const typed::Select& select);
   [[nodiscard]] std::string unionOf(const typed::Query& query);
   [[nodiscard]] std::string unionPart(const typed::Query& query, const typed::Select& select);

@@ -46,27 +46,39 @@ SelectWriter::SelectWriter(SqlWriter& writer, const typed::Select& select)
 }
 
 // An equality on an expression, such as a day put together from parts of a text: the rows are
-// found by a table of the expression's values, where the catalogue keeps one, and the columns take
-// their values from there.
+// found by a computed column, or else by a table of the expression's values, where the catalogue
+// has one, and the columns take their values from there.
 void SelectWriter::lookUp(const typed::IndexedLookup& lookup) {
   const typed::Relation* relation = select_.relations.front().get();
   const ExpressionWriter expressions(writer_);
-  constexpr double kMinRows = 1000;  // below that a scan is as fast
-  const auto index = writer_.keyTable(*relation, lookup.expression, lookup.columns, kMinRows);
-  if (!index) return;
-  const std::string alias = writer_.nextAlias();
-  const TypedSql key{alias + ".key", lookup.expression.type()};
-  // SQLite keeps the order of a CROSS JOIN: from the keys to their rows.
-  from_ = *index + " AS " + alias + " CROSS JOIN " + from_;
-  conditions_.push_back(key.text + " = " + valueOf(expressions.write(lookup.value)));
-  conditions_.push_back(writer_.names(relation).rowid + " = " + alias + ".row");
+  const auto key = keyOf(lookup, *relation);
+  if (!key) return;
+  conditions_.push_back(key->text + " = " + valueOf(expressions.write(lookup.value)));
   if (select_.grouped) return;
   for (std::size_t i = 0; i < outputs_.size(); ++i) {
-    if (select_.outputs[i].value == lookup.expression) outputs_[i] = key;
+    if (select_.outputs[i].value == lookup.expression) outputs_[i] = *key;
   }
   for (std::size_t i = 0; i < order_.size(); ++i) {
-    if (select_.order[i].value == lookup.expression) order_[i] = key;
+    if (select_.order[i].value == lookup.expression) order_[i] = *key;
   }
+}
+
+// The column that has the expression's values for the rows of the relation.
+std::optional<TypedSql> SelectWriter::keyOf(const typed::IndexedLookup& lookup,
+                                            const typed::Relation& relation) {
+  const values::VariantType type = lookup.expression.type();
+  const std::string rowid = writer_.names(&relation).rowid;
+  if (const auto column = writer_.computedColumn(relation, lookup.expression, lookup.columns)) {
+    return TypedSql{rowid.substr(0, rowid.find('.') + 1) + *column, type};
+  }
+  constexpr double kMinRows = 1000;  // below that a scan is as fast
+  const auto index = writer_.keyTable(relation, lookup.expression, lookup.columns, kMinRows);
+  if (!index) return std::nullopt;
+  const std::string alias = writer_.nextAlias();
+  // SQLite keeps the order of a CROSS JOIN: from the keys to their rows.
+  from_ = *index + " AS " + alias + " CROSS JOIN " + from_;
+  conditions_.push_back(rowid + " = " + alias + ".row");
+  return TypedSql{alias + ".key", type};
 }
 
 std::vector<std::string> SelectWriter::values() const {

@@ -26,6 +26,8 @@ class SelectWriter {
 
  private:
   void lookUp(const typed::IndexedLookup& lookup);
+  [[nodiscard]] std::optional<TypedSql> keyOf(const typed::IndexedLookup& lookup,
+                                              const typed::Relation& relation);
   // Whether its error becomes a value.
   [[nodiscard]] bool isGuarded(const typed::Output& output) const;
   [[nodiscard]] std::vector<std::string> identities() const;
