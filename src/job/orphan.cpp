@@ -24,6 +24,15 @@ bool endsStatement(std::string_view text) {
   return text.ends_with(");\r\n") || text.ends_with("';\r\n");
 }
 
+// Where the last line stands that begins a statement; 0 where none does.
+std::size_t lastBeginning(std::string_view content) {
+  std::size_t end = content.rfind('\n');
+  while (end != std::string_view::npos && !beginsStatement(content.substr(end + 1))) {
+    end = end == 0 ? std::string_view::npos : content.rfind('\n', end - 1);
+  }
+  return end == std::string_view::npos ? 0 : end + 1;
+}
+
 std::string dayAfter(std::string_view statement, std::string_view comparison) {
   const auto at = statement.find(comparison);
   if (at == std::string_view::npos) return "";
@@ -32,15 +41,13 @@ std::string dayAfter(std::string_view statement, std::string_view comparison) {
 
 }  // namespace
 
+// A text may hold a line that looks like the beginning of a statement: what is left of one that was
+// cut there has no end either.
 std::size_t wholeStatements(std::string_view content) {
-  if (content.empty() || endsStatement(content)) return content.size();
-  std::size_t line = content.size();
-  do {
-    line = line == 0 ? std::string_view::npos : content.rfind('\n', line - 1);
-    const std::size_t start = line == std::string_view::npos ? 0 : line + 1;
-    if (beginsStatement(content.substr(start))) return start;
-  } while (line != std::string_view::npos);
-  return 0;
+  while (!content.empty() && !endsStatement(content)) {
+    content = content.substr(0, lastBeginning(content));
+  }
+  return content.size();
 }
 
 Orphan describeOrphan(std::string name, std::string_view content) {

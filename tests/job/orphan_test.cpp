@@ -29,6 +29,8 @@ TEST(OrphanTest, OnlyATornLastStatementIsCut) {
       {"a text of two lines", kDelete + kLines, ""},
       {"torn in its second line", kDelete + kLines, kLines.substr(0, kLines.size() - 3)},
       {"torn at its line break", kDelete, "Insert Into CustomerTB (CT_MEMO ) Values ('one\r\n"},
+      {"a line of its text begins like one", kDelete,
+       "Insert Into CustomerTB (CT_MEMO ) Values ('one\r\nInsert Into"},
       {"nothing whole", "", "Delete FROM SellingTB  Wh"},
       {"empty", "", ""},
   };

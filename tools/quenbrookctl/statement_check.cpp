@@ -227,6 +227,23 @@ class Checker {
   int depth_ = 0;
 };
 
+// Whether a line begins a statement; one that does not may be the rest of a text with line breaks.
+bool beginsStatement(std::string_view line) {
+  constexpr std::string_view kOpenings[] = {"insert into ", "delete from "};
+  return std::any_of(std::begin(kOpenings), std::end(kOpenings), [&](std::string_view opening) {
+    return text::startsWithIgnoringAsciiCase(line, opening);
+  });
+}
+
+// Up to the next line that begins a statement.
+std::string_view linesOfStatement(std::string_view content) {
+  std::size_t end = content.find('\n');
+  while (end != std::string_view::npos && !beginsStatement(content.substr(end + 1))) {
+    end = content.find('\n', end + 1);
+  }
+  return content.substr(0, end == std::string_view::npos ? end : end + 1);
+}
+
 }  // namespace
 
 std::optional<std::string> checkStatement(std::string_view statement) {
@@ -236,4 +253,28 @@ std::optional<std::string> checkStatement(std::string_view statement) {
   } catch (const Refusal& refusal) {
     return refusal.reason;
   }
+}
+
+CheckedStatements checkStatements(
+    std::string_view content,
+    const std::function<void(std::size_t line, const std::string& reason)>& refuse) {
+  CheckedStatements checked;
+  std::size_t lineNumber = 1;
+  for (std::size_t at = 0; at < content.size(); ++checked.statements) {
+    const std::string_view rest = content.substr(at);
+    std::string_view statement = rest.substr(0, rest.find('\n') + 1);
+    // Either whole in its line, or broken, or a text in it continues in the following lines.
+    auto reason = checkStatement(statement);
+    if (reason) {
+      statement = linesOfStatement(rest);
+      reason = checkStatement(statement);
+    }
+    if (reason) {
+      refuse(lineNumber, *reason);
+      ++checked.refused;
+    }
+    lineNumber += static_cast<std::size_t>(std::count(statement.begin(), statement.end(), '\n'));
+    at += statement.size();
+  }
+  return checked;
 }
