@@ -27,6 +27,7 @@ struct CentralServer {
   std::optional<int> databasePort;   // DbPort; none: the driver's own
   bool ftpTls = false;               // FtpTls
   std::string ftpCertificates = {};  // FtpCa, a path; empty: the system's
+  friend bool operator==(const CentralServer&, const CentralServer&) = default;
 };
 
 [[nodiscard]] CentralServer centralServer(const Settings& settings);

@@ -73,6 +73,14 @@ TEST_F(CommandsTest, StatusNamesEachFaultAndPassesAShopWithoutAny) {
   EXPECT_EQ(ctl({"status"}), 0) << output;
   EXPECT_EQ(ctl({"status", "--json"}), 0);
   EXPECT_THAT(output, HasSubstr("\"problems\": []"));
+  // Another shop without a config.ini is none; one of which nothing is known is not well.
+  fs::create_directories(home() + "/../no-shop");
+  fs::create_directories(home() + "/../strange");
+  std::ofstream(home() + "/../strange/config.ini") << "";
+  EXPECT_EQ(run({QUENBROOKCTL, "status", "--all", home() + "/.."}), 1);
+  EXPECT_THAT(output, HasSubstr("/shop): 이상 없음\n"));
+  EXPECT_THAT(output, HasSubstr("/strange)\n  ! "));
+  EXPECT_THAT(output, testing::Not(HasSubstr("no-shop")));
 
   // The sample FTP server takes seconds for a login: the faults are looked at without it.
   const std::string nobody = "[연결]\r\nServerHost=127.0.0.1\r\nDbPort=1\r\nFtpPort=1\r\n";

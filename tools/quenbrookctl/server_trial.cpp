@@ -46,3 +46,10 @@ std::string sendTestFile(const settings::CentralServer& central, const std::stri
   const bool arrived = connect(ftp, central) && ftp.PutFile(file, transfer::kTestFile);
   return arrived ? "" : ftp.lastFailure().description;
 }
+
+ServerAnswers ServerTrials::ask(const settings::CentralServer& central) {
+  for (const auto& [server, answers] : known_) {
+    if (server == central) return answers;
+  }
+  return known_.emplace_back(central, ServerAnswers{askDatabase(central), askFtp(central)}).second;
+}

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "settings/central_server.h"
 
@@ -16,3 +18,18 @@
 // The connection test: sends the file, as the switch /c of the transfer does.
 [[nodiscard]] std::string sendTestFile(const settings::CentralServer& central,
                                        const std::string& file);
+
+// Why they do not answer; empty where they do.
+struct ServerAnswers {
+  std::string database;
+  std::string ftp;
+};
+
+// Asks each server once, however many shops send to it: one that is away takes its time to be so.
+class ServerTrials {
+ public:
+  [[nodiscard]] ServerAnswers ask(const settings::CentralServer& central);
+
+ private:
+  std::vector<std::pair<settings::CentralServer, ServerAnswers>> known_;
+};

@@ -20,7 +20,7 @@ const std::string_view kStatusDetails =
 
 namespace {
 
-Report statusOf(const std::string& home) {
+Report statusOf(const std::string& home, ServerTrials& trials) {
   InstalledShop shop(home, InstalledShop::Reports::kToStandardErrorOnly);
   Report report;
   addIdentity(report, shop);
@@ -30,7 +30,7 @@ Report statusOf(const std::string& home) {
     report.problems.push_back(night);
   }
   if (shop.ready()) addRows(report, shop);
-  addServers(report, shop);
+  addServers(report, shop, trials);
   return report;
 }
 
@@ -44,16 +44,18 @@ std::vector<RegisteredShop> shopsIn(const std::string& folder) {
 }
 
 int showOne(const std::string& home, bool json) {
-  const Report report = statusOf(home);
+  ServerTrials trials;
+  const Report report = statusOf(home, trials);
   std::cout << (json ? reportJson(report) : reportText(report));
   return report.problems.empty() ? 0 : 1;
 }
 
 int showAll(const std::vector<RegisteredShop>& shops, bool json) {
+  ServerTrials trials;
   bool allWell = true;
   std::string_view between = "{\n";
   for (const RegisteredShop& shop : shops) {
-    const Report report = statusOf(shop.folder);
+    const Report report = statusOf(shop.folder, trials);
     allWell = allWell && report.problems.empty();
     if (json) {
       std::cout << between << jsonQuoted(shop.name) << ": " << reportJson(report);

@@ -6,6 +6,7 @@
 
 #include "installed_shop.h"
 #include "report.h"
+#include "server_trial.h"
 
 // Identity and folders, as start-up understood them.
 void addIdentity(Report& report, const InstalledShop& shop);
@@ -20,4 +21,4 @@ void addHistory(Report& report, const InstalledShop& shop);
 void addRows(Report& report, InstalledShop& shop);
 
 // Whether the central database and the FTP server answer.
-void addServers(Report& report, InstalledShop& shop);
+void addServers(Report& report, const InstalledShop& shop, ServerTrials& trials);

@@ -1,4 +1,3 @@
-#include "server_trial.h"
 #include "settings/central_server.h"
 #include "status_parts.h"
 #include "values/runtime_error.h"
@@ -9,11 +8,10 @@ std::string shown(const std::string& failure) { return failure.empty() ? "응답
 
 }  // namespace
 
-void addServers(Report& report, InstalledShop& shop) {
+void addServers(Report& report, const InstalledShop& shop, ServerTrials& trials) {
   try {
     const auto central = settings::centralServer(shop.program.settings);
-    const std::string database = askDatabase(central);
-    const std::string ftp = askFtp(central);
+    const auto [database, ftp] = trials.ask(central);
     report.sections.push_back({"servers",
                                "본사 서버",
                                {{"host", "주소", central.host},
