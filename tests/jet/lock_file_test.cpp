@@ -100,7 +100,7 @@ TEST_F(LockFileTest, AStaleFileIsTakenOverAndAnotherSpellingIsFound) {
             (folder_.path() / "shop.laccdb").string());
   // Who comes through a link must meet the others.
   std::filesystem::create_directory(folder_.path() / "elsewhere");
-  std::ofstream{path_};
+  std::ofstream(path_) << "";
   const auto link = folder_.path() / "elsewhere" / "link.mdb";
   std::filesystem::create_symlink(path_, link);
   EXPECT_EQ(lockFilePath(link.string()), lockFilePath(path_));
