@@ -12,7 +12,7 @@ using namespace jet;
 
 namespace {
 
-// A page with less room than this is as good as full: the engine would look at it in vain.
+// A page with fewer free bytes counts as full: hardly a row would fit on it.
 constexpr std::size_t kRoomWorthListing = 256;
 
 }  // namespace

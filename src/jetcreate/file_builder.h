@@ -9,7 +9,7 @@
 //   builder.finish();
 //
 // Owns its tables; rows may be added to all of them by turns until finish(). A file that was not
-// finished is no Jet file yet: who catches an error takes it away. The same calls make the same
+// finished is no Jet file yet: whoever catches an error deletes it. The same calls make the same
 // bytes. Object names are of Latin letters, digits, blank and underscore, since the catalogue's
 // index holds them. Errors: 58 the file exists, 3012 a name is taken, 3001, 3026 and those of
 // TableBuilder.

@@ -74,7 +74,7 @@ TEST_F(ProgramTest, DaysThatAreNoneEndIt) {
   file("config.ini", "[경영자]\r\nGroup=A01\r\n상호=한옥\r\n");
   file("data.mdb", "");
   EXPECT_EQ(run("T2013/13/45"), 2);
-  EXPECT_TRUE(output.starts_with("런타임 오류 '13':")) << output;
+  EXPECT_NE(output.find("\n런타임 오류 '13':"), std::string::npos) << output;
 }
 
 TEST_F(ProgramTest, AShopWhoseFilesAreDamagedStillGetsItsDeletes) {

@@ -58,7 +58,7 @@ void addReferenced(PageFile& file, std::uint32_t mapPage, Bytes row, Collector& 
 UsageMap readWholeUsageMap(PageFile& file, RowId map, BeyondEnd beyondEnd) {
   const PagePtr page = file.freshPage(map.page);
   checkDataPage(file, *page);
-  // Nobody's; the file's own maps stand on page 1, which names itself.
+  // A page of maps has no owner; page 1, which holds the file's own maps, names itself.
   const std::uint32_t owner = loadU32(page->bytes, kPageOwner);
   if (owner != 0 && owner != map.page) file.damaged(map.page, "it should hold usage maps");
   const Bytes row = presentRow(file, *page, map.row);
