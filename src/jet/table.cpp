@@ -98,7 +98,8 @@ bool Table::canSeek(std::size_t realIndex, std::size_t columns) const {
   const RealIndex& index = definition_.realIndexes.at(realIndex);
   if (columns > index.columns.size()) return false;
   for (std::size_t i = 0; i < columns; ++i) {
-    if (!ordinalType(definition_.columns[index.columns[i].column].type)) return false;
+    const Column& column = definition_.columns[index.columns[i].column];
+    if (!ordinalType(column.type) && column.weights == nullptr) return false;
   }
   return true;
 }

@@ -139,10 +139,22 @@ class DefinitionReader {
       column.precision = loadU8(bytes, format_.columnPrecision);
       column.scale = loadU8(bytes, format_.columnPrecision + 1);
     }
+    if (column.type == ColumnType::kText && hasGeneralOrder(bytes)) {
+      column.weights = &format_.textWeights;
+    }
     column.autonumber = (column.flags & (kColumnAutonumber | kColumnAutoGuid)) != 0;
     column.compressed = format_.columnExtraFlags != 0 &&
                         (loadU8(bytes, format_.columnExtraFlags) & kColumnCompressed) != 0;
     return column;
+  }
+
+  // Jet 4 has the order's version in the fourth byte; the "General" of Access 2010 has other
+  // weights.
+  [[nodiscard]] bool hasGeneralOrder(Bytes bytes) const {
+    constexpr std::size_t kVersionAt = 3;
+    return loadU16(bytes, format_.columnPrecision) == kGeneralSortOrder &&
+           (format_.version == Version::kJet3 ||
+            loadU8(bytes, format_.columnPrecision + kVersionAt) == 0);
   }
 
   void checkColumn(const Column& column) const {

@@ -160,6 +160,43 @@ TEST_P(SeekTest, NullFindsNothingAndTextIsRefused) {
 INSTANTIATE_TEST_SUITE_P(Types, SeekTest, testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });
 
+// Fault: a text that is there and is not found. What has no known key is refused.
+TEST(SeekEdgeTest, Texts) {
+  support::TemporaryFolder folder;
+  for (const FileFormat format : {FileFormat::kJet3, FileFormat::kJet4}) {
+    const std::string path = (folder.path() / (format == FileFormat::kJet3 ? "3" : "4")).string();
+    FileBuilder builder(path, {.format = format});
+    auto& table = builder.addTable(
+        "T", {{.name = "t", .type = ColumnType::kText, .size = 40}, {.name = "n"}},
+        {{.name = "up", .columns = {"t", "n"}}, {.name = "down", .columns = {"-t"}}});
+    for (int i = 0; i < 600; ++i) {
+      const std::string text = std::string(i % 2 == 0 ? "Menu " : "MENU ") + std::to_string(i / 3);
+      table.add({i % 50 == 0 ? values::Variant() : values::Variant(text), i});
+    }
+    table.add({"menu 7 ", 900});
+    builder.finish();
+    auto database = Database::open(path);
+    const auto count = [&](std::size_t index, const KeyRange& range) {
+      int rows = 0;
+      for (auto found = database->openTable("T").seek(index, range); found.next();) ++rows;
+      return rows;
+    };
+    for (const std::size_t index : {0, 1}) {
+      EXPECT_EQ(count(index, {.equal = {values::Variant("mEnU 7")}}), 4);
+      EXPECT_EQ(count(index, {.equal = {values::Variant("menu")}}), 0);
+      EXPECT_EQ(count(index, {.equal = {values::Variant()}}), 0);
+      EXPECT_THROW((void)count(index, {.equal = {values::Variant("메뉴")}}), RuntimeError);
+      EXPECT_THROW((void)count(index, {.equal = {values::Variant(5)}}), RuntimeError);
+      EXPECT_THROW((void)count(index, {.lower = KeyBound{values::Variant("menu 7")}}),
+                   RuntimeError);
+    }
+    EXPECT_EQ(count(0, {.equal = {values::Variant("menu 7"), values::Variant(22)}}), 1);
+    EXPECT_EQ(
+        count(0, {.equal = {values::Variant("menu 7")}, .lower = KeyBound{values::Variant(22)}}),
+        3);
+  }
+}
+
 // Both zeros of a real number, and the least and greatest that a type holds.
 TEST(SeekEdgeTest, ZerosAndExtremes) {
   support::TemporaryFolder folder;

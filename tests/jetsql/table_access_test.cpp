@@ -94,6 +94,34 @@ TEST_F(TableAccessTest, RowsOfOneKeyAreOrderedAsSqliteOrders) {
   }
 }
 
+// Fault: a text whose key is not known finds nothing in the file's index.
+TEST_F(TableAccessTest, TextsAreFoundByTheFilesIndex) {
+  constexpr int kRows = 1500;
+  jetcreate::FileBuilder builder(path("texts.mdb"));
+  auto& texts = builder.addTable(
+      "Texts",
+      {{.name = "id"}, {.name = "t", .type = jet::ColumnType::kText, .size = 20}, {.name = "u"}},
+      {{.name = "byText", .columns = {"t"}}, {.name = "both", .columns = {"u", "t"}}});
+  for (std::int32_t id = 0; id < kRows; ++id) {
+    texts.add({id, (id % 2 == 0 ? "Tea " : "TEA ") + std::to_string(id / 4), id / 100});
+  }
+  builder.finish();
+  const auto session = Session::open(path("texts.mdb"), {}, clock_);
+  const auto count = [&](const std::string& condition) {
+    return rows(*session, "SELECT Count(*) FROM Texts WHERE " + condition);
+  };
+  EXPECT_EQ(count("t = 'tea 100'"), "4");
+  EXPECT_EQ(count("t = 'tea 100 '"), "0");
+  EXPECT_EQ(count("t = '차 100' OR t = 'tea-1'"), "0");
+  EXPECT_EQ(count("t = 'tea 100' & Left('가', 0)"), "4");
+  EXPECT_EQ(count("u = 4 AND t = 'tea 101'"), "4");
+  EXPECT_EQ(count("u = 4 AND t = 'tea 10?'"), "0");
+  EXPECT_EQ(count("t >= 'tea 99' AND t < 'tea 990'"), "4");
+  const auto report = session->explain("SELECT id FROM Texts WHERE t = 'TEA 9'");
+  EXPECT_EQ(report.reads.front().access, "index byText of the file: t = value");
+  EXPECT_EQ(report.reads.front().rows, 4U);
+}
+
 TEST_F(TableAccessTest, AnIndexInMemoryFollowsUpdates) {
   const auto session = openWritable();
   const std::string query = "SELECT id FROM Plain WHERE sale = 5";

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "jet/format/row_id.h"
+#include "jet/format/text_weights.h"
 #include "values/variant.h"
 
 namespace jet {
@@ -57,7 +58,8 @@ struct Column {
   std::uint8_t scale = 0;
   std::uint8_t flags = 0;  // kColumnFixed ... as stored
   bool autonumber = false;
-  bool compressed = false;  // Jet 4: new texts may be stored compressed
+  bool compressed = false;               // Jet 4: new texts may be stored compressed
+  const TextWeights* weights = nullptr;  // of its keys; none: no text, or another sort order
 
   // Type of the values that the column gives. BigInt gives Numeric, GUID and memo give Text.
   [[nodiscard]] values::VariantType variantType() const;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "jet/index/key_codec.h"
+#include "text/utf16.h"
 #include "values/runtime_error.h"
 
 namespace jet {
@@ -144,8 +145,12 @@ class RangeEncoder {
 
   KeyInterval encode(const KeyRange& range) {
     for (const values::Variant& value : range.equal) {
-      const auto [column, type] = nextColumn();
-      append(type, equalTo(column, type, value));
+      if (isText()) {
+        appendText(value);
+      } else {
+        const auto [column, type] = nextColumn();
+        append(type, equalTo(column, type, value));
+      }
     }
     if (range.lower || range.upper) {
       const auto [column, type] = nextColumn();
@@ -160,13 +165,34 @@ class RangeEncoder {
     return std::pair{toComparand(bound->value), bound->inclusive};
   }
 
-  std::pair<ColumnType, OrdinalType> nextColumn() {
+  [[nodiscard]] const Column& column() const {
     if (columns_ == index_.columns.size()) unsuitable("the index has fewer columns");
-    const Column& column = definition_.columns[index_.columns[columns_].column];
-    const auto type = ordinalType(column.type);
-    if (!type) unsuitable("column '" + column.name + "' is not looked up by its index");
+    return definition_.columns[index_.columns[columns_].column];
+  }
+  [[nodiscard]] bool isText() const { return column().weights != nullptr; }
+
+  std::pair<ColumnType, OrdinalType> nextColumn() {
+    const Column& next = column();
+    const auto type = ordinalType(next.type);
+    if (!type) unsuitable("column '" + next.name + "' is not looked up by its index");
     ascending_ = index_.columns[columns_++].ascending;
-    return {column.type, *type};
+    return {next.type, *type};
+  }
+
+  void appendText(const values::Variant& value) {
+    const TextWeights& weights = *column().weights;
+    const auto* text = value.as<std::string>();
+    std::vector<std::byte> key;
+    if (text == nullptr && !value.isNull()) unsuitable("a number is looked up among texts");
+    if (text != nullptr &&
+        !appendTextKey(weights, index_.columns[columns_].ascending, text::toUtf16(*text), key)) {
+      unsuitable("a text of column '" + column().name + "' has no known key");
+    }
+    ++columns_;
+    keys_.empty = keys_.empty || text == nullptr;
+    if (keys_.empty || keys_.first != keys_.last) return;
+    keys_.first.insert(keys_.first.end(), key.begin(), key.end());
+    keys_.last = keys_.first;
   }
 
   // An equality with a real 0 is two keys wide: those of 0.0 and of -0.0, which another program may
@@ -192,6 +218,12 @@ class RangeEncoder {
 };
 
 }  // namespace
+
+bool hasTextKey(const Column& column, std::string_view text) {
+  std::vector<std::byte> key;
+  return column.weights != nullptr &&
+         appendTextKey(*column.weights, true, text::toUtf16(text), key);
+}
 
 KeyInterval encodeRange(const TableDefinition& definition, const RealIndex& index,
                         const KeyRange& range) {

@@ -7,12 +7,15 @@
 //
 // Values are compared as numbers with the key column's type, exactly: 2.5 finds nothing among whole
 // numbers, ">= 2.5" begins at 3. A Null value finds nothing, as in a comparison. Rows whose key
-// column is Null are outside every range. Values may be numbers, Currency, dates and Yes/No.
-// Errors: 3001 for a key column or a value that is not looked up (text, GUID, binary, Numeric).
+// column is Null are outside every range. Values may be numbers, Currency, dates and Yes/No; texts
+// in equalities, whose keys are the same for capitals and small letters and leave out blanks at the
+// end. Errors: 3001 for a key column or a value that is not looked up (GUID, binary, Numeric, a
+// text with a character of unknown weight).
 #pragma once
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "jet/format/table_definition.h"
@@ -38,6 +41,9 @@ struct KeyInterval {
   std::vector<std::byte> first;
   std::vector<std::byte> last;
 };
+
+// Whether a text can be looked up in an index of the column.
+[[nodiscard]] bool hasTextKey(const Column& column, std::string_view text);
 
 [[nodiscard]] KeyInterval encodeRange(const TableDefinition& definition, const RealIndex& index,
                                       const KeyRange& range);

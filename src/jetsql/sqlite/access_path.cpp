@@ -107,7 +107,8 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
         constraints.equal >= 0 || constraints.lower >= 0 || constraints.upper >= 0;
     if (!constrained || !table.table().canSeek(number, used + 1)) break;
     if (constraints.equal < 0) {
-      addRange(candidate, info, constraints);
+      const VariantType type = table.typeOf(index.columns[used].column);
+      if (type != VariantType::kText) addRange(candidate, info, constraints);
       break;
     }
     candidate.constraints.push_back(constraints.equal);

@@ -20,6 +20,10 @@ using values::VariantType;
 // not of the column's kind.
 std::optional<Variant> keyValue(sqlite3_value* value, VariantType type) {
   const int held = sqlite3_value_type(value);
+  if (type == VariantType::kText) {
+    if (held != SQLITE_TEXT) return {};
+    return std::string(encodedValue(value).bytes);
+  }
   if (held != SQLITE_INTEGER && held != SQLITE_FLOAT) return {};
   if (type == VariantType::kDateTime) return values::DateTime{sqlite3_value_double(value)};
   if (type == VariantType::kCurrency) {
@@ -77,6 +81,11 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_va
   for (std::size_t i = 0; i < path.equal; ++i) {
     auto value = keyValue(values[i], typeOf(i));
     if (!value) return;
+    const std::size_t column = index.columns[i].column;
+    const auto* text = value->as<std::string>();
+    if (text != nullptr && !jet::hasTextKey(definition.columns[column], *text)) {
+      return beginWithoutKey(path, range, values.subspan(i, 1));
+    }
     range.equal.push_back(std::move(*value));
   }
   std::size_t next = path.equal;
@@ -91,6 +100,22 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_va
     }
   }
   source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, range));
+}
+
+// A text has no key that is known. The columns before it may find enough; else its column has an
+// index in memory.
+void JetTableCursor::beginWithoutKey(const AccessPath& path, const jet::KeyRange& before,
+                                     std::span<sqlite3_value*> text) {
+  if (!before.equal.empty()) {
+    source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, before));
+    return;
+  }
+  const auto& index = table_.table().definition().realIndexes[path.target];
+  const std::size_t column = index.columns.front().column;
+  beginMemoryIndex({.method = AccessMethod::kMemoryIndex,
+                    .equal = 1,
+                    .target = static_cast<std::uint16_t>(column)},
+                   text);
 }
 
 void JetTableCursor::beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values) {

@@ -51,6 +51,8 @@ class JetTableCursor {
   void begin(const AccessPath& path, std::span<sqlite3_value*> values);
   void beginRow(sqlite3_value* value);
   void beginFileIndex(const AccessPath& path, std::span<sqlite3_value*> values);
+  void beginWithoutKey(const AccessPath& path, const jet::KeyRange& before,
+                       std::span<sqlite3_value*> text);
   void beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values);
   void sortRows(std::string_view order);
 
