@@ -3,30 +3,29 @@
 //   quenbrook T2013/08/01-2013/08/21
 //   quenbrook --version
 //
-// Qt is initialised for an interactive start only: an unattended one needs no display.
-// Exit status: 0 every step and every settlement day passed, 1 one failed (each failure is a line
-// on standard error and in quenbrook-errors.log), 2 start-up ended the program.
+// The toolkit of the windows is initialised for an interactive start only: an unattended one needs
+// no display. Exit status: 0 every step and every settlement day passed, 1 one failed (each failure
+// is a line on standard error and in quenbrook-errors.log), 2 start-up ended the program.
 
 #include <exception>
 #include <functional>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/files.h"
 #include "platform/message_display.h"
-#include "platform/process.h"
+#include "platform/program_start.h"
 #include "program.h"
 #include "server/central_database.h"
 #include "server/odbc_provider.h"
 #include "settings/central_server.h"
 #include "startup/command_line.h"
 #include "startup/start_mod.h"
+#include "toolkit.h"
 #include "ui/background_transfer.h"
 #include "ui/frm_quenbrook.h"
-#include "ui/qt/application.h"
-#include "ui/qt/message_box.h"
-#include "ui/qt/windows.h"
 #include "values/runtime_error.h"
 
 namespace {
@@ -48,13 +47,13 @@ int runUnattended(Program& program, const settings::StartValues& start) {
 }
 
 int runWindows(Program& program, const settings::StartValues& start,
-               ui::qt::Application& application) {
+               toolkit::Application& application) {
   const auto provider = server::makeOdbcProvider();
   server::CentralDatabase central(*provider, settings::centralServer(program.settings));
   Job job(program, start);
   ui::TransferProgram transfer(program.folder);
-  ui::qt::Windows windows(application, {start, program.clock, program.messages, job.driver(),
-                                        transfer, central, program.instance});
+  toolkit::Windows windows(application, {start, program.clock, program.messages, job.driver(),
+                                         transfer, central, program.instance});
   if (!windows.open()) return kStartUpEnded;
   application.run();
   return windows.upload().jobFailed() ? kStepFailed : kAllPassed;
@@ -100,20 +99,17 @@ int run(const std::string& commandLine, platform::MessageDisplay& messages,
   return kStartUpEnded;
 }
 
-std::string joined(int count, char** arguments) {
+std::string joined(const std::vector<std::string>& words) {
   std::string text;
-  for (int index = 1; index < count; ++index) {
-    if (index > 1) text += ' ';
-    text += arguments[index];
-  }
+  for (const auto& word : words) text += (text.empty() ? "" : " ") + word;
   return text;
 }
 
 }  // namespace
 
-int main(int count, char** arguments) {
-  platform::ignoreSigpipe();
-  const auto commandLine = joined(count, arguments);
+int main(int count, char** words) {
+  const platform::ProgramStart programStart(count, words);
+  const auto commandLine = joined(programStart.arguments());
   if (commandLine == "--version") {
     std::cout << kNameAndVersion << '\n';
     return kAllPassed;
@@ -124,8 +120,8 @@ int main(int count, char** arguments) {
                [](Program& program, const auto&) { return explainMissingDisplay(program); });
   };
   if (StartMod::splitCommandLine(commandLine).runMode == "T") return withoutDisplay();
-  ui::qt::Application application(arguments[0], withoutDisplay);
-  ui::qt::MessageBox messages;
+  toolkit::Application application("quenbrook", withoutDisplay);
+  toolkit::MessageBox messages;
   return run(commandLine, messages, [&](Program& program, const settings::StartValues& start) {
     return runWindows(program, start, application);
   });

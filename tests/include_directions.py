@@ -12,7 +12,7 @@ import tempfile
 ROOMS = ['text', 'values', 'platform', 'settings', 'log', 'probes',
          'jet/format', 'jet/pages', 'jet/index', 'jet/rows', 'jet', 'jetcheck', 'jetcreate',
          'jetsql/functions', 'jetsql/syntax', 'jetsql/translate', 'jetsql/sqlite', 'jetsql',
-         'localdb', 'extract', 'settlement', 'transfer', 'server', 'job', 'ui', 'ui/qt', 'startup']
+         'localdb', 'extract', 'settlement', 'transfer', 'server', 'job', 'ui', 'ui/qt', 'ui/win32', 'startup']
 # Rooms side by side: neither uses the other.
 APART = ['extract', 'settlement', 'transfer', 'server']
 MAY_MEET = [('settlement', 'extract')]
@@ -21,6 +21,8 @@ MAY_MEET = [('settlement', 'extract')]
 LIBRARIES = [(r'Q[A-Z]\w*(/.*)?$|Qt\w*/', 'ui/qt'), (r'curl/', 'transfer'), (r'sqlite3', 'jetsql'),
              (r'sql(ext|types|ucode)?\.h$', 'server')]
 SYSTEM = 'platform'
+# The system's header of Windows: of the twins, of what ODBC is made of there, and of the native views.
+WINDOWS = ['platform', 'server', 'ui/win32']
 
 STANDARD = set('''algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono cinttypes climits
 clocale cmath codecvt compare complex concepts condition_variable csignal cstdarg cstddef cstdint cstdio cstdlib cstring
@@ -45,11 +47,13 @@ def complaint(room, quote, name):
             return f'{room} must not use {other}'
         if other != room and other in APART and room in APART and (room, other) not in MAY_MEET:
             return f'{room} stands beside {other} and must not use it'
-        if other == 'ui/qt' and room != 'ui/qt':
-            return 'only ui/qt may use a Qt view'
+        if other in ('ui/qt', 'ui/win32') and room != other:
+            return f'only {other} may use its views'
         return None
     if name in STANDARD:
         return None
+    if name in ('windows.h', 'commctrl.h'):
+        return None if room in WINDOWS else f'<{name}> belongs to ' + ', '.join(WINDOWS)
     for pattern, owner in LIBRARIES:
         if re.match(pattern, name):
             return None if (room + '/').startswith(owner + '/') else f'<{name}> belongs to {owner} only'

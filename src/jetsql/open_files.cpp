@@ -1,35 +1,33 @@
 #include "jetsql/open_files.h"
 
-#include <system_error>
 #include <utility>
 
 #include "jetsql/sqlite/linked_table.h"
+#include "platform/files.h"
 
 namespace jetsql {
 namespace {
 
-std::unique_ptr<jet::Database> openFile(const std::filesystem::path& file,
-                                        const SessionOptions& options,
+std::unique_ptr<jet::Database> openFile(const std::string& file, const SessionOptions& options,
                                         const std::string& password) {
-  return jet::Database::open(file.string(), {.readOnly = options.readOnly,
-                                             .exclusive = options.exclusive,
-                                             .password = password,
-                                             .ticks = options.ticks});
+  return jet::Database::open(file, {.readOnly = options.readOnly,
+                                    .exclusive = options.exclusive,
+                                    .password = password,
+                                    .ticks = options.ticks});
 }
 
-bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
-  std::error_code problem;
-  return std::filesystem::equivalent(a, b, problem);
+bool isSameFile(const std::string& a, const std::string& b) {
+  return platform::canonicalPath(a) == platform::canonicalPath(b);
 }
 
 }  // namespace
 
-OpenFiles::OpenFiles(const std::filesystem::path& path, const SessionOptions& options)
+OpenFiles::OpenFiles(const std::string& path, const SessionOptions& options)
     : options_(options), own_{path, openFile(path, options, options.password), {}, {}} {}
 
 OpenFile& OpenFiles::other(const OpenFile& from, const std::string& path,
                            const std::string& password) {
-  const std::filesystem::path file = resolveLinkedFile(from.path, path);
+  const std::string file = resolveLinkedFile(from.path, path);
   if (isSameFile(file, own_.path)) return own_;
   for (auto& [known, open] : others_) {
     if (isSameFile(file, known)) return open;

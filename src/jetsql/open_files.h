@@ -6,7 +6,6 @@
 // Errors: those of opening a Jet file, 3024 one that is nowhere. Private to the room.
 #pragma once
 
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
@@ -19,7 +18,7 @@
 namespace jetsql {
 
 struct OpenFile {
-  std::filesystem::path path;
+  std::string path;
   std::unique_ptr<jet::Database> database;
   NameMap<CatalogueObject> found;  // what queries have named so far
   NameMap<std::unique_ptr<SavedQuery>> queries;
@@ -27,7 +26,7 @@ struct OpenFile {
 
 class OpenFiles {
  public:
-  OpenFiles(const std::filesystem::path& path, const SessionOptions& options);
+  OpenFiles(const std::string& path, const SessionOptions& options);
 
   [[nodiscard]] OpenFile& own() { return own_; }
   [[nodiscard]] const OpenFile& own() const { return own_; }
@@ -40,7 +39,7 @@ class OpenFiles {
  private:
   SessionOptions options_;
   OpenFile own_;
-  std::map<std::filesystem::path, OpenFile> others_;
+  std::map<std::string, OpenFile> others_;
 };
 
 }  // namespace jetsql

@@ -15,7 +15,7 @@ namespace jetsql {
 
 class Session::Implementation {
  public:
-  Implementation(const std::filesystem::path& file, const SessionOptions& options,
+  Implementation(const std::string& file, const SessionOptions& options,
                  const platform::Clock& clock)
       : catalogue(file, options, clock) {}
 
@@ -164,8 +164,7 @@ QueryReport Session::Implementation::explain(std::string_view source,
   return report;
 }
 
-std::shared_ptr<Session> Session::open(const std::filesystem::path& file,
-                                       const SessionOptions& options,
+std::shared_ptr<Session> Session::open(const std::string& file, const SessionOptions& options,
                                        const platform::Clock& clock) {
   return std::make_shared<Session>(std::make_unique<Implementation>(file, options, clock));
 }

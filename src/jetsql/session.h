@@ -12,7 +12,6 @@
 // (3024, 3044, 3151), and whatever a function or a damaged page raises while rows are collected.
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -30,7 +29,7 @@ class Session : public std::enable_shared_from_this<Session> {
   class Implementation;
 
   // The clock, which Date() and Now() read, outlives the session.
-  [[nodiscard]] static std::shared_ptr<Session> open(const std::filesystem::path& file,
+  [[nodiscard]] static std::shared_ptr<Session> open(const std::string& file,
                                                      const SessionOptions& options,
                                                      const platform::Clock& clock);
   explicit Session(std::unique_ptr<Implementation> implementation);

@@ -36,7 +36,7 @@ ConnectionHandle openConnection(CallbackContext& callbacks) {
 
 }  // namespace
 
-SessionCatalogue::SessionCatalogue(const std::filesystem::path& file, const SessionOptions& options,
+SessionCatalogue::SessionCatalogue(const std::string& file, const SessionOptions& options,
                                    const platform::Clock& clock)
     : options_(options),
       callbacks_{{clock}},

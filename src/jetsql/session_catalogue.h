@@ -2,7 +2,6 @@
 // run on: a table is registered there when a query first names it. Private to the room.
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,7 +24,7 @@ namespace jetsql {
 
 class SessionCatalogue : public Catalogue {
  public:
-  SessionCatalogue(const std::filesystem::path& file, const SessionOptions& options,
+  SessionCatalogue(const std::string& file, const SessionOptions& options,
                    const platform::Clock& clock);
 
   [[nodiscard]] CatalogueObject find(std::string_view name) override;

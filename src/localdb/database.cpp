@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <system_error>
 #include <utility>
 
 #include "jetsql/syntax/database_reference.h"
+#include "platform/files.h"
 #include "values/runtime_error.h"
 
 namespace localdb {
@@ -52,13 +52,6 @@ void requireType(std::int32_t type) {
   }
 }
 
-// One name for a file however its path is written.
-std::string canonicalName(const std::filesystem::path& path) {
-  std::error_code problem;
-  const std::filesystem::path canonical = std::filesystem::weakly_canonical(path, problem);
-  return (problem ? path : canonical).string();
-}
-
 }  // namespace
 
 std::unique_ptr<RecordSet> Database::openRecordset(std::string_view source,
@@ -74,7 +67,7 @@ std::unique_ptr<RecordSet> Database::openRecordset(std::string_view source,
 DBEngine::DBEngine(const platform::Clock& clock, jetsql::ExternalSource* external)
     : clock_(clock), external_(external) {}
 
-std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& path, bool exclusive,
+std::shared_ptr<Database> DBEngine::openDatabase(const std::string& path, bool exclusive,
                                                  bool readOnly,
                                                  const std::optional<std::string>& connect) {
   const Key key(nameOf(path), exclusive, readOnly, connect.value_or(""));
@@ -92,9 +85,9 @@ std::shared_ptr<Database> DBEngine::openDatabase(const std::filesystem::path& pa
 
 // Asking the system for a path's canonical form costs more than everything else about opening a
 // file that is open already.
-const std::string& DBEngine::nameOf(const std::filesystem::path& path) {
-  std::string& name = names_[path.string()];
-  if (name.empty()) name = canonicalName(path);
+const std::string& DBEngine::nameOf(const std::string& path) {
+  std::string& name = names_[path];
+  if (name.empty()) name = platform::canonicalPath(path);
   return name;
 }
 

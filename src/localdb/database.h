@@ -15,7 +15,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -52,7 +51,7 @@ class DBEngine {
 
   // `connect` may carry a password: ";pwd=secret".
   [[nodiscard]] std::shared_ptr<Database> openDatabase(
-      const std::filesystem::path& path, bool exclusive, bool readOnly,
+      const std::string& path, bool exclusive, bool readOnly,
       const std::optional<std::string>& connect = {});
 
   // Closes every file on which no database or record set exists any more.
@@ -62,7 +61,7 @@ class DBEngine {
   // Path, exclusive, read-only, connect.
   using Key = std::tuple<std::string, bool, bool, std::string>;
 
-  [[nodiscard]] const std::string& nameOf(const std::filesystem::path& path);
+  [[nodiscard]] const std::string& nameOf(const std::string& path);
 
   const platform::Clock& clock_;
   jetsql::ExternalSource* external_;

@@ -12,7 +12,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -35,7 +34,7 @@ class DatabaseAccess {
  public:
   virtual ~DatabaseAccess() = default;
 
-  virtual bool JetOpenDB(std::shared_ptr<Database>& database, const std::filesystem::path& path,
+  virtual bool JetOpenDB(std::shared_ptr<Database>& database, const std::string& path,
                          bool readOnly, bool exclusive, const std::string& connect,
                          std::string_view caller) = 0;
 

@@ -2,7 +2,6 @@
 
 #include <limits>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "platform/files.h"
@@ -47,11 +46,9 @@ std::string openDatabaseError(const RuntimeError& problem, const std::string& pa
 
 // Names match as where the till runs: DATA.MDB is data.mdb, unless there is one of that very name.
 // Error 3024 where there is neither.
-std::string existingFile(const std::filesystem::path& path) {
-  std::error_code problem;
-  if (std::filesystem::is_regular_file(path, problem)) return path.string();
-  const std::string folder = path.parent_path().string();
-  std::string found = platform::findFile(folder.empty() ? "." : folder, path.filename().string());
+std::string existingFile(const std::string& path) {
+  if (platform::fileExists(path)) return path;
+  std::string found = platform::findFile(platform::parentFolder(path), platform::fileName(path));
   if (platform::fileExists(found)) return found;
   throw RuntimeError(error::kNoDatabaseFile, "");
 }
@@ -67,9 +64,9 @@ std::optional<std::int32_t> given(std::int32_t number, bool before) {
 LocalDatabases::LocalDatabases(DBEngine& engine, MessageWriter message)
     : engine_(engine), message_(std::move(message)) {}
 
-bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database,
-                               const std::filesystem::path& path, bool readOnly, bool exclusive,
-                               const std::string& connect, std::string_view caller) {
+bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database, const std::string& path,
+                               bool readOnly, bool exclusive, const std::string& connect,
+                               std::string_view caller) {
   try {
     failure_.clear();
     const std::string file = existingFile(path);
@@ -79,10 +76,9 @@ bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database,
   } catch (const std::exception&) {
     database.reset();
     const RuntimeError problem = currentError();
-    failure_ = problem.number() == error::kNoDatabaseFile
-                   ? "There is no file '" + path.string() + "'."
-                   : problem.description();
-    message_(openDatabaseError(problem, path.string(), caller));
+    failure_ = problem.number() == error::kNoDatabaseFile ? "There is no file '" + path + "'."
+                                                          : problem.description();
+    message_(openDatabaseError(problem, path, caller));
     return false;
   }
 }

@@ -8,7 +8,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -28,9 +27,8 @@ class LocalDatabases : public DatabaseAccess {
   // Keeps a reference to the engine.
   LocalDatabases(DBEngine& engine, MessageWriter message);
 
-  bool JetOpenDB(std::shared_ptr<Database>& database, const std::filesystem::path& path,
-                 bool readOnly, bool exclusive, const std::string& connect,
-                 std::string_view caller) override;
+  bool JetOpenDB(std::shared_ptr<Database>& database, const std::string& path, bool readOnly,
+                 bool exclusive, const std::string& connect, std::string_view caller) override;
   bool JetOpenRST(const std::shared_ptr<Database>& database, std::unique_ptr<RecordSet>& recordSet,
                   std::string_view source, std::int32_t type, std::int32_t options,
                   std::int32_t lock, bool trace) override;

@@ -4,13 +4,16 @@
 //   for (const auto& line : child.newLines()) show(line);      // again and again
 //   if (const auto status = child.exitStatus()) ...
 //
-// No call blocks. A child still running at the destruction goes on by itself; its output is then
-// discarded by the system. Errors of the constructor: 53 no such program, 75 it cannot be started.
+// The program's name is given without the extension that the system has for programs. No call
+// blocks. A child still running at the destruction goes on by itself; its output is then discarded
+// by the system. Errors of the constructor: 53 no such program, 75 it cannot be started.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/system_handle.h"
 
 namespace platform {
 
@@ -26,18 +29,18 @@ class ChildProgram {
   [[nodiscard]] std::vector<std::string> newLines() { return linesOf(output_); }
   [[nodiscard]] std::vector<std::string> newErrors() { return linesOf(errors_); }
 
-  // Nothing while it runs; 128 plus the signal's number for one that a signal ended.
+  // Nothing while it runs; 128 plus the signal's number for one that a signal ended (POSIX).
   [[nodiscard]] std::optional<int> exitStatus();
 
  private:
   struct Stream {
-    int pipe = -1;  // its reading end
+    SystemHandle pipe = kNoHandle;  // its reading end
     std::string unfinished;
   };
 
   std::vector<std::string> linesOf(Stream& stream);
 
-  int id_ = 0;
+  SystemHandle process_ = kNoHandle;
   Stream output_;
   Stream errors_;
   std::optional<int> status_;

@@ -63,7 +63,7 @@ ChildProgram::ChildProgram(const std::string& program, std::vector<std::string> 
   Pipe errors;
   const Streams streams(output, errors);
   const int failure =
-      posix_spawn(&id_, program.c_str(), streams.get(), nullptr, words.data(), environ);
+      posix_spawn(&process_, program.c_str(), streams.get(), nullptr, words.data(), environ);
   if (failure != 0) throwErrno(failure, "Cannot start", program);
   output_.pipe = output.releaseReadingEnd();
   errors_.pipe = errors.releaseReadingEnd();
@@ -93,7 +93,7 @@ std::vector<std::string> ChildProgram::linesOf(Stream& stream) {
 std::optional<int> ChildProgram::exitStatus() {
   constexpr int kSignalled = 128;
   int state = 0;
-  if (!status_ && ::waitpid(id_, &state, WNOHANG) == id_) {
+  if (!status_ && ::waitpid(process_, &state, WNOHANG) == process_) {
     status_ = WIFEXITED(state) ? WEXITSTATUS(state) : kSignalled + WTERMSIG(state);
   }
   return status_;

@@ -16,6 +16,8 @@
 
 constexpr int kKoreanCodePage = 949;
 
+class CodePageConverter;
+
 class CodePage {
  public:
   // `number` as Windows counts them: 949 Korean, 1252 Western, 65001 UTF-8.
@@ -36,10 +38,9 @@ class CodePage {
   void appendFromUtf8(std::string_view text, std::string& out);
 
  private:
-  class Converter;
   class Encoder;
 
   int number_;
-  std::unique_ptr<Converter> decoder_;
+  std::unique_ptr<CodePageConverter> decoder_;
   std::unique_ptr<Encoder> encoder_;
 };

@@ -18,6 +18,9 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
+
+#include "platform/system_handle.h"
 
 namespace platform {
 
@@ -58,7 +61,8 @@ class LockableFile {
   void close() noexcept;
 
   std::string path_;
-  int handle_ = -1;
+  SystemHandle handle_ = kNoHandle;
+  std::vector<ByteRange> held_;  // where the system has no such locks of its own
 };
 
 // Name of this machine in its network, for the entries of lock files.

@@ -25,6 +25,17 @@ namespace platform {
 // Folder and name with the system's separator between them, one even where the folder ends in one.
 [[nodiscard]] std::string joinPath(std::string_view folder, std::string_view name);
 
+// The folder that a path names its file in, "." where it names none, and the file's name.
+[[nodiscard]] std::string parentFolder(std::string_view path);
+[[nodiscard]] std::string fileName(std::string_view path);
+
+// One text for a file however its path is written: absolute, links followed as far as there is
+// something; the path as given where it cannot be followed.
+[[nodiscard]] std::string canonicalPath(const std::string& path);
+
+// The file that a link leads to; the path as given of anything else.
+[[nodiscard]] std::string followLink(const std::string& path);
+
 [[nodiscard]] bool fileExists(const std::string& path);  // false for a folder
 [[nodiscard]] bool folderExists(const std::string& path);
 

@@ -89,6 +89,29 @@ std::string joinPath(std::string_view folder, std::string_view name) {
   return path.append(name);
 }
 
+std::string parentFolder(std::string_view path) {
+  const auto slash = path.find_last_of('/');
+  if (slash == std::string_view::npos) return ".";
+  return std::string(path.substr(0, slash == 0 ? 1 : slash));
+}
+
+std::string fileName(std::string_view path) {
+  return std::string(path.substr(path.find_last_of('/') + 1));
+}
+
+std::string canonicalPath(const std::string& path) {
+  std::error_code problem;
+  const auto canonical = std::filesystem::weakly_canonical(path, problem);
+  return problem ? path : canonical.string();
+}
+
+std::string followLink(const std::string& path) {
+  std::error_code missing;
+  const bool isLink = std::filesystem::is_symlink(path, missing);
+  const auto target = std::filesystem::canonical(path, missing);
+  return isLink && !missing ? target.string() : path;
+}
+
 bool fileExists(const std::string& path) {
   struct stat status {};
   return statusOf(path, status) && !S_ISDIR(status.st_mode);

@@ -9,6 +9,8 @@
 
 #include <string>
 
+#include "platform/system_handle.h"
+
 namespace platform {
 
 class InstanceLock {
@@ -22,7 +24,7 @@ class InstanceLock {
   [[nodiscard]] bool alone() const { return alone_; }
 
  private:
-  int folder_ = -1;
+  SystemHandle lock_ = kNoHandle;
   bool alone_ = true;
 };
 

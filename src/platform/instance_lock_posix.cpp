@@ -11,14 +11,14 @@ namespace platform {
 // The first instance gets the folder for itself and then shares it, so that each later one is
 // refused the whole and holds a share too: the last one still running is seen by the next.
 InstanceLock::InstanceLock(const std::string& folder)
-    : folder_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  if (folder_ < 0) return;
-  alone_ = ::flock(folder_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-  ::flock(folder_, LOCK_SH | LOCK_NB);
+    : lock_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  if (lock_ < 0) return;
+  alone_ = ::flock(lock_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+  ::flock(lock_, LOCK_SH | LOCK_NB);
 }
 
 InstanceLock::~InstanceLock() {
-  if (folder_ >= 0) ::close(folder_);
+  if (lock_ >= 0) ::close(lock_);
 }
 
 }  // namespace platform

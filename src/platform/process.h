@@ -44,8 +44,4 @@ class SystemProcesses : public Processes {
   std::vector<std::int32_t> children_;  // started here and not known to have ended
 };
 
-// From then on a write to a pipe or socket whose reader has gone fails instead of ending the
-// process. To be called first in every main.
-void ignoreSigpipe();
-
 }  // namespace platform

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -131,7 +130,5 @@ int SystemProcesses::runHidden(const std::string& program,
 void SystemProcesses::reapChildren() {
   std::erase_if(children_, [](pid_t id) { return waitpid(id, nullptr, WNOHANG) != 0; });
 }
-
-void ignoreSigpipe() { std::signal(SIGPIPE, SIG_IGN); }
 
 }  // namespace platform

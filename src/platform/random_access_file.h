@@ -15,6 +15,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/system_handle.h"
+
 class RandomAccessFile {
  public:
   enum class Mode {
@@ -42,9 +44,10 @@ class RandomAccessFile {
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
-  RandomAccessFile(std::string path, int handle) : path_(std::move(path)), handle_(handle) {}
+  RandomAccessFile(std::string path, platform::SystemHandle handle)
+      : path_(std::move(path)), handle_(handle) {}
   void close() noexcept;
 
   std::string path_;
-  int handle_ = -1;
+  platform::SystemHandle handle_ = platform::kNoHandle;
 };

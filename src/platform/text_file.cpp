@@ -1,10 +1,12 @@
 #include "platform/text_file.h"
 
 #include <algorithm>
-#include <fstream>
+#include <array>
+#include <cstddef>
 
 #include "platform/code_page.h"
 #include "platform/files.h"
+#include "platform/random_access_file.h"
 
 namespace platform {
 
@@ -17,11 +19,16 @@ void appendLine(const std::string& path, std::string_view text) {
 }
 
 std::string readFirstLine(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return readFile(path);  // which says why it cannot be read
+  const auto file = RandomAccessFile::open(path, RandomAccessFile::Mode::kReadOnly);
   std::string line;
-  std::getline(file, line);
-  line.erase(std::min(line.find('\r'), line.size()));
+  std::array<std::byte, 512> block{};
+  for (std::size_t end = std::string::npos; end == std::string::npos;) {
+    const std::size_t count = file.readAt(line.size(), block);
+    if (count == 0) break;
+    line.append(reinterpret_cast<const char*>(block.data()), count);
+    end = line.find_first_of("\r\n");
+    line.erase(std::min(end, line.size()));
+  }
   return CodePage(kKoreanCodePage).toUtf8(line);
 }
 

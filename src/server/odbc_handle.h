@@ -4,12 +4,11 @@
 //   environment.check(SQLSetEnvAttr(environment.get(), ...));   // throws Fault
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
-
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "server/odbc_api.h"
 
 namespace server::odbc {
 

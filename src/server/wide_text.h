@@ -1,11 +1,10 @@
 // Texts on their way to and from the driver: UTF-8 here, UTF-16 there.
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
-
 #include <string>
 #include <string_view>
+
+#include "server/odbc_api.h"
 
 namespace server::odbc {
 

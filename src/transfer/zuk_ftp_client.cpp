@@ -3,11 +3,12 @@
 #include <curl/curl.h>
 
 #include <array>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <utility>
 
+#include "platform/random_access_file.h"
 #include "values/runtime_error.h"
 
 namespace transfer {
@@ -33,10 +34,29 @@ struct CloseHandle {
   void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
 };
 
+struct SentFile {
+  RandomAccessFile file;
+  std::uint64_t offset = 0;  // of the next byte to send
+};
+
+std::optional<SentFile> openToSend(const std::string& path) {
+  try {
+    return SentFile{RandomAccessFile::open(path, RandomAccessFile::Mode::kReadOnly)};
+  } catch (const RuntimeError&) {
+    return std::nullopt;
+  }
+}
+
 std::size_t readFile(char* buffer, std::size_t size, std::size_t count, void* stream) {
-  auto& file = *static_cast<std::ifstream*>(stream);
-  file.read(buffer, static_cast<std::streamsize>(size * count));
-  return file.bad() ? CURL_READFUNC_ABORT : static_cast<std::size_t>(file.gcount());
+  auto& sent = *static_cast<SentFile*>(stream);
+  try {
+    const auto room = std::as_writable_bytes(std::span(buffer, size * count));
+    const std::size_t got = sent.file.readAt(sent.offset, room);
+    sent.offset += got;
+    return got;
+  } catch (const RuntimeError&) {
+    return CURL_READFUNC_ABORT;
+  }
 }
 
 // Listings that a server may send are of no interest.
@@ -119,16 +139,14 @@ void ZukFtpClient::begin(const std::string& address) {
 
 bool ZukFtpClient::PutFile(const std::string& local, const std::string& remote) {
   if (!session_) return fail("PutFile", error::kObjectNotSet, "no session");
-  const std::u8string name(local.begin(), local.end());
-  std::ifstream file(std::filesystem::path(name), std::ios::binary | std::ios::ate);
-  if (!file) return fail("PutFile", error::kFileNotFound, "cannot read '" + local + "'");
-  const curl_off_t size = file.tellg();
-  file.seekg(0);
+  auto sent = openToSend(local);
+  if (!sent) return fail("PutFile", error::kFileNotFound, "cannot read '" + local + "'");
+  const auto size = static_cast<curl_off_t>(sent->file.size());
   begin(session_->url(remote));
   CURL* curl = session_->handle.get();
   curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
   curl_easy_setopt(curl, CURLOPT_READFUNCTION, readFile);
-  curl_easy_setopt(curl, CURLOPT_READDATA, &file);
+  curl_easy_setopt(curl, CURLOPT_READDATA, &*sent);
   // With the size told, an upload that ends early is an error and no shorter file.
   curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, size);
   curl_easy_setopt(

@@ -199,6 +199,7 @@ class SalesFile {
 
   // Lines of mdb-export without the columns that tests change, sorted.
   [[nodiscard]] std::vector<std::string> exportRows() const {
+    if (support::kOnWindows) return {};
     std::string text;
     EXPECT_EQ(support::run({"mdb-export", "-D", "%F %T", path(), "Selling"}, &text), 0);
     std::vector<std::string> lines;

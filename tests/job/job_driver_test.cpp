@@ -32,7 +32,7 @@ struct FakeWindow : Window {
 };
 
 struct NoDatabases : localdb::DatabaseAccess {
-  bool JetOpenDB(std::shared_ptr<localdb::Database>&, const fs::path&, bool, bool,
+  bool JetOpenDB(std::shared_ptr<localdb::Database>&, const std::string&, bool, bool,
                  const std::string&, std::string_view) override {
     return false;
   }

@@ -33,6 +33,7 @@ class ProbesTest : public testing::Test {
 };
 
 TEST_F(ProbesTest, AProgramRunsUnderTheNameThatItWasStartedBy) {
+  if (support::kOnWindows) GTEST_SKIP();
   // Longer than what the system keeps of a name, and one that a prefix of it would match.
   for (const std::string name : {"qb-Sleep(1).Exe", "qb-a-rather-long-name.Exe"}) {
     fs::create_symlink("/usr/bin/sleep", folder.path() / name);
@@ -51,6 +52,7 @@ TEST_F(ProbesTest, AProgramRunsUnderTheNameThatItWasStartedBy) {
 }
 
 TEST_F(ProbesTest, AStartedChildThatHasEndedDoesNotCount) {
+  if (support::kOnWindows) GTEST_SKIP();
   const auto program = (folder.path() / "qb-cat.exe").string();
   const auto pipe = (folder.path() / "pipe").string();
   fs::create_symlink("/bin/cat", program);

@@ -7,13 +7,21 @@
 // A program that cannot be started throws std::runtime_error: the test fails, it does not skip.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "platform/system_handle.h"
+
 namespace support {
+
+// Where programs of Debian, its links and its devices are out of reach: what needs them is tested
+// by the same test on Debian.
+#ifdef _WIN32
+constexpr bool kOnWindows = true;
+#else
+constexpr bool kOnWindows = false;
+#endif
 
 class ChildProcess {
  public:
@@ -23,20 +31,35 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  [[nodiscard]] pid_t id() const { return id_; }
+  [[nodiscard]] int id() const;
   [[nodiscard]] bool running();
   // The exit status, or 128 and the signal that ended it.
   int wait();
-  // Ends its process group, which includes its children.
-  void kill(int signal);
+  // Ends it, and where the system knows process groups its children, too. Where it knows no signals
+  // it is ended at once by any.
+  void kill(int signal = kKillSignal);
+  static constexpr int kKillSignal = 9;
+  static constexpr int kKilled = 128 + kKillSignal;  // the exit status then
 
  private:
-  pid_t id_ = -1;
+  platform::SystemHandle process_ = platform::kNoHandle;
   int status_ = -1;
 };
 
 // Runs a command to its end; its standard output and error go to `output` unless null.
 int run(const std::vector<std::string>& command, std::string* output = nullptr);
+
+// A path that goes wherever the program takes one in UTF-8.
+class Path : public std::filesystem::path {
+ public:
+  Path() = default;
+  Path(std::filesystem::path path) : std::filesystem::path(std::move(path)) {}
+
+  operator std::string() const { return string(); }
+  friend Path operator/(const Path& folder, const std::filesystem::path& name) {
+    return static_cast<const std::filesystem::path&>(folder) / name;
+  }
+};
 
 // A new folder, removed with all that is in it.
 class TemporaryFolder {
@@ -46,10 +69,10 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const Path& path() const { return path_; }
 
  private:
-  std::filesystem::path path_;
+  Path path_;
 };
 
 [[nodiscard]] std::string readFile(const std::filesystem::path& file);

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "localdb/database_access.h"
+#include "platform/files.h"
 #include "text/ascii.h"
 #include "values/runtime_error.h"
 
@@ -77,9 +78,9 @@ class FakeDatabases : public localdb::DatabaseAccess {
   std::set<std::string> missingFiles;  // by name
   std::vector<std::string> queries;    // "data.mdb: SELECT ..."
 
-  bool JetOpenDB(std::shared_ptr<localdb::Database>& database, const std::filesystem::path& path,
-                 bool, bool, const std::string&, std::string_view) override {
-    file_ = path.filename();
+  bool JetOpenDB(std::shared_ptr<localdb::Database>& database, const std::string& path, bool, bool,
+                 const std::string&, std::string_view) override {
+    file_ = platform::fileName(path);
     database.reset();
     if (missingFiles.contains(file_)) return false;
     database = std::shared_ptr<localdb::Database>(keepAlive_, nullptr);

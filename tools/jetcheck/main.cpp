@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "jetcheck/file_check.h"
+#include "platform/program_start.h"
 
 namespace {
 
@@ -49,8 +50,9 @@ Status check(const std::string& path) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
+int main(int count, char** words) {
+  const platform::ProgramStart start(count, words);
+  const auto& arguments = start.arguments();
   if (!arguments.empty() && arguments[0] == "--help") {
     std::cout << kUsage;
     return kWhole;

@@ -15,6 +15,7 @@
 #include "csv.h"
 #include "jetsql/session.h"
 #include "platform/clock.h"
+#include "platform/program_start.h"
 #include "report_lines.h"
 #include "values/runtime_error.h"
 
@@ -90,9 +91,10 @@ int run(const CommandLine& line) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int count, char** words) {
+  const platform::ProgramStart start(count, words);
   try {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto& arguments = start.arguments();
     if (!arguments.empty() && arguments[0] == "--help") {
       std::cout << kUsage;
       return 0;

@@ -1,25 +1,25 @@
 // makeshop DIR: a sample shop for trials and tests. See usage().
-#include <cstdio>
 #include <exception>
-#include <string>
-#include <vector>
+#include <iostream>
 
 #include "makeshop/options.h"
 #include "makeshop/shop.h"
+#include "platform/program_start.h"
 
-int main(int argc, char** argv) {
+int main(int count, char** words) {
+  const platform::ProgramStart start(count, words);
   try {
-    const makeshop::Options options = makeshop::parseOptions({argv + 1, argv + argc});
+    const makeshop::Options options = makeshop::parseOptions(start.arguments());
     if (options.help) {
-      std::fputs(makeshop::usage(), stdout);
+      std::cout << makeshop::usage();
     } else if (options.version) {
-      std::puts("makeshop " QUENBROOK_VERSION);
+      std::cout << "makeshop " QUENBROOK_VERSION "\n";
     } else {
       makeshop::makeShop(options);
     }
     return 0;
   } catch (const std::exception& fault) {
-    std::fprintf(stderr, "makeshop: %s\n", fault.what());
+    std::cerr << "makeshop: " << fault.what() << '\n';
     return 1;
   }
 }

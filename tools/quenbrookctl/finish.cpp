@@ -16,8 +16,7 @@ const std::string_view kFinishDetails =
 int runFinish(const CommandLine& line) {
   if (line.arguments.size() != 1) throw UsageError("finish takes one FILE.tx");
   const std::string folder = job::statementFolder(line.home());
-  const std::string& given = line.arguments[0];
-  const std::string name = given.substr(given.find_last_of('/') + 1);
+  const std::string name = platform::fileName(line.arguments[0]);
   const job::Orphan orphan =
       job::describeOrphan(name, platform::readFile(platform::joinPath(folder, name)));
   const job::FinishedOrphan finished = job::finishOrphan(folder, name);

@@ -2,7 +2,7 @@
 #include <iostream>
 
 #include "command.h"
-#include "platform/process.h"
+#include "platform/program_start.h"
 #include "shop_registry.h"
 #include "values/runtime_error.h"
 
@@ -18,8 +18,10 @@ const Command kCommands[] = {
     {"settlement", "DAY[-DAY] [--csv FILE] [--html FILE]",
      "compute the figures of these days; nothing is written or sent", runSettlement,
      kSettlementDetails},
+#ifndef _WIN32  // there the installer makes it
     {"setup", "DIR [FLAGS]", "make or repair a shop's folder, and say what is missing", runSetup,
      kSetupDetails},
+#endif
     {"status", "[--json] [--all [DIR]]", "what waits, what failed, and whether all answers",
      runStatus, kStatusDetails},
     {"transfer", "[-debug] [/t] [/c]", "compress finished statement files and send them",
@@ -44,7 +46,7 @@ void showHelp(std::ostream& out, std::string_view name = {}) {
          "  --version    the program's version\n";
 }
 
-int run(std::vector<std::string> arguments) {
+int run(const std::vector<std::string>& arguments) {
   CommandLine line;
   std::string name;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -74,9 +76,9 @@ std::string CommandLine::home() const {
 }
 
 int main(int count, char** words) {
-  platform::ignoreSigpipe();
+  const platform::ProgramStart start(count, words);
   try {
-    return run({words + 1, words + count});
+    return run(start.arguments());
   } catch (const UsageError& mistake) {
     std::cerr << "quenbrookctl: " << mistake.what() << "\n\n";
     showHelp(std::cerr);

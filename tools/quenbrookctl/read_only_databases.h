@@ -12,7 +12,7 @@ class ReadOnlyDatabases : public localdb::DatabaseAccess {
   // Outlives this.
   explicit ReadOnlyDatabases(localdb::DatabaseAccess& databases) : databases_(databases) {}
 
-  bool JetOpenDB(std::shared_ptr<localdb::Database>& database, const std::filesystem::path& path,
+  bool JetOpenDB(std::shared_ptr<localdb::Database>& database, const std::string& path,
                  bool /*readOnly*/, bool exclusive, const std::string& connect,
                  std::string_view caller) override {
     return databases_.JetOpenDB(database, path, true, exclusive, connect, caller);

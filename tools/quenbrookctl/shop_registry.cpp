@@ -1,7 +1,6 @@
 #include "shop_registry.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "platform/files.h"
 #include "values/runtime_error.h"
@@ -23,17 +22,15 @@ std::vector<RegisteredShop> registeredShops(const std::string& registry) {
   std::vector<RegisteredShop> shops;
   if (!platform::folderExists(registry)) return shops;
   for (const auto& entry : platform::listFolder(registry)) {
-    std::error_code unknown;
     const std::string path = platform::joinPath(registry, entry.name);
-    shops.push_back({entry.name, std::filesystem::weakly_canonical(path, unknown).string()});
+    shops.push_back({entry.name, platform::canonicalPath(path)});
   }
   std::ranges::sort(shops, {}, &RegisteredShop::name);
   return shops;
 }
 
 std::optional<std::string> registeredName(const std::string& folder) {
-  std::error_code unknown;
-  const std::string own = std::filesystem::weakly_canonical(folder, unknown).string();
+  const std::string own = platform::canonicalPath(folder);
   for (const RegisteredShop& shop : registeredShops()) {
     if (shop.folder == own) return shop.name;
   }

@@ -5,7 +5,6 @@
 void addIdentity(Report& report, const InstalledShop& shop) {
   const auto& values = shop.start.values;
   const std::string& folder = shop.program.folder;
-  const std::string data = values.dataPath;
   report.sections.push_back(
       {"shop",
        "매장",
@@ -13,7 +12,7 @@ void addIdentity(Report& report, const InstalledShop& shop) {
         {"trade_name", "상호", values.shop.tradeName},
         {"representative", "대표자", values.shop.representative},
         {"program_folder", "프로그램 폴더", folder},
-        {"database_folder", "자료 폴더", data.substr(0, data.find_last_of('/'))}}});
+        {"database_folder", "자료 폴더", platform::parentFolder(values.dataPath)}}});
   if (!shop.ready()) {
     report.problems.emplace_back(
         "시작할 수 없습니다: config.ini가 없거나 읽을 수 없거나, data.mdb가 없습니다.");

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <string_view>
 
+#include "platform/files.h"
 #include "platform/find_file.h"
 #include "text/ascii.h"
 #include "values/runtime_error.h"
@@ -54,17 +54,12 @@ std::string nameIn(std::span<const std::byte> field) {
 
 // Of a link, beside the file that it leads to, where the others look.
 std::string lockFilePath(const std::string& path) {
-  std::error_code missing;
-  const bool isLink = std::filesystem::is_symlink(path, missing);
-  const auto target = std::filesystem::canonical(path, missing);
-  const std::string databasePath = isLink && !missing ? target.string() : path;
-  const auto slash = databasePath.find_last_of('/');
-  const std::string folder = slash == std::string::npos ? "." : databasePath.substr(0, slash + 1);
-  std::string name = slash == std::string::npos ? databasePath : databasePath.substr(slash + 1);
+  const std::string databasePath = platform::followLink(path);
+  std::string name = platform::fileName(databasePath);
   const auto dot = name.find_last_of('.');
   const std::string extension = dot == std::string::npos ? "" : text::lowerAscii(name.substr(dot));
   name = name.substr(0, dot) + (extension == ".accdb" ? ".laccdb" : ".ldb");
-  return platform::findFile(folder, name);
+  return platform::findFile(platform::parentFolder(databasePath), name);
 }
 
 PageLock& PageLock::operator=(PageLock&& other) noexcept {

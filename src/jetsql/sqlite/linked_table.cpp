@@ -2,10 +2,10 @@
 
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "jetsql/functions/text_compare.h"
 #include "jetsql/syntax/database_reference.h"
+#include "platform/files.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
@@ -16,32 +16,36 @@ std::string_view fileNameOf(std::string_view path) {
   return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
-std::optional<std::filesystem::path> fileAt(const std::string& path,
-                                            const std::filesystem::path& folder) {
-  std::error_code problem;
-  if (std::filesystem::is_regular_file(path, problem)) return path;
-  const std::string_view name = fileNameOf(path);
-  std::filesystem::path beside = folder / name;
-  if (std::filesystem::is_regular_file(beside, problem)) return beside;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(folder.empty() ? "." : folder, problem)) {
-    if (equalText(entry.path().filename().string(), name)) return entry.path();
+// The name in the folder, any case. A folder that may not be listed is one without the file.
+std::optional<std::string> fileIn(const std::string& folder, std::string_view name) {
+  std::string exact = platform::joinPath(folder, name);
+  if (platform::fileExists(exact)) return exact;
+  try {
+    for (const platform::FolderEntry& entry : platform::listFolder(folder)) {
+      if (!entry.isFolder && equalText(entry.name, name)) {
+        return platform::joinPath(folder, entry.name);
+      }
+    }
+  } catch (const RuntimeError&) {
+    return {};
   }
   return {};
 }
 
+std::optional<std::string> fileAt(const std::string& path, const std::string& folder) {
+  return platform::fileExists(path) ? path : fileIn(folder, fileNameOf(path));
+}
+
 }  // namespace
 
-std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile,
-                                        const std::string& database) {
-  const std::filesystem::path folder = linkingFile.parent_path();
+std::string resolveLinkedFile(const std::string& linkingFile, const std::string& database) {
+  const std::string folder = platform::parentFolder(linkingFile);
   if (auto found = fileAt(database, folder)) return *found;
   if (fileNameOf(database).find('.') == std::string_view::npos) {
     if (auto found = fileAt(database + ".mdb", folder)) return *found;
   }
-  throw RuntimeError(
-      error::kLinkedFileNotFound,
-      "Could not find file '" + database + "' to which '" + linkingFile.string() + "' links.");
+  throw RuntimeError(error::kLinkedFileNotFound, "Could not find file '" + database +
+                                                     "' to which '" + linkingFile + "' links.");
 }
 
 bool isOdbc(std::string_view connect) { return equalText(connectKind(connect), "ODBC"); }

@@ -5,7 +5,6 @@
 // Errors: 3024 the other file is nowhere, 3170 a kind of file that is not read here.
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -14,8 +13,8 @@ namespace jetsql {
 // The path itself where it exists; else a file of its name in the folder of the linking file, any
 // case: paths of the shop's own machine do not exist on another one. Without an extension it is
 // that of an .mdb file.
-[[nodiscard]] std::filesystem::path resolveLinkedFile(const std::filesystem::path& linkingFile,
-                                                      const std::string& database);
+[[nodiscard]] std::string resolveLinkedFile(const std::string& linkingFile,
+                                            const std::string& database);
 
 [[nodiscard]] bool isOdbc(std::string_view connect);
 

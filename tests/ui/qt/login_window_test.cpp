@@ -182,7 +182,7 @@ TEST_F(LoginWindowTest, ASecondInstanceEndsAtOnceUnlessTheFirstOneDied) {
     while (platform::InstanceLock(elsewhere.path()).alone() && holder.running()) {
     }
     EXPECT_FALSE(platform::InstanceLock(elsewhere.path()).alone());
-    holder.kill(9);
+    holder.kill();
   }
   EXPECT_TRUE(platform::InstanceLock(elsewhere.path()).alone());
 }

@@ -2,25 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <utility>
 
-#include <iconv.h>
-
+#include "platform/code_page_converter.h"
 #include "text/ascii.h"
 #include "text/utf8.h"
-#include "values/runtime_error.h"
 
 namespace {
-
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
-std::string systemName(int number) {
-  return number == 65001 ? std::string("UTF-8") : "CP" + std::to_string(number);
-}
 
 // Bytes of the UTF-8 character that `text` begins with, going by its first byte.
 std::size_t characterLength(std::string_view text) {
@@ -32,64 +23,14 @@ std::size_t characterLength(std::string_view text) {
   return length;
 }
 
-std::size_t oneByte(std::string_view) { return 1; }
-
 }  // namespace
-
-// One direction of the system's converter.
-class CodePage::Converter {
- public:
-  using SkipLength = std::size_t (*)(std::string_view);
-
-  Converter(const std::string& to, const std::string& from, std::string_view replacement,
-            SkipLength skipLength)
-      : handle_(::iconv_open(to.c_str(), from.c_str())),
-        replacement_(replacement),
-        skipLength_(skipLength) {
-    // How iconv_open says that it has no such converter.
-    if (reinterpret_cast<std::intptr_t>(handle_) == -1) {
-      throw RuntimeError(error::kInvalidCall,
-                         "The system cannot convert text from " + from + " to " + to + ".");
-    }
-  }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-  ~Converter() { ::iconv_close(handle_); }
-
-  void append(std::string_view text, std::string& out) {
-    while (!text.empty()) {
-      const std::size_t taken = convertSome(text, out);
-      text.remove_prefix(taken);
-      if (text.empty() || taken != 0) continue;
-      out += replacement_;
-      text.remove_prefix(std::min(text.size(), skipLength_(text)));
-    }
-  }
-
- private:
-  // Bytes of `text` converted; 0 when it begins with what cannot be.
-  std::size_t convertSome(std::string_view text, std::string& out) {
-    std::array<char, 512> buffer;
-    char* in = const_cast<char*>(text.data());  // iconv's type; it does not write there
-    std::size_t left = text.size();
-    char* put = buffer.data();
-    std::size_t room = buffer.size();
-    ::iconv(handle_, &in, &left, &put, &room);
-    out.append(buffer.data(), buffer.size() - room);
-    return text.size() - left;
-  }
-
-  iconv_t handle_;
-  std::string_view replacement_;
-  SkipLength skipLength_;
-};
 
 // What the system's converter made of each character that was met, so that it is asked only once:
 // a call of it costs more than the rest of a statement's conversion. Good for code pages in which a
 // character's bytes do not depend on those before it, as in all that Windows counts as its own.
 class CodePage::Encoder {
  public:
-  explicit Encoder(const std::string& to) : converter_(to, "UTF-8", "?", characterLength) {}
+  explicit Encoder(int codePage) : converter_(codePage, CodePageConverter::Direction::kFromUtf8) {}
 
   void append(std::string_view text, std::string& out) {
     while (!text.empty()) {
@@ -124,6 +65,7 @@ class CodePage::Encoder {
                                  : nullptr;
       if (known == nullptr || known->length == 0) {
         out.append(bytes.data(), std::exchange(filled, 0));
+        // What follows a byte that is no text belongs to it.
         if (known == nullptr) end = taken + characterLength(text.substr(taken));
         converter_.append(text.substr(taken, end - taken), out);
         taken = end;
@@ -155,13 +97,14 @@ class CodePage::Encoder {
     return place;
   }
 
-  Converter converter_;
+  CodePageConverter converter_;
   std::array<std::unique_ptr<Block>, kKnownCharacters / kBlock> blocks_;
 };
 
 CodePage::CodePage(int number)
     : number_(number),
-      decoder_(std::make_unique<Converter>("UTF-8", systemName(number), kReplacement, oneByte)) {}
+      decoder_(std::make_unique<CodePageConverter>(number, CodePageConverter::Direction::kToUtf8)) {
+}
 
 CodePage::CodePage(CodePage&&) noexcept = default;
 CodePage& CodePage::operator=(CodePage&&) noexcept = default;
@@ -175,7 +118,7 @@ void CodePage::appendUtf8(std::string_view text, std::string& out) {
 }
 
 void CodePage::appendFromUtf8(std::string_view text, std::string& out) {
-  if (!encoder_) encoder_ = std::make_unique<Encoder>(systemName(number_));
+  if (!encoder_) encoder_ = std::make_unique<Encoder>(number_);
   encoder_->append(text, out);
 }
 
