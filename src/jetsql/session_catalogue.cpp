@@ -14,6 +14,9 @@
 namespace jetsql {
 namespace {
 
+// They are kept as long as the session, since any prepared statement may refer to one.
+constexpr std::size_t kMaxAggregates = 256;
+
 // SQLite's memory statistics take a lock of the whole process and nobody reads them here. They can
 // be switched off before its first use only.
 void disableMemoryStatistics() {
@@ -158,6 +161,16 @@ std::optional<std::string> SessionCatalogue::expressionIndex(const CatalogueTabl
   const JetTable* jetTable = this->jetTable(&table);
   if (jetTable == nullptr) return std::nullopt;
   return expressionIndexes_.find(connection_.get(), *jetTable, key);
+}
+
+std::optional<std::string> SessionCatalogue::aggregateTable(const typed::Query& query) {
+  if (aggregates_.size() == kMaxAggregates) return std::nullopt;
+  auto plan = planAggregate(query, [this](const CatalogueTable* table) { return jetTable(table); });
+  if (!plan) return std::nullopt;
+  auto added = std::make_unique<HashAggregate>(std::move(*plan), nextName(), callbacks_);
+  added->registerIn(connection_.get());
+  aggregates_.push_back(std::move(added));
+  return aggregates_.back()->source();
 }
 
 StatementHandle SessionCatalogue::prepare(const std::string& sql) {

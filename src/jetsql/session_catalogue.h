@@ -16,6 +16,7 @@
 #include "jetsql/sqlite/expression_index.h"
 #include "jetsql/sqlite/external_source.h"
 #include "jetsql/sqlite/external_table.h"
+#include "jetsql/sqlite/hash_aggregate.h"
 #include "jetsql/sqlite/jet_table.h"
 #include "jetsql/sqlite/sqlite_handle.h"
 #include "jetsql/translate/catalogue.h"
@@ -35,6 +36,7 @@ class SessionCatalogue : public Catalogue {
                                                           const IndexedExpression& key) override;
   [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
                                                            const IndexedExpression& key) override;
+  [[nodiscard]] std::optional<std::string> aggregateTable(const typed::Query& query) override;
 
   // Logs what is prepared and run from now on, until null is set.
   void setLog(ReadLog* log) { callbacks_.log = log; }
@@ -74,7 +76,8 @@ class SessionCatalogue : public Catalogue {
   OpenFiles files_;
   std::unordered_map<const CatalogueTable*, std::unique_ptr<JetTable>> tables_;
   std::vector<std::unique_ptr<ExternalTable>> externals_;
-  NameMap<CatalogueObject> foundOutside_;  // by connect text and name
+  std::vector<std::unique_ptr<HashAggregate>> aggregates_;  // each of one translated query
+  NameMap<CatalogueObject> foundOutside_;                   // by connect text and name
   ExpressionIndexes expressionIndexes_;
   int names_ = 0;
   ConnectionHandle connection_;  // declared after the tables, so that it closes before they go

@@ -20,9 +20,11 @@ int SystemClock::utcMilliseconds() const {
 }
 
 std::int32_t SystemTickCounter::ticks() const {
-  using std::chrono::milliseconds;
-  const auto passed = std::chrono::steady_clock::now().time_since_epoch();
-  const auto count = std::chrono::duration_cast<milliseconds>(passed).count();
+  // A resolution of some milliseconds, for a fifth of the time: the page cache asks for every row.
+  std::timespec now{};
+  clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+  const auto count = static_cast<std::uint64_t>(now.tv_sec) * 1000 +
+                     static_cast<std::uint64_t>(now.tv_nsec) / 1'000'000;
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
 }
 

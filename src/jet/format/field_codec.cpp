@@ -84,24 +84,6 @@ std::vector<std::byte> encodeFixed(const Column& column, const values::Variant& 
   return {out.bytes().begin(), out.bytes().end()};
 }
 
-std::int64_t decodeWhole(ColumnType type, Bytes stored) {
-  switch (type) {
-    case ColumnType::kByte:
-      return loadU8(stored, 0);
-    case ColumnType::kInteger:
-      return loadLittle<std::int16_t>(stored, 0);
-    case ColumnType::kCurrency:
-    case ColumnType::kBigInt:
-      return loadLittle<std::int64_t>(stored, 0);
-    default:
-      return loadLittle<std::int32_t>(stored, 0);
-  }
-}
-
-double decodeReal(ColumnType type, Bytes stored) {
-  return type == ColumnType::kSingle ? loadLittle<float>(stored, 0) : loadLittle<double>(stored, 0);
-}
-
 std::optional<values::Numeric> decodeNumeric(const Column& column, Bytes stored) {
   if (column.type == ColumnType::kBigInt) {
     const auto value = loadLittle<std::int64_t>(stored, 0);

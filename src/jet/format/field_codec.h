@@ -37,9 +37,23 @@ using StoredField = std::optional<std::vector<std::byte>>;
 [[nodiscard]] values::Variant decodeFixed(const Column& column, Bytes stored);
 
 // Byte, Integer, Long, Complex, Currency (in ten-thousandths), BigInt.
-[[nodiscard]] std::int64_t decodeWhole(ColumnType type, Bytes stored);
+[[nodiscard]] inline std::int64_t decodeWhole(ColumnType type, Bytes stored) {
+  switch (type) {
+    case ColumnType::kByte:
+      return loadU8(stored, 0);
+    case ColumnType::kInteger:
+      return loadLittle<std::int16_t>(stored, 0);
+    case ColumnType::kCurrency:
+    case ColumnType::kBigInt:
+      return loadLittle<std::int64_t>(stored, 0);
+    default:
+      return loadLittle<std::int32_t>(stored, 0);
+  }
+}
 // Single, Double, DateTime (days since 1899-12-30).
-[[nodiscard]] double decodeReal(ColumnType type, Bytes stored);
+[[nodiscard]] inline double decodeReal(ColumnType type, Bytes stored) {
+  return type == ColumnType::kSingle ? loadLittle<float>(stored, 0) : loadLittle<double>(stored, 0);
+}
 // Numeric and BigInt; nothing for a magnitude of more than 28 digits.
 [[nodiscard]] std::optional<values::Numeric> decodeNumeric(const Column& column, Bytes stored);
 

@@ -1,6 +1,5 @@
 #include "jet/rows/row.h"
 
-#include "jet/format/field_codec.h"
 #include "jet/pages/long_value.h"
 
 namespace jet {
@@ -18,37 +17,22 @@ void Row::moveTo(RowId id, Bytes bytes) {
   if (layout_.columns() > context_->definition.maxColumns) rowDamaged("it has too many columns");
 }
 
-bool Row::isNull(std::size_t position) const {
-  const Column& c = column(position);
-  return c.type != ColumnType::kYesNo && !layout_.isSet(c.number);
-}
-
 Bytes Row::raw(std::size_t position) const { return raw(column(position)); }
 
 Bytes Row::raw(const Column& c) const {
   if (c.type == ColumnType::kYesNo) return {};
   const auto field = c.fixed ? layout_.fixedField(c) : layout_.variableField(c.varIndex);
-  if (!field) damaged(c, "lies outside the row");
+  if (!field) outside(c);
   return *field;
 }
 
-Bytes Row::rawFixedSize(const Column& c) const {
+Bytes Row::rawFromVariablePart(const Column& c) const {
   const Bytes bytes = raw(c);
-  // Of a fixed column the definition was checked.
-  if (!c.fixed && bytes.size() != fixedSize(c.type)) damaged(c, "has the wrong size");
+  if (bytes.size() != fixedSize(c.type)) damaged(c, "has the wrong size");
   return bytes;
 }
 
-std::int64_t Row::wholeNumber(std::size_t position) const {
-  const Column& c = column(position);
-  if (c.type == ColumnType::kYesNo) return layout_.isSet(c.number) ? -1 : 0;
-  return decodeWhole(c.type, rawFixedSize(c));
-}
-
-double Row::realNumber(std::size_t position) const {
-  const Column& c = column(position);
-  return decodeReal(c.type, rawFixedSize(c));
-}
+void Row::outside(const Column& c) const { damaged(c, "lies outside the row"); }
 
 std::string_view Row::text(std::size_t position, std::string& scratch) const {
   const Column& c = column(position);

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "jet/format/bytes.h"
+#include "jet/format/field_codec.h"
 #include "jet/format/row_id.h"
 #include "jet/format/table_definition.h"
 #include "jet/format/text_codec.h"
@@ -49,14 +50,24 @@ class Row {
   [[nodiscard]] Bytes bytes() const { return layout_.row(); }
   [[nodiscard]] const PagePtr& page() const { return page_; }
 
-  [[nodiscard]] bool isNull(std::size_t column) const;
+  [[nodiscard]] bool isNull(std::size_t position) const {
+    const Column& c = column(position);
+    return !layout_.isSet(c.number) && c.type != ColumnType::kYesNo;
+  }
   [[nodiscard]] values::Variant value(std::size_t column) const;
 
   // For columns that are not Null, by VariantType. Asking for another type is the caller's mistake.
   // YesNo as -1 or 0, Byte, Integer, Long; Currency in ten-thousandths:
-  [[nodiscard]] std::int64_t wholeNumber(std::size_t column) const;
+  [[nodiscard]] std::int64_t wholeNumber(std::size_t position) const {
+    const Column& c = column(position);
+    if (c.type == ColumnType::kYesNo) return layout_.isSet(c.number) ? -1 : 0;
+    return decodeWhole(c.type, rawFixedSize(c));
+  }
   // Single, Double; DateTime as serial:
-  [[nodiscard]] double realNumber(std::size_t column) const;
+  [[nodiscard]] double realNumber(std::size_t position) const {
+    const Column& c = column(position);
+    return decodeReal(c.type, rawFixedSize(c));
+  }
   // Text, memo, GUID; UTF-8. The result may lie in `scratch` or in the page.
   [[nodiscard]] std::string_view text(std::size_t column, std::string& scratch) const;
   // Binary, OLE. The result may lie in `scratch` or in the page.
@@ -72,10 +83,18 @@ class Row {
     return context_->definition.columns[column];
   }
   [[nodiscard]] Bytes raw(const Column& column) const;
-  // The same, as long as the column's type asks for.
-  [[nodiscard]] Bytes rawFixedSize(const Column& column) const;
+  // The same, as long as the column's type asks for. Of a fixed column the definition was checked.
+  // Called for most fields that are read, so nothing but the comparison stands here.
+  [[nodiscard]] Bytes rawFixedSize(const Column& c) const {
+    if (!c.fixed) return rawFromVariablePart(c);
+    const std::size_t start = layout_.fixedStart() + c.fixedOffset;
+    if (start + c.length > layout_.maskStart()) outside(c);
+    return layout_.row().subspan(start, c.length);
+  }
+  [[nodiscard]] Bytes rawFromVariablePart(const Column& column) const;
   [[nodiscard]] std::string textValue(std::size_t column) const;
   [[nodiscard]] values::Binary binaryValue(std::size_t column) const;
+  [[noreturn]] void outside(const Column& column) const;
   [[noreturn]] void damaged(const Column& column, std::string_view what) const;
   [[noreturn]] void rowDamaged(const std::string& what) const;
 

@@ -32,6 +32,9 @@ class JetTableCursor {
   [[nodiscard]] bool atEnd() const { return atEnd_; }
   void next() { atEnd_ = !advance(); }
 
+  // The row at hand, for who reads it without SQLite; valid until the next one.
+  [[nodiscard]] const jet::Row& row() const;
+
   [[nodiscard]] std::int64_t rowid() const { return row().id().number(); }
   void setColumn(sqlite3_context* context, int column);
 
@@ -62,7 +65,6 @@ class JetTableCursor {
   template <typename NextNumber>
   [[nodiscard]] bool readNext(NextNumber nextNumber);
 
-  [[nodiscard]] const jet::Row& row() const;
   void setComputed(sqlite3_context* context, const RowExpression& expression);
 
   JetTable& table_;

@@ -9,6 +9,9 @@
 // The columns are c0, c1, ... of the schema, then x0, x1, ..., which nothing shows unless it is
 // asked for by name.
 //
+// A table with argumentCount() has as many columns p0, p1, ... after those: its arguments where it
+// stands in a FROM as "name"(?1, ?2).
+//
 //   sqlite3_create_module_v2(connection, name, &kVirtualModule<JetTable, Cursor>, &table, nullptr);
 //
 // A table exists, read-only, as soon as its module is registered. Exceptions become SQLite's error
@@ -80,6 +83,11 @@ class VirtualModule {
     }
     for (std::size_t i = 0; i < Table::kComputedColumns; ++i) {
       columns += ", x" + std::to_string(i) + " HIDDEN COLLATE JET";
+    }
+    if constexpr (requires { table.argumentCount(); }) {
+      for (std::size_t i = 0; i < table.argumentCount(); ++i) {
+        columns += ", p" + std::to_string(i) + " HIDDEN";
+      }
     }
     const int status =
         sqlite3_declare_vtab(connection, ("CREATE TABLE t(" + columns + ")").c_str());

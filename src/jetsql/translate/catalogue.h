@@ -18,6 +18,9 @@
 namespace jetsql {
 
 struct Translation;
+namespace typed {
+struct Query;
+}
 
 struct CatalogueColumn {
   std::string name;
@@ -78,6 +81,12 @@ class Catalogue {
   // scanned.
   [[nodiscard]] virtual std::optional<std::string> expressionIndex(const CatalogueTable&,
                                                                    const IndexedExpression&) {
+    return std::nullopt;
+  }
+
+  // The SQL of a table that computes the grouped query, as it stands in a FROM; its columns are c0,
+  // c1, ... in the order of the query's. Nothing: SQLite is to group.
+  [[nodiscard]] virtual std::optional<std::string> aggregateTable(const typed::Query&) {
     return std::nullopt;
   }
 };

@@ -105,6 +105,14 @@ std::string SqlWriter::derived(const typed::Query& query) {
   return inside.isName ? std::move(inside.sql) : "(" + inside.sql + ")";
 }
 
+// Beside another relation it might be computed again for each row of that.
+std::string SqlWriter::onlySource(const typed::Query& query) {
+  if (aggregates_) {
+    if (auto table = catalogue_.aggregateTable(query)) return *std::move(table);
+  }
+  return derived(query);
+}
+
 // Its text may be needed several times, so that those within each other would grow without end.
 std::string SqlWriter::subquery(const typed::Query& query) {
   constexpr std::size_t kMaxLength = 1'000'000;  // what SQLite takes

@@ -32,7 +32,7 @@ struct RelationNames {
 class SqlWriter {
  public:
   explicit SqlWriter(Catalogue& catalogue, ColumnErrors errors = ColumnErrors::kRaise)
-      : catalogue_(catalogue), errors_(errors) {}
+      : catalogue_(catalogue), errors_(errors), aggregates_(errors == ColumnErrors::kRaise) {}
 
   // The whole statement: row identities and computed values, as translation.h has them.
   [[nodiscard]] Translation statement(const typed::Query& query);
@@ -47,6 +47,8 @@ class SqlWriter {
   [[nodiscard]] std::string derived(const typed::Query& query);
   // A query in an expression, whose columns are compared at once.
   [[nodiscard]] std::string subquery(const typed::Query& query);
+  // A query of a FROM that stands there alone.
+  [[nodiscard]] std::string onlySource(const typed::Query& query);
   [[nodiscard]] bool defersErrors() const { return errors_ == ColumnErrors::kDefer; }
   [[nodiscard]] std::string nextAlias() { return "t" + std::to_string(aliases_++); }
   [[nodiscard]] RelationNames& names(const typed::Relation* relation) { return names_[relation]; }
@@ -85,6 +87,7 @@ class SqlWriter {
 
   Catalogue& catalogue_;
   ColumnErrors errors_;
+  bool aggregates_;  // whether grouped queries may be tables of the catalogue
   std::size_t aliases_ = 0;
   std::size_t depth_ = 0;           // queries around the one being written
   std::vector<std::string> named_;  // common table expressions: name AS (query)

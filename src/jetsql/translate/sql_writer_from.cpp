@@ -27,8 +27,7 @@ FromWriter::Fragment FromWriter::item(const typed::FromItem& item) {
 FromWriter::Fragment FromWriter::relation(std::size_t number) {
   const typed::Relation& relation = *select_.relations[number];
   const std::string alias = writer_.nextAlias();
-  std::string sql = relation.table != nullptr ? quotedName(relation.table->sqliteName)
-                                              : writer_.derived(*relation.query);
+  std::string sql = source(relation);
   const JoinLookup* keyed = computedKeyOf(relation);
   if (keyed != nullptr) sql = withKey(relation, sql, *keyed);
   RelationNames& names = writer_.names(&relation) = namesUnder(alias, relation);
@@ -40,6 +39,12 @@ FromWriter::Fragment FromWriter::relation(std::size_t number) {
     for (std::string& column : names.columns) column.insert(0, "jet_check(").append(")");
   }
   return {sql + " AS " + alias, {}, number, number + 1, true};
+}
+
+std::string FromWriter::source(const typed::Relation& relation) {
+  if (relation.table != nullptr) return quotedName(relation.table->sqliteName);
+  if (select_.relations.size() == 1) return writer_.onlySource(*relation.query);
+  return writer_.derived(*relation.query);
 }
 
 // In a session that defers errors a row's key may be one, which must not fail the others.

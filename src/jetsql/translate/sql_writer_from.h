@@ -32,6 +32,7 @@ class FromWriter {
  private:
   [[nodiscard]] Fragment item(const typed::FromItem& item);
   [[nodiscard]] Fragment relation(std::size_t number);
+  [[nodiscard]] std::string source(const typed::Relation& relation);
   [[nodiscard]] Fragment join(const typed::Join& join);
   [[nodiscard]] static Fragment innerJoin(Fragment left, Fragment right, const std::string& on);
   void derive(Fragment& part);

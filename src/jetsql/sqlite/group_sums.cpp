@@ -1,0 +1,154 @@
+#include "jetsql/sqlite/group_sums.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <bit>
+#include <numeric>
+
+#include "jetsql/functions/text_compare.h"
+
+namespace jetsql {
+namespace {
+
+using GroupKind = AggregatePlan::Group::Kind;
+using SumKind = AggregatePlan::Sum::Kind;
+
+constexpr std::size_t kMaxGroups = std::size_t{1} << 16U;  // some 20 MiB
+
+bool isPresent(const JoinedRow& row, const TableField& field) {
+  const jet::Row* from = row.rows[field.table];
+  return from != nullptr && !from->isNull(field.column);
+}
+
+}  // namespace
+
+void GroupSums::add(const JoinedRow& row) {
+  for (std::size_t i = 0; i < keys_.size(); ++i) keys_[i] = keyOf(i, row);
+  const std::size_t first = groupOfKeys() * plan_.sums.size();
+  for (std::size_t i = 0; i < plan_.sums.size(); ++i) {
+    const AggregatePlan::Sum& sum = plan_.sums[i];
+    Total& total = totals_[first + i];
+    WholeValue value{0, sum.field && !isPresent(row, *sum.field)};
+    if (sum.argument) value = sum.argument(row);
+    if (value.isNull) continue;
+    ++total.count;
+    if (sum.kind == SumKind::kCount) continue;
+    if (__builtin_add_overflow(total.sum, value.number, &total.sum)) throw NotWhole();
+    // A sum beyond 32 bits is a Double.
+    if (sum.kind == SumKind::kLong && total.sum != static_cast<std::int32_t>(total.sum)) {
+      throw NotWhole();
+    }
+  }
+}
+
+GroupSums::Key GroupSums::keyOf(std::size_t number, const JoinedRow& row) {
+  const AggregatePlan::Group& group = plan_.groups[number];
+  if (group.kind == GroupKind::kWhole) {
+    const WholeValue value = group.whole(row);
+    return value.isNull ? Key() : Key{value.number, false};
+  }
+  if (!isPresent(row, group.field)) return {};
+  const jet::Row& from = *row.rows[group.field.table];
+  if (group.kind == GroupKind::kFixedReal) {
+    return {std::bit_cast<std::int64_t>(from.realNumber(group.field.column)), false};
+  }
+  return textKey(number, from, group.field.column, group.field.table == 1 && row.joinedStays);
+}
+
+GroupSums::Key GroupSums::textKey(std::size_t group, const jet::Row& row, std::size_t column,
+                                  bool stays) {
+  if (stays) {
+    const auto known = known_[group].find(&row);
+    if (known != known_[group].end()) return known->second;
+  }
+  const std::size_t spelling = spellingOf(row.text(column, text_));
+  const Key key{spellings_[spelling].number, false, spelling};
+  if (stays) known_[group].emplace(&row, key);
+  return key;
+}
+
+std::size_t GroupSums::spellingOf(std::string_view text) {
+  if (latestSpelling_ < spellings_.size() && spellings_[latestSpelling_].text == text) {
+    return latestSpelling_;
+  }
+  const std::uint64_t hash = hashText(text);
+  const auto [begin, end] = spellingsByHash_.equal_range(hash);
+  auto number = static_cast<std::int64_t>(spellings_.size());
+  for (auto known = begin; known != end; ++known) {
+    const Spelling& spelling = spellings_[known->second];
+    if (spelling.text == text) return latestSpelling_ = known->second;
+    if (equalText(spelling.text, text)) number = spelling.number;
+  }
+  latestSpelling_ = spellings_.size();
+  spellingsByHash_.emplace(hash, latestSpelling_);
+  spellings_.push_back({std::string(text), number});
+  return latestSpelling_;
+}
+
+std::size_t GroupSums::groupOfKeys() {
+  const auto isGroup = [&](std::size_t group) { return std::ranges::equal(keysOf(group), keys_); };
+  if (latest_ < count_ && isGroup(latest_)) return latest_;
+  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
+  std::uint64_t hash = 0;
+  for (const Key& key : keys_) {
+    hash = (hash ^ (static_cast<std::uint64_t>(key.number) + (key.isNull ? 1U : 0U))) * kFactor;
+  }
+  const auto [begin, end] = groupsByHash_.equal_range(hash);
+  const auto known =
+      std::find_if(begin, end, [&](const auto& entry) { return isGroup(entry.second); });
+  if (known != end) return latest_ = known->second;
+  if (count_ == kMaxGroups) throw NotWhole();
+  latest_ = count_++;
+  groupsByHash_.emplace(hash, latest_);
+  groupKeys_.insert(groupKeys_.end(), keys_.begin(), keys_.end());
+  totals_.resize(count_ * plan_.sums.size());
+  return latest_;
+}
+
+void GroupSums::sort() {
+  order_.resize(count_);
+  std::iota(order_.begin(), order_.end(), std::size_t{0});
+  std::ranges::sort(order_, [&](std::size_t a, std::size_t b) { return isBefore(a, b); });
+}
+
+bool GroupSums::isBefore(std::size_t left, std::size_t right) const {
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    const Key& a = keysOf(left)[i];
+    const Key& b = keysOf(right)[i];
+    if (a == b) continue;
+    if (a.isNull || b.isNull) return a.isNull;
+    if (plan_.groups[i].kind != GroupKind::kText) return a.number < b.number;
+    return compareText(spellings_[a.spelling].text, spellings_[b.spelling].text) < 0;
+  }
+  return false;
+}
+
+void GroupSums::setResult(sqlite3_context* context, std::size_t position,
+                          std::size_t number) const {
+  const AggregatePlan::Output& output = plan_.outputs[number];
+  const std::size_t group = order_[position];
+  if (!output.isGroup) {
+    const Total& total = totals_[group * plan_.sums.size() + output.number];
+    const SumKind kind = plan_.sums[output.number].kind;
+    if (kind == SumKind::kCount) return sqlite3_result_int64(context, total.count);
+    if (total.count == 0) return sqlite3_result_null(context);
+    if (kind != SumKind::kDouble) return sqlite3_result_int64(context, total.sum);
+    return sqlite3_result_double(context, static_cast<double>(total.sum));
+  }
+  const Key& key = keysOf(group)[output.number];
+  if (key.isNull) return sqlite3_result_null(context);
+  switch (plan_.groups[output.number].kind) {
+    case GroupKind::kWhole:
+      return sqlite3_result_int64(context, key.number);
+    case GroupKind::kFixedReal:
+      return sqlite3_result_double(context, std::bit_cast<double>(key.number));
+    case GroupKind::kText: {
+      const std::string& text = spellings_[key.spelling].text;
+      return sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT,
+                                   SQLITE_UTF8);
+    }
+  }
+}
+
+}  // namespace jetsql

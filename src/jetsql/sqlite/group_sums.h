@@ -1,0 +1,84 @@
+// The groups of an aggregate_plan.h, gathered row by row in memory and then put in the order in
+// which SQLite gives groups: by their keys, Null first.
+//
+//   GroupSums groups(plan);
+//   groups.add({{&item, &menu}, parameters});    // for every row
+//   groups.sort();
+//   groups.setResult(context, 0, 2);             // the third output of the first group
+//
+// Errors: NotWhole for more groups than are kept in memory, and where a sum leaves the range of its
+// type. Private to the room.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "jetsql/sqlite/aggregate_plan.h"
+
+struct sqlite3_context;
+
+namespace jetsql {
+
+class GroupSums {
+ public:
+  // The plan outlives this.
+  explicit GroupSums(const AggregatePlan& plan)
+      : plan_(plan), keys_(plan.groups.size()), known_(plan.groups.size()) {}
+
+  void add(const JoinedRow& row);
+  void sort();
+
+  [[nodiscard]] std::size_t size() const { return count_; }
+  void setResult(sqlite3_context* context, std::size_t position, std::size_t output) const;
+
+ private:
+  struct Key {
+    std::int64_t number = 0;  // of a text: of the texts that compare equal; of a date: its bits
+    bool isNull = true;
+    std::size_t spelling = 0;  // of a text, in spellings_
+
+    friend bool operator==(const Key& a, const Key& b) {
+      return a.isNull == b.isNull && a.number == b.number;
+    }
+  };
+  struct Total {
+    std::int64_t sum = 0;
+    std::int64_t count = 0;  // values that are not Null
+  };
+  struct Spelling {
+    std::string text;
+    std::int64_t number = 0;  // that of the texts which compare equal
+  };
+  using ByHash = std::unordered_multimap<std::uint64_t, std::size_t>;
+
+  [[nodiscard]] Key keyOf(std::size_t number, const JoinedRow& row);
+  [[nodiscard]] Key textKey(std::size_t group, const jet::Row& row, std::size_t column, bool stays);
+  [[nodiscard]] std::size_t spellingOf(std::string_view text);
+  // The group of keys_, a new one where there is none yet.
+  [[nodiscard]] std::size_t groupOfKeys();
+  [[nodiscard]] std::span<const Key> keysOf(std::size_t group) const {
+    return std::span(groupKeys_).subspan(group * keys_.size(), keys_.size());
+  }
+  [[nodiscard]] bool isBefore(std::size_t left, std::size_t right) const;
+
+  const AggregatePlan& plan_;
+  std::size_t count_ = 0;       // groups
+  std::vector<Key> groupKeys_;  // group by group: of its first row, beside the plan's groups
+  std::vector<Total> totals_;   // group by group, beside the plan's sums
+  ByHash groupsByHash_;
+  std::vector<Key> keys_;   // of the row at hand
+  std::size_t latest_ = 0;  // the group of the row before it
+  std::vector<Spelling> spellings_;
+  ByHash spellingsByHash_;
+  std::size_t latestSpelling_ = 0;
+  // By group and row: the texts of rows that stay, such as the names of a menu.
+  std::vector<std::unordered_map<const jet::Row*, Key>> known_;
+  std::string text_;
+  std::vector<std::size_t> order_;  // groups by position
+};
+
+}  // namespace jetsql

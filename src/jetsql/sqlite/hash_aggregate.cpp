@@ -1,0 +1,127 @@
+#include "jetsql/sqlite/hash_aggregate.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "jetsql/sqlite/jet_table_cursor.h"
+#include "jetsql/sqlite/virtual_module.h"
+#include "jetsql/translate/sql_text.h"
+
+namespace jetsql {
+namespace {
+
+constexpr double kGroups = 10;  // a guess
+
+bool passesAll(const std::vector<WholeExpression>& conditions, const JoinedRow& row) {
+  return std::ranges::all_of(conditions, [&](const auto& test) { return test(row).isTrue(); });
+}
+
+}  // namespace
+
+HashAggregate::HashAggregate(AggregatePlan plan, std::string sqliteName, CallbackContext& callbacks)
+    : plan_(std::move(plan)), callbacks_(callbacks) {
+  schema_.sqliteName = std::move(sqliteName);
+  schema_.columns = plan_.columns;
+  schema_.updatable = false;
+}
+
+void HashAggregate::registerIn(sqlite3* connection) {
+  sqlite3_create_module_v2(connection, schema_.sqliteName.c_str(),
+                           &kVirtualModule<HashAggregate, HashAggregateCursor>, this, nullptr);
+}
+
+std::string HashAggregate::source() const {
+  std::vector<std::string> arguments;
+  for (const std::size_t number : plan_.parameters) {
+    arguments.push_back("?" + std::to_string(number + 1));
+  }
+  const std::string list = joined(arguments, ", ");
+  return quotedName(schema_.sqliteName) + (list.empty() ? "" : "(" + list + ")");
+}
+
+// The arguments in their order. They are constants of the statement, so all of them are usable.
+void HashAggregate::chooseAccessPath(sqlite3_index_info& info) const {
+  for (int i = 0; i < info.nConstraint; ++i) {
+    const auto& constraint = info.aConstraint[i];
+    const int place = constraint.iColumn - static_cast<int>(plan_.columns.size());
+    if (place < 0 || constraint.usable == 0 || constraint.op != SQLITE_INDEX_CONSTRAINT_EQ) {
+      continue;
+    }
+    info.aConstraintUsage[i].argvIndex = place + 1;
+    info.aConstraintUsage[i].omit = 1;
+  }
+  const std::span order(info.aOrderBy, static_cast<std::size_t>(info.nOrderBy));
+  const bool isOrdered =
+      std::ranges::all_of(order, [&](const auto& term) { return hasOneValue(term.iColumn); });
+  info.orderByConsumed = isOrdered ? 1 : 0;
+  info.estimatedCost = plan_.table->estimatedRows();
+  info.estimatedRows = static_cast<sqlite3_int64>(kGroups);
+}
+
+QueryReport::TableRead HashAggregate::describe(int, std::string_view) const {
+  return {"groups of " + plan_.table->schema().name, "computed in memory", kGroups};
+}
+
+bool HashAggregate::hasOneValue(int column) const {
+  if (column < 0 || static_cast<std::size_t>(column) >= plan_.outputs.size()) return false;
+  const AggregatePlan::Output& output = plan_.outputs[static_cast<std::size_t>(column)];
+  return output.isGroup && plan_.groups[output.number].isFixed;
+}
+
+void HashAggregateCursor::filter(int, std::string_view, std::span<sqlite3_value*> values) {
+  position_ = 0;
+  groups_.emplace(plan_);
+  try {
+    walk(values);
+  } catch (const NotWhole&) {
+    table_.callbacks().failedInFunction = true;
+    throw RuntimeError(error::kOverflow, "Overflow.");
+  }
+  groups_->sort();
+}
+
+void HashAggregateCursor::walk(std::span<sqlite3_value*> values) {
+  std::vector<sqlite3_value*> wanted;
+  for (const std::size_t place : plan_.access.parameters) wanted.push_back(values[place]);
+  std::optional<JoinedRows> joined;
+  if (plan_.joined) joined.emplace(*plan_.joined->table, plan_.joined->column);
+  QueryReport::TableRead* read = logRead();
+  JoinedRow row{{}, values, joined && joined->staysInMemory()};
+  JetTableCursor cursor(*plan_.table);
+  for (cursor.filter(plan_.access.path, {}, wanted); !cursor.atEnd(); cursor.next()) {
+    if (read != nullptr) ++read->rows;
+    row.rows = {&cursor.row(), nullptr};
+    if (!passesAll(plan_.conditions, row)) continue;
+    if (joined) {
+      addJoined(*joined, row);
+    } else {
+      groups_->add(row);
+    }
+  }
+}
+
+QueryReport::TableRead* HashAggregateCursor::logRead() const {
+  ReadLog* log = table_.callbacks().log;
+  if (log == nullptr) return nullptr;
+  const int path = plan_.access.path;
+  auto& read = log->read(plan_.table, path, {}, [&] { return plan_.table->describe(path, {}); });
+  ++read.lookups;
+  return &read;
+}
+
+void HashAggregateCursor::addJoined(JoinedRows& joined, JoinedRow& row) {
+  bool matched = false;
+  const auto addWith = [&](const jet::Row* other) {
+    matched = true;
+    row.rows[1] = other;
+    if (passesAll(plan_.joinedConditions, row)) groups_->add(row);
+  };
+  const WholeValue key = plan_.joined->key(row);
+  if (!key.isNull) joined.forEach(key.number, [&](const jet::Row& other) { addWith(&other); });
+  if (!matched && plan_.joined->keepsUnmatched) addWith(nullptr);
+}
+
+}  // namespace jetsql

@@ -1,0 +1,109 @@
+// Expressions over whole numbers, computed from rows of Jet tables without SQLite: Yes/No, Byte,
+// Integer, Long, and Currency in ten-thousandths. They give what the SQL written for the same typed
+// expression gives.
+//
+//   WholeCompiler compiler(from);
+//   WholeExpression price = compiler.compile(expression);   // empty: not of this kind
+//   const WholeValue value = price({{&item, &menu}, parameters});
+//
+// Fields, literals, + and -, comparisons (of dates and doubles, too), And, Or, Not, Is Null and IIf
+// are compiled; anything else, such as a text or a division, is not.
+//
+// Errors: NotWhole where a result leaves the range of its type, or a parameter has another type
+// than its literal: SQLite then has to find the answer. 3049 as jet/rows/row.h. Private to the
+// room.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "jet/rows/row.h"
+#include "jetsql/translate/typed_tree.h"
+
+struct sqlite3_value;
+
+namespace jetsql {
+
+class NotWhole : public std::exception {};
+
+struct WholeValue {
+  std::int64_t number = 0;
+  bool isNull = true;
+
+  [[nodiscard]] bool isTrue() const { return !isNull && number != 0; }
+};
+
+// What an expression is computed from. The parameters are those of WholeCompiler::parameters().
+struct JoinedRow {
+  std::array<const jet::Row*, 2> rows{};  // nullptr: the empty side of an outer join
+  std::span<sqlite3_value* const> parameters;
+  bool joinedStays = false;  // rows[1] is at that address as long as the query runs
+};
+
+using WholeExpression = std::function<WholeValue(const JoinedRow&)>;
+using RealExpression = std::function<std::optional<double>(const JoinedRow&)>;
+
+// A FROM of one table or of two that are joined, queries without grouping looked through.
+struct FlatFrom {
+  std::vector<const typed::Relation*> tables;   // rows[0], rows[1]
+  std::vector<const typed::Relation*> queries;  // whose outputs are made of the tables' fields
+  const typed::Join* join = nullptr;            // of the two tables
+  std::vector<typed::Expression> conditions;    // of the queries
+};
+
+struct TableField {
+  std::size_t table = 0;  // of FlatFrom::tables
+  std::size_t column = 0;
+};
+
+[[nodiscard]] bool isWholeType(values::VariantType type);  // one of those above
+
+class WholeCompiler {
+ public:
+  // Keeps a reference.
+  explicit WholeCompiler(const FlatFrom& from) : from_(from) {}
+
+  [[nodiscard]] WholeExpression compile(const typed::Expression& expression);
+  // Single, Double and date: fields and literals.
+  [[nodiscard]] RealExpression compileReal(const typed::Expression& expression);
+
+  // The field of a table that the expression is, seen through the queries.
+  [[nodiscard]] std::optional<TableField> fieldOf(const typed::Expression& expression) const;
+
+  // Numbers of the statement's parameters in the order in which compiled expressions expect them.
+  [[nodiscard]] const std::vector<std::size_t>& parameters() const { return parameters_; }
+  // The place of one among them, which is added where it is not there.
+  [[nodiscard]] std::size_t placeOf(std::size_t parameter);
+
+  // A field of a query as what it is made of, any other expression as it is.
+  [[nodiscard]] typed::Expression seenThrough(const typed::Expression& expression) const;
+
+ private:
+  // Empty for a kind of node that is not compiled.
+  template <typename Node>
+  [[nodiscard]] WholeExpression node(const Node&, values::VariantType) {
+    return {};
+  }
+  [[nodiscard]] WholeExpression node(const typed::Literal& literal, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Field& field, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Conversion& conversion, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Operation& operation, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Not& negation, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Junction& junction, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Comparison& test, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::IsNull& test, values::VariantType type);
+  [[nodiscard]] WholeExpression node(const typed::Case& choice, values::VariantType type);
+  // As an operand of the type: whole numbers become amounts where that is Currency.
+  [[nodiscard]] WholeExpression operand(const typed::Expression& expression,
+                                        values::VariantType type);
+
+  const FlatFrom& from_;
+  std::vector<std::size_t> parameters_;
+};
+
+}  // namespace jetsql
