@@ -10,7 +10,6 @@
 namespace fuzz {
 namespace {
 
-constexpr std::size_t kPage = 4096;
 constexpr std::size_t kZerosKept = 24;  // of each run
 
 constexpr unsigned kLastWrite = 11;
@@ -18,9 +17,9 @@ constexpr unsigned kCopyPage = 12;
 constexpr unsigned kCut = 13;
 constexpr unsigned kClear = 14;
 
-struct WholeFile {
-  std::string bytes;
-  std::vector<std::uint32_t> places;  // offsets in `bytes`
+struct Base {
+  WholeFile file;
+  std::vector<std::uint32_t> places;  // offsets in the file
 };
 
 std::vector<std::uint32_t> placesOf(std::string_view bytes) {
@@ -33,16 +32,16 @@ std::vector<std::uint32_t> placesOf(std::string_view bytes) {
   return places;
 }
 
-const std::vector<WholeFile>& files() {
-  static const std::vector<WholeFile> files = [] {
-    std::vector<WholeFile> made;
-    for (std::string& bytes : makeWholeFiles()) {
-      std::vector<std::uint32_t> places = placesOf(bytes);
-      made.push_back({std::move(bytes), std::move(places)});
+const std::vector<Base>& bases() {
+  static const std::vector<Base> bases = [] {
+    std::vector<Base> made;
+    for (WholeFile& file : makeWholeFiles()) {
+      std::vector<std::uint32_t> places = placesOf(file.bytes);
+      made.push_back({std::move(file), std::move(places)});
     }
     return made;
   }();
-  return files;
+  return bases;
 }
 
 class Damage {
@@ -50,9 +49,8 @@ class Damage {
   explicit Damage(std::string_view input) : input_(input) {}
 
   std::string run() {
-    const WholeFile& whole = files()[byte() % files().size()];
-    bytes_ = whole.bytes;
-    places_ = &whole.places;
+    base_ = &bases()[byte() % bases().size()];
+    bytes_ = base_->file.bytes;
     while (left() >= 4) change();
     return std::move(bytes_);
   }
@@ -65,7 +63,7 @@ class Damage {
     std::size_t number = byte();
     number |= byte() << 8U;
     number |= byte() << 16U;
-    return (*places_)[number % places_->size()];
+    return base_->places[number % base_->places.size()];
   }
 
   void change() {
@@ -73,18 +71,24 @@ class Damage {
     const unsigned kind = head >> 4U;
     const std::size_t count = (head & 15U) + 1;
     const std::size_t at = place();
+    const std::size_t page = base_->file.pageSize;
     if (kind <= kLastWrite) {
       write(at, input_.substr(at_, count));
       at_ += std::min(count, left());
     } else if (kind == kCopyPage) {
-      write(at / kPage * kPage, std::string(bytes_.substr(place() / kPage * kPage, kPage)));
+      copyPage(place() / page, at / page);
     } else if (kind == kCut) {
       bytes_.resize(std::min(bytes_.size(), at));
     } else if (kind == kClear) {
       write(at, std::string(count * 4, '\0'));
     } else {
-      bytes_.append(count * kPage, '\0');
+      bytes_.append(count * page, '\0');
     }
+  }
+
+  void copyPage(std::size_t from, std::size_t to) {
+    const std::size_t page = base_->file.pageSize;
+    if (from * page < bytes_.size()) write(to * page, std::string(bytes_, from * page, page));
   }
 
   // What lies in the file still; a cut one stays as long as it is.
@@ -98,12 +102,12 @@ class Damage {
   std::string_view input_;
   std::size_t at_ = 0;
   std::string bytes_;
-  const std::vector<std::uint32_t>* places_ = nullptr;
+  const Base* base_ = nullptr;
 };
 
 }  // namespace
 
-std::size_t wholeFiles() { return files().size(); }
+std::size_t wholeFiles() { return bases().size(); }
 
 std::string damagedFile(std::string_view input) { return Damage(input).run(); }
 

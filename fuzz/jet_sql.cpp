@@ -144,6 +144,14 @@ Seeds jetSqlSeeds() {
       "SELECT DSum('price', 'Sales', 'id > 2') + (SELECT Max(ratio) FROM Items) FROM Menu",
       R"(SELECT prices, [Totals].menu FROM Totals
          WHERE menu > 0 AND prices >= ALL (SELECT price FROM Cheap))",
+      R"(SELECT FV(0.1, 3, 1), PV(0.1, 3, 1), PPmt(0.1, 1, 3, 100), Rate(3, -40, 100),
+         DDB(100, 10, 5, 1), Sin(1) + Cos(1) + Tan(1) + Atn(1), 7 \ 2, Choose(2, 1, 2))",
+      R"(SELECT Format(name, '>@@@!'), Format(ratio, '0.00E+00;(#,##0)'), exact + exact, exact * 2,
+         FormatDateTime(day, 2) FROM Items WHERE name Like '[a-l]*')",
+      R"(SELECT VarP(price), StDevP(price), Switch(menu In (1, 2), 'a', True, 'b') FROM Items
+         GROUP BY menu Between 1 And 2, menu In (1, 2), id > ANY (SELECT id FROM Menu))",
+      "SELECT x.id FROM [SELECT id FROM Sales]. AS x",
+      "SELECT Menu.menu, Cheap.total FROM Menu LEFT JOIN Cheap ON Menu.menu = Cheap.total",
   };
 }
 

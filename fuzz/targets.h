@@ -23,6 +23,10 @@ using Seeds = std::vector<std::string>;
 bool readJetFile(std::string_view input);
 [[nodiscard]] Seeds jetFileSeeds();
 
+// A damaged Jet file in which rows are marked, and grow: what jetcheck finds whole stays whole. The
+// input is a jet_damage.h text.
+bool markRows(std::string_view input);
+
 // A text of Jet SQL on a small file, run twice: the second time from the cache of statements.
 bool runJetSql(std::string_view input);
 [[nodiscard]] Seeds jetSqlSeeds();
@@ -46,8 +50,11 @@ struct Target {
 };
 
 constexpr Target kTargets[] = {
-    {"jet_file", readJetFile, jetFileSeeds},    {"jet_sql", runJetSql, jetSqlSeeds},
-    {"profile", readProfile, profileSeeds},     {"statements", judgeStatements, statementSeeds},
+    {"jet_file", readJetFile, jetFileSeeds},
+    {"jet_mark", markRows, jetFileSeeds},
+    {"jet_sql", runJetSql, jetSqlSeeds},
+    {"profile", readProfile, profileSeeds},
+    {"statements", judgeStatements, statementSeeds},
     {"ftp_replies", sendToServer, serverSeeds},
 };
 

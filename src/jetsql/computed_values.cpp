@@ -94,6 +94,7 @@ void ComputedValues::append(sqlite3_stmt* statement, int firstColumn) {
   }
   char* place = reserve(size);
   rows_.push_back(place);
+  bytes_ += size + sizeof place;
   for (const EncodedValue& value : scratch_) place = pack(place, value);
 }
 

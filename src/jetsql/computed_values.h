@@ -22,6 +22,7 @@ class ComputedValues {
 
   void append(sqlite3_stmt* statement, int firstColumn);
   [[nodiscard]] values::Variant get(std::size_t row, std::size_t value) const;
+  [[nodiscard]] std::size_t bytes() const { return bytes_; }  // that the rows take
 
  private:
   struct Block {
@@ -37,6 +38,7 @@ class ComputedValues {
   std::vector<Block> blocks_;
   std::vector<const char*> rows_;
   std::vector<EncodedValue> scratch_;
+  std::size_t bytes_ = 0;
 };
 
 }  // namespace jetsql

@@ -22,6 +22,11 @@ void RecordSet::Implementation::append(sqlite3_stmt* statement) {
   }
   values_.append(statement, sources);
   ++count_;
+  if (rowIds_.size() * sizeof(std::int64_t) + values_.bytes() > mostBytes_) {
+    throw RuntimeError(error::kQueryTooComplex, "Query is too complex: its first " +
+                                                    std::to_string(count_) +
+                                                    " rows take more memory than it may have.");
+  }
 }
 
 void RecordSet::Implementation::needRow() const {

@@ -7,8 +7,9 @@
 // from the file when asked for; computed values are kept. The record set keeps its session alive.
 //
 // A computed value that could not be computed (1/0) raises its error when its field is read.
-// Errors: 3021 no current record, 3265 no such field, 3027 not updatable, 91 after close,
-// and the Jet engine's where a row cannot be read or saved.
+// Errors: 3021 no current record, 3360 more rows than are kept
+// (SessionOptions::mostResultBytes), 3265 no such field, 3027 not updatable, 91 after close, and
+// the Jet engine's where a row cannot be read or saved.
 #pragma once
 
 #include <cstddef>

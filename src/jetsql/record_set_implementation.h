@@ -21,14 +21,16 @@ class Session;
 class RecordSet::Implementation {
  public:
   Implementation(std::shared_ptr<Session> session, std::shared_ptr<const QueryLayout> layout,
-                 bool writable)
+                 bool writable, std::size_t mostBytes)
       : session_(std::move(session)),
         layout_(std::move(layout)),
         writable_(writable),
+        mostBytes_(mostBytes),
         values_(layout_->computedTypes),
         current_(layout_->sources.size()) {}
 
-  // Appends the statement's current row: rowids of the sources, then computed values.
+  // Appends the statement's current row: rowids of the sources, then computed values. Error 3360
+  // where that is more than may be kept.
   void append(sqlite3_stmt* statement);
   void endOfRows() { rowIds_.shrink_to_fit(); }
 
@@ -70,6 +72,7 @@ class RecordSet::Implementation {
   std::shared_ptr<Session> session_;
   std::shared_ptr<const QueryLayout> layout_;
   bool writable_;
+  std::size_t mostBytes_;  // SessionOptions::mostResultBytes
   std::size_t count_ = 0;
   std::vector<std::int64_t> rowIds_;  // row by row, one per source
   ComputedValues values_;

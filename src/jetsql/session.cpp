@@ -120,8 +120,8 @@ std::unique_ptr<RecordSet> Session::Implementation::run(
   for (std::size_t i = 0; i < literals.size(); ++i) {
     bind(statement, static_cast<int>(i) + 1, literals[i]);
   }
-  auto rows =
-      std::make_unique<RecordSet::Implementation>(session, query.layout, !catalogue.readOnly());
+  auto rows = std::make_unique<RecordSet::Implementation>(
+      session, query.layout, !catalogue.readOnly(), catalogue.mostResultBytes());
   while (catalogue.step(statement)) rows->append(statement);
   rows->endOfRows();
   return std::make_unique<RecordSet>(std::move(rows));

@@ -51,6 +51,7 @@ class SessionCatalogue : public Catalogue {
 
   [[nodiscard]] const jet::Database& database() const { return *files_.own().database; }
   [[nodiscard]] bool readOnly() const { return options_.readOnly; }
+  [[nodiscard]] std::size_t mostResultBytes() const { return options_.mostResultBytes; }
 
   [[nodiscard]] StatementHandle prepare(const std::string& sql);
   // To the next row; false after the last. Throws the error that a callback met.

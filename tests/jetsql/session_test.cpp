@@ -61,6 +61,20 @@ TEST_F(SessionTest, ErrorsInsideAQueryKeepTheirNumber) {
   EXPECT_EQ(rows("SELECT id FROM Items WHERE id = 5"), "5");
 }
 
+TEST_F(SessionTest, AResultThatTakesTooMuchMemoryIsRefused) {
+  SessionOptions options;
+  options.mostResultBytes = 2600;
+  session_ = open(options);
+  for (const char* query : {"SELECT id FROM Items WHERE id <= 325",
+                            "SELECT id, name & 'x' FROM Items WHERE id <= 80"}) {
+    EXPECT_NE(rows(query), "error 3360") << query;
+  }
+  for (const char* query : {"SELECT id FROM Items WHERE id <= 326",
+                            "SELECT String(id, 'x') FROM Items WHERE id <= 80"}) {
+    EXPECT_EQ(rows(query), "error 3360") << query;
+  }
+}
+
 TEST_F(SessionTest, ValuesKeepTheirTypes) {
   session_ = open();
   const auto set = session_->openRecordSet(
