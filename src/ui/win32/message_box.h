@@ -1,5 +1,5 @@
-// Message boxes of the windows, as the system shows them. Modal: show returns when the operator has
-// pressed the button.
+// Message boxes of the windows, as the system shows them, beside the window that they speak of.
+// Modal: show returns when the operator has pressed the button.
 #pragma once
 
 #include "platform/message_display.h"
