@@ -81,15 +81,15 @@ TEST_F(HashAggregateTest, LeavesTheRestToSqlite) {
   for (const char* sum : {"Sum(id + 2147483600)", "Sum(i.menu + 32767)"}) {
     expectSame("SELECT done, " + std::string(sum) + " FROM Items AS i GROUP BY done");
   }
-  for (const char* query : {"SELECT menu, Sum(ratio) FROM Items GROUP BY menu",
-                            "SELECT ratio, Count(*) FROM Items GROUP BY ratio",
-                            "SELECT menu, Sum(price / 2) FROM Items GROUP BY menu",
-                            "SELECT menu, Max(id) FROM Items GROUP BY menu",
-                            "SELECT menu, Sum(id) FROM Items GROUP BY menu HAVING Sum(id) > 5",
-                            "SELECT TOP 2 menu, Sum(id) FROM Items GROUP BY menu",
-                            "SELECT menu, Sum(id) FROM Items GROUP BY menu ORDER BY Sum(id)",
-                            "SELECT a.id, Count(*) FROM Items AS a LEFT JOIN Menu AS b ON a.id < "
-                            "b.menu GROUP BY a.id"}) {
+  for (const char* query :
+       {"SELECT menu, Sum(ratio) FROM Items GROUP BY menu",
+        "SELECT ratio, Count(*) FROM Items GROUP BY ratio",
+        "SELECT menu, Sum(price / 2) FROM Items GROUP BY menu",
+        "SELECT menu, Max(id) FROM Items GROUP BY menu",
+        "SELECT menu, Sum(id) FROM Items GROUP BY menu HAVING Sum(id) > 5",
+        "SELECT TOP 2 menu, Sum(id) FROM Items GROUP BY menu",
+        "SELECT menu, Sum(id) FROM Items GROUP BY menu ORDER BY Sum(id)",
+        "SELECT id, Count(*) FROM Items LEFT JOIN Menu b ON id < b.menu GROUP BY id"}) {
     EXPECT_TRUE(isLeftToSqlite(query)) << query;
   }
 }
