@@ -163,9 +163,10 @@ std::vector<jetcreate::NewIndex> indexes(const Options& options, const char* key
 }  // namespace
 
 DataFile::DataFile(jetcreate::FileBuilder& builder, const Options& options)
-    : sales_(builder, "Selling", saleFields(), indexes(options, "S_ID", {"rDate"})),
-      items_(builder, "Selling_Item", itemFields(),
-             indexes(options, "SI_ID", itemIndexes(options))),
+    : sales_(builder, "Selling", saleFields(), indexes(options, "S_ID", {"rDate"}),
+             options.wholeAmounts),
+      items_(builder, "Selling_Item", itemFields(), indexes(options, "SI_ID", itemIndexes(options)),
+             options.wholeAmounts),
       attendances_(builder, "Employee_Item", attendanceFields(),
                    indexes(options, "ei_id", {"rdate"})),
       settled_(builder, "credit_terminate", settledFields(), indexes(options, "ct_id", {"rdate"})) {

@@ -91,6 +91,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
       options.indexes = false;
     } else if (argument == "--no-item-day-index") {
       options.itemDayIndex = false;
+    } else if (argument == "--whole-amounts") {
+      options.wholeAmounts = true;
     } else if (argument == "--plain") {
       options.plain = true;
     } else if (argument == "--help") {
@@ -119,6 +121,7 @@ const char* usage() {
          "  --seed N            another number, another shop (1)\n"
          "  --no-indexes        no index on the sale id of items, nor on any day\n"
          "  --no-item-day-index no index on the day of items\n"
+         "  --whole-amounts     amounts of sales and items are Long instead of Currency\n"
          "  --format F          jet3 (Access 97), jet4 (2000), accdb (2007), accdb14 (2010); the "
          "files\n"
          "                      keep their names (jet4)\n"

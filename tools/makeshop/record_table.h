@@ -28,8 +28,10 @@ class RecordTable {
  public:
   RecordTable(jetcreate::FileBuilder& builder, const std::string& name,
               const std::vector<Field<Record>>& fields,
-              const std::vector<jetcreate::NewIndex>& indexes)
-      : fields_(fields), table_(builder.addTable(name, columns(fields), indexes)) {}
+              const std::vector<jetcreate::NewIndex>& indexes, bool wholeAmounts = false)
+      : fields_(fields),
+        wholeAmounts_(wholeAmounts),
+        table_(builder.addTable(name, columns(fields, wholeAmounts), indexes)) {}
 
   // `lateColumns`: the columns at the end that did not exist yet when the row was written.
   void add(const Record& record, std::size_t lateColumns = 0) {
@@ -37,19 +39,27 @@ class RecordTable {
     values.reserve(fields_.size());
     for (std::size_t i = 0; i + lateColumns < fields_.size(); ++i) {
       values.push_back(fields_[i].value(record));
+      const auto* amount = values.back().template as<values::Currency>();
+      if (wholeAmounts_ && amount != nullptr) values.back() = values::toLong(values.back());
     }
     table_.add(std::move(values));
   }
 
  private:
-  static std::vector<jetcreate::NewColumn> columns(const std::vector<Field<Record>>& fields) {
+  static std::vector<jetcreate::NewColumn> columns(const std::vector<Field<Record>>& fields,
+                                                   bool wholeAmounts) {
     std::vector<jetcreate::NewColumn> columns;
     columns.reserve(fields.size());
-    for (const auto& field : fields) columns.push_back(field.column);
+    for (const auto& field : fields) {
+      columns.push_back(field.column);
+      const bool isAmount = field.column.type == jet::ColumnType::kCurrency;
+      if (wholeAmounts && isAmount) columns.back().type = jet::ColumnType::kLong;
+    }
     return columns;
   }
 
   const std::vector<Field<Record>>& fields_;  // static storage
+  bool wholeAmounts_;                         // Long instead of Currency
   jetcreate::TableBuilder& table_;
 };
 
