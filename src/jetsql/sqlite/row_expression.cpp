@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 
 #include "jetsql/functions/value_types.h"
+#include "text/utf8.h"
 
 namespace jetsql {
 namespace {
@@ -37,32 +41,92 @@ bool isComputed(const Expression& expression) {
   return call != nullptr && call->function->deterministic && areComputed(call->arguments);
 }
 
-struct Evaluation {
-  const jet::Row& row;
-  const Environment& environment;
+// The literal whole number, where it is one.
+std::optional<std::int32_t> wholeLiteral(const Expression& expression) {
+  const auto* literal = expression.as<typed::Literal>();
+  if (literal == nullptr || !isWholeNumber(literal->value.type())) return {};
+  return values::toLong(literal->value);
+}
 
-  [[nodiscard]] Variant of(const Expression& expression) const {
-    if (const auto* field = expression.as<typed::Field>()) return row.value(field->column);
-    if (const auto* literal = expression.as<typed::Literal>()) return literal->value;
-    if (const auto* conversion = expression.as<typed::Conversion>()) {
-      return convert(of(conversion->operand), expression.type());
+// Left(text, n) and Mid(text, start, n), which most keys are made of.
+struct Part {
+  std::size_t start = 0;  // characters
+  std::size_t count = 0;
+};
+
+std::optional<Part> partOf(const typed::Call& call) {
+  const bool isLeft = call.function->name == "Left" && call.arguments.size() == 2;
+  const bool isMid = call.function->name == "Mid" && call.arguments.size() == 3;
+  if (!isLeft && !isMid) return {};
+  const auto start = isLeft ? 1 : wholeLiteral(call.arguments[1]);
+  const auto count = wholeLiteral(call.arguments.back());
+  if (!start || !count || *start < 1 || *count < 0) return {};
+  return Part{static_cast<std::size_t>(*start - 1), static_cast<std::size_t>(*count)};
+}
+
+class Evaluation {
+ public:
+  Evaluation(const jet::Row& row, const Environment& environment)
+      : row_(row), environment_(environment) {}
+
+  // Appends a text; false for Null. The common forms need no values of their own.
+  [[nodiscard]] bool append(const Expression& expression, std::string& text) const {
+    if (expression.type() != VariantType::kText) return appendValue(expression, text);
+    if (const auto* field = expression.as<typed::Field>()) {
+      if (row_.isNull(field->column)) return false;
+      std::string scratch;
+      text += row_.text(field->column, scratch);
+      return true;
     }
     if (const auto* operation = expression.as<typed::Operation>()) {
-      return of(*operation->operation, operation->operands, expression.type());
+      const bool left = append(operation->operands.front(), text);
+      const bool right = append(operation->operands.back(), text);
+      return left || right;
+    }
+    const auto* call = expression.as<typed::Call>();
+    const auto part = call == nullptr ? std::nullopt : partOf(*call);
+    if (!part || call->arguments.front().type() != VariantType::kText) {
+      return appendValue(expression, text);
+    }
+    std::string whole;
+    if (!append(call->arguments.front(), whole)) return false;
+    text += text::middle(whole, part->start, part->count);
+    return true;
+  }
+
+  [[nodiscard]] Variant value(const Expression& expression) const {
+    if (const auto* field = expression.as<typed::Field>()) return row_.value(field->column);
+    if (const auto* literal = expression.as<typed::Literal>()) return literal->value;
+    if (const auto* conversion = expression.as<typed::Conversion>()) {
+      return convert(value(conversion->operand), expression.type());
+    }
+    if (const auto* operation = expression.as<typed::Operation>()) {
+      return result(*operation->operation, operation->operands, expression.type());
     }
     const auto* call = expression.as<typed::Call>();
     assert(call != nullptr);
-    return of(*call->function, call->arguments, expression.type());
+    return result(*call->function, call->arguments, expression.type());
   }
 
-  [[nodiscard]] Variant of(const Function& function, std::span<const Expression> operands,
-                           VariantType type) const {
+ private:
+  [[nodiscard]] bool appendValue(const Expression& expression, std::string& text) const {
+    const Variant found = convert(value(expression), VariantType::kText);
+    if (found.isNull()) return false;
+    text += *found.as<std::string>();
+    return true;
+  }
+
+  [[nodiscard]] Variant result(const Function& function, std::span<const Expression> operands,
+                               VariantType type) const {
     std::array<Variant, kMaxArguments> arguments;
     std::ranges::transform(operands, arguments.begin(),
-                           [this](const Expression& e) { return of(e); });
-    return convertResult(call(function, Arguments(arguments).first(operands.size()), environment),
+                           [this](const Expression& operand) { return value(operand); });
+    return convertResult(call(function, Arguments(arguments).first(operands.size()), environment_),
                          type);
   }
+
+  const jet::Row& row_;
+  const Environment& environment_;
 };
 
 }  // namespace
@@ -72,7 +136,9 @@ bool RowExpression::canCompute(const typed::Expression& expression) {
 }
 
 Variant RowExpression::value(const jet::Row& row) const {
-  return Evaluation{row, environment_}.of(expression_);
+  std::string text;
+  if (!Evaluation(row, environment_).append(expression_, text)) return {};
+  return text;
 }
 
 }  // namespace jetsql
