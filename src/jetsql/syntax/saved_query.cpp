@@ -148,8 +148,7 @@ class Rebuilder {
     const auto* row = first(QueryAttribute::kOtherDatabase);
     if (row == nullptr) return {};
     std::string text = " IN '";
-    for (const char c : textOf(row->name1))
-      text += c == '\'' ? std::string("''") : std::string(1, c);
+    for (const char c : textOf(row->name1)) text.append(c == '\'' ? 2 : 1, c);
     const std::string connect = textOf(row->expression);
     return text + "'" + (connect.empty() ? "" : " " + bracketed(connect));
   }

@@ -47,7 +47,7 @@ std::string FromWriter::source(const typed::Relation& relation) {
   return writer_.derived(*relation.query);
 }
 
-// In a session that defers errors a row's key may be one, which must not fail the others.
+// None where errors are deferred: a key that fails would fail the whole query.
 const JoinLookup* FromWriter::computedKeyOf(const typed::Relation& relation) const {
   if (writer_.defersErrors()) return nullptr;
   const auto found = std::ranges::find_if(lookups_, [&relation](const JoinLookup& lookup) {
