@@ -51,7 +51,7 @@ ProfileEncoding encodingOf(std::string_view file) {
   if (file.starts_with("\xFF\xFE")) return ProfileEncoding::kUtf16LittleEndian;
   if (file.starts_with("\xFE\xFF")) return ProfileEncoding::kUtf16BigEndian;
   if (file.size() > 1 && file[1] == '\0') return ProfileEncoding::kUtf16LittleEndian;
-  if (file.size() > 1 && file[0] == '\0') return ProfileEncoding::kUtf16BigEndian;
+  if (file.starts_with('\0')) return ProfileEncoding::kUtf16BigEndian;
   const bool plain = text::asciiPrefix(file) == file.size();
   return !plain && isUtf8(file) ? ProfileEncoding::kUtf8 : ProfileEncoding::kKorean;
 }
