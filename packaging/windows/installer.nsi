@@ -2,7 +2,7 @@
 ; /NIGHT registers the nightly task without a question. packaging/windows/make gives VERSION, TREE
 ; (the unpacked archive) and OUTPUT.
 
-Unicode true
+Target amd64-unicode  ; as the programs are, and as wine alone runs it on a 64-bit machine
 !include MUI2.nsh
 !include FileFunc.nsh
 !include Sections.nsh
