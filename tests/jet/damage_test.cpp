@@ -63,7 +63,13 @@ void readIndexes(Table& table) {
   for (std::size_t i = 0; i < table.definition().realIndexes.size(); ++i) {
     for (auto walk = table.seek(i, {}); walk.next();) (void)table.tryRead(walk.rowId(), row);
     if (!table.canSeek(i)) continue;
-    for (auto found = table.seek(i, {.lower = KeyBound{values::Variant(300.5)}}); found.next();) {
+    const auto& index = table.definition().realIndexes[i];
+    const auto& first = table.definition().columns[index.columns.front().column];
+    // A text is looked up for equality only.
+    const KeyRange range = first.weights != nullptr
+                               ? KeyRange{.equal = {values::Variant("name 7")}}
+                               : KeyRange{.lower = KeyBound{values::Variant(300.5)}};
+    for (auto found = table.seek(i, range); found.next();) {
     }
   }
 }
