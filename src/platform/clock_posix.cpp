@@ -20,7 +20,8 @@ int SystemClock::utcMilliseconds() const {
 }
 
 std::int32_t SystemTickCounter::ticks() const {
-  // A resolution of some milliseconds, for an eighth of the time: the page cache asks for every row.
+  // A resolution of some milliseconds, for an eighth of the time: the page cache asks for every
+  // row.
   std::timespec now{};
   clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
   const auto count = static_cast<std::uint64_t>(now.tv_sec) * 1000 +
