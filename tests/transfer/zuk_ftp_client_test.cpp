@@ -130,8 +130,8 @@ TEST_F(ZukFtpClientTest, ConnectionCutInTheMiddleOfAnUpload) {
 // A certificate of its own making, with its key, for the name or address.
 fs::path makeCertificate(const fs::path& folder, const std::string& name,
                          const std::string& until) {
-  const fs::path file = folder / (name + until);
-  std::ofstream(folder / "index");
+  fs::path file = folder / (name + until);
+  std::ofstream(folder / "index").flush();
   std::ofstream(folder / "config")
       << "[ca]\ndefault_ca=own\n[own]\ndatabase=" << (folder / "index").string()
       << "\nrand_serial=yes\ndefault_md=sha256\npolicy=any\nx509_extensions=server\n"

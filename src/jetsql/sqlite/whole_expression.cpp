@@ -215,14 +215,15 @@ WholeExpression WholeCompiler::node(const typed::Case& choice, VariantType type)
     branches.emplace_back(compile(branch.when), operand(branch.then, type));
     if (!branches.back().first || !branches.back().second) return {};
   }
-  WholeExpression otherwise =
-      choice.otherwise ? operand(choice.otherwise, type) : constant(values::Variant());
-  if (!otherwise) return {};
-  return [branches = std::move(branches), otherwise = std::move(otherwise)](const JoinedRow& row) {
-    for (const auto& [when, then] : branches) {
-      if (when(row).isTrue()) return then(row);
-    }
-    return otherwise(row);
+  // Taken where no other is.
+  branches.emplace_back(
+      [](const JoinedRow&) { return truth(true); },
+      choice.otherwise ? operand(choice.otherwise, type) : constant(values::Variant()));
+  if (!branches.back().second) return {};
+  return [branches = std::move(branches)](const JoinedRow& row) {
+    const auto taken = std::find_if(branches.begin(), branches.end(),
+                                    [&](const auto& branch) { return branch.first(row).isTrue(); });
+    return taken->second(row);
   };
 }
 
