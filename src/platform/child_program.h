@@ -39,6 +39,8 @@ class ChildProgram {
   };
 
   std::vector<std::string> linesOf(Stream& stream);
+  // Appends what the pipe holds now; does not wait for more.
+  static void readWaiting(SystemHandle pipe, std::string& text);
 
   SystemHandle process_ = kNoHandle;
   Stream output_;

@@ -74,20 +74,11 @@ ChildProgram::~ChildProgram() {
   ::close(errors_.pipe);
 }
 
-std::vector<std::string> ChildProgram::linesOf(Stream& stream) {
-  const bool ended = exitStatus().has_value();
-  auto& text = stream.unfinished;
+void ChildProgram::readWaiting(SystemHandle pipe, std::string& text) {
   char block[4096];
-  for (ssize_t count = 0; (count = ::read(stream.pipe, block, sizeof block)) > 0;) {
+  for (ssize_t count = 0; (count = ::read(pipe, block, sizeof block)) > 0;) {
     text.append(block, static_cast<std::size_t>(count));
   }
-  std::vector<std::string> lines;
-  for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n')) {
-    lines.push_back(text.substr(0, end));
-    text.erase(0, end + 1);
-  }
-  if (ended && !text.empty()) lines.push_back(std::exchange(text, {}));
-  return lines;
 }
 
 std::optional<int> ChildProgram::exitStatus() {

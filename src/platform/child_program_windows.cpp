@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace platform {
 
@@ -26,17 +25,6 @@ Pipe makePipe() {
   return pipe;
 }
 
-void readWaiting(SystemHandle pipe, std::string& text) {
-  std::array<char, 4096> block{};
-  DWORD waiting = 0;
-  while (::PeekNamedPipe(pipe, nullptr, 0, nullptr, &waiting, nullptr) && waiting > 0) {
-    DWORD got = 0;
-    const DWORD wanted = std::min(waiting, static_cast<DWORD>(block.size()));
-    if (!::ReadFile(pipe, block.data(), wanted, &got, nullptr) || got == 0) return;
-    text.append(block.data(), got);
-  }
-}
-
 }  // namespace
 
 ChildProgram::ChildProgram(const std::string& program, std::vector<std::string> arguments) {
@@ -54,17 +42,15 @@ ChildProgram::~ChildProgram() {
   ::CloseHandle(process_);
 }
 
-std::vector<std::string> ChildProgram::linesOf(Stream& stream) {
-  const bool ended = exitStatus().has_value();
-  auto& text = stream.unfinished;
-  readWaiting(stream.pipe, text);
-  std::vector<std::string> lines;
-  for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n')) {
-    lines.push_back(text.substr(0, end));
-    text.erase(0, end + 1);
+void ChildProgram::readWaiting(SystemHandle pipe, std::string& text) {
+  std::array<char, 4096> block{};
+  DWORD waiting = 0;
+  while (::PeekNamedPipe(pipe, nullptr, 0, nullptr, &waiting, nullptr) && waiting > 0) {
+    DWORD got = 0;
+    const DWORD wanted = std::min(waiting, static_cast<DWORD>(block.size()));
+    if (!::ReadFile(pipe, block.data(), wanted, &got, nullptr) || got == 0) return;
+    text.append(block.data(), got);
   }
-  if (ended && !text.empty()) lines.push_back(std::exchange(text, {}));
-  return lines;
 }
 
 std::optional<int> ChildProgram::exitStatus() {

@@ -11,20 +11,6 @@
 #include "text/ascii.h"
 #include "text/utf8.h"
 
-namespace {
-
-// Bytes of the UTF-8 character that `text` begins with, going by its first byte.
-std::size_t characterLength(std::string_view text) {
-  std::size_t length = 1;
-  while (length < text.size() && length < text::kMaxCharacterBytes &&
-         text::continuesCharacter(text[length])) {
-    ++length;
-  }
-  return length;
-}
-
-}  // namespace
-
 // What the system's converter made of each character that was met, so that it is asked only once:
 // a call of it costs more than the rest of a statement's conversion. Good for code pages in which a
 // character's bytes do not depend on those before it, as in all that Windows counts as its own.
@@ -66,7 +52,7 @@ class CodePage::Encoder {
       if (known == nullptr || known->length == 0) {
         out.append(bytes.data(), std::exchange(filled, 0));
         // What follows a byte that is no text belongs to it.
-        if (known == nullptr) end = taken + characterLength(text.substr(taken));
+        if (known == nullptr) end = taken + text::characterLength(text.substr(taken));
         converter_.append(text.substr(taken, end - taken), out);
         taken = end;
         continue;

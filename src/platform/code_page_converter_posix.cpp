@@ -18,16 +18,6 @@ std::string systemName(int number) {
   return number == 65001 ? std::string("UTF-8") : "CP" + std::to_string(number);
 }
 
-// Bytes of the UTF-8 character that `text` begins with, going by its first byte.
-std::size_t characterLength(std::string_view text) {
-  std::size_t length = 1;
-  while (length < text.size() && length < text::kMaxCharacterBytes &&
-         text::continuesCharacter(text[length])) {
-    ++length;
-  }
-  return length;
-}
-
 std::size_t oneByte(std::string_view) { return 1; }
 
 }  // namespace
@@ -84,7 +74,7 @@ CodePageConverter::CodePageConverter(int codePage, Direction direction)
                           ? std::make_unique<Implementation>("UTF-8", systemName(codePage),
                                                              kReplacement, oneByte)
                           : std::make_unique<Implementation>(systemName(codePage), "UTF-8", "?",
-                                                             characterLength)) {}
+                                                             text::characterLength)) {}
 
 CodePageConverter::~CodePageConverter() = default;
 

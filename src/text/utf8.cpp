@@ -9,6 +9,14 @@ void appendCharacter(std::string& text, char32_t character) {
   text.append(bytes.data(), putCharacter(bytes.data(), character));
 }
 
+std::size_t characterLength(std::string_view text) {
+  std::size_t length = 1;
+  while (length < text.size() && length < kMaxCharacterBytes && continuesCharacter(text[length])) {
+    ++length;
+  }
+  return length;
+}
+
 std::size_t characterCount(std::string_view text) {
   std::size_t count = 0;
   for (std::size_t position = 0; position < text.size(); ++count) {

@@ -72,6 +72,11 @@ inline char* putCharacter(char* to, char32_t character) {
 
 void appendCharacter(std::string& text, char32_t character);
 
+// Bytes from the first of `text` to the next that does not continue its character, at most
+// kMaxCharacterBytes: what a converter that refuses the character passes over.
+// Precondition: the text is not empty.
+[[nodiscard]] std::size_t characterLength(std::string_view text);
+
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
 // Byte offset of the end of the first `count` characters; the text's size when it has fewer.

@@ -112,6 +112,13 @@ class SeekTest : public testing::TestWithParam<SeekCase> {
   Table* table_ = nullptr;
 };
 
+// In table T.
+int rowsFound(Database& database, std::size_t index, const KeyRange& range) {
+  int rows = 0;
+  for (auto found = database.openTable("T").seek(index, range); found.next();) ++rows;
+  return rows;
+}
+
 TEST_P(SeekTest, FindsWhatAScanFinds) {
   for (const bool tails : {false, true}) {
     make(tails);
@@ -177,9 +184,7 @@ TEST(SeekEdgeTest, Texts) {
     builder.finish();
     auto database = Database::open(path);
     const auto count = [&](std::size_t index, const KeyRange& range) {
-      int rows = 0;
-      for (auto found = database->openTable("T").seek(index, range); found.next();) ++rows;
-      return rows;
+      return rowsFound(*database, index, range);
     };
     for (const std::size_t index : {0, 1}) {
       EXPECT_EQ(count(index, {.equal = {values::Variant("mEnU 7")}}), 4);
@@ -211,9 +216,7 @@ TEST(SeekEdgeTest, ZerosAndExtremes) {
   builder.finish();
   auto database = Database::open(path);
   const auto count = [&](std::size_t index, const KeyRange& range) {
-    int rows = 0;
-    for (auto found = database->openTable("T").seek(index, range); found.next();) ++rows;
-    return rows;
+    return rowsFound(*database, index, range);
   };
   EXPECT_EQ(count(0, {.equal = {values::Variant(0.0)}}), 2);
   EXPECT_EQ(count(0, {.upper = KeyBound{values::Variant(0.0), false}}), 0);

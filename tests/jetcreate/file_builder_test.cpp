@@ -47,8 +47,7 @@ class FileBuilderTest : public testing::TestWithParam<FileFormat> {
   }
 
   Table& open(const std::string& table, const std::string& password = {}) {
-    database_ =
-        Database::open(path(), {.readOnly = true, .exclusive = false, .password = password});
+    database_ = Database::open(path(), {.password = password});
     return database_->openTable(table);
   }
 

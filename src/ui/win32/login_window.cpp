@@ -9,7 +9,6 @@ namespace ui::win32 {
 namespace {
 
 constexpr COLORREF kReleasedColour = RGB(250, 129, 107);
-constexpr Colours kHeadingColours = {RGB(255, 255, 255), RGB(47, 72, 88)};
 
 constexpr const char* kFieldFace = "HY헤드라인M";
 constexpr int kFieldLetters = 16;  // Hangul syllables, each about as wide as a line is high
@@ -148,16 +147,11 @@ std::optional<Colours> LoginWindow::coloursOf(HWND control) const {
 }
 
 void LoginWindow::applyFonts() {
-  const auto give = [](HWND control, HFONT font) {
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-  };
-  for (HWND control : captions_) give(control, fonts().plain());
-  for (HWND control : {cmdLogin_, cmdCancel_, cmdChange_}) give(control, fonts().plain());
-  HFONT sign = fonts().bold(1.1);
-  for (const Picture& picture : pictures_) give(picture.image, sign);
-  HFONT fieldFont = fonts().face(kFieldFace);
-  for (HWND control : fields_) give(control, fieldFont);
-  give(label4_, fonts().bold(1.3));
+  give(fonts().plain(), captions_);
+  give(fonts().plain(), {cmdLogin_, cmdCancel_, cmdChange_});
+  give(fonts().bold(1.1), {pictures_[0].image, pictures_[1].image});
+  give(fonts().face(kFieldFace), fields_);
+  give(fonts().bold(1.3), {label4_});
 }
 
 Layout LoginWindow::layout() {

@@ -44,11 +44,7 @@ void QuestionWindow::pressed(int control) {
   if (control == kYes) answered_();
 }
 
-void QuestionWindow::applyFonts() {
-  for (HWND control : {text_, yes_, no_}) {
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(fonts().plain()), TRUE);
-  }
-}
+void QuestionWindow::applyFonts() { give(fonts().plain(), {text_, yes_, no_}); }
 
 Layout QuestionWindow::layout() {
   Layout answers = Layout::row(letter());

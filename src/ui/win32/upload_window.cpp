@@ -1,7 +1,6 @@
 #include "ui/win32/upload_window.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <utility>
 
 #include "ui/progress_percentage.h"
@@ -18,7 +17,6 @@ constexpr int kMarqueeStep = 30;     // milliseconds
 
 constexpr COLORREF kRed = RGB(176, 32, 24);
 constexpr COLORREF kGreen = RGB(22, 120, 52);
-constexpr Colours kHeadingColours = {RGB(255, 255, 255), RGB(47, 72, 88)};
 
 constexpr std::pair<int, void (FrmQuenbrook::*)()> kClicks[] = {
     {kCmdCalendar, &FrmQuenbrook::cmdCalendar_Click},

@@ -1,6 +1,5 @@
 // The upload window's controls and their layout.
 #include <algorithm>
-#include <initializer_list>
 #include <utility>
 
 #include "ui/upload_texts.h"
@@ -36,15 +35,6 @@ UploadWindow::UploadWindow(Application& application)
       sspCurrent_(makeButton(text::kSetToday, kSspCurrent)),
       sspPanel9_(makeButton(text::kHideCalendar, kSSPanel9)),
       boxes_(makeControl(WC_BUTTONW, text::kBoxesName, BS_GROUPBOX, kBoxes)),
-      ssCommand1_(nullptr),
-      ssCommand3_(nullptr),
-      sspRem_(nullptr),
-      bar_(nullptr),
-      lbVerdict_(nullptr),
-      lbWaiting_(nullptr),
-      cmdSend_(nullptr),
-      cmdStart_(nullptr),
-      cmdEnd_(nullptr),
       question_(application, handle(), text::kTitle) {
   for (int index = 0; index < kBoxCount; ++index) {
     const auto at = static_cast<std::size_t>(index);
@@ -68,20 +58,14 @@ UploadWindow::UploadWindow(Application& application)
 }
 
 void UploadWindow::applyFonts() {
-  const auto give = [](std::initializer_list<HWND> controls, HFONT font) {
-    for (HWND control : controls) {
-      SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    }
-  };
-  give({ssPanel5_, tilde_, cmdCalendar_, lbNow_, monthView1_.control(), sspFromB_, sspToB_,
-        sspCurrent_, sspPanel9_, boxes_, ssCommand1_, ssCommand3_, sspRem_, lbWaiting_, cmdSend_,
-        cmdEnd_},
-       fonts().plain());
-  for (HWND box : chk1_) give({box}, fonts().plain());
-  give({ssPanel6_}, fonts().bold(1.3));
-  give({cmdStart_}, fonts().bold(1.15));
-  give({sspFrom_, sspTo_}, fonts().bold(1.1));
-  give({lbDelegate_, lbVerdict_}, fonts().bold(1.0));
+  give(fonts().plain(), {ssPanel5_, tilde_, cmdCalendar_, lbNow_, monthView1_.control(), sspFromB_,
+                         sspToB_, sspCurrent_, sspPanel9_, boxes_, ssCommand1_, ssCommand3_,
+                         sspRem_, lbWaiting_, cmdSend_, cmdEnd_});
+  give(fonts().plain(), chk1_);
+  give(fonts().bold(1.3), {ssPanel6_});
+  give(fonts().bold(1.15), {cmdStart_});
+  give(fonts().bold(1.1), {sspFrom_, sspTo_});
+  give(fonts().bold(1.0), {lbDelegate_, lbVerdict_});
 }
 
 Layout UploadWindow::datesLayout() {

@@ -7,6 +7,7 @@
 // Handlers run inside Application::handle.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <optional>
 
@@ -24,6 +25,7 @@ struct Colours {
   COLORREF text;
   COLORREF ground;
 };
+constexpr Colours kHeadingColours = {RGB(255, 255, 255), RGB(47, 72, 88)};
 
 class Window {
  public:
@@ -62,6 +64,15 @@ class Window {
   HWND makePanel(const char* caption, int id, DWORD style = 0);
   void setHint(HWND control, const char* text);
 
+  template <typename Controls>
+  static void give(HFONT font, const Controls& controls) {
+    for (HWND control : controls) {
+      SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    }
+  }
+  static void give(HFONT font, std::initializer_list<HWND> controls) {
+    give<std::initializer_list<HWND>>(font, controls);
+  }
   [[nodiscard]] Fonts& fonts() const { return *fonts_; }
   [[nodiscard]] int letter() const { return fonts_->letter(); }
   // Of a text in the control's font.
