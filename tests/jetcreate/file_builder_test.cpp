@@ -155,22 +155,27 @@ TEST_P(FileBuilderTest, LongValuesOfEveryLengthComeBack) {
   const int page = static_cast<int>(format().maxPageLong);
   const std::vector<int> lengths = {
       1, 63, 64, 65, page - 1, page, page + 1, 2 * (page - 4), 2 * (page - 4) + 1, 100000};
-  TableBuilder& table =
-      builder().addTable("Long", {{.name = "n"}, {.name = "o", .type = ColumnType::kOle}});
+  TableBuilder& table = builder().addTable("Long", {{.name = "n"},
+                                                    {.name = "o", .type = ColumnType::kOle},
+                                                    {.name = "m", .type = ColumnType::kMemo}});
   const auto value = [](int length) {
     values::Binary binary;
     for (int i = 0; i < length; ++i) binary.bytes.push_back(static_cast<std::byte>(i * 7 / 3));
     return binary;
   };
+  const auto text = [](int length) { return std::string(static_cast<std::size_t>(length), 'm'); };
   for (int length : lengths) {
-    table.add({big(length), value(length)}, RowForm::kDeleted);
-    table.add({big(length), value(length)});
+    table.add({big(length), value(length), text(length)}, RowForm::kDeleted);
+    table.add({big(length), value(length), text(length)});
   }
   finish();
   TableCursor rows = open("Long").scan();
+  std::vector<std::byte> bytes;
+  std::string scratch;
   for (int length : lengths) {
     ASSERT_TRUE(rows.next());
-    EXPECT_EQ(*rows.row().value(1).as<values::Binary>(), value(length)) << length;
+    EXPECT_TRUE(std::ranges::equal(rows.row().binary(1, bytes), value(length).bytes)) << length;
+    EXPECT_EQ(rows.row().text(2, scratch), text(length));
   }
 }
 
@@ -181,7 +186,8 @@ TEST_P(FileBuilderTest, RowsMayBeShortForwardedOrDeletedAndColumnsDeleted) {
                          {{.name = "id"},
                           {.name = "gone", .type = ColumnType::kText, .deleted = true},
                           {.name = "name", .type = ColumnType::kText},
-                          {.name = "late", .type = ColumnType::kText}},
+                          {.name = "late", .type = ColumnType::kText},
+                          {.name = "mark", .type = ColumnType::kYesNo}},
                          {{.name = "PrimaryKey", .columns = {"id"}, .primary = true}});
   table.add({big(1), "x", "plain", "late"});
   table.add({big(2), "x", "short"});
@@ -192,17 +198,20 @@ TEST_P(FileBuilderTest, RowsMayBeShortForwardedOrDeletedAndColumnsDeleted) {
   finish();
 
   Table& read = open("Forms");
-  std::string names;
+  EXPECT_FALSE(read.definition().findColumn("gone"));
+  std::string fields;
   TableCursor rows = read.scan();
-  while (rows.next()) names += toText(rows.row().value(1)) + " ";
-  EXPECT_EQ(names, "plain short forwarded last ");
+  while (rows.next()) fields += testing::PrintToString(texts(rows.row(), 4));
+  EXPECT_EQ(fields, R"({ "1", "plain", "late", "False" }{ "2", "short", "Null", "False" })"
+                    R"({ "3", "forwarded", "Null", "False" }{ "5", "last", "Null", "False" })");
   EXPECT_EQ(read.definition().rowCount, 4U);
   EXPECT_EQ(walk(read, 0), (std::vector<std::int64_t>{1, 2, 3, 5}));
   const Row row = read.read(forwarded);
   EXPECT_EQ(row.id(), forwarded);
   EXPECT_NE(row.page()->number, forwarded.page);
   EXPECT_EQ(tool("mdb-export", {"Forms"}),
-            "id,name,late\n1,\"plain\",\"late\"\n2,\"short\",\n5,\"last\",\n3,\"forwarded\",\n");
+            "id,name,late,mark\n1,\"plain\",\"late\",0\n2,\"short\",,0\n5,\"last\",,0\n"
+            "3,\"forwarded\",,0\n");
 }
 
 // Rows, and whether nodes have tails: one row, one leaf, two and three levels.
@@ -278,14 +287,20 @@ TEST_P(FileBuilderTest, LargeFilesKeepTheirTablesApart) {
 
 TEST_P(FileBuilderTest, EncodedFilesAndPasswords) {
   if (support::kOnWindows) GTEST_SKIP();
-  FileBuilder& file = builder({.password = "비밀 geheim", .encodingKey = 0x12345678});
-  file.addTable("T", {{.name = "id"}}).add({big(7)});
-  finish();
-  TableCursor rows = open("T", "비밀 geheim").scan();
-  ASSERT_TRUE(rows.next());
-  EXPECT_EQ(rows.row().wholeNumber(0), 7);
-  EXPECT_EQ(tool("mdb-export", {"T"}), "id\n7\n");
-  EXPECT_THAT([&] { (void)open("T", "falsch"); }, refused(3031));
+  const std::pair<const char*, std::uint32_t> cases[] = {
+      {"", 0x1234abcd}, {"비밀Pw1", 0}, {"비밀 geheim", 7}};
+  for (const auto& [password, key] : cases) {
+    FileBuilder& file = builder({.password = password, .encodingKey = key});
+    file.addTable("T", {{.name = "id"}}).add({big(7)});
+    finish();
+    TableCursor rows = open("T", password).scan();
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(rows.row().wholeNumber(0), 7);
+    EXPECT_EQ(tool("mdb-export", {"T"}), "id\n7\n");
+    if (*password == '\0') continue;
+    EXPECT_THAT([&] { (void)open("T", ""); }, refused(3031));
+    EXPECT_THAT([&] { (void)open("T", std::string(password) + "!"); }, refused(3031));
+  }
 }
 
 TEST_P(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
@@ -321,8 +336,13 @@ TEST_P(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
       tool("mdb-queries", {"qryOne"}),
       testing::HasSubstr("Selling.day,Count(*) FROM [Selling],[qryOther] WHERE (Selling.id>0)"));
 
+  for (const char* name : {"qryOne", "other", "missing"}) {
+    EXPECT_THROW((void)open(name), RuntimeError) << name;
+  }
   (void)open("Selling");
   const auto other = [&](const char* name) { return *database().find(name); };
+  EXPECT_TRUE(other("msysobjects").system);
+  EXPECT_FALSE(other("SELLING").system);
   EXPECT_EQ(other("OTHER").type, ObjectType::kLinkedTable);
   EXPECT_EQ(other("other").database + "|" + other("other").foreignName, "C:\\pos\\other.mdb|Their");
   EXPECT_EQ(other("remote").type, ObjectType::kLinkedOdbcTable);
