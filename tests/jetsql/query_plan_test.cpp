@@ -178,6 +178,9 @@ TEST_F(QueryPlanTest, ComparisonsWithAllRowsOrAny) {
   EXPECT_EQ(run("SELECT kind FROM Sales GROUP BY kind HAVING Count(*) >= ALL (SELECT Count(*) FROM "
                 "Sales GROUP BY kind)"),
             "1");
+  EXPECT_EQ(run("SELECT kind FROM Sales GROUP BY kind HAVING Min(price) >= ALL (SELECT price FROM "
+                "Sales AS s WHERE s.kind = Sales.kind) ORDER BY kind"),
+            "-|2|3");
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ TEST_F(ToolTest, ExplainsHowAQueryIsRun) {
                 "WHERE b.id > ALL (SELECT menu FROM Menu)")
           .substr(0, 71),
       "0 Plain    whole  1 time, 600 rows (expected 600), T\n"
-      "Menu     whole  2 ");
+      "Menu     whole  1 ");
   const std::string join = explained(
       "SELECT Plain.id FROM Items INNER JOIN Plain ON CStr(Items.id) = CStr(Plain.id) "
       "WHERE Items.id < 4");

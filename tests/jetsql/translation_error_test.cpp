@@ -107,7 +107,7 @@ TEST_F(TranslationErrorTest, SurvivesExcess) {
             "1|2");
 }
 
-// Queries in queries, as deep as the engine takes them.
+// Queries in queries, as deep as the engine takes them. Of the level, # is the number.
 TEST_F(TranslationErrorTest, FiftyQueriesInsideEachOther) {
   const struct {
     const char* innermost;
@@ -121,6 +121,16 @@ TEST_F(TranslationErrorTest, FiftyQueriesInsideEachOther) {
        "-|2|3"},
       {"SELECT id FROM Sales WHERE id < 3", "SELECT id FROM Sales WHERE id IN (", ")", "1|2"},
       {"SELECT id FROM Sales", "SELECT id FROM (", " UNION SELECT 9 FROM Odd) AS t", "1|2|3|4|5|9"},
+      {"SELECT id FROM Sales WHERE id < 3", "SELECT id FROM Sales AS t# WHERE id IN (",
+       " AND id = t#.id)", "1|2"},
+      {"SELECT Max(price) FROM Sales WHERE kind = 1",
+       "SELECT Max(price) FROM Sales AS t# WHERE kind = 1 AND price = (", " AND id = t#.id)", "20"},
+  };
+  const auto at = [](std::string text, int level) {
+    for (auto place = text.find('#'); place != text.npos; place = text.find('#')) {
+      text.replace(place, 1, std::to_string(level));
+    }
+    return text;
   };
   for (const auto& c : cases) {
     std::string query = c.innermost;
@@ -128,7 +138,7 @@ TEST_F(TranslationErrorTest, FiftyQueriesInsideEachOther) {
       if (i == 51) {
         EXPECT_EQ(run(query), c.rows) << c.before;
       }
-      query = c.before + query + c.after;
+      query = at(c.before, i) + query + at(c.after, i);
     }
     EXPECT_EQ(run(query), "error 3360") << c.before;
   }

@@ -21,9 +21,6 @@ namespace jetsql {
 using Relations = std::unordered_set<const typed::Relation*>;
 [[nodiscard]] std::optional<Relations> relationsRead(const typed::Expression& expression);
 
-// Whether the query reads fields of queries around it.
-[[nodiscard]] bool readsOutside(const typed::Query& query);
-
 // Whether a literal in it is a parameter of the statement, which differs from run to run.
 [[nodiscard]] bool hasParameter(const typed::Expression& expression);
 

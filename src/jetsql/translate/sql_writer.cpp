@@ -1,15 +1,20 @@
 #include "jetsql/translate/sql_writer.h"
 
+#include <charconv>
 #include <optional>
 #include <utility>
 
-#include "jetsql/translate/fields_read.h"
 #include "jetsql/translate/sql_writer_expression.h"
 #include "jetsql/translate/sql_writer_select.h"
 #include "values/error_numbers.h"
 #include "values/runtime_error.h"
 
 namespace jetsql {
+namespace {
+
+constexpr std::string_view kNamePrefix = "nested_";
+
+}  // namespace
 
 RelationNames namesUnder(const std::string& alias, const typed::Relation& relation) {
   RelationNames names;
@@ -85,23 +90,42 @@ std::string SqlWriter::query(const typed::Query& query) {
 }
 
 // SQLite's parser takes some 14 queries inside each other; a name is resolved later, by code that
-// takes more. Within an expression only a query that reads nothing of those around it has a name.
-SqlWriter::Nested SqlWriter::nested(const typed::Query& query) {
+// takes more. It is resolved where it stands, so that a query that reads fields of those around it
+// finds them: their aliases are different in the whole statement.
+SqlWriter::Nested SqlWriter::nested(const typed::Query& query, Mentions mentions) {
   constexpr std::size_t kMaxNested = 5;
+  constexpr std::size_t kMaxLength = 1'000'000;  // what SQLite takes
   ++depth_;
   std::string sql = this->query(query);
-  if (--depth_ < kMaxNested || readsOutside(query)) return {std::move(sql), false};
-  std::string name = "w" + std::to_string(named_.size());
-  named_.push_back(name + " AS (" + sql + ")");
+  const std::size_t length = expandedLength(sql);
+  if (length > kMaxLength) throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
+  if (--depth_ < kMaxNested && mentions == Mentions::kOne) return {std::move(sql), false};
+  std::string name = std::string(kNamePrefix) + std::to_string(named_.size());
+  named_.push_back({name + " AS (" + sql + ")", length});
   return {std::move(name), true};
 }
 
+// A query may be mentioned several times in the text around it: those within each other would grow
+// without end.
+std::size_t SqlWriter::expandedLength(std::string_view sql) const {
+  std::size_t length = sql.size();
+  for (auto at = sql.find(kNamePrefix); at != sql.npos; at = sql.find(kNamePrefix, at + 1)) {
+    std::size_t number = 0;
+    const char* digits = sql.data() + at + kNamePrefix.size();
+    std::from_chars(digits, sql.data() + sql.size(), number);
+    if (number < named_.size()) length += named_[number].length;
+  }
+  return length;
+}
+
 std::string SqlWriter::withNamed(const std::string& sql) const {
-  return named_.empty() ? sql : "WITH " + joined(named_, ", ") + " " + sql;
+  std::string named;
+  for (const CommonTable& table : named_) named += (named.empty() ? "" : ", ") + table.sql;
+  return named.empty() ? sql : "WITH " + named + " " + sql;
 }
 
 std::string SqlWriter::derived(const typed::Query& query) {
-  Nested inside = nested(query);
+  Nested inside = nested(query, Mentions::kOne);
   return inside.isName ? std::move(inside.sql) : "(" + inside.sql + ")";
 }
 
@@ -113,17 +137,11 @@ std::string SqlWriter::onlySource(const typed::Query& query) {
   return derived(query);
 }
 
-// Its text may be needed several times, so that those within each other would grow without end.
-std::string SqlWriter::subquery(const typed::Query& query) {
-  constexpr std::size_t kMaxLength = 1'000'000;  // what SQLite takes
+std::string SqlWriter::subquery(const typed::Query& query, Mentions mentions) {
   const ColumnErrors around = std::exchange(errors_, ColumnErrors::kRaise);
-  const Nested inside = nested(query);
+  Nested inside = nested(query, mentions);
   errors_ = around;
-  std::string sql = inside.isName ? "SELECT * FROM " + inside.sql : inside.sql;
-  if (sql.size() > kMaxLength) {
-    throw RuntimeError(error::kQueryTooComplex, "Query is too complex.");
-  }
-  return sql;
+  return inside.isName ? "SELECT * FROM " + inside.sql : std::move(inside.sql);
 }
 
 std::optional<std::string> SqlWriter::keyTable(const typed::Relation& relation,

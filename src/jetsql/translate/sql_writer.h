@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -45,8 +46,10 @@ class SqlWriter {
   [[nodiscard]] std::string query(const typed::Query& query);
   // A query of a FROM, in parentheses or by the name of a common table expression.
   [[nodiscard]] std::string derived(const typed::Query& query);
-  // A query in an expression, whose columns are compared at once.
-  [[nodiscard]] std::string subquery(const typed::Query& query);
+  // A query in an expression, whose columns are compared at once. With several mentions of the text
+  // its rows are computed once for all of them.
+  enum class Mentions { kOne, kSeveral };
+  [[nodiscard]] std::string subquery(const typed::Query& query, Mentions mentions = Mentions::kOne);
   // A query of a FROM that stands there alone.
   [[nodiscard]] std::string onlySource(const typed::Query& query);
   [[nodiscard]] bool defersErrors() const { return errors_ == ColumnErrors::kDefer; }
@@ -78,19 +81,25 @@ class SqlWriter {
   [[nodiscard]] std::string unionOf(const typed::Query& query);
   [[nodiscard]] std::string unionPart(const typed::Query& query, const typed::Select& select);
   [[nodiscard]] std::string crosstab(const typed::Query& query);  // sql_writer_crosstab.cpp
+  struct CommonTable {
+    std::string sql;         // name AS (query)
+    std::size_t length = 0;  // expanded
+  };
   struct Nested {
     std::string sql;
     bool isName = false;  // of a common table expression, which has the query
   };
-  [[nodiscard]] Nested nested(const typed::Query& query);
+  [[nodiscard]] Nested nested(const typed::Query& query, Mentions mentions);
+  // Of the SQL with the names of common table expressions written out, as SQLite does.
+  [[nodiscard]] std::size_t expandedLength(std::string_view sql) const;
   [[nodiscard]] std::string withNamed(const std::string& sql) const;
 
   Catalogue& catalogue_;
   ColumnErrors errors_;
   bool aggregates_;  // whether grouped queries may be tables of the catalogue
   std::size_t aliases_ = 0;
-  std::size_t depth_ = 0;           // queries around the one being written
-  std::vector<std::string> named_;  // common table expressions: name AS (query)
+  std::size_t depth_ = 0;  // queries around the one being written
+  std::vector<CommonTable> named_;
   bool prefersLiterals_ = false;
   std::unordered_map<const typed::Relation*, RelationNames> names_;
   std::unordered_map<const typed::Query*, std::string> columns_;  // the only one of a subquery

@@ -135,7 +135,8 @@ std::string boundTest(Operator operation, bool all, const std::string& value,
 // unless it depends on them.
 TypedSql ExpressionWriter::node(const typed::Quantified& test, Type) const {
   const auto& compared = *test.test.as<typed::Comparison>();
-  const std::string from = " FROM (" + writer_.subquery(*test.query) + "))";
+  const std::string from =
+      " FROM (" + writer_.subquery(*test.query, SqlWriter::Mentions::kSeveral) + "))";
   const std::string left = collated(value(compared.left));
   writer_.columnOf(test.query.get()) = "c0";
   const TypedSql column = value(compared.right);
