@@ -98,17 +98,23 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
 
 std::unique_ptr<RecordSet> Session::Implementation::openCached(
     std::string_view source, const std::shared_ptr<Session>& session) {
+  if (const auto known = cache_.match(source)) return run(*known->query, known->literals, session);
   NormalizedQuery text = normalize(source);
   if (const PreparedQuery* query = cache_.find(text.key)) {
     return run(*query, text.literals, session);
   }
   if (const PreparedQuery* query = cache_.find(exactKey(source))) return run(*query, {}, session);
   std::string key = text.key;
+  std::optional<QueryTemplate> literalsApart(text);
   const Translation translation = translate(std::move(text), catalogue);
   PreparedQuery prepared = prepare(translation);
   if (translation.dataDependent) return run(prepared, translation.literals, session);
-  if (translation.exactTextOnly) key = exactKey(source);
-  return run(cache_.insert(std::move(key), std::move(prepared)), translation.literals, session);
+  if (translation.exactTextOnly) {
+    key = exactKey(source);
+    literalsApart.reset();
+  }
+  return run(cache_.insert(std::move(key), std::move(prepared), std::move(literalsApart)),
+             translation.literals, session);
 }
 
 std::unique_ptr<RecordSet> Session::Implementation::run(

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "jetsql/syntax/date_literal.h"
+#include "jetsql/syntax/query_template.h"
 
 namespace jetsql {
 namespace {
@@ -61,6 +62,53 @@ TEST(Scanner, LiteralTypes) {
   }
   EXPECT_TRUE(isWord(query.tokens[7], "T"));
   EXPECT_TRUE(isSymbol(query.tokens[8], "."));
+}
+
+// A template that took a text for another query would bind its literals to the wrong statement.
+TEST(QueryTemplate, AgreesWithScanning) {
+  const char* texts[] = {"a = 5 And b",
+                         "a = 70 And b",
+                         "a = 70000 And b",
+                         "a = 5.5 And b",
+                         "a = 5e3 And b",
+                         "a = .5 And b",
+                         "a = 5  And b",
+                         "a = 5x And b",
+                         "a = &H5 And b",
+                         "a = #1/1/13#",
+                         "a = #2/3/13#",
+                         "a = #1/1/13",
+                         "a = #1/99/99#",
+                         "a = 'x'",
+                         "a = 'x''y'",
+                         "a = 'x' 'y'",
+                         "a = \"x\"",
+                         "a = 'x'\"y\"",
+                         "[a].5",
+                         "[a]5",
+                         "[a]5e3",
+                         "WHERE&H5",
+                         "WHERE5",
+                         "a = 1, 'b', 2",
+                         "a = 13, 'c', 7",
+                         "a = 1, 'b', 2,",
+                         "SELECT 1",
+                         "",
+                         "x'1'",
+                         "x1"};
+  for (const char* known : texts) {
+    const auto query = normalize(known);
+    for (const char* text : texts) {
+      const auto literals = QueryTemplate(query).literalsOf(text);
+      const auto scanned = normalize(text);
+      if (literals) {
+        EXPECT_FALSE(scanned.fault);
+        EXPECT_EQ(scanned.key, query.key) << known << " and " << text;
+        EXPECT_EQ(*literals, scanned.literals) << known << " and " << text;
+      }
+    }
+  }
+  EXPECT_EQ(QueryTemplate(normalize(texts[23])).literalsOf(texts[24])->size(), 3U);
 }
 
 }  // namespace

@@ -48,51 +48,45 @@ std::optional<std::int32_t> wholeLiteral(const Expression& expression) {
   return values::toLong(literal->value);
 }
 
-// Left(text, n) and Mid(text, start, n), which most keys are made of.
-struct Part {
-  std::size_t start = 0;  // characters
-  std::size_t count = 0;
-};
-
-std::optional<Part> partOf(const typed::Call& call) {
+// Of Left(text, n) and Mid(text, start, n), which most keys are made of.
+std::optional<RowText::Part> partOf(const typed::Call& call) {
   const bool isLeft = call.function->name == "Left" && call.arguments.size() == 2;
   const bool isMid = call.function->name == "Mid" && call.arguments.size() == 3;
   if (!isLeft && !isMid) return {};
   const auto start = isLeft ? 1 : wholeLiteral(call.arguments[1]);
   const auto count = wholeLiteral(call.arguments.back());
   if (!start || !count || *start < 1 || *count < 0) return {};
-  return Part{static_cast<std::size_t>(*start - 1), static_cast<std::size_t>(*count)};
+  return RowText::Part{static_cast<std::size_t>(*start - 1), static_cast<std::size_t>(*count)};
+}
+
+// Adds what the expression appends; false where a part is none of those that RowText has.
+bool addPieces(const Expression& expression, std::vector<RowText::Piece>& pieces) {
+  if (expression.type() != VariantType::kText) return false;
+  if (const auto* literal = expression.as<typed::Literal>()) {
+    const auto* text = literal->value.as<std::string>();
+    if (text != nullptr) pieces.push_back({.text = *text});
+    return text != nullptr;
+  }
+  if (const auto* field = expression.as<typed::Field>()) {
+    pieces.push_back({.column = field->column});
+    return true;
+  }
+  if (const auto* operation = expression.as<typed::Operation>()) {
+    return std::ranges::all_of(operation->operands,
+                               [&](const Expression& part) { return addPieces(part, pieces); });
+  }
+  const auto* call = expression.as<typed::Call>();
+  const auto part = call == nullptr ? std::nullopt : partOf(*call);
+  const auto* field = part ? call->arguments.front().as<typed::Field>() : nullptr;
+  if (field == nullptr || call->arguments.front().type() != VariantType::kText) return false;
+  pieces.push_back({.column = field->column, .part = part});
+  return true;
 }
 
 class Evaluation {
  public:
   Evaluation(const jet::Row& row, const Environment& environment)
       : row_(row), environment_(environment) {}
-
-  // Appends a text; false for Null. The common forms need no values of their own.
-  [[nodiscard]] bool append(const Expression& expression, std::string& text) const {
-    if (expression.type() != VariantType::kText) return appendValue(expression, text);
-    if (const auto* field = expression.as<typed::Field>()) {
-      if (row_.isNull(field->column)) return false;
-      std::string scratch;
-      text += row_.text(field->column, scratch);
-      return true;
-    }
-    if (const auto* operation = expression.as<typed::Operation>()) {
-      const bool left = append(operation->operands.front(), text);
-      const bool right = append(operation->operands.back(), text);
-      return left || right;
-    }
-    const auto* call = expression.as<typed::Call>();
-    const auto part = call == nullptr ? std::nullopt : partOf(*call);
-    if (!part || call->arguments.front().type() != VariantType::kText) {
-      return appendValue(expression, text);
-    }
-    std::string whole;
-    if (!append(call->arguments.front(), whole)) return false;
-    text += text::middle(whole, part->start, part->count);
-    return true;
-  }
 
   [[nodiscard]] Variant value(const Expression& expression) const {
     if (const auto* field = expression.as<typed::Field>()) return row_.value(field->column);
@@ -109,13 +103,6 @@ class Evaluation {
   }
 
  private:
-  [[nodiscard]] bool appendValue(const Expression& expression, std::string& text) const {
-    const Variant found = convert(value(expression), VariantType::kText);
-    if (found.isNull()) return false;
-    text += *found.as<std::string>();
-    return true;
-  }
-
   [[nodiscard]] Variant result(const Function& function, std::span<const Expression> operands,
                                VariantType type) const {
     std::array<Variant, kMaxArguments> arguments;
@@ -135,9 +122,36 @@ bool RowExpression::canCompute(const typed::Expression& expression) {
   return expression.type() == VariantType::kText && isComputed(expression);
 }
 
+std::optional<RowText> RowText::of(const typed::Expression& expression) {
+  std::vector<Piece> pieces;
+  if (!addPieces(expression, pieces)) return {};
+  return RowText(std::move(pieces));
+}
+
+bool RowText::append(const jet::Row& row, std::string& to) const {
+  std::string scratch;
+  std::string_view text;
+  std::optional<std::size_t> decoded;
+  bool any = false;
+  for (const Piece& piece : pieces_) {
+    if (!piece.column) {
+      to += piece.text;
+      any = true;
+      continue;
+    }
+    if (row.isNull(*piece.column)) continue;
+    any = true;
+    if (decoded != piece.column) text = row.text(*piece.column, scratch);
+    decoded = piece.column;
+    to += piece.part ? text::middle(text, piece.part->start, piece.part->count) : text;
+  }
+  return any;
+}
+
 Variant RowExpression::value(const jet::Row& row) const {
+  if (!text_) return convert(Evaluation(row, environment_).value(expression_), VariantType::kText);
   std::string text;
-  if (!Evaluation(row, environment_).append(expression_, text)) return {};
+  if (!text_->append(row, text)) return {};
   return text;
 }
 
