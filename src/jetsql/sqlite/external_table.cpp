@@ -50,7 +50,7 @@ class Cursor {
   [[nodiscard]] bool atEnd() const { return atEnd_; }
   [[nodiscard]] std::int64_t rowid() const { return number_; }
 
-  void filter(int, std::string_view plan, std::span<sqlite3_value*> values) {
+  void filter(int, std::string_view plan, std::span<const EncodedValue> values) {
     const auto& columns = table_.schema().columns;
     atEnd_ = true;
     std::vector<ExternalCondition> conditions;

@@ -71,7 +71,7 @@ bool HashAggregate::hasOneValue(int column) const {
   return output.isGroup && plan_.groups[output.number].isFixed;
 }
 
-void HashAggregateCursor::filter(int, std::string_view, std::span<sqlite3_value*> values) {
+void HashAggregateCursor::filter(int, std::string_view, std::span<const EncodedValue> values) {
   position_ = 0;
   groups_.emplace(plan_);
   try {
@@ -83,8 +83,8 @@ void HashAggregateCursor::filter(int, std::string_view, std::span<sqlite3_value*
   groups_->sort();
 }
 
-void HashAggregateCursor::walk(std::span<sqlite3_value*> values) {
-  std::vector<sqlite3_value*> wanted;
+void HashAggregateCursor::walk(std::span<const EncodedValue> values) {
+  std::vector<EncodedValue> wanted;
   for (const std::size_t place : plan_.access.parameters) wanted.push_back(values[place]);
   std::optional<JoinedRows> joined;
   if (plan_.joined) joined.emplace(*plan_.joined->table, plan_.joined->column);

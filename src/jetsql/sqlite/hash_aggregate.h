@@ -27,7 +27,6 @@
 struct sqlite3;
 struct sqlite3_context;
 struct sqlite3_index_info;
-struct sqlite3_value;
 
 namespace jetsql {
 
@@ -70,7 +69,7 @@ class HashAggregateCursor {
  public:
   explicit HashAggregateCursor(HashAggregate& table) : table_(table), plan_(table.plan()) {}
 
-  void filter(int path, std::string_view text, std::span<sqlite3_value*> values);
+  void filter(int path, std::string_view text, std::span<const EncodedValue> values);
 
   [[nodiscard]] bool atEnd() const { return position_ >= groups_->size(); }
   void next() { ++position_; }
@@ -80,7 +79,7 @@ class HashAggregateCursor {
   }
 
  private:
-  void walk(std::span<sqlite3_value*> values);
+  void walk(std::span<const EncodedValue> values);
   // Nullptr where nobody asks.
   [[nodiscard]] QueryReport::TableRead* logRead() const;
   // Adds a row of the table with each row that is joined to it.

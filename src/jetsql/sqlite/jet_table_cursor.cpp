@@ -13,36 +13,35 @@
 namespace jetsql {
 namespace {
 
+using Kind = EncodedValue::Kind;
 using values::Variant;
 using values::VariantType;
 
 // What a bound or an equality asks of a key column, as a Jet value. Nothing where SQLite's value is
 // not of the column's kind.
-std::optional<Variant> keyValue(sqlite3_value* value, VariantType type) {
-  const int held = sqlite3_value_type(value);
+std::optional<Variant> keyValue(const EncodedValue& value, VariantType type) {
   if (type == VariantType::kText) {
-    if (held != SQLITE_TEXT) return {};
-    return std::string(encodedValue(value).bytes);
+    if (value.kind != Kind::kText) return {};
+    return std::string(value.bytes);
   }
-  if (held != SQLITE_INTEGER && held != SQLITE_FLOAT) return {};
-  if (type == VariantType::kDateTime) return values::DateTime{sqlite3_value_double(value)};
+  if (!value.isNumber()) return {};
+  if (type == VariantType::kDateTime) return values::DateTime{value.number()};
   if (type == VariantType::kCurrency) {
-    if (held != SQLITE_INTEGER) return {};
-    return values::Currency{sqlite3_value_int64(value)};
+    if (value.kind != Kind::kWhole) return {};
+    return values::Currency{value.whole};
   }
-  if (held == SQLITE_INTEGER) {
-    const std::int64_t whole = sqlite3_value_int64(value);
-    if (whole == static_cast<std::int32_t>(whole)) return static_cast<std::int32_t>(whole);
-  }
-  return sqlite3_value_double(value);
+  const bool isLong =
+      value.kind == Kind::kWhole && value.whole == static_cast<std::int32_t>(value.whole);
+  if (isLong) return static_cast<std::int32_t>(value.whole);
+  return value.number();
 }
 
-bool isNull(sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_NULL; }
+bool isNull(const EncodedValue& value) { return value.kind == Kind::kNull; }
 
 }  // namespace
 
 void JetTableCursor::filter(int packedPath, std::string_view order,
-                            std::span<sqlite3_value*> values) {
+                            std::span<const EncodedValue> values) {
   const AccessPath path = AccessPath::unpacked(packedPath);
   source_.emplace<std::monostate>();
   // Nothing is equal to Null, or above or below it.
@@ -51,7 +50,7 @@ void JetTableCursor::filter(int packedPath, std::string_view order,
   if (path.sorted) sortRows(order);
 }
 
-void JetTableCursor::begin(const AccessPath& path, std::span<sqlite3_value*> values) {
+void JetTableCursor::begin(const AccessPath& path, std::span<const EncodedValue> values) {
   switch (path.method) {
     case AccessMethod::kScan:
       source_.emplace<jet::TableCursor>(table_.table());
@@ -65,13 +64,13 @@ void JetTableCursor::begin(const AccessPath& path, std::span<sqlite3_value*> val
   }
 }
 
-void JetTableCursor::beginRow(sqlite3_value* value) {
-  if (sqlite3_value_type(value) != SQLITE_INTEGER) return;
-  rowNumbers_.assign(1, sqlite3_value_int64(value));
+void JetTableCursor::beginRow(const EncodedValue& value) {
+  if (value.kind != Kind::kWhole) return;
+  rowNumbers_.assign(1, value.whole);
   source_.emplace<RowNumbers>();
 }
 
-void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_value*> values) {
+void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<const EncodedValue> values) {
   const auto& definition = table_.table().definition();
   const jet::RealIndex& index = definition.realIndexes[path.target];
   const auto typeOf = [&](std::size_t keyColumn) {
@@ -105,7 +104,7 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<sqlite3_va
 // A text has no key that is known. The columns before it may find enough; else its column has an
 // index in memory.
 void JetTableCursor::beginWithoutKey(const AccessPath& path, const jet::KeyRange& before,
-                                     std::span<sqlite3_value*> text) {
+                                     std::span<const EncodedValue> text) {
   if (!before.equal.empty()) {
     source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, before));
     return;
@@ -118,7 +117,8 @@ void JetTableCursor::beginWithoutKey(const AccessPath& path, const jet::KeyRange
                    text);
 }
 
-void JetTableCursor::beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values) {
+void JetTableCursor::beginMemoryIndex(const AccessPath& path,
+                                      std::span<const EncodedValue> values) {
   const VariantType type = table_.typeOf(path.target);
   KeyInterval keys;
   if (path.equal > 0) {

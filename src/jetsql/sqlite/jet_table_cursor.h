@@ -16,9 +16,9 @@
 #include "jetsql/sqlite/access_path.h"
 #include "jetsql/sqlite/jet_table.h"
 #include "jetsql/sqlite/memory_index.h"
+#include "jetsql/sqlite/value_encoding.h"
 
 struct sqlite3_context;
-struct sqlite3_value;
 
 namespace jetsql {
 
@@ -27,7 +27,7 @@ class JetTableCursor {
   explicit JetTableCursor(JetTable& table) : table_(table) {}
 
   // `order`: the terms of RowSorter where the path says that its rows are to be sorted here.
-  void filter(int packedPath, std::string_view order, std::span<sqlite3_value*> values);
+  void filter(int packedPath, std::string_view order, std::span<const EncodedValue> values);
 
   [[nodiscard]] bool atEnd() const { return atEnd_; }
   void next() { atEnd_ = !advance(); }
@@ -51,12 +51,12 @@ class JetTableCursor {
   using RowSource = std::variant<std::monostate, jet::TableCursor, KeyScan, jet::IndexCursor,
                                  MemoryIndexEntries, RowNumbers>;
 
-  void begin(const AccessPath& path, std::span<sqlite3_value*> values);
-  void beginRow(sqlite3_value* value);
-  void beginFileIndex(const AccessPath& path, std::span<sqlite3_value*> values);
+  void begin(const AccessPath& path, std::span<const EncodedValue> values);
+  void beginRow(const EncodedValue& value);
+  void beginFileIndex(const AccessPath& path, std::span<const EncodedValue> values);
   void beginWithoutKey(const AccessPath& path, const jet::KeyRange& before,
-                       std::span<sqlite3_value*> text);
-  void beginMemoryIndex(const AccessPath& path, std::span<sqlite3_value*> values);
+                       std::span<const EncodedValue> text);
+  void beginMemoryIndex(const AccessPath& path, std::span<const EncodedValue> values);
   void sortRows(std::string_view order);
 
   // To the next row; false after the last.

@@ -1,7 +1,5 @@
 #include "jetsql/sqlite/memory_index.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -14,6 +12,7 @@
 namespace jetsql {
 namespace {
 
+using Kind = EncodedValue::Kind;
 using values::VariantType;
 
 bool isWholeKey(VariantType type) { return isWholeNumber(type) || type == VariantType::kCurrency; }
@@ -34,14 +33,9 @@ std::int64_t wholeBound(double value) {
   return static_cast<std::int64_t>(std::clamp(value, -kLimit, kLimit));
 }
 
-bool isNumeric(sqlite3_value* value) {
-  const int type = sqlite3_value_type(value);
-  return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-}
-
-std::optional<std::int64_t> wholeKeyOf(sqlite3_value* value) {
-  if (sqlite3_value_type(value) == SQLITE_INTEGER) return sqlite3_value_int64(value);
-  const double number = sqlite3_value_double(value);
+std::optional<std::int64_t> wholeKeyOf(const EncodedValue& value) {
+  if (value.kind == Kind::kWhole) return value.whole;
+  const double number = value.real;
   if (number != std::floor(number)) return {};
   return wholeBound(number);
 }
@@ -119,34 +113,31 @@ std::span<const MemoryIndex::Entry> MemoryIndex::range(const KeyInterval& keys) 
   return {begin, end};
 }
 
-std::optional<std::int64_t> keyOf(sqlite3_value* value, VariantType type) {
-  const int held = sqlite3_value_type(value);
+std::optional<std::int64_t> keyOf(const EncodedValue& value, VariantType type) {
   if (hasOrderedKeys(type)) {
-    if (!isNumeric(value)) return {};
-    return isWholeKey(type) ? wholeKeyOf(value) : jet::realOrdinal(sqlite3_value_double(value));
+    if (!value.isNumber()) return {};
+    return isWholeKey(type) ? wholeKeyOf(value) : jet::realOrdinal(value.number());
   }
   if (type == VariantType::kText) {
-    if (held != SQLITE_TEXT) return {};
-    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-    return textKey({text, static_cast<std::size_t>(sqlite3_value_bytes(value))});
+    if (value.kind != Kind::kText) return {};
+    return textKey(value.bytes);
   }
-  if (held != SQLITE_BLOB) return {};
-  const void* bytes = sqlite3_value_blob(value);
-  return hashKey(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+  if (value.kind != Kind::kBlob) return {};
+  return hashKey(value.bytes.data(), value.bytes.size());
 }
 
-KeyInterval keysFrom(sqlite3_value* value, VariantType type) {
-  if (!isNumeric(value)) return {1, 0};
-  if (!isWholeKey(type)) return {jet::realOrdinal(sqlite3_value_double(value)), INT64_MAX};
-  if (sqlite3_value_type(value) == SQLITE_INTEGER) return {sqlite3_value_int64(value), INT64_MAX};
-  return {wholeBound(std::floor(sqlite3_value_double(value))), INT64_MAX};
+KeyInterval keysFrom(const EncodedValue& value, VariantType type) {
+  if (!value.isNumber()) return {1, 0};
+  if (!isWholeKey(type)) return {jet::realOrdinal(value.number()), INT64_MAX};
+  if (value.kind == Kind::kWhole) return {value.whole, INT64_MAX};
+  return {wholeBound(std::floor(value.real)), INT64_MAX};
 }
 
-KeyInterval keysUpTo(sqlite3_value* value, VariantType type) {
-  if (!isNumeric(value)) return {1, 0};
-  if (!isWholeKey(type)) return {INT64_MIN, jet::realOrdinal(sqlite3_value_double(value))};
-  if (sqlite3_value_type(value) == SQLITE_INTEGER) return {INT64_MIN, sqlite3_value_int64(value)};
-  return {INT64_MIN, wholeBound(std::ceil(sqlite3_value_double(value)))};
+KeyInterval keysUpTo(const EncodedValue& value, VariantType type) {
+  if (!value.isNumber()) return {1, 0};
+  if (!isWholeKey(type)) return {INT64_MIN, jet::realOrdinal(value.number())};
+  if (value.kind == Kind::kWhole) return {INT64_MIN, value.whole};
+  return {INT64_MIN, wholeBound(std::ceil(value.real))};
 }
 
 }  // namespace jetsql

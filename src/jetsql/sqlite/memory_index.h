@@ -20,8 +20,7 @@
 
 #include "jet/table.h"
 #include "jetsql/sqlite/row_expression.h"
-
-struct sqlite3_value;
+#include "jetsql/sqlite/value_encoding.h"
 
 namespace jetsql {
 
@@ -105,11 +104,12 @@ class MemoryIndex {
 
 // The key of a value, in SQLite's encoding, among keys of a column's type. Nothing where no row can
 // be equal to it.
-[[nodiscard]] std::optional<std::int64_t> keyOf(sqlite3_value* value, values::VariantType type);
+[[nodiscard]] std::optional<std::int64_t> keyOf(const EncodedValue& value,
+                                                values::VariantType type);
 
 // The smallest interval known to hold what is >= (<=) the value. For types with ordered keys;
 // empty for a value that is no number.
-[[nodiscard]] KeyInterval keysFrom(sqlite3_value* value, values::VariantType type);
-[[nodiscard]] KeyInterval keysUpTo(sqlite3_value* value, values::VariantType type);
+[[nodiscard]] KeyInterval keysFrom(const EncodedValue& value, values::VariantType type);
+[[nodiscard]] KeyInterval keysUpTo(const EncodedValue& value, values::VariantType type);
 
 }  // namespace jetsql

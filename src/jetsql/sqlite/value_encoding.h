@@ -23,6 +23,12 @@ struct EncodedValue {
   std::int64_t whole = 0;
   double real = 0;
   std::string_view bytes;
+
+  [[nodiscard]] bool isNumber() const { return kind == Kind::kWhole || kind == Kind::kReal; }
+  // Of a number.
+  [[nodiscard]] double number() const {
+    return kind == Kind::kReal ? real : static_cast<double>(whole);
+  }
 };
 
 [[nodiscard]] EncodedValue encodedValue(sqlite3_value* value);

@@ -3,8 +3,8 @@
 //   Table   schema() with the columns, kComputedColumns, callbacks() for errors,
 //           chooseAccessPath(sqlite3_index_info&),
 //           describe(int plan, std::string_view text) for a QueryReport
-//   Cursor  Cursor(Table&), filter(int plan, const char* text, std::span<sqlite3_value*>), next(),
-//           atEnd(), setColumn(sqlite3_context*, int), rowid()
+//   Cursor  Cursor(Table&), filter(int plan, std::string_view text, std::span<const EncodedValue>),
+//           next(), atEnd(), setColumn(sqlite3_context*, int), rowid()
 //
 // The columns are c0, c1, ... of the schema, then x0, x1, ..., which nothing shows unless it is
 // asked for by name.
@@ -23,9 +23,11 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/read_log.h"
+#include "jetsql/sqlite/value_encoding.h"
 #include "jetsql/translate/catalogue.h"
 
 namespace jetsql {
@@ -56,6 +58,7 @@ class VirtualModule {
   struct Opened : sqlite3_vtab_cursor {
     explicit Opened(Table& table) : sqlite3_vtab_cursor{}, cursor(table) {}
     Cursor cursor;
+    std::vector<EncodedValue> values;        // of a filter
     QueryReport::TableRead* read = nullptr;  // of the run that is logged
   };
 
@@ -117,9 +120,10 @@ class VirtualModule {
                     sqlite3_value** values) {
     return answer(base->pVtab, [&] {
       const std::string_view order = text == nullptr ? "" : text;
-      const auto run = [&] {
-        cursorOf(base).filter(plan, order, std::span(values, static_cast<std::size_t>(count)));
-      };
+      auto& encoded = static_cast<Opened*>(base)->values;
+      encoded.clear();
+      for (int i = 0; i < count; ++i) encoded.push_back(encodedValue(values[i]));
+      const auto run = [&] { cursorOf(base).filter(plan, order, encoded); };
       const Table& table = tableOf(base->pVtab);
       ReadLog* log = table.callbacks().log;
       if (log == nullptr) return run();

@@ -1,7 +1,5 @@
 #include "jetsql/sqlite/whole_expression.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -103,9 +101,9 @@ WholeExpression WholeCompiler::operand(const typed::Expression& expression, Vari
 WholeExpression WholeCompiler::node(const typed::Literal& literal, VariantType) {
   if (!literal.parameter) return constant(literal.value);
   return [place = placeOf(*literal.parameter)](const JoinedRow& row) {
-    sqlite3_value* value = row.parameters[place];
-    if (sqlite3_value_type(value) != SQLITE_INTEGER) throw NotWhole();
-    return whole(sqlite3_value_int64(value));
+    const EncodedValue& value = row.parameters[place];
+    if (value.kind != EncodedValue::Kind::kWhole) throw NotWhole();
+    return whole(value.whole);
   };
 }
 
@@ -232,9 +230,9 @@ RealExpression WholeCompiler::compileReal(const typed::Expression& expression) {
   if (!isReal(seen.type())) return {};
   if (const auto* literal = seen.as<typed::Literal>(); literal != nullptr && literal->parameter) {
     return [place = placeOf(*literal->parameter)](const JoinedRow& row) -> std::optional<double> {
-      sqlite3_value* value = row.parameters[place];
-      if (sqlite3_value_type(value) != SQLITE_FLOAT) throw NotWhole();
-      return sqlite3_value_double(value);
+      const EncodedValue& value = row.parameters[place];
+      if (value.kind != EncodedValue::Kind::kReal) throw NotWhole();
+      return value.real;
     };
   }
   const auto field = fieldOf(seen);

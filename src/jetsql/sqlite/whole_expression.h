@@ -23,9 +23,8 @@
 #include <vector>
 
 #include "jet/rows/row.h"
+#include "jetsql/sqlite/value_encoding.h"
 #include "jetsql/translate/typed_tree.h"
-
-struct sqlite3_value;
 
 namespace jetsql {
 
@@ -41,7 +40,7 @@ struct WholeValue {
 // What an expression is computed from. The parameters are those of WholeCompiler::parameters().
 struct JoinedRow {
   std::array<const jet::Row*, 2> rows{};  // nullptr: the empty side of an outer join
-  std::span<sqlite3_value* const> parameters;
+  std::span<const EncodedValue> parameters;
   bool joinedStays = false;  // rows[1] is at that address as long as the query runs
 };
 
