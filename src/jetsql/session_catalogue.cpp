@@ -156,11 +156,11 @@ std::optional<std::string> SessionCatalogue::computedColumn(const CatalogueTable
   return jetTable == nullptr ? std::nullopt : jetTable->computedColumn(key);
 }
 
-std::optional<std::string> SessionCatalogue::expressionIndex(const CatalogueTable& table,
-                                                             const IndexedExpression& key) {
+std::optional<std::string> SessionCatalogue::expressionIndex(
+    const CatalogueTable& table, const std::vector<IndexedExpression>& keys) {
   const JetTable* jetTable = this->jetTable(&table);
   if (jetTable == nullptr) return std::nullopt;
-  return expressionIndexes_.find(connection_.get(), *jetTable, key);
+  return expressionIndexes_.find(connection_.get(), *jetTable, keys);
 }
 
 std::optional<std::string> SessionCatalogue::aggregateTable(const typed::Query& query) {

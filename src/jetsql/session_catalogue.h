@@ -34,8 +34,8 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] std::vector<values::Variant> values(const Translation& query) override;
   [[nodiscard]] std::optional<std::string> computedColumn(const CatalogueTable& table,
                                                           const IndexedExpression& key) override;
-  [[nodiscard]] std::optional<std::string> expressionIndex(const CatalogueTable& table,
-                                                           const IndexedExpression& key) override;
+  [[nodiscard]] std::optional<std::string> expressionIndex(
+      const CatalogueTable& table, const std::vector<IndexedExpression>& keys) override;
   [[nodiscard]] std::optional<std::string> aggregateTable(const typed::Query& query) override;
 
   // Logs what is prepared and run from now on, until null is set.

@@ -142,13 +142,19 @@ std::vector<values::Variant> QueryFixture::values(const Translation& query) {
   return result;
 }
 
-std::optional<std::string> QueryFixture::expressionIndex(const CatalogueTable& table,
-                                                         const IndexedExpression& key) {
+std::optional<std::string> QueryFixture::expressionIndex(
+    const CatalogueTable& table, const std::vector<IndexedExpression>& keys) {
   const std::string name = "keys" + std::to_string(keys_.size());
-  step(prepare("CREATE TABLE " + name + (key.isText ? " (key COLLATE JET, row)" : " (key, row)")));
-  step(prepare("INSERT INTO " + name + " SELECT " + key.sql + ", k.rowid FROM \"" +
-               table.sqliteName + "\" AS k"));
-  keys_.push_back(key);
+  std::string columns;
+  std::string values;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    columns += "key" + std::to_string(i) + (keys[i].isText ? " COLLATE JET, " : ", ");
+    values += keys[i].sql + ", ";
+  }
+  step(prepare("CREATE TABLE " + name + " (" + columns + "row)"));
+  step(prepare("INSERT INTO " + name + " SELECT " + values + "k.rowid FROM \"" + table.sqliteName +
+               "\" AS k"));
+  keys_.push_back(keys);
   return name;
 }
 

@@ -55,9 +55,9 @@ class QueryFixture : public testing::Test, public Catalogue {
   CatalogueObject findIn(const DatabaseReference&, std::string_view) override { return {}; }
   std::vector<values::Variant> values(const Translation& query) override;
   std::optional<std::string> expressionIndex(const CatalogueTable& table,
-                                             const IndexedExpression& key) override;
+                                             const std::vector<IndexedExpression>& keys) override;
 
-  std::vector<IndexedExpression> keys_;  // that were asked for
+  std::vector<std::vector<IndexedExpression>> keys_;  // that were asked for
 
  private:
   struct CloseDatabase {

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "jetsql/sqlite/jet_table.h"
@@ -22,19 +23,29 @@ bool run(sqlite3* connection, const std::string& sql) {
 }  // namespace
 
 std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const JetTable& table,
-                                                   const IndexedExpression& key) {
-  for (const Index& index : indexes_) {
-    if (index.table == &table && index.key.sql == key.sql) return index.name;
-  }
+                                                   const std::vector<IndexedExpression>& keys) {
+  const auto hasKeys = [&](const Index& index) {
+    return index.table == &table &&
+           std::ranges::equal(index.keys, keys, {}, &IndexedExpression::sql,
+                              &IndexedExpression::sql);
+  };
+  const auto known = std::ranges::find_if(indexes_, hasKeys);
+  if (known != indexes_.end()) return known->name;
   if (table.estimatedRows() > kMaxRows || indexes_.size() == kMaxTables) return {};
-  Index made{&table, key, "keys" + std::to_string(indexes_.size()), 0, BuildAge(table.database())};
-  if (!run(connection, "CREATE TEMP TABLE " + made.name + " (key" +
-                           (key.isText ? " COLLATE JET" : "") +
-                           ", row INTEGER, PRIMARY KEY (key, row)) WITHOUT ROWID")) {
+  Index made{&table, keys, "keys" + std::to_string(indexes_.size()), 0, BuildAge(table.database())};
+  std::string columns;
+  std::string names;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const std::string name = "key" + std::to_string(i);
+    columns += name + (keys[i].isText ? " COLLATE JET, " : ", ");
+    names += name + ", ";
+  }
+  if (!run(connection, "CREATE TEMP TABLE " + made.name + " (" + columns +
+                           "row INTEGER, PRIMARY KEY (" + names + "row)) WITHOUT ROWID")) {
     return {};
   }
   if (!build(connection, made)) {
-    // The expression fails for some row: the query itself may not reach that row.
+    // An expression fails for some row: the query itself may not reach that row.
     run(connection, "DROP TABLE " + made.name);
     return {};
   }
@@ -44,7 +55,9 @@ std::optional<std::string> ExpressionIndexes::find(sqlite3* connection, const Je
 
 std::size_t ExpressionIndexes::changesOf(const Index& index) {
   std::size_t changes = 0;
-  for (const std::size_t column : index.key.columns) changes += index.table->changesOf(column);
+  for (const IndexedExpression& key : index.keys) {
+    for (const std::size_t column : key.columns) changes += index.table->changesOf(column);
+  }
   return changes;
 }
 
@@ -53,14 +66,18 @@ bool ExpressionIndexes::build(sqlite3* connection, Index& index) {
   index.age = BuildAge(index.table->database());
   // A Null key violates the primary key and is ignored.
   QueryReport::IndexBuild build{index.table->schema().name, "computed from"};
-  for (const std::size_t column : index.key.columns) build.key += " " + index.table->nameOf(column);
+  std::string values;
+  for (const IndexedExpression& key : index.keys) {
+    values += key.sql + ", ";
+    for (const std::size_t column : key.columns) build.key += " " + index.table->nameOf(column);
+  }
   ReadLog* log =
       std::exchange(index.table->callbacks().log, nullptr);  // its own reads do not count
   bool done = false;
   {
     const TimeTaken time(build.time);
-    done = run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + index.key.sql +
-                               ", k.rowid FROM " + quotedName(index.table->schema().sqliteName) +
+    done = run(connection, "INSERT OR IGNORE INTO " + index.name + " SELECT " + values +
+                               "k.rowid FROM " + quotedName(index.table->schema().sqliteName) +
                                " AS k");
   }
   build.rows = static_cast<std::size_t>(sqlite3_changes(connection));

@@ -1,4 +1,5 @@
-// Indexes over the values of an expression, kept in SQLite as temporary tables (key, row):
+// Indexes over the values of expressions, kept in SQLite as temporary tables (key0, key1, ...,
+// row):
 //
 //   SELECT * FROM qryCard WHERE day = '13.08.02'      where day is Left([date], 2) & '.' & ...
 //
@@ -6,7 +7,7 @@
 // expression is computed once for every row. Values are those of the moment of building; an index
 // whose columns this session has written since, or that changes of other users have outdated
 // (build_age.h), is rebuilt before the next query. Private to the room. Errors: whatever the
-// expression raises for a row.
+// expressions raise for a row.
 #pragma once
 
 #include <cstddef>
@@ -26,9 +27,9 @@ class JetTable;
 class ExpressionIndexes {
  public:
   // The name of the temporary table, built on the first call; nothing where the table is too large,
-  // there are too many, or the expression fails for a row.
+  // there are too many, or an expression fails for a row.
   [[nodiscard]] std::optional<std::string> find(sqlite3* connection, const JetTable& table,
-                                                const IndexedExpression& key);
+                                                const std::vector<IndexedExpression>& keys);
 
   // Rebuilds the indexes that writes to their tables have made stale.
   void refresh(sqlite3* connection);
@@ -36,7 +37,7 @@ class ExpressionIndexes {
  private:
   struct Index {
     const JetTable* table;
-    IndexedExpression key;
+    std::vector<IndexedExpression> keys;
     std::string name;
     std::size_t changes = 0;  // writes to its columns before it was built
     BuildAge age;

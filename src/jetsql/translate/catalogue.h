@@ -76,11 +76,11 @@ class Catalogue {
     return std::nullopt;
   }
 
-  // Asked next: the SQLite name of a table (key, row) of the expression's values and the rowids
-  // that have them, by which a comparison with a constant finds its rows; nothing: they are to be
-  // scanned.
-  [[nodiscard]] virtual std::optional<std::string> expressionIndex(const CatalogueTable&,
-                                                                   const IndexedExpression&) {
+  // Asked next: the SQLite name of a table (key0, key1, ..., row) of the values of one or more
+  // expressions and the rowids that have them, by which equalities find their rows; nothing: they
+  // are to be scanned.
+  [[nodiscard]] virtual std::optional<std::string> expressionIndex(
+      const CatalogueTable&, const std::vector<IndexedExpression>&) {
     return std::nullopt;
   }
 

@@ -52,15 +52,17 @@ bool hasParameter(const typed::Expression& expression) {
   });
 }
 
-std::optional<std::vector<std::size_t>> columnsRead(const typed::Expression& expression,
-                                                    const typed::Relation& relation) {
+bool readsOnly(const typed::Relation& relation, const typed::Expression& expression) {
+  const auto read = relationsRead(expression);
+  return read && *read == Relations{&relation} && !hasParameter(expression);
+}
+
+std::vector<std::size_t> columnsRead(const typed::Expression& expression) {
   std::vector<std::size_t> columns;
-  const bool known = forEach(expression, [&](const auto& part) {
-    const auto* field = part.template as<typed::Field>();
-    if (field != nullptr) columns.push_back(field->column);
-    return dependsOnOperands(part) && (field == nullptr || field->relation == &relation);
+  forEach(expression, [&columns](const auto& part) {
+    if (const auto* field = part.template as<typed::Field>()) columns.push_back(field->column);
+    return true;
   });
-  if (!known || hasParameter(expression)) return std::nullopt;
   return columns;
 }
 

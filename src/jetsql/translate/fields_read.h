@@ -1,6 +1,6 @@
 // What an expression depends on: whether its values may be computed ahead, for an index.
 //
-//   columnsRead(Left(k.note, 1) & '.', k)     {4}: the column note of k and constants
+//   columnsRead(Left(k.note, 1) & '.')     {4}: the column note of k and constants
 #pragma once
 
 #include <cstddef>
@@ -24,9 +24,11 @@ using Relations = std::unordered_set<const typed::Relation*>;
 // Whether a literal in it is a parameter of the statement, which differs from run to run.
 [[nodiscard]] bool hasParameter(const typed::Expression& expression);
 
-// The columns of the relation that the expression reads; nothing where it is made of anything else
-// but them and constants.
-[[nodiscard]] std::optional<std::vector<std::size_t>> columnsRead(
-    const typed::Expression& expression, const typed::Relation& relation);
+// Whether the expression may be computed ahead for the rows of the relation: it is made of nothing
+// but fields of it and constants.
+[[nodiscard]] bool readsOnly(const typed::Relation& relation, const typed::Expression& expression);
+
+// The columns that such an expression reads.
+[[nodiscard]] std::vector<std::size_t> columnsRead(const typed::Expression& expression);
 
 }  // namespace jetsql

@@ -5,8 +5,6 @@
 #include <optional>
 #include <utility>
 
-#include "jetsql/translate/fields_read.h"
-
 namespace jetsql {
 namespace {
 
@@ -17,6 +15,8 @@ struct Equality {
   Expression left;
   Expression right;
   Relations candidates;  // whose rows may be looked up
+  // They are one table to SQLite, called by this one: a join, the optional side of an outer one.
+  const typed::Relation* joined = nullptr;
 };
 
 // The relations of which every row of the item has one: not the optional sides of outer joins.
@@ -30,17 +30,31 @@ void addKept(const typed::Select& select, const typed::FromItem& item, Relations
   if (join->type != Join::Type::kLeft) addKept(select, *join->right, kept);
 }
 
-void addEqualities(const Expression& condition, const typed::Join* join,
-                   const Relations& candidates, std::vector<Equality>& found) {
+// All relations of the item; the first of them.
+const typed::Relation* addAll(const typed::Select& select, const typed::FromItem& item,
+                              Relations& all) {
+  if (const auto* join = std::get_if<typed::Join>(&item.node)) {
+    addAll(select, *join->right, all);
+    return addAll(select, *join->left, all);
+  }
+  const typed::Relation* relation = select.relations[std::get<std::size_t>(item.node)].get();
+  all.insert(relation);
+  return relation;
+}
+
+// `sides`: an equality without its operands.
+void addEqualities(const Expression& condition, const Equality& sides,
+                   std::vector<Equality>& found) {
   const auto* junction = condition.as<typed::Junction>();
   if (junction != nullptr && junction->operation == Operator::kAnd) {
-    addEqualities(junction->left, join, candidates, found);
-    addEqualities(junction->right, join, candidates, found);
+    addEqualities(junction->left, sides, found);
+    addEqualities(junction->right, sides, found);
   }
   const auto* test = condition.as<typed::Comparison>();
-  if (test != nullptr && test->operation == Operator::kEqual) {
-    found.push_back({join, test->left, test->right, candidates});
-  }
+  if (test == nullptr || test->operation != Operator::kEqual) return;
+  found.push_back(sides);
+  found.back().left = test->left;
+  found.back().right = test->right;
 }
 
 void addJoins(const typed::Select& select, const typed::FromItem& item,
@@ -49,27 +63,26 @@ void addJoins(const typed::Select& select, const typed::FromItem& item,
   if (join == nullptr) return;
   addJoins(select, *join->left, found);
   addJoins(select, *join->right, found);
-  Relations candidates;
+  Equality sides;
+  sides.join = join;
   if (join->type == Join::Type::kInner) {
-    addKept(select, item, candidates);
+    addKept(select, item, sides.candidates);
   } else {
-    // A join as the optional side is one table to SQLite, whose rows have no numbers.
     const auto& optional = join->type == Join::Type::kLeft ? *join->right : *join->left;
-    if (std::get_if<std::size_t>(&optional.node) != nullptr) addKept(select, optional, candidates);
+    const auto* first = addAll(select, optional, sides.candidates);
+    if (std::get_if<std::size_t>(&optional.node) == nullptr) sides.joined = first;
   }
-  addEqualities(join->on, join, candidates, found);
+  addEqualities(join->on, sides, found);
 }
 
 std::vector<Equality> equalitiesOf(const typed::Select& select) {
   std::vector<Equality> found;
-  Relations kept;
+  Equality sides;
   for (const typed::FromItem& item : select.from) {
     addJoins(select, item, found);
-    addKept(select, item, kept);
+    addKept(select, item, sides.candidates);
   }
-  for (const Expression& condition : select.conditions) {
-    addEqualities(condition, nullptr, kept, found);
-  }
+  for (const Expression& condition : select.conditions) addEqualities(condition, sides, found);
   return found;
 }
 
@@ -80,13 +93,18 @@ struct Side {
 };
 
 std::optional<Side> sideOf(const Expression& key, const Expression& value,
-                           const Relations& candidates) {
+                           const Equality& equality) {
   const auto own = relationsRead(key);
   auto others = relationsRead(value);
-  if (!own || own->size() != 1 || !others || others->empty()) return std::nullopt;
-  const typed::Relation* relation = *own->begin();
-  if (!candidates.contains(relation) || others->contains(relation)) return std::nullopt;
-  return Side{relation, std::move(*others)};
+  if (!own || own->empty() || !others || others->empty()) return std::nullopt;
+  const auto isCandidate = [&](const auto* one) { return equality.candidates.contains(one); };
+  if (!std::ranges::all_of(*own, isCandidate)) return std::nullopt;
+  if (equality.joined != nullptr) {
+    if (std::ranges::any_of(*others, isCandidate)) return std::nullopt;
+    return Side{equality.joined, std::move(*others)};
+  }
+  if (own->size() != 1 || others->contains(*own->begin())) return std::nullopt;
+  return Side{*own->begin(), std::move(*others)};
 }
 
 // Pairs of relations of which one is found by a plain field that equals something of the other.
@@ -104,7 +122,7 @@ Pairs pairsByField(const std::vector<Equality>& equalities) {
   for (const Equality& equality : equalities) {
     for (const auto& [key, value] :
          {std::pair(equality.left, equality.right), std::pair(equality.right, equality.left)}) {
-      const auto side = sideOf(key, value, equality.candidates);
+      const auto side = sideOf(key, value, equality);
       if (!side || key.as<typed::Field>() == nullptr) continue;
       for (const auto* other : side->others) pairs.emplace_back(side->relation, other);
     }
@@ -117,26 +135,35 @@ double rowsOf(const JoinLookup& lookup) {
                                  : std::numeric_limits<double>::infinity();
 }
 
-std::vector<std::size_t> columnsOf(const Expression& expression) {
-  if (const auto* field = expression.as<typed::Field>()) return {field->column};
-  std::vector<std::size_t> columns;
-  for (const Expression& operand : typed::operandsOf(expression)) {
-    const auto read = columnsOf(operand);
-    columns.insert(columns.end(), read.begin(), read.end());
-  }
-  return columns;
-}
-
-std::optional<JoinLookup> lookupBy(const Equality& equality, const Pairs& served) {
-  std::optional<JoinLookup> best;
+// One for each side that can be looked up.
+std::vector<JoinLookup> lookupsBy(const Equality& equality, const Pairs& served) {
+  std::vector<JoinLookup> lookups;
   for (const auto& [key, value] :
        {std::pair(equality.right, equality.left), std::pair(equality.left, equality.right)}) {
-    const auto side = sideOf(key, value, equality.candidates);
+    auto side = sideOf(key, value, equality);
     if (!side || isServed(served, *side)) continue;
-    JoinLookup lookup{equality.join, side->relation, key, columnsOf(key), value};
-    if (!best || rowsOf(lookup) < rowsOf(*best)) best = std::move(lookup);
+    lookups.push_back({equality.join,
+                       side->relation,
+                       equality.joined != nullptr,
+                       std::move(side->others),
+                       {{key, value}}});
   }
-  return best;
+  std::ranges::stable_sort(lookups, {}, rowsOf);
+  return lookups;
+}
+
+bool finds(const JoinLookup& lookup, const JoinLookup& same) {
+  return lookup.relation == same.relation && lookup.isJoin == same.isJoin;
+}
+
+// A second equality between the same relations is another key of the lookup.
+bool addKey(std::vector<JoinLookup>& lookups, const JoinLookup& added) {
+  const auto known = std::ranges::find_if(lookups, [&added](const JoinLookup& lookup) {
+    return finds(lookup, added) && lookup.join == added.join && lookup.others == added.others;
+  });
+  if (known == lookups.end()) return false;
+  known->keys.push_back(added.keys.front());
+  return true;
 }
 
 }  // namespace
@@ -146,11 +173,11 @@ std::vector<JoinLookup> joinLookups(const typed::Select& select) {
   const Pairs served = pairsByField(equalities);
   std::vector<JoinLookup> lookups;
   for (const Equality& equality : equalities) {
-    auto lookup = lookupBy(equality, served);
-    if (!lookup) continue;
-    const bool known =
-        std::ranges::find(lookups, lookup->relation, &JoinLookup::relation) != lookups.end();
-    if (!known) lookups.push_back(std::move(*lookup));
+    auto possible = lookupsBy(equality, served);
+    const auto add = [&lookups](const JoinLookup& one) { return addKey(lookups, one); };
+    if (possible.empty() || std::ranges::any_of(possible, add)) continue;
+    const auto same = [&possible](const auto& one) { return finds(one, possible.front()); };
+    if (std::ranges::none_of(lookups, same)) lookups.push_back(std::move(possible.front()));
   }
   return lookups;
 }

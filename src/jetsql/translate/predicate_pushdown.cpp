@@ -118,13 +118,11 @@ void pushThrough(typed::Select& select, const typed::Field& field, const Predica
 void addLookup(typed::Select& select, const Expression& value, const Predicate& predicate) {
   if (!predicate.isEquality() || select.relations.size() != 1) return;
   const typed::Relation& relation = *select.relations.front();
-  if (relation.table == nullptr) return;
-  auto columns = columnsRead(value, relation);
-  if (!columns || columns->empty()) return;
+  if (relation.table == nullptr || !readsOnly(relation, value)) return;
   const Expression test = predicate.on(value);
   const auto* equality = test.as<typed::Comparison>();
   if (!(equality->left == value)) return;  // the index holds values that are not converted
-  select.lookups.push_back({value, std::move(*columns), equality->right});
+  select.lookups.push_back({value, equality->right});
 }
 
 void pushInto(typed::Select& select, std::size_t column, const Predicate& predicate) {

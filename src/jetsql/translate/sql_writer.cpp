@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "jetsql/translate/fields_read.h"
 #include "jetsql/translate/sql_writer_expression.h"
 #include "jetsql/translate/sql_writer_select.h"
 #include "values/error_numbers.h"
@@ -145,24 +146,24 @@ std::string SqlWriter::subquery(const typed::Query& query, Mentions mentions) {
 }
 
 std::optional<std::string> SqlWriter::keyTable(const typed::Relation& relation,
-                                               const typed::Expression& key,
-                                               const std::vector<std::size_t>& columns,
+                                               const std::vector<typed::Expression>& keys,
                                                double minRows) {
   if (relation.table == nullptr || relation.table->rows < minRows) return std::nullopt;
-  return catalogue_.expressionIndex(*relation.table, indexed(relation, key, columns));
+  std::vector<IndexedExpression> indexed;
+  for (const typed::Expression& key : keys) indexed.push_back(this->indexed(relation, key));
+  return catalogue_.expressionIndex(*relation.table, indexed);
 }
 
 std::optional<std::string> SqlWriter::computedColumn(const typed::Relation& relation,
-                                                     const typed::Expression& key,
-                                                     const std::vector<std::size_t>& columns) {
+                                                     const typed::Expression& key) {
   if (relation.table == nullptr) return std::nullopt;
-  return catalogue_.computedColumn(*relation.table, indexed(relation, key, columns));
+  return catalogue_.computedColumn(*relation.table, indexed(relation, key));
 }
 
-IndexedExpression SqlWriter::indexed(const typed::Relation& relation, const typed::Expression& key,
-                                     const std::vector<std::size_t>& columns) {
+IndexedExpression SqlWriter::indexed(const typed::Relation& relation,
+                                     const typed::Expression& key) {
   RelationNames around = std::exchange(names(&relation), namesUnder("k", relation));
-  IndexedExpression indexed{valueOf(ExpressionWriter(*this).write(key)), columns,
+  IndexedExpression indexed{valueOf(ExpressionWriter(*this).write(key)), columnsRead(key),
                             key.type() == values::VariantType::kText, key};
   names(&relation) = std::move(around);
   return indexed;

@@ -24,7 +24,9 @@ namespace jetsql {
 struct RelationNames {
   std::string rowid;  // empty for a query
   std::vector<std::string> columns;
-  std::string key;  // of a relation that is looked up by one (join_lookup.h)
+  // Of a relation that is looked up by keys (join_lookup.h) which are its columns: key0, key1, ...
+  // of this table.
+  std::string keys;
 };
 
 // Of a table or query under an alias: t0.rowid, t0.c0, t0.c1, ...
@@ -58,25 +60,21 @@ class SqlWriter {
   [[nodiscard]] std::string& columnOf(const typed::Query* subquery) { return columns_[subquery]; }
   [[nodiscard]] Catalogue& catalogue() { return catalogue_; }
 
-  // The SQLite name of a table (key, row) of the expression's values in a Jet table's rows; nothing
-  // where the table has fewer rows than `minRows` or the catalogue keeps none. `columns`: those
-  // that the expression reads.
+  // The SQLite name of a table (key0, key1, ..., row) of the expressions' values in a Jet table's
+  // rows; nothing where the table has fewer rows than `minRows` or the catalogue keeps none.
   [[nodiscard]] std::optional<std::string> keyTable(const typed::Relation& relation,
-                                                    const typed::Expression& key,
-                                                    const std::vector<std::size_t>& columns,
+                                                    const std::vector<typed::Expression>& keys,
                                                     double minRows);
   // The computed column of the relation's table that has these values; nothing where it has none.
   [[nodiscard]] std::optional<std::string> computedColumn(const typed::Relation& relation,
-                                                          const typed::Expression& key,
-                                                          const std::vector<std::size_t>& columns);
+                                                          const typed::Expression& key);
   // The SQL would be better with its literals written out than as parameters.
   void preferLiterals() { prefersLiterals_ = true; }
   [[nodiscard]] bool prefersLiterals() const { return prefersLiterals_; }
 
  private:
   [[nodiscard]] IndexedExpression indexed(const typed::Relation& relation,
-                                          const typed::Expression& key,
-                                          const std::vector<std::size_t>& columns);
+                                          const typed::Expression& key);
   [[nodiscard]] Translation rows(const typed::Select& select);
   [[nodiscard]] std::string unionOf(const typed::Query& query);
   [[nodiscard]] std::string unionPart(const typed::Query& query, const typed::Select& select);

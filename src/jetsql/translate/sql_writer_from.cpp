@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 #include "jetsql/translate/fields_read.h"
@@ -28,11 +29,11 @@ FromWriter::Fragment FromWriter::relation(std::size_t number) {
   const typed::Relation& relation = *select_.relations[number];
   const std::string alias = writer_.nextAlias();
   std::string sql = source(relation);
-  const JoinLookup* keyed = computedKeyOf(relation);
-  if (keyed != nullptr) sql = withKey(relation, sql, *keyed);
+  const JoinLookup* keyed = computedKeysOf(relation);
+  if (keyed != nullptr) sql = withKeys(relation, sql, *keyed);
   RelationNames& names = writer_.names(&relation) = namesUnder(alias, relation);
   if (keyed != nullptr) {
-    names.key = alias + ".key";
+    names.keys = alias;
     if (!names.rowid.empty()) names.rowid = alias + ".row";
   }
   if (relation.table == nullptr && writer_.defersErrors()) {
@@ -48,26 +49,40 @@ std::string FromWriter::source(const typed::Relation& relation) {
 }
 
 // None where errors are deferred: a key that fails would fail the whole query.
-const JoinLookup* FromWriter::computedKeyOf(const typed::Relation& relation) const {
+const JoinLookup* FromWriter::computedKeysOf(const typed::Relation& relation) const {
   if (writer_.defersErrors()) return nullptr;
   const auto found = std::ranges::find_if(lookups_, [&relation](const JoinLookup& lookup) {
-    return lookup.relation == &relation && !lookup.hasLastingRows();
+    return lookup.relation == &relation && !lookup.isJoin && !lookup.hasLastingRows();
   });
   return found == lookups_.end() ? nullptr : &*found;
 }
 
+const JoinLookup* FromWriter::computedKeysOf(const typed::Join& join) const {
+  if (writer_.defersErrors()) return nullptr;
+  const auto found = std::ranges::find_if(lookups_, [&join](const JoinLookup& lookup) {
+    return lookup.join == &join && lookup.isJoin;
+  });
+  return found == lookups_.end() ? nullptr : &*found;
+}
+
+void FromWriter::addKeys(const JoinLookup& lookup, std::vector<std::string>& columns) const {
+  for (std::size_t i = 0; i < lookup.keys.size(); ++i) {
+    const TypedSql key = ExpressionWriter(writer_).write(lookup.keys[i].expression);
+    columns.push_back(collated({valueOf(key), key.type}) + " AS key" + std::to_string(i));
+  }
+}
+
 // The LIMIT keeps SQLite from taking the subquery apart: it stores its rows, and indexes them by
-// the key where that is compared.
-std::string FromWriter::withKey(const typed::Relation& relation, const std::string& source,
-                                const JoinLookup& lookup) {
+// the keys where these are compared.
+std::string FromWriter::withKeys(const typed::Relation& relation, const std::string& source,
+                                 const JoinLookup& lookup) {
   const RelationNames& inner = writer_.names(&relation) = namesUnder("k", relation);
   std::vector<std::string> columns;
   if (!inner.rowid.empty()) columns.push_back(inner.rowid + " AS row");
   for (std::size_t i = 0; i < inner.columns.size(); ++i) {
     columns.push_back(inner.columns[i] + " AS c" + std::to_string(i));
   }
-  const TypedSql key = ExpressionWriter(writer_).write(lookup.key);
-  columns.push_back(collated({valueOf(key), key.type}) + " AS key");
+  addKeys(lookup, columns);
   return "(SELECT " + joined(columns, ", ") + " FROM " + source + " AS k LIMIT -1)";
 }
 
@@ -81,18 +96,37 @@ std::vector<std::string> FromWriter::lookupsOf(const typed::Join* join) const {
 }
 
 std::string FromWriter::condition(const JoinLookup& lookup) const {
-  constexpr double kMinRows = 10;
   const RelationNames& names = writer_.names(lookup.relation);
-  const std::string equals = " = " + valueOf(ExpressionWriter(writer_).write(lookup.value));
-  if (!lookup.hasLastingRows()) return names.key.empty() ? "" : names.key + equals;
-  if (lookup.relation->table->rows < kMinRows) return {};
-  if (hasParameter(lookup.key)) {
-    writer_.preferLiterals();
-    return {};
+  const auto equalities = [&](const std::string& table, std::size_t count) {
+    std::vector<std::string> terms;
+    for (std::size_t i = 0; i < count; ++i) {
+      terms.push_back(table + "key" + std::to_string(i) + " = " +
+                      valueOf(ExpressionWriter(writer_).write(lookup.keys[i].value)));
+    }
+    return joined(terms, " AND ");
+  };
+  std::size_t count = lookup.keys.size();
+  if (!lookup.hasLastingRows()) {
+    return names.keys.empty() ? "" : equalities(names.keys + ".", count);
   }
-  const auto keys = writer_.keyTable(*lookup.relation, lookup.key, lookup.columns, kMinRows);
+  auto keys = keyTable(lookup, count);
+  // One of them may fail for a row.
+  if (!keys && count > 1) keys = keyTable(lookup, count = 1);
   if (!keys) return {};
-  return names.rowid + " IN (SELECT row FROM " + *keys + " WHERE key" + equals + ")";
+  return names.rowid + " IN (SELECT row FROM " + *keys + " WHERE " + equalities("", count) + ")";
+}
+
+std::optional<std::string> FromWriter::keyTable(const JoinLookup& lookup, std::size_t keys) const {
+  constexpr double kMinRows = 10;
+  std::vector<typed::Expression> expressions;
+  for (const JoinLookup::Key& key : std::span(lookup.keys).first(keys)) {
+    if (hasParameter(key.expression) && lookup.relation->table->rows >= kMinRows) {
+      writer_.preferLiterals();
+      return std::nullopt;
+    }
+    expressions.push_back(key.expression);
+  }
+  return writer_.keyTable(*lookup.relation, expressions, kMinRows);
 }
 
 // An outer join keeps the rows of one side, called left here whichever it was in the text.
@@ -106,7 +140,7 @@ FromWriter::Fragment FromWriter::join(const typed::Join& join) {
   };
   if (join.type == Join::Type::kInner) return innerJoin(std::move(left), std::move(right), on());
   if (join.type == Join::Type::kRight) std::swap(left, right);
-  if (!right.single) derive(right);
+  if (!right.single) derive(right, join);
   Fragment result = std::move(left);
   result.sql += " LEFT JOIN " + right.sql + " ON " + on();
   result.firstRelation = std::min(result.firstRelation, right.firstRelation);
@@ -130,7 +164,7 @@ FromWriter::Fragment FromWriter::innerJoin(Fragment left, Fragment right, const 
 }
 
 // Makes a join one table: the side of an outer join that may be missing comes or goes as a whole.
-void FromWriter::derive(Fragment& part) {
+void FromWriter::derive(Fragment& part, const typed::Join& join) {
   const std::string alias = writer_.nextAlias();
   std::vector<std::string> columns;
   const auto moved = [&](std::string& name) {
@@ -138,13 +172,19 @@ void FromWriter::derive(Fragment& part) {
     columns.push_back(name + " AS " + column);
     name = alias + "." + column;
   };
+  std::vector<std::string> keys;
+  const JoinLookup* lookup = computedKeysOf(join);
+  if (lookup != nullptr) addKeys(*lookup, keys);
   for (std::size_t i = part.firstRelation; i < part.lastRelation; ++i) {
     RelationNames& names = writer_.names(select_.relations[i].get());
     if (!names.rowid.empty()) moved(names.rowid);
     std::ranges::for_each(names.columns, moved);
   }
+  std::ranges::move(keys, std::back_inserter(columns));
   part.sql = "(SELECT " + joined(columns, ", ") + " FROM " + part.sql +
-             clause("WHERE", joined(part.conditions, " AND ")) + ") AS " + alias;
+             clause("WHERE", joined(part.conditions, " AND ")) +
+             (lookup != nullptr ? " LIMIT -1) AS " : ") AS ") + alias;
+  if (lookup != nullptr) writer_.names(lookup->relation).keys = alias;
   part.conditions.clear();
   part.single = true;
 }

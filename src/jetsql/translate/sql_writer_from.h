@@ -5,6 +5,7 @@
 // Names the relations of the select on the way: SqlWriter::names.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,14 +36,19 @@ class FromWriter {
   [[nodiscard]] std::string source(const typed::Relation& relation);
   [[nodiscard]] Fragment join(const typed::Join& join);
   [[nodiscard]] static Fragment innerJoin(Fragment left, Fragment right, const std::string& on);
-  void derive(Fragment& part);
-  // The lookup of a relation that gets its key among its columns, if it is looked up like that.
-  [[nodiscard]] const JoinLookup* computedKeyOf(const typed::Relation& relation) const;
-  [[nodiscard]] std::string withKey(const typed::Relation& relation, const std::string& source,
-                                    const JoinLookup& lookup);
+  void derive(Fragment& part, const typed::Join& join);
+  // The lookup of a relation, or of the optional side of a join, that gets its keys among its
+  // columns, if it is looked up like that.
+  [[nodiscard]] const JoinLookup* computedKeysOf(const typed::Relation& relation) const;
+  [[nodiscard]] const JoinLookup* computedKeysOf(const typed::Join& join) const;
+  [[nodiscard]] std::string withKeys(const typed::Relation& relation, const std::string& source,
+                                     const JoinLookup& lookup);
+  void addKeys(const JoinLookup& lookup, std::vector<std::string>& columns) const;
   // The conditions by which an ON (none: the WHERE) looks up rows.
   [[nodiscard]] std::vector<std::string> lookupsOf(const typed::Join* join) const;
   [[nodiscard]] std::string condition(const JoinLookup& lookup) const;
+  [[nodiscard]] std::optional<std::string> keyTable(const JoinLookup& lookup,
+                                                    std::size_t keys) const;
 
   SqlWriter& writer_;
   const typed::Select& select_;

@@ -68,17 +68,17 @@ std::optional<TypedSql> SelectWriter::keyOf(const typed::IndexedLookup& lookup,
                                             const typed::Relation& relation) {
   const values::VariantType type = lookup.expression.type();
   const std::string rowid = writer_.names(&relation).rowid;
-  if (const auto column = writer_.computedColumn(relation, lookup.expression, lookup.columns)) {
+  if (const auto column = writer_.computedColumn(relation, lookup.expression)) {
     return TypedSql{rowid.substr(0, rowid.find('.') + 1) + *column, type};
   }
   constexpr double kMinRows = 1000;  // below that a scan is as fast
-  const auto index = writer_.keyTable(relation, lookup.expression, lookup.columns, kMinRows);
+  const auto index = writer_.keyTable(relation, {lookup.expression}, kMinRows);
   if (!index) return std::nullopt;
   const std::string alias = writer_.nextAlias();
   // SQLite keeps the order of a CROSS JOIN: from the keys to their rows.
   from_ = *index + " AS " + alias + " CROSS JOIN " + from_;
   conditions_.push_back(rowid + " = " + alias + ".row");
-  return TypedSql{alias + ".key", type};
+  return TypedSql{alias + ".key0", type};
 }
 
 std::vector<std::string> SelectWriter::values() const {

@@ -59,10 +59,9 @@ struct Order {
 };
 
 // An equality that the query around asks of a computed output: rows may be found by an index of
-// the expression, which reads nothing but these columns of the select's only relation.
+// the expression, which reads nothing but columns of the select's only relation.
 struct IndexedLookup {
   Expression expression;
-  std::vector<std::size_t> columns;
   Expression value;
 };
 
