@@ -35,8 +35,7 @@ ElidedLabel::ElidedLabel(QWidget* parent, const char* name) : QLabel(parent) {
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-  constexpr int kLetters = 6;
-  return {fontMetrics().horizontalAdvance(QString(kLetters, 'M')), fontMetrics().height()};
+  return {fontMetrics().horizontalAdvance(QString(kGroupLetters, 'M')), fontMetrics().height()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
@@ -63,8 +62,8 @@ QLabel* makePanel(QWidget* parent, const char* name, const char* caption) {
 QLabel* makeHeading(QWidget* parent, const char* name, const char* caption) {
   auto* heading = makeLabel(parent, name, caption);
   QPalette colours = heading->palette();
-  colours.setColor(QPalette::Window, QColor(47, 72, 88));
-  colours.setColor(QPalette::WindowText, Qt::white);
+  colours.setColor(QPalette::Window, toQt(kHeadingGround));
+  colours.setColor(QPalette::WindowText, toQt(kHeadingText));
   heading->setPalette(colours);
   heading->setAutoFillBackground(true);
   return heading;

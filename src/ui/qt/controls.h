@@ -5,10 +5,13 @@
 // The parent owns each.
 #pragma once
 
+#include <QColor>
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
 #include <QString>
+
+#include "ui/appearance.h"
 
 namespace ui::qt {
 
@@ -45,6 +48,8 @@ class ElidedLabel : public QLabel {
 
 // A heading over the width of the window, light on dark.
 [[nodiscard]] QLabel* makeHeading(QWidget* parent, const char* name, const char* caption);
+
+[[nodiscard]] inline QColor toQt(Colour colour) { return {colour.red, colour.green, colour.blue}; }
 
 // Bold, in `factor` times the font size of the widget's window.
 void enlarge(QWidget* widget, double factor);

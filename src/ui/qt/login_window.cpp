@@ -7,16 +7,14 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "ui/appearance.h"
 #include "ui/login_texts.h"
 #include "ui/upload_texts.h"
 
 namespace ui::qt {
 namespace {
 
-const QColor kReleasedColour(250, 129, 107);
-
 constexpr int kPictureSize = 64;    // pixels; shown smaller
-constexpr int kFieldLetters = 16;   // Hangul syllables
 constexpr QChar kSyllable(0xD55C);  // as wide as any
 
 // The picture of a button: a white sign on a transparent ground.
@@ -28,7 +26,7 @@ QIcon drawSign(QChar sign, int size) {
   font.setPixelSize(size * 3 / 4);
   font.setBold(true);
   painter.setFont(font);
-  painter.setPen(Qt::white);
+  painter.setPen(toQt(kSignText));
   painter.drawText(picture.rect(), Qt::AlignCenter, sign);
   return QIcon(picture);
 }
@@ -111,14 +109,15 @@ void LoginWindow::layOut() {
 }
 
 void LoginWindow::applyFont() {
-  enlarge(label4_, 1.3);
+  enlarge(label4_, kHeadingFont);
   const int letter = fontMetrics().height();
   label4_->setMargin(letter / 2);
   for (auto* edit : fields_) {
     QFont font = this->font();
     font.setFamilies({QString::fromUtf8("HY헤드라인M"), font.family()});
     edit->setFont(font);
-    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QString(kFieldLetters, kSyllable)));
+    edit->setMinimumWidth(
+        edit->fontMetrics().horizontalAdvance(QString(kLoginFieldSyllables, kSyllable)));
   }
   for (const auto& each : pictures_) each.image->setIconSize({letter, letter});
   auto* content = layout()->itemAt(1)->layout();
@@ -167,7 +166,7 @@ void LoginWindow::setPanelColour(LoginPicture which, PanelColour colour) {
   auto* panel = picture(which).panel;
   QPalette colours = palette();
   colours.setColor(QPalette::Window, colour == PanelColour::kReleased
-                                         ? kReleasedColour
+                                         ? toQt(kReleasedPicture)
                                          : colours.color(QPalette::HighlightedText));
   panel->setPalette(colours);
 }

@@ -2,14 +2,12 @@
 
 #include <QApplication>
 #include <QScreen>
-#include <algorithm>
 
+#include "ui/appearance.h"
 #include "ui/qt/window.h"
 
 namespace ui::qt {
 namespace {
-
-constexpr const char* kDefaultTitle = "Quenbrook";
 
 QMessageBox::Icon iconOf(platform::Icon icon) {
   switch (icon) {
@@ -28,22 +26,7 @@ QString lines(const std::string& prompt) {
   return text.replace("\r\n", "\n").replace('\r', '\n');
 }
 
-// Beside the window rather than over it: below, above, to the right, to the left, wherever there is
-// room on the screen. Without room the box lies over the window's lower edge, where its buttons
-// are.
-QPoint placeBeside(const QRect& window, const QSize& box, const QRect& screen) {
-  const int centredX = window.center().x() - box.width() / 2;
-  const int centredY = window.center().y() - box.height() / 2;
-  const QPoint places[] = {{centredX, window.bottom() + 1},
-                           {centredX, window.top() - box.height()},
-                           {window.right() + 1, centredY},
-                           {window.left() - box.width(), centredY}};
-  for (const QPoint& place : places) {
-    if (screen.contains(QRect(place, box))) return place;
-  }
-  return {std::max(screen.left(), std::min(centredX, screen.right() - box.width())),
-          std::max(screen.top(), screen.bottom() - box.height())};
-}
+Area areaOf(const QRect& area) { return {area.left(), area.top(), area.width(), area.height()}; }
 
 }  // namespace
 
@@ -55,8 +38,10 @@ void placeBesideParent(QMessageBox& box) {
   box.adjustSize();
   // The box has no frame yet; its parent's is like it.
   const QSize frame = parent->frameGeometry().size() - parent->size();
-  box.move(placeBeside(parent->frameGeometry(), box.sizeHint() + frame,
-                       parent->screen()->availableGeometry()));
+  const Area place =
+      placeBeside(areaOf(parent->frameGeometry()), areaOf(QRect(QPoint(), box.sizeHint() + frame)),
+                  areaOf(parent->screen()->availableGeometry()));
+  box.move(place.left, place.top);
 }
 
 void MessageBox::show(const platform::Message& message) noexcept {
@@ -66,7 +51,7 @@ void MessageBox::show(const platform::Message& message) noexcept {
   box.setTextFormat(Qt::PlainText);
   box.setIcon(iconOf(message.icon));
   box.setText(lines(message.prompt));
-  box.setWindowTitle(QString::fromStdString(message.title.empty() ? kDefaultTitle : message.title));
+  box.setWindowTitle(QString::fromStdString(message.title.empty() ? kMessageTitle : message.title));
   box.addButton("확인", QMessageBox::AcceptRole);
   placeBesideParent(box);
   box.exec();

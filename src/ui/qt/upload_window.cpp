@@ -4,18 +4,13 @@
 #include <QPushButton>
 #include <QShortcut>
 
+#include "ui/appearance.h"
 #include "ui/progress_percentage.h"
 #include "ui/qt/message_box.h"
 #include "ui/upload_texts.h"
 
 namespace ui::qt {
 namespace {
-
-constexpr std::chrono::milliseconds kTransferPoll{200};
-constexpr int kBarSteps = 1000;
-
-const QColor kRed(176, 32, 24);
-const QColor kGreen(22, 120, 52);
 
 values::DateTime toDateTime(const QDate& day) {
   return values::toDateTime({day.year(), day.month(), day.day()});
@@ -97,7 +92,7 @@ void UploadWindow::setRange(values::DateTime from, values::DateTime to) {
 
 void UploadWindow::setRangeReversed(bool reversed) {
   for (auto* day : {sspFrom_, sspTo_}) {
-    setTextColour(day, reversed ? kRed : palette().color(day->foregroundRole()));
+    setTextColour(day, reversed ? toQt(kFailedText) : palette().color(day->foregroundRole()));
   }
 }
 
@@ -150,8 +145,8 @@ void UploadWindow::setWork(Work work) {
 
 void UploadWindow::setVerdict(Verdict verdict, const std::string& text) {
   const QColor neutral = palette().color(lbVerdict_->foregroundRole());
-  const QColor passedOrNone = verdict == Verdict::kPassed ? kGreen : neutral;
-  setTextColour(lbVerdict_, verdict == Verdict::kFailed ? kRed : passedOrNone);
+  const QColor passedOrNone = verdict == Verdict::kPassed ? toQt(kPassedText) : neutral;
+  setTextColour(lbVerdict_, verdict == Verdict::kFailed ? toQt(kFailedText) : passedOrNone);
   lbVerdict_->setText(QString::fromStdString(text));
   lbVerdict_->setToolTip(lbVerdict_->text());  // whole, where the text has more lines
 }

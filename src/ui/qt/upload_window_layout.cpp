@@ -3,17 +3,11 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "ui/appearance.h"
 #include "ui/qt/upload_window.h"
 #include "ui/upload_texts.h"
 
 namespace ui::qt {
-namespace {
-
-constexpr int kLongestProgress = 88;  // characters of the line that ends a job
-constexpr int kProgressLines = 2;
-constexpr int kVerdictLines = 3;
-
-}  // namespace
 
 UploadWindow::UploadWindow(Application& application)
     : application_(application),
@@ -149,12 +143,12 @@ void UploadWindow::layOut() {
 }
 
 void UploadWindow::applyFont() {
-  enlarge(sspPanel6_, 1.3);
-  enlarge(cmdStart_, 1.15);
-  enlarge(sspFrom_, 1.1);
-  enlarge(sspTo_, 1.1);
-  enlarge(lbDelegate_, 1.0);
-  enlarge(lbVerdict_, 1.0);
+  enlarge(sspPanel6_, kHeadingFont);
+  enlarge(cmdStart_, kStartFont);
+  enlarge(sspFrom_, kDayFont);
+  enlarge(sspTo_, kDayFont);
+  enlarge(lbDelegate_, kBoldFont);
+  enlarge(lbVerdict_, kBoldFont);
   const auto metrics = fontMetrics();
   const int letter = metrics.height();
   sspPanel6_->setMargin(letter / 2);

@@ -4,14 +4,10 @@
 #include <QLayout>
 #include <QScreen>
 
+#include "ui/appearance.h"
+
 namespace ui::qt {
 namespace {
-
-// Factors of the desktop's font. A till's screen is read standing, at arm's length; on a small
-// screen a small font is better than controls that are out of reach.
-constexpr double kLargestFont = 1.15;
-constexpr double kSmallestFont = 0.4;
-constexpr double kFontStep = 0.05;
 
 constexpr QSize kUsualFrame(8, 32);  // until the window manager has given the window its frame
 
@@ -61,12 +57,8 @@ QSize Window::sizeInFont(double factor) {
 
 void Window::centreOnScreen() {
   const QSize room = availableSize();
-  double factor = kLargestFont;
-  QSize wanted = sizeInFont(factor);
-  while (factor > kSmallestFont && wanted.boundedTo(room) != wanted) {
-    factor -= kFontStep;
-    wanted = sizeInFont(factor);
-  }
+  const QSize wanted = fitInLargestFont([this](double factor) { return sizeInFont(factor); },
+                                        [&](QSize size) { return size.boundedTo(room) == size; });
   resize(wanted.boundedTo(room));
   const QRect screenArea = screen()->geometry();
   const QRect available = screen()->availableGeometry();

@@ -3,38 +3,10 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "ui/win32/screen.h"
+
 namespace ui::win32 {
 namespace {
-
-using DpiForWindow = UINT(WINAPI*)(HWND);
-using ParametersForDpi = BOOL(WINAPI*)(UINT, UINT, PVOID, UINT, UINT);
-
-// A call that older versions of Windows lack; nullptr there.
-template <typename Function>
-Function ofUser32(const char* name) {
-  const HMODULE library = GetModuleHandleW(L"user32.dll");
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-}
-
-UINT desktopDpi() {
-  HDC screen = GetDC(nullptr);
-  const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
-  ReleaseDC(nullptr, screen);
-  return static_cast<UINT>(dpi);
-}
-
-LOGFONTW messageFont(UINT dpi) {
-  NONCLIENTMETRICSW metrics{};
-  metrics.cbSize = sizeof metrics;
-  const auto forDpi = ofUser32<ParametersForDpi>("SystemParametersInfoForDpi");
-  if (forDpi != nullptr && forDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi)) {
-    return metrics.lfMessageFont;
-  }
-  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-  metrics.lfMessageFont.lfHeight =
-      MulDiv(metrics.lfMessageFont.lfHeight, static_cast<int>(dpi), static_cast<int>(desktopDpi()));
-  return metrics.lfMessageFont;
-}
 
 LOGFONTW scaled(LOGFONTW description, double factor) {
   description.lfHeight = std::lround(description.lfHeight * factor);
@@ -44,18 +16,13 @@ LOGFONTW scaled(LOGFONTW description, double factor) {
 }  // namespace
 
 Fonts::Fonts(UINT dpi, double factor) : description_(scaled(messageFont(dpi), factor)) {
-  make(description_);
-  letter_ = textSize(plain(), L"가").cy;
-}
-
-Fonts::~Fonts() {
-  for (HFONT font : made_) DeleteObject(font);
+  letter_ = textSize(make(description_), L"가").cy;
 }
 
 HFONT Fonts::make(const LOGFONTW& description) {
-  HFONT font = CreateFontIndirectW(&description);
+  Font font(CreateFontIndirectW(&description));
   if (font == nullptr) throw std::runtime_error("no font");
-  return made_.emplace_back(font);
+  return made_.emplace_back(std::move(font)).get();
 }
 
 HFONT Fonts::bold(double factor) {
@@ -72,19 +39,11 @@ HFONT Fonts::face(const char* name) {
 }
 
 SIZE textSize(HFONT font, const std::wstring& text) {
-  HDC screen = GetDC(nullptr);
-  HGDIOBJ before = SelectObject(screen, font);
+  const ScreenContext screen;
+  const SelectedFont selected(screen.get(), font);
   RECT area{};
-  DrawTextW(screen, text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT);
-  SelectObject(screen, before);
-  ReleaseDC(nullptr, screen);
+  DrawTextW(screen.get(), text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT);
   return {area.right, area.bottom};
-}
-
-UINT dpiOf(HWND window) {
-  const auto forWindow = ofUser32<DpiForWindow>("GetDpiForWindow");
-  const UINT dpi = forWindow == nullptr ? 0 : forWindow(window);
-  return dpi == 0 ? desktopDpi() : dpi;
 }
 
 }  // namespace ui::win32

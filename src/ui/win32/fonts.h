@@ -7,8 +7,8 @@
 // The fonts live as long as the object.
 #pragma once
 
-#include <deque>
 #include <string>
+#include <vector>
 
 #include "ui/win32/system.h"
 
@@ -18,11 +18,8 @@ class Fonts {
  public:
   // `factor`: of the size that the operator chose in the system's settings.
   Fonts(UINT dpi, double factor);
-  Fonts(const Fonts&) = delete;
-  Fonts& operator=(const Fonts&) = delete;
-  ~Fonts();
 
-  [[nodiscard]] HFONT plain() const { return made_.front(); }
+  [[nodiscard]] HFONT plain() const { return made_.front().get(); }
   [[nodiscard]] HFONT bold(double factor);
   // The plain size in another face; the system substitutes a face that it lacks.
   [[nodiscard]] HFONT face(const char* name);
@@ -32,16 +29,12 @@ class Fonts {
  private:
   HFONT make(const LOGFONTW& description);
 
-  LOGFONTW description_{};
-  std::deque<HFONT> made_;
+  LOGFONTW description_;
+  std::vector<Font> made_;
   int letter_ = 0;
 };
 
 // Of the longest line and of all lines, in pixels.
 [[nodiscard]] SIZE textSize(HFONT font, const std::wstring& text);
-
-// Dots per inch of the screen that the window is on; where Windows does not know (before 10), the
-// desktop's.
-[[nodiscard]] UINT dpiOf(HWND window);
 
 }  // namespace ui::win32

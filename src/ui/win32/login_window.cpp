@@ -8,10 +8,7 @@
 namespace ui::win32 {
 namespace {
 
-constexpr COLORREF kReleasedColour = RGB(250, 129, 107);
-
 constexpr const char* kFieldFace = "HY헤드라인M";
-constexpr int kFieldLetters = 16;  // Hangul syllables, each about as wide as a line is high
 
 // In the order of LoginField and LoginPicture.
 enum Control : int { kLabel4 = 100, kField = 110, kPicture = 120, kLogin, kCancel, kChange };
@@ -49,7 +46,7 @@ void LoginWindow::makePicture(LoginPicture which, const char* hint) {
   HWND image = makeControl(WC_BUTTONW, hint, BS_OWNERDRAW, kPicture);
   SetWindowSubclass(image, &LoginWindow::watchPicture, index, reinterpret_cast<DWORD_PTR>(this));
   setHint(image, hint);
-  pictures_.at(index) = {image, kReleasedColour};
+  pictures_.at(index) = {image, toSystem(kReleasedPicture)};
 }
 
 LRESULT CALLBACK LoginWindow::watchPicture(HWND image, UINT message, WPARAM first, LPARAM second,
@@ -100,8 +97,8 @@ void LoginWindow::setFocus(LoginField which) {
 
 void LoginWindow::setPanelColour(LoginPicture which, PanelColour colour) {
   auto& picture = pictures_.at(static_cast<std::size_t>(which));
-  picture.ground =
-      colour == PanelColour::kReleased ? kReleasedColour : GetSysColor(COLOR_HIGHLIGHTTEXT);
+  picture.ground = colour == PanelColour::kReleased ? toSystem(kReleasedPicture)
+                                                    : GetSysColor(COLOR_HIGHLIGHTTEXT);
   repaint(picture.image);
 }
 
@@ -128,16 +125,15 @@ void LoginWindow::entered(int control) {
 
 void LoginWindow::escaped() { form_->cmdCancel_Click(); }
 
-// A picture button: a white sign on the panel's colour.
+// A picture button: a sign on the panel's colour.
 void LoginWindow::draw(const DRAWITEMSTRUCT& item) {
   const std::size_t index = item.hwndItem == pictures_[0].image ? 0 : 1;
   RECT area = item.rcItem;
-  HBRUSH ground = CreateSolidBrush(pictures_.at(index).ground);
-  FillRect(item.hDC, &area, ground);
-  DeleteObject(ground);
+  const Brush ground(CreateSolidBrush(pictures_.at(index).ground));
+  FillRect(item.hDC, &area, ground.get());
   DrawEdge(item.hDC, &area, GetCapture() == item.hwndItem ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT);
   SetBkMode(item.hDC, TRANSPARENT);
-  SetTextColor(item.hDC, RGB(255, 255, 255));
+  SetTextColor(item.hDC, toSystem(kSignText));
   DrawTextW(item.hDC, kSigns.at(index), 1, &area, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
@@ -151,7 +147,7 @@ void LoginWindow::applyFonts() {
   give(fonts().plain(), {cmdLogin_, cmdCancel_, cmdChange_});
   give(fonts().bold(1.1), {pictures_[0].image, pictures_[1].image});
   give(fonts().face(kFieldFace), fields_);
-  give(fonts().bold(1.3), {label4_});
+  give(fonts().bold(kHeadingFont), {label4_});
 }
 
 Layout LoginWindow::layout() {
@@ -160,9 +156,10 @@ Layout LoginWindow::layout() {
   const LONG lineHeight = letter() * 3 / 2;
   Layout content = Layout::column(letter());
   for (std::size_t index = 0; index < fields_.size(); ++index) {
+    // A Hangul syllable is about as wide as a line is high.
     Layout line = Layout::row(letter() / 2);
     line.add(captions_.at(index), {captionWidth, lineHeight});
-    line.add(fields_.at(index), {letter() * kFieldLetters, lineHeight}, 1);
+    line.add(fields_.at(index), {letter() * kLoginFieldSyllables, lineHeight}, 1);
     content.add(std::move(line));
   }
   const SIZE pictureSize{buttonSize(cmdLogin_).cy, buttonSize(cmdLogin_).cy};

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/message_display.h"
+#include "ui/win32/system.h"
 
 namespace ui::win32 {
 
@@ -10,5 +11,8 @@ class MessageBox : public platform::MessageDisplay {
  public:
   void show(const platform::Message& message) noexcept override;
 };
+
+// Does nothing to a box without an owner.
+void placeBesideOwner(HWND box);
 
 }  // namespace ui::win32

@@ -42,6 +42,7 @@ SIZE MonthCalendar::size() const {
 }
 
 void MonthCalendar::setDay(values::DateTime day) {
+  day_ = {std::floor(day.serial)};
   const SYSTEMTIME time = toSystem(day);
   SendMessageW(control_, MCM_SETCURSEL, 0, reinterpret_cast<LPARAM>(&time));
 }
@@ -55,6 +56,7 @@ void MonthCalendar::setRange(values::DateTime from, values::DateTime to) {
   auto bold = boldDays(shown[0], months);
   SendMessageW(control_, MCM_SETDAYSTATE, static_cast<WPARAM>(months),
                reinterpret_cast<LPARAM>(bold.data()));
+  InvalidateRect(control_, nullptr, TRUE);
 }
 
 std::vector<MONTHDAYSTATE> MonthCalendar::boldDays(SYSTEMTIME firstMonth, int months) const {
@@ -74,8 +76,12 @@ std::optional<values::DateTime> MonthCalendar::picked(const NMHDR& notice) {
     std::copy(bold.begin(), bold.end(), question.prgDayState);
   }
   if (notice.code != MCN_SELECT && notice.code != MCN_SELCHANGE) return {};
-  const SYSTEMTIME& day = reinterpret_cast<const NMSELCHANGE&>(notice).stSelStart;
-  return values::toDateTime({day.wYear, day.wMonth, day.wDay});
+  const SYSTEMTIME& selected = reinterpret_cast<const NMSELCHANGE&>(notice).stSelStart;
+  const auto day = values::toDateTime({selected.wYear, selected.wMonth, selected.wDay});
+  // The system sends this one every few minutes, too, whether or not the selection has changed.
+  if (notice.code == MCN_SELCHANGE && day == day_) return {};
+  day_ = day;
+  return day;
 }
 
 }  // namespace ui::win32

@@ -34,7 +34,8 @@ class MonthCalendar {
   [[nodiscard]] std::vector<MONTHDAYSTATE> boldDays(SYSTEMTIME firstMonth, int months) const;
 
   HWND control_;
-  double from_ = 1;  // whole days since 1899-12-30
+  values::DateTime day_;  // the selected one
+  double from_ = 1;       // whole days since 1899-12-30
   double to_ = 0;
 };
 

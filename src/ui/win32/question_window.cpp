@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ui/upload_texts.h"
+#include "ui/win32/message_box.h"
 
 namespace ui::win32 {
 namespace {
@@ -16,13 +17,14 @@ QuestionWindow::QuestionWindow(Application& application, HWND owner, const char*
       owner_(owner),
       text_(makeLabel("", kText, SS_NOPREFIX)),
       yes_(makeButton(text::kYes, kYes)),
-      no_(makeButton(text::kNo, kNo)) {}
+      no_(makeButton(text::kNo, kNo, Group::kSame)) {}
 
 void QuestionWindow::ask(const std::string& question, std::function<void()> yes) {
   if (open()) return show();
   setText(text_, question);
   answered_ = std::move(yes);
   centreOnScreen();
+  placeBesideOwner(handle());
   EnableWindow(owner_, FALSE);
   focus(no_);
   show();

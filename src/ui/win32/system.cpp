@@ -26,4 +26,8 @@ void setText(HWND control, std::string_view utf8) {
   if (textOf(control) != utf8) SetWindowTextW(control, wide(utf8).c_str());
 }
 
+HFONT fontOf(HWND control) {
+  return reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
+}
+
 }  // namespace ui::win32

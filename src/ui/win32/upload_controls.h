@@ -3,8 +3,6 @@
 
 namespace ui::win32 {
 
-constexpr int kBarSteps = 1000;
-
 enum UploadControl : int {
   kSSPanel6 = 100,
   kSSPanel5,

@@ -12,11 +12,7 @@ namespace {
 
 constexpr UINT_PTR kTimer1 = 1;
 constexpr UINT_PTR kTransferTimer = 2;
-constexpr UINT kTransferPoll = 200;  // milliseconds
-constexpr int kMarqueeStep = 30;     // milliseconds
-
-constexpr COLORREF kRed = RGB(176, 32, 24);
-constexpr COLORREF kGreen = RGB(22, 120, 52);
+constexpr int kMarqueeStep = 30;  // milliseconds
 
 constexpr std::pair<int, void (FrmQuenbrook::*)()> kClicks[] = {
     {kCmdCalendar, &FrmQuenbrook::cmdCalendar_Click},
@@ -37,6 +33,21 @@ bool isTicked(HWND box) { return SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHE
 
 void UploadWindow::startTimer(std::chrono::milliseconds interval) {
   SetTimer(handle(), kTimer1, static_cast<UINT>(interval.count()), nullptr);
+}
+
+void UploadWindow::setDelegate(const std::string& text) {
+  setText(lbDelegate_, text);
+  setHint(lbDelegate_, text);
+}
+
+void UploadWindow::setFrom(const std::string& text) { setPanel(sspFrom_, text); }
+
+void UploadWindow::setTo(const std::string& text) { setPanel(sspTo_, text); }
+
+// Repainted at once, because a job does not process window events between its steps.
+void UploadWindow::setPanel(HWND panel, const std::string& text) {
+  setText(panel, text);
+  repaint(panel);
 }
 
 // The keyboard focus moves into the calendar, and from it to the start button.
@@ -75,16 +86,14 @@ void UploadWindow::setTick(int index, bool ticked) {
   if (form_ != nullptr) form_->chk1_Click(index, ticked);
 }
 
-// Repainted at once, because a job does not process window events between its steps.
 void UploadWindow::setProgress(const std::string& text) {
   std::string shown = text;
   std::erase(shown, '\r');
-  setText(sspRem_, shown);
+  setPanel(sspRem_, shown);
   const auto percentage = progressPercentage(text);
   ShowWindow(bar_, percentage.has_value() || work_ == Work::kTransfer ? SW_SHOWNA : SW_HIDE);
   const auto steps = static_cast<int>(percentage.value_or(0) * kBarSteps / 100);
   SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(steps), 0);
-  repaint(sspRem_);
   repaint(bar_);
 }
 
@@ -105,7 +114,7 @@ void UploadWindow::setWork(Work work) {
   SendMessageW(bar_, PBM_SETMARQUEE, transfer, kMarqueeStep);
   ShowWindow(bar_, transfer ? SW_SHOWNA : SW_HIDE);
   if (transfer) {
-    SetTimer(handle(), kTransferTimer, kTransferPoll, nullptr);
+    SetTimer(handle(), kTransferTimer, kTransferPoll.count(), nullptr);
   } else {
     KillTimer(handle(), kTransferTimer);
   }
@@ -121,6 +130,7 @@ void UploadWindow::giveBackFocus() {
 void UploadWindow::setVerdict(Verdict verdict, const std::string& text) {
   verdict_ = verdict;
   setText(lbVerdict_, text);
+  setHint(lbVerdict_, text);  // whole, where the text has more lines
   repaint(lbVerdict_);
 }
 
@@ -168,24 +178,21 @@ void UploadWindow::ticked(UINT_PTR timer) {
 }
 
 void UploadWindow::notified(const NMHDR& notice) {
-  if (notice.idFrom != kMonthView1) return;
+  if (form_ == nullptr || notice.idFrom != kMonthView1) return;
   if (const auto day = monthView1_.picked(notice)) form_->MonthView1_DateClick(*day);
 }
 
+void UploadWindow::draw(const DRAWITEMSTRUCT& item) {
+  const bool day = item.hwndItem != sspRem_;
+  drawPanel(item, day && reversed_ ? toSystem(kFailedText) : GetSysColor(COLOR_WINDOWTEXT),
+            day ? DT_CENTER | DT_VCENTER | DT_SINGLELINE : DT_WORDBREAK);
+}
+
 std::optional<Colours> UploadWindow::coloursOf(HWND control) const {
-  const auto text = [](bool marked, COLORREF mark) {
-    return marked ? mark : GetSysColor(COLOR_WINDOWTEXT);
-  };
   if (control == ssPanel6_) return kHeadingColours;
-  if (control == sspFrom_ || control == sspTo_) {
-    return Colours{text(reversed_, kRed), GetSysColor(COLOR_WINDOW)};
-  }
-  if (control == sspRem_) return Colours{text(false, 0), GetSysColor(COLOR_WINDOW)};
-  if (control == lbVerdict_) {
-    return Colours{text(verdict_ != Verdict::kNone, verdict_ == Verdict::kFailed ? kRed : kGreen),
-                   GetSysColor(COLOR_BTNFACE)};
-  }
-  return {};
+  if (control != lbVerdict_ || verdict_ == Verdict::kNone) return {};
+  return Colours{toSystem(verdict_ == Verdict::kFailed ? kFailedText : kPassedText),
+                 GetSysColor(COLOR_BTNFACE)};
 }
 
 }  // namespace ui::win32

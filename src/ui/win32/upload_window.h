@@ -27,9 +27,9 @@ class UploadWindow final : public Window, public UploadView {
 
   void startTimer(std::chrono::milliseconds interval) override;
   void setNow(const std::string& text) override { setText(lbNow_, text); }
-  void setDelegate(const std::string& text) override { setText(lbDelegate_, text); }
-  void setFrom(const std::string& text) override { setText(sspFrom_, text); }
-  void setTo(const std::string& text) override { setText(sspTo_, text); }
+  void setDelegate(const std::string& text) override;
+  void setFrom(const std::string& text) override;
+  void setTo(const std::string& text) override;
   void setCalendarVisible(bool visible) override;
   void setCalendarDay(values::DateTime day) override { monthView1_.setDay(day); }
   void setRange(values::DateTime from, values::DateTime to) override;
@@ -53,11 +53,13 @@ class UploadWindow final : public Window, public UploadView {
   void escaped() override;
   void ticked(UINT_PTR timer) override;
   void notified(const NMHDR& notice) override;
+  void draw(const DRAWITEMSTRUCT& item) override;
   [[nodiscard]] std::optional<Colours> coloursOf(HWND control) const override;
   void applyFonts() override;
   [[nodiscard]] Layout layout() override;
 
  private:
+  void setPanel(HWND panel, const std::string& text);
   [[nodiscard]] bool calendarVisible() const;
   void giveBackFocus();
   [[nodiscard]] Layout datesLayout();

@@ -10,10 +10,6 @@ namespace ui::win32 {
 namespace {
 
 constexpr const char* kLongestMoment = "2007/06/06 00:00:00";
-constexpr int kLongestProgress = 88;  // characters of the line that ends a job
-constexpr int kProgressLines = 2;
-constexpr int kVerdictLines = 3;
-constexpr int kDelegateLetters = 6;
 
 }  // namespace
 
@@ -21,31 +17,32 @@ UploadWindow::UploadWindow(Application& application)
     : Window(application, text::kTitle, Border::kSizable),
       ssPanel6_(makeLabel(text::kHeading, kSSPanel6)),
       ssPanel5_(makeLabel(text::kDayLabel, kSSPanel5)),
-      sspFrom_(makePanel(text::kDesignDay, kSspFrom, SS_CENTERIMAGE | SS_CENTER)),
+      sspFrom_(makePanel(text::kDesignDay, kSspFrom)),
       tilde_(makeLabel("~")),
-      sspTo_(makePanel(text::kDesignDay, kSspTo, SS_CENTERIMAGE | SS_CENTER)),
+      sspTo_(makePanel(text::kDesignDay, kSspTo)),
       cmdCalendar_(makeButton(text::kCalendar, kCmdCalendar)),
-      lbDelegate_(makeLabel("", kLbDelegate, SS_NOPREFIX | SS_ENDELLIPSIS)),
+      lbDelegate_(makeLabel("", kLbDelegate, SS_NOPREFIX | SS_ENDELLIPSIS | SS_NOTIFY)),
       lbNow_(makeLabel(kLongestMoment, kLbNow, SS_RIGHT)),
       fCalendar_(makeControl(WC_BUTTONW, "", BS_GROUPBOX, kFCalendar)),
       monthView1_(
           makeControl(MONTHCAL_CLASSW, text::kCalendarName, MonthCalendar::kStyle, kMonthView1)),
       sspFromB_(makeButton(text::kSetFrom, kSspFromB)),
-      sspToB_(makeButton(text::kSetTo, kSspToB)),
-      sspCurrent_(makeButton(text::kSetToday, kSspCurrent)),
-      sspPanel9_(makeButton(text::kHideCalendar, kSSPanel9)),
+      sspToB_(makeButton(text::kSetTo, kSspToB, Group::kSame)),
+      sspCurrent_(makeButton(text::kSetToday, kSspCurrent, Group::kSame)),
+      sspPanel9_(makeButton(text::kHideCalendar, kSSPanel9, Group::kSame)),
       boxes_(makeControl(WC_BUTTONW, text::kBoxesName, BS_GROUPBOX, kBoxes)),
       question_(application, handle(), text::kTitle) {
   for (int index = 0; index < kBoxCount; ++index) {
     const auto at = static_cast<std::size_t>(index);
-    chk1_.at(at) =
-        makeControl(WC_BUTTONW, text::kBoxes.at(at), BS_AUTOCHECKBOX | WS_TABSTOP, kChk1 + index);
+    const DWORD first = index == 0 ? WS_GROUP : 0;
+    chk1_.at(at) = makeControl(WC_BUTTONW, text::kBoxes.at(at),
+                               BS_AUTOCHECKBOX | WS_TABSTOP | first, kChk1 + index);
   }
   ssCommand1_ = makeButton(text::kTickAll, kSSCommand1);
-  ssCommand3_ = makeButton(text::kUntickAll, kSSCommand3);
+  ssCommand3_ = makeButton(text::kUntickAll, kSSCommand3, Group::kSame);
   sspRem_ = makePanel("", kSspRem);
   bar_ = makeControl(PROGRESS_CLASSW, text::kProgressName, 0, kBar);
-  lbVerdict_ = makeControl(WC_STATICW, "", SS_NOPREFIX, kLbVerdict);
+  lbVerdict_ = makeControl(WC_STATICW, "", SS_NOPREFIX | SS_NOTIFY, kLbVerdict);
   lbWaiting_ = makeLabel("", kLbWaiting);
   cmdSend_ = makeButton(text::kSend, kCmdSend);
   cmdStart_ = makeButton(text::kStart, kCmdStart);
@@ -62,10 +59,10 @@ void UploadWindow::applyFonts() {
                          sspToB_, sspCurrent_, sspPanel9_, boxes_, ssCommand1_, ssCommand3_,
                          sspRem_, lbWaiting_, cmdSend_, cmdEnd_});
   give(fonts().plain(), chk1_);
-  give(fonts().bold(1.3), {ssPanel6_});
-  give(fonts().bold(1.15), {cmdStart_});
-  give(fonts().bold(1.1), {sspFrom_, sspTo_});
-  give(fonts().bold(1.0), {lbDelegate_, lbVerdict_});
+  give(fonts().bold(kHeadingFont), {ssPanel6_});
+  give(fonts().bold(kStartFont), {cmdStart_});
+  give(fonts().bold(kDayFont), {sspFrom_, sspTo_});
+  give(fonts().bold(kBoldFont), {lbDelegate_, lbVerdict_});
 }
 
 Layout UploadWindow::datesLayout() {
@@ -75,7 +72,7 @@ Layout UploadWindow::datesLayout() {
   dates.add(tilde_, sizeOf(tilde_, 0, 0.5));
   dates.add(sspTo_, sizeOf(sspTo_, 1, 0.5));
   dates.add(cmdCalendar_, sizeOf(cmdCalendar_, 2, 0.7));
-  dates.add(lbDelegate_, {letter() * kDelegateLetters, letter()}, 1);
+  dates.add(lbDelegate_, {letter() * kGroupLetters, letter()}, 1);
   dates.add(lbNow_, {textSizeIn(lbNow_, wide(kLongestMoment)).cx + letter() / 4, letter()});
   return dates;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 namespace ui::win32 {
 namespace {
@@ -10,12 +11,7 @@ namespace {
 constexpr const wchar_t* kClass = L"QuenbrookWindow";
 constexpr UINT kDpiChanged = 0x02E0;  // WM_DPICHANGED, of Windows 8.1
 constexpr int kIcon = 1;              // the program's, in its resources
-
-// Factors of the system's font. A till's screen is read standing, at arm's length; on a small
-// screen a small font is better than controls that are out of reach.
-constexpr double kLargestFont = 1.15;
-constexpr double kSmallestFont = 0.4;
-constexpr double kFontStep = 0.05;
+constexpr int kHintLetters = 40;      // the width at which a hint goes on in the next line
 
 DWORD styleOf(Border border) {
   constexpr DWORD kFixed = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
@@ -44,56 +40,64 @@ void registerClass(WNDPROC procedure) {
 Window::Window(Application& application, const char* title, Border border, HWND owner)
     : application_(application) {
   registerClass(&Window::procedure);
-  window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kClass, wide(title).c_str(), styleOf(border),
-                            CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, owner, nullptr,
-                            GetModuleHandleW(nullptr), this);
+  window_.reset(CreateWindowExW(WS_EX_CONTROLPARENT, kClass, wide(title).c_str(), styleOf(border),
+                                CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, owner, nullptr,
+                                GetModuleHandleW(nullptr), this));
   if (window_ == nullptr) throw std::runtime_error("no window");
-  fonts_ = std::make_unique<Fonts>(dpiOf(window_), kLargestFont);
-}
-
-Window::~Window() {
-  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);  // the rest is handled without this object
-  DestroyWindow(window_);
-  if (brush_ != nullptr) DeleteObject(brush_);
+  fonts_ = std::make_unique<Fonts>(dpiOf(onScreen()), kLargestFont);
 }
 
 HWND Window::makeControl(const wchar_t* kind, const char* caption, DWORD style, int id,
                          DWORD outerStyle) {
   return CreateWindowExW(outerStyle, kind, wide(caption).c_str(), WS_CHILD | WS_VISIBLE | style, 0,
-                         0, 0, 0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                         0, 0, 0, handle(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
                          GetModuleHandleW(nullptr), nullptr);
 }
 
 // With notices the second click of a double click is one and does not press the button again.
-HWND Window::makeButton(const char* caption, int id) {
-  return makeControl(WC_BUTTONW, caption, BS_PUSHBUTTON | BS_NOTIFY | WS_TABSTOP | WS_GROUP, id);
+HWND Window::makeButton(const char* caption, int id, Group group) {
+  const DWORD first = group == Group::kNew ? WS_GROUP : 0;
+  return makeControl(WC_BUTTONW, caption, BS_PUSHBUTTON | BS_NOTIFY | WS_TABSTOP | first, id);
 }
 
 HWND Window::makeLabel(const char* caption, int id, DWORD style) {
   return makeControl(WC_STATICW, caption, SS_CENTERIMAGE | style, id);
 }
 
-HWND Window::makePanel(const char* caption, int id, DWORD style) {
-  return makeControl(WC_STATICW, caption, SS_NOPREFIX | style, id, WS_EX_STATICEDGE);
+HWND Window::makePanel(const char* caption, int id) {
+  return makeControl(WC_STATICW, caption, SS_OWNERDRAW, id);
 }
 
-void Window::setHint(HWND control, const char* text) {
+void Window::drawPanel(const DRAWITEMSTRUCT& panel, COLORREF text, UINT format) const {
+  RECT area = panel.rcItem;
+  FillRect(panel.hDC, &area, GetSysColorBrush(COLOR_WINDOW));
+  FrameRect(panel.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
+  InflateRect(&area, -letter() / 4, -letter() / 4);
+  const SelectedFont font(panel.hDC, fontOf(panel.hwndItem));
+  SetBkMode(panel.hDC, TRANSPARENT);
+  SetTextColor(panel.hDC, text);
+  DrawTextW(panel.hDC, wide(textOf(panel.hwndItem)).c_str(), -1, &area, format | DT_NOPREFIX);
+}
+
+void Window::setHint(HWND control, std::string_view text) {
   if (hints_ == nullptr) {
     hints_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0, 0,
-                             0, 0, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
+                             0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(hints_, TTM_SETMAXTIPWIDTH, 0, static_cast<LPARAM>(letter()) * kHintLetters);
   }
   std::wstring hint = wide(text);
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V2_SIZE;
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-  tool.hwnd = window_;
+  tool.hwnd = handle();
   tool.uId = reinterpret_cast<UINT_PTR>(control);
   tool.lpszText = hint.data();
+  SendMessageW(hints_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   SendMessageW(hints_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 SIZE Window::textSizeIn(HWND control, const std::wstring& text) {
-  return textSize(reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)), text);
+  return textSize(fontOf(control), text);
 }
 
 SIZE Window::sizeOf(HWND control, double besides, double above) const {
@@ -102,68 +106,70 @@ SIZE Window::sizeOf(HWND control, double besides, double above) const {
 }
 
 void Window::show() {
-  ShowWindow(window_, SW_SHOW);
-  SetForegroundWindow(window_);
+  ShowWindow(handle(), SW_SHOW);
+  SetForegroundWindow(handle());
 }
 
 void Window::focus(HWND control) {
   focus_ = control;
-  if (GetActiveWindow() == window_) SetFocus(control);
+  if (GetActiveWindow() == handle()) SetFocus(control);
 }
 
 HWND Window::focused() const {
   HWND now = GetFocus();
-  return now != nullptr && IsChild(window_, now) ? now : focus_;
+  return now != nullptr && IsChild(handle(), now) ? now : focus_;
 }
 
-RECT Window::workingArea() const {
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
-}
-
-SIZE Window::outerSize(SIZE inner) const {
-  RECT frame{0, 0, inner.cx, inner.cy};
-  AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(window_, GWL_STYLE)), FALSE,
-                     static_cast<DWORD>(GetWindowLongW(window_, GWL_EXSTYLE)));
-  return {frame.right - frame.left, frame.bottom - frame.top};
+// Whose screen counts: an owned window comes up on its owner's.
+HWND Window::onScreen() const {
+  HWND owner = GetWindow(handle(), GW_OWNER);
+  return owner != nullptr ? owner : handle();
 }
 
 SIZE Window::sizeInFont(double factor) {
-  const auto before = std::exchange(fonts_, std::make_unique<Fonts>(dpiOf(window_), factor));
+  const UINT dpi = dpiOf(onScreen());
+  const auto before = std::exchange(fonts_, std::make_unique<Fonts>(dpi, factor));
   applyFonts();  // no control uses the fonts of `before` any more
-  return outerSize(layout().least());
+  return outerSize(handle(), layout().least(), dpi);
+}
+
+SIZE Window::fitToScreen() {
+  const Area room = workingArea(onScreen());
+  const SIZE wanted =
+      fitInLargestFont([this](double factor) { return sizeInFont(factor); },
+                       [&](SIZE size) { return size.cx <= room.width && size.cy <= room.height; });
+  return {std::min<LONG>(wanted.cx, room.width), std::min<LONG>(wanted.cy, room.height)};
 }
 
 void Window::centreOnScreen() {
-  const RECT area = workingArea();
-  const SIZE room{area.right - area.left, area.bottom - area.top};
-  double factor = kLargestFont;
-  SIZE wanted = sizeInFont(factor);
-  while (factor > kSmallestFont && (wanted.cx > room.cx || wanted.cy > room.cy)) {
-    factor -= kFontStep;
-    wanted = sizeInFont(factor);
-  }
-  const SIZE size{std::min(wanted.cx, room.cx), std::min(wanted.cy, room.cy)};
-  SetWindowPos(window_, nullptr, area.left + (room.cx - size.cx) / 2,
-               area.top + (room.cy - size.cy) / 2, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+  const Area room = workingArea(onScreen());
+  const SIZE size = fitToScreen();
+  place({room.left + (room.width - size.cx) / 2, room.top + (room.height - size.cy) / 2, size.cx,
+         size.cy});
+}
+
+void Window::place(const Area& area) {
+  SetWindowPos(handle(), nullptr, area.left, area.top, area.width, area.height,
+               SWP_NOZORDER | SWP_NOACTIVATE);
   placeControls();
 }
 
 void Window::placeControls() {
   RECT inside;
-  GetClientRect(window_, &inside);
+  GetClientRect(handle(), &inside);
   layout().place(inside);
-  InvalidateRect(window_, nullptr, TRUE);
+  InvalidateRect(handle(), nullptr, TRUE);
 }
 
-// The window came to a screen with other dots per inch.
+// The window came to a screen with other dots per inch. The suggested size is the old one, scaled;
+// fonts do not scale as evenly, so that the controls may need more.
 void Window::changeDpi(const RECT& suggested) {
-  sizeInFont(kLargestFont);
-  SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
-               suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
-  placeControls();
+  SIZE size = fitToScreen();
+  if ((GetWindowLongW(handle(), GWL_STYLE) & WS_THICKFRAME) != 0) {
+    size.cx = std::max(size.cx, suggested.right - suggested.left);
+    size.cy = std::max(size.cy, suggested.bottom - suggested.top);
+  }
+  place({suggested.left, suggested.top, size.cx, size.cy});
 }
 
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -203,7 +209,7 @@ std::optional<LRESULT> Window::handle(UINT message, WPARAM first, LPARAM second)
       placeControls();
       return 0;
     case WM_GETMINMAXINFO: {
-      const SIZE least = outerSize(layout().least());
+      const SIZE least = outerSize(handle(), layout().least(), dpiOf(handle()));
       reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {least.cx, least.cy};
       return 0;
     }
@@ -230,7 +236,7 @@ void Window::activate(WPARAM state, HWND other) {
         other != nullptr && GetWindowThreadProcessId(other, nullptr) == GetCurrentThreadId();
     return;
   }
-  SetFocus(window_);  // which passes it on to the control
+  SetFocus(handle());  // which passes it on to the control
   if (!std::exchange(deactivatedByDialog_, false)) activated();
 }
 
@@ -256,9 +262,8 @@ std::optional<LRESULT> Window::colour(HDC context, HWND control) {
   if (!colours) return {};
   SetTextColor(context, colours->text);
   SetBkColor(context, colours->ground);
-  if (brush_ != nullptr) DeleteObject(brush_);
-  brush_ = CreateSolidBrush(colours->ground);
-  return reinterpret_cast<LRESULT>(brush_);
+  ground_.reset(CreateSolidBrush(colours->ground));
+  return reinterpret_cast<LRESULT>(ground_.get());
 }
 
 std::optional<LRESULT> Window::showPointer(LPARAM place) {

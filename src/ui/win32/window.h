@@ -10,10 +10,13 @@
 #include <initializer_list>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "ui/win32/application.h"
 #include "ui/win32/fonts.h"
 #include "ui/win32/layout.h"
+#include "ui/win32/screen.h"
 #include "ui/win32/system.h"
 
 namespace ui::win32 {
@@ -25,15 +28,18 @@ struct Colours {
   COLORREF text;
   COLORREF ground;
 };
-constexpr Colours kHeadingColours = {RGB(255, 255, 255), RGB(47, 72, 88)};
+constexpr Colours kHeadingColours = {toSystem(kHeadingText), toSystem(kHeadingGround)};
+
+// The arrow keys move the keyboard focus inside a group of controls.
+enum class Group { kNew, kSame };
 
 class Window {
  public:
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
-  virtual ~Window();
+  virtual ~Window() = default;
 
-  [[nodiscard]] HWND handle() const { return window_; }
+  [[nodiscard]] HWND handle() const { return window_.get(); }
 
  protected:
   Window(Application& application, const char* title, Border border, HWND owner = nullptr);
@@ -57,12 +63,14 @@ class Window {
 
   HWND makeControl(const wchar_t* kind, const char* caption, DWORD style, int id,
                    DWORD outerStyle = 0);
-  HWND makeButton(const char* caption, int id);
+  HWND makeButton(const char* caption, int id, Group group = Group::kNew);
   // `style`: of static controls, besides vertical centring.
   HWND makeLabel(const char* caption, int id = 0, DWORD style = 0);
-  // A label with a sunken frame: a value that cannot be edited.
-  HWND makePanel(const char* caption, int id, DWORD style = 0);
-  void setHint(HWND control, const char* text);
+  // A framed value that cannot be edited. `draw` is asked to draw it, by drawPanel.
+  HWND makePanel(const char* caption, int id);
+  void drawPanel(const DRAWITEMSTRUCT& panel, COLORREF text, UINT format) const;
+  // Shown while the mouse rests on the control; a label needs SS_NOTIFY. Replaces an earlier hint.
+  void setHint(HWND control, std::string_view text);
 
   template <typename Controls>
   static void give(HFONT font, const Controls& controls) {
@@ -82,11 +90,11 @@ class Window {
   [[nodiscard]] SIZE buttonSize(HWND button) const { return sizeOf(button, 2, 1); }
 
   void show();
-  void hide() { ShowWindow(window_, SW_HIDE); }
+  void hide() { ShowWindow(handle(), SW_HIDE); }
   // Asks the window to close, as its frame's button does.
-  void close() { SendMessageW(window_, WM_CLOSE, 0, 0); }
-  // Gives the window its least size, in the largest font in which it fits into the screen's working
-  // area, and centres it.
+  void close() { SendMessageW(handle(), WM_CLOSE, 0, 0); }
+  // Gives the window its least size, in the largest font in which it fits into the working area of
+  // its screen (that of its owner, where it has one), and centres it there.
   void centreOnScreen();
   void focus(HWND control);
   [[nodiscard]] HWND focused() const;
@@ -103,18 +111,27 @@ class Window {
   void command(int id, int code);
   std::optional<LRESULT> colour(HDC context, HWND control);
   std::optional<LRESULT> showPointer(LPARAM place);
-  [[nodiscard]] SIZE outerSize(SIZE inner) const;
-  [[nodiscard]] RECT workingArea() const;
+  [[nodiscard]] HWND onScreen() const;
   SIZE sizeInFont(double factor);
+  SIZE fitToScreen();
+  void place(const Area& area);
   void placeControls();
   void changeDpi(const RECT& suggested);
 
-  HWND window_ = nullptr;
+  // From then on messages are handled without this object.
+  struct Destroy {
+    void operator()(HWND window) const {
+      SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+      DestroyWindow(window);
+    }
+  };
+
   HWND hints_ = nullptr;
   HWND focus_ = nullptr;  // the control that has, or had, the focus
-  std::unique_ptr<Fonts> fonts_;
-  HBRUSH brush_ = nullptr;
   bool deactivatedByDialog_ = false;
+  std::unique_ptr<Fonts> fonts_;
+  Brush ground_;  // of the control that was painted last
+  std::unique_ptr<std::remove_pointer_t<HWND>, Destroy> window_;  // which uses what is above
 };
 
 }  // namespace ui::win32
