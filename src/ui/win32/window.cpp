@@ -9,9 +9,8 @@ namespace ui::win32 {
 namespace {
 
 constexpr const wchar_t* kClass = L"QuenbrookWindow";
-constexpr UINT kDpiChanged = 0x02E0;  // WM_DPICHANGED, of Windows 8.1
-constexpr int kIcon = 1;              // the program's, in its resources
-constexpr int kHintLetters = 40;      // the width at which a hint goes on in the next line
+constexpr int kIcon = 1;          // the program's, in its resources
+constexpr int kHintLetters = 40;  // the width at which a hint goes on in the next line
 
 DWORD styleOf(Border border) {
   constexpr DWORD kFixed = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
@@ -220,7 +219,7 @@ std::optional<LRESULT> Window::handle(UINT message, WPARAM first, LPARAM second)
       return colour(reinterpret_cast<HDC>(first), reinterpret_cast<HWND>(second));
     case WM_SETCURSOR:
       return showPointer(second);
-    case kDpiChanged:
+    case WM_DPICHANGED:
       changeDpi(*reinterpret_cast<const RECT*>(second));
       return 0;
     default:

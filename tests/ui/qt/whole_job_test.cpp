@@ -6,7 +6,7 @@
 #include "program.h"
 #include "startup/start_mod.h"
 #include "support/ftp_server.h"
-#include "ui/qt/accepting_server.h"
+#include "ui/accepting_server.h"
 #include "ui/qt/window_fixture.h"
 
 namespace ui::qt {

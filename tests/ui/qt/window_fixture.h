@@ -11,28 +11,16 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
-#include <functional>
 #include <memory>
 
 #include "support/child_process.h"
 #include "support/fake_platform.h"
 #include "ui/fake_transfer.h"
 #include "ui/qt/windows.h"
+#include "ui/scripted_driver.h"
 #include "values/runtime_error.h"
 
 namespace ui::qt {
-
-// A job that does what the test wants.
-struct ScriptedDriver : job::Driver {
-  std::vector<job::Request> requests;
-  std::function<bool(job::Window&)> script = [](job::Window&) { return true; };
-  job::JobVerdict run(const job::Request& request, job::Window& window) noexcept override {
-    requests.push_back(request);
-    job::JobVerdict verdict;
-    if (!script(window)) verdict.failures.push_back({"매출", 94, "Null", ""});
-    return verdict;
-  }
-};
 
 class WindowTest : public testing::Test {
  protected:

@@ -6,7 +6,7 @@
 
 #include "server/connection.h"
 
-namespace ui::qt {
+namespace ui {
 
 struct AcceptingServer : server::Provider {
   struct Connection : server::Connection {
@@ -22,4 +22,4 @@ struct AcceptingServer : server::Provider {
   }
 };
 
-}  // namespace ui::qt
+}  // namespace ui
