@@ -118,7 +118,8 @@ struct Kind {
 void insertStatement(benchmark::State& state, const Kind& kind) {
   const Columns columns(kind.path, kind.table, kind.amountsAreTexts);
   Rows rows(kind.path, kind.table);
-  extract::InsertStatement insert({"SellingTB", columns.get(), " ) Values ("}, kShop);
+  CodePage korean(kKoreanCodePage);
+  extract::InsertStatement insert({"SellingTB", columns.get(), " ) Values ("}, kShop, korean);
   std::int64_t bytes = 0;
   for (auto _ : state) {
     bytes += std::ssize(insert.build(rows.row()));
@@ -149,6 +150,7 @@ std::string literal(const localdb::RecordSet& row, const extract::Column& column
 void fieldByField(benchmark::State& state, const Kind& kind) {
   const Columns columns(kind.path, kind.table, kind.amountsAreTexts);
   Rows rows(kind.path, kind.table);
+  CodePage korean(kKoreanCodePage);
   std::int64_t bytes = 0;
   for (auto _ : state) {
     std::string names;
@@ -160,28 +162,25 @@ void fieldByField(benchmark::State& state, const Kind& kind) {
     }
     std::string statement = "Insert Into SellingTB (";
     statement.append(names).append(" ) Values (").append(values).append(");");
-    bytes += std::ssize(statement);
+    bytes += std::ssize(korean.fromUtf8(statement));
     rows.next();
   }
   state.SetBytesProcessed(bytes);
   state.SetItemsProcessed(state.iterations());
 }
 
-// Builds the statements of items and passes each to `append` as a line in code page 949.
+// Builds the statements of items and passes each to `append`.
 template <typename Append>
 void writeItems(benchmark::State& state, const SampleShop& shop, Append append) {
   const Columns columns(shop.dataFile(), "Selling_Item", true);
   Rows rows(shop.dataFile(), "Selling_Item");
-  extract::InsertStatement insert({"Selling_ItemTB", columns.get(), " )  Values ("}, kShop);
-  CodePage korean(949);
-  std::string line;
+  CodePage korean(kKoreanCodePage);
+  extract::InsertStatement insert({"Selling_ItemTB", columns.get(), " )  Values ("}, kShop, korean);
   std::int64_t bytes = 0;
   for (auto _ : state) {
-    line.clear();
-    korean.appendFromUtf8(insert.build(rows.row()), line);
-    line += "\r\n";
-    append(line);
-    bytes += std::ssize(line);
+    const std::string& statement = insert.build(rows.row());
+    append(statement);
+    bytes += std::ssize(statement);
     rows.next();
   }
   state.SetBytesProcessed(bytes);
@@ -190,12 +189,14 @@ void writeItems(benchmark::State& state, const SampleShop& shop, Append append) 
 
 void writeInBackground(benchmark::State& state, const SampleShop& shop) {
   extract::StatementWriter writer(shop.newFile());
-  writeItems(state, shop, [&](const std::string& line) { writer.append(line); });
+  writeItems(state, shop, [&](const std::string& statement) { writer.append(statement); });
 }
 
 void writeAndWait(benchmark::State& state, const SampleShop& shop) {
   const std::string path = shop.newFile();
-  writeItems(state, shop, [&](const std::string& line) { platform::appendToFile(path, line); });
+  writeItems(state, shop, [&](const std::string& statement) {
+    platform::appendToFile(path, statement + std::string(extract::kLineEnd));
+  });
 }
 
 void addStatement(const std::string& what, const Kind& kind) {

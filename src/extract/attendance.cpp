@@ -47,12 +47,12 @@ void 직원출퇴근자료수집(Workspace& work) {
   work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
                          values::dateText(work.days.last)));
   work.openDatabase(work.dependencies.start.dataPath, "직원출퇴근자료수집");
-  InsertStatement insert(kInsert, work.shop);
+  InsertStatement insert(kInsert, work.shop, work.codePage);
   work.forEachRow(Rows::kAttendance, attendanceQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& record, std::int32_t) {
                     const std::array<values::Variant, kComputedCount> computed = {
                         formatHourMinute(record.field("time_in"))};
-                    work.write(insert.build(record, computed));
+                    work.writeEncoded(insert.build(record, computed));
                   });
 }
 

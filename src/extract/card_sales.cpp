@@ -119,11 +119,11 @@ void 카드매출(Workspace& work) {
   work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
                          values::dateText(work.days.last)));
   work.openDatabase(work.dependencies.start.configurationPath, "카드매출");
-  InsertStatement insert(kInsert, work.shop);
+  InsertStatement insert(kInsert, work.shop, work.codePage);
   Rates rates(work);
   work.forEachRow(Rows::kCards, cardsQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& card, std::int32_t) {
-                    work.write(insert.build(card, computedValues(work, rates, card)));
+                    work.writeEncoded(insert.build(card, computedValues(work, rates, card)));
                   });
 }
 

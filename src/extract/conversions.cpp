@@ -13,6 +13,7 @@ namespace extract {
 namespace {
 
 using values::Variant;
+using values::VariantView;
 
 constexpr std::size_t kLastApostrophe = 32767;
 
@@ -45,9 +46,9 @@ Variant format(const Variant& value, Text text) {
 
 }  // namespace
 
-void appendSqlText(std::string& statement, const Variant& value) {
+void appendSqlText(std::string& statement, const VariantView& value) {
   if (value.isNull()) return;
-  if (const auto* text = value.as<std::string>()) return appendEscaped(statement, *text);
+  if (const auto* text = value.as<std::string_view>()) return appendEscaped(statement, *text);
   if (value.type() == values::VariantType::kBinary) {
     return appendEscaped(statement, values::toText(value));
   }
@@ -58,7 +59,7 @@ void appendSqlText(std::string& statement, const Variant& value) {
   }
 }
 
-void appendNzText(std::string& statement, const Variant& value) {
+void appendNzText(std::string& statement, const VariantView& value) {
   if (value.isNull()) return;
   try {
     values::appendText(statement, value);
@@ -73,23 +74,23 @@ void appendNumber(std::string& statement, std::int64_t number) {
   statement.append(digits.data(), end);
 }
 
-std::string SqlText(const Variant& value) {
+std::string SqlText(const VariantView& value) {
   std::string text;
   appendSqlText(text, value);
   return text;
 }
 
-std::string NzText(const Variant& value) {
+std::string NzText(const VariantView& value) {
   std::string text;
   appendNzText(text, value);
   return text;
 }
 
-std::int32_t NzLong(const Variant& value) {
+std::int32_t NzLong(const VariantView& value) {
   if (const auto* whole = value.as<std::int32_t>()) return *whole;
   if (value.isNull()) return 0;
   // Empty texts in place of numbers are common: no exception for each.
-  if (const auto* text = value.as<std::string>(); text != nullptr && text->empty()) return 0;
+  if (const auto* text = value.as<std::string_view>(); text != nullptr && text->empty()) return 0;
   try {
     return values::toLong(value);
   } catch (const RuntimeError&) {
@@ -97,7 +98,7 @@ std::int32_t NzLong(const Variant& value) {
   }
 }
 
-bool NzBool(const Variant& value) {
+bool NzBool(const VariantView& value) {
   if (const auto* yes = value.as<bool>()) return *yes;
   if (value.isNull()) return false;
   try {

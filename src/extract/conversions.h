@@ -19,20 +19,20 @@ namespace extract {
 // The inside of a quoted literal: Null is the empty text; a backslash goes before the first
 // apostrophe, once, and nothing else changes. "NULL" when the value has no text form, or when its
 // first apostrophe stands after character 32767 (counted in UTF-16 units, as the platform does).
-[[nodiscard]] std::string SqlText(const values::Variant& value);
+[[nodiscard]] std::string SqlText(const values::VariantView& value);
 
 // The text form as it stands; the empty text for Null and for a value without a text form.
-[[nodiscard]] std::string NzText(const values::Variant& value);
+[[nodiscard]] std::string NzText(const values::VariantView& value);
 
 // 0 for Null, for a text that is no number and outside 32 bits.
-[[nodiscard]] std::int32_t NzLong(const values::Variant& value);
+[[nodiscard]] std::int32_t NzLong(const values::VariantView& value);
 
 // Only -1 is true.
-[[nodiscard]] bool NzBool(const values::Variant& value);
+[[nodiscard]] bool NzBool(const values::VariantView& value);
 
 // Append SqlText, NzText and a number to a statement, without a temporary string for each value.
-void appendSqlText(std::string& statement, const values::Variant& value);
-void appendNzText(std::string& statement, const values::Variant& value);
+void appendSqlText(std::string& statement, const values::VariantView& value);
+void appendNzText(std::string& statement, const values::VariantView& value);
 void appendNumber(std::string& statement, std::int64_t number);
 
 // "yyyy-MM-dd", "hh:nn:ss" and "hh:nn" of a date, or of a text that reads as one; any other text

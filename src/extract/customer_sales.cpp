@@ -31,9 +31,10 @@ void 고객매출자료수집(Workspace& work) {
   work.write(rangeDelete(kDelete, work.shop, values::dateText(work.days.first),
                          values::dateText(work.days.last)));
   work.openDatabase(work.dependencies.start.configurationPath, "고객매출자료수집");
-  InsertStatement insert(kInsert, work.shop);
-  work.forEachRow(Rows::kCustomerSales, customerSalesQuery(work.days), {{"c_upload", true}},
-                  [&](localdb::RecordSet& sum, std::int32_t) { work.write(insert.build(sum)); });
+  InsertStatement insert(kInsert, work.shop, work.codePage);
+  work.forEachRow(
+      Rows::kCustomerSales, customerSalesQuery(work.days), {{"c_upload", true}},
+      [&](localdb::RecordSet& sum, std::int32_t) { work.writeEncoded(insert.build(sum)); });
 }
 
 }  // namespace extract

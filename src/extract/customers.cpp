@@ -89,11 +89,11 @@ std::string deleteAll(const ShopLiterals& shop) {
 
 void 고객자료수집(Workspace& work) {
   work.openDatabase(work.dependencies.start.configurationPath, "고객자료수집");
-  InsertStatement insert(kInsert, work.shop);
+  InsertStatement insert(kInsert, work.shop, work.codePage);
   work.forEachRow(Rows::kCustomers, kQuery, {}, [&](localdb::RecordSet& customer, std::int32_t i) {
     // Only with a first row: an empty list leaves the server's list unchanged.
     if (i == 1) work.write(deleteAll(work.shop));
-    work.write(insert.build(customer));
+    work.writeEncoded(insert.build(customer));
   });
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "extract/conversions.h"
+#include "text/ascii.h"
 
 namespace extract {
 
@@ -28,28 +29,11 @@ std::optional<std::string> constant(ValueFormat format, const ShopLiterals& shop
   }
 }
 
-// Without the quotes around it.
-void appendValue(std::string& statement, ValueFormat format, const values::Variant& value) {
-  switch (format) {
-    case ValueFormat::kText:
-      return appendSqlText(statement, value);
-    case ValueFormat::kUnescapedText:
-      return appendNzText(statement, value);
-    case ValueFormat::kNumber:
-      return appendNumber(statement, NzLong(value));
-    case ValueFormat::kFlag:
-      statement += NzLong(value) == -1 ? '1' : '0';
-      return;
-    case ValueFormat::kAbsoluteFlag:
-      return appendNumber(statement, std::llabs(NzLong(value)));
-    default:
-      return;  // constants are part of Piece::before
-  }
-}
-
 }  // namespace
 
-InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop) {
+InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop,
+                                 CodePage& codePage)
+    : codePage_(codePage) {
   std::string text = "Insert Into " + std::string(insert.table) + " (";
   for (const Column& column : insert.columns) text.append(column.name).append(", ");
   text.resize(text.size() - 2);
@@ -61,10 +45,10 @@ InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiteral
       continue;
     }
     const std::string_view quote = column.format == ValueFormat::kNumber ? "" : "'";
-    pieces_.push_back({text.append(quote), &column});
+    pieces_.push_back({codePage_.fromUtf8(text.append(quote)), &column});
     text = quote;
   }
-  closing_ = text + ");";
+  closing_ = codePage_.fromUtf8(text + ");");
 }
 
 void InsertStatement::findFields(const localdb::RecordSet& row) {
@@ -83,14 +67,42 @@ const std::string& InsertStatement::build(const localdb::RecordSet& row,
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     const Column& column = *pieces_[i].column;
     statement_ += pieces_[i].before;
-    if (column.computed == kFromField) {
-      appendValue(statement_, column.format, row.field(fieldIndexes_[i]));
-    } else {
-      appendValue(statement_, column.format, computed[static_cast<std::size_t>(column.computed)]);
-    }
+    appendValue(column.format, column.computed == kFromField
+                                   ? row.view(fieldIndexes_[i], field_)
+                                   : computed[static_cast<std::size_t>(column.computed)]);
   }
   statement_ += closing_;
   return statement_;
+}
+
+// Without the quotes around it.
+void InsertStatement::appendValue(ValueFormat format, const values::VariantView& value) {
+  const std::size_t start = statement_.size();
+  switch (format) {
+    case ValueFormat::kText:
+      appendSqlText(statement_, value);
+      return encodeFrom(start);
+    case ValueFormat::kUnescapedText:
+      appendNzText(statement_, value);
+      return encodeFrom(start);
+    case ValueFormat::kNumber:
+      return appendNumber(statement_, NzLong(value));
+    case ValueFormat::kFlag:
+      statement_ += NzLong(value) == -1 ? '1' : '0';
+      return;
+    case ValueFormat::kAbsoluteFlag:
+      return appendNumber(statement_, std::llabs(NzLong(value)));
+    default:
+      return;  // constants are part of Piece::before
+  }
+}
+
+void InsertStatement::encodeFrom(std::size_t start) {
+  const std::string_view text = std::string_view(statement_).substr(start);
+  if (text::asciiPrefix(text) == text.size()) return;
+  utf8_ = text;
+  statement_.resize(start);
+  codePage_.appendFromUtf8(utf8_, statement_);
 }
 
 std::string rangeDelete(const RangeDelete& target, const ShopLiterals& shop,

@@ -2,8 +2,9 @@
 //
 //   constexpr Column kColumns[] = {group("CS_GROUP"), ..., number("CS_C_ID", "C_ID"),
 //                                  text("CS_RDATE", "rDate")};
-//   InsertStatement insert({"CustomerSellingTB", kColumns, " ) Values ("}, work.shop);
-//   work.write(insert.build(row));      // once a row
+//   InsertStatement insert({"CustomerSellingTB", kColumns, " ) Values ("}, work.shop,
+//                          work.codePage);
+//   work.writeEncoded(insert.build(row));      // once a row
 //
 // A column says in what format it is written and where its value comes from: a field of the row, a
 // value that the extractor computed (by its index in the span given to build), or nothing but the
@@ -20,6 +21,7 @@
 
 #include "extract/workspace.h"
 #include "localdb/record_set.h"
+#include "platform/code_page.h"
 #include "values/variant.h"
 
 namespace extract {
@@ -82,27 +84,34 @@ struct InsertTemplate {
 
 class InsertStatement {
  public:
-  InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop);
+  // Keeps a reference to the code page of the statement file.
+  InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop, CodePage& codePage);
 
-  // The INSERT of the current row, valid until the next call. All rows come from one query: it may
-  // be opened again, its fields are looked up by name only once.
+  // The INSERT of the current row in the code page, valid until the next call. All rows come from
+  // one query: it may be opened again, its fields are looked up by name only once.
   const std::string& build(const localdb::RecordSet& row,
                            std::span<const values::Variant> computed = {});
 
  private:
-  // A value that differs from row to row, and the constant text between it and the one before: the
-  // end of that one, constants, its own opening quote.
+  // A value that differs from row to row, and the constant text between it and the one before, in
+  // the code page: the end of that one, constants, its own opening quote.
   struct Piece {
     std::string before;
     const Column* column;
   };
 
   void findFields(const localdb::RecordSet& row);
+  void appendValue(ValueFormat format, const values::VariantView& value);
+  // Of the statement from `start` on, which is in UTF-8.
+  void encodeFrom(std::size_t start);
 
+  CodePage& codePage_;
   std::vector<Piece> pieces_;
   std::string closing_;
   std::vector<std::size_t> fieldIndexes_;  // of each piece's field
-  std::string statement_;                  // its storage is used again for the next row
+  std::string statement_;                  // the storage of these three is used again
+  std::string field_;
+  std::string utf8_;
 };
 
 // The DELETE of a day range: "Delete FROM SellingTB  Where SL_GROUP = 'A01'   And ...".

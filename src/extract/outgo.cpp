@@ -60,11 +60,12 @@ void 아웃고수집(Workspace& work) {
   work.write(rangeDelete(kDelete, work.shop, values::dayText(work.days.first),
                          values::dayText(work.days.last)));
   work.openDatabase(work.dependencies.start.outgoPath, "아웃고수집");
-  InsertStatement insert(kInsert, work.shop);
+  InsertStatement insert(kInsert, work.shop, work.codePage);
   work.forEachRow(Rows::kOutgo, outgoQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& outgo, std::int32_t) {
                     // Both lines in one write, so that no row is deleted without being sent again.
-                    work.write(rowDelete(outgo, work.shop) + "\r\n" + insert.build(outgo));
+                    work.writeEncoded(work.codePage.fromUtf8(rowDelete(outgo, work.shop)) + "\r\n" +
+                                      insert.build(outgo));
                   });
 }
 

@@ -52,7 +52,7 @@ std::string itemsQuery(std::int32_t saleId) {
 
 }  // namespace
 
-SaleItems::SaleItems(Workspace& work) : work_(work), insert_(kInsert, work.shop) {}
+SaleItems::SaleItems(Workspace& work) : work_(work), insert_(kInsert, work.shop, work.codePage) {}
 
 void SaleItems::자료수집_Item(std::int32_t saleId) {
   localdb::RecordSet& rows = work_.open(Rows::kItems, itemsQuery(saleId));
@@ -60,7 +60,7 @@ void SaleItems::자료수집_Item(std::int32_t saleId) {
   if (count > 0) {
     rows.moveFirst();
     for (std::int32_t i = 1; i <= count; ++i) {
-      work_.write(insert_.build(rows));
+      work_.writeEncoded(insert_.build(rows));
       rows.moveNext();
     }
   }

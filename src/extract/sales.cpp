@@ -142,13 +142,13 @@ void 자료수집(Workspace& work) {
   const std::string last = values::dayText(work.days.last);
   work.write(rangeDelete(kDeleteSales, work.shop, first, last));
   work.write(rangeDelete(kDeleteItems, work.shop, first, last));
-  InsertStatement insert(kInsert, work.shop);
+  InsertStatement insert(kInsert, work.shop, work.codePage);
   SaleItems items(work);
   ProgressCaption caption(work.dependencies);
   work.forEachRow(Rows::kSales, salesQuery(work.days), {{"c_upload", true}, {"cc_upload", false}},
                   [&](localdb::RecordSet& sale, std::int32_t i) {
                     caption.update(sale, i);
-                    work.write(insert.build(sale, computedValues(sale)));
+                    work.writeEncoded(insert.build(sale, computedValues(sale)));
                     items.자료수집_Item(values::toLong(sale.field("S_ID")));
                   });
 }

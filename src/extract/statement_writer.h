@@ -1,22 +1,26 @@
 // Appends statements to the statement file while their caller goes on to build the next ones.
 //
 //   StatementWriter writer(path);
-//   writer.append(line);                 // enqueued, in order
+//   writer.append(statement);            // enqueued, in order
 //   writer.waitFor(writer.enqueued());   // now all are in the file
 //
 // Each statement is appended with its own open, write and close, on the writer's thread, so that
 // the file holds whole statements whenever it is read, and after a kill. A caller that must not act
-// before its statements are in the file checks appended(), or waits. The queue is bounded: append
-// blocks while it is full.
+// before its statements are in the file checks appended(), or waits. Statements are handed to that
+// thread many at a time: when they fill a batch, and when they are waited for. The queue is
+// bounded: append blocks while it is full.
 //
 // Errors: those of platform/files.h. After a statement that could not be appended no other is
-// appended; every later call of append and waitFor throws that failure. The destructor waits until
-// every enqueued statement is in the file, or the writer has failed.
+// appended; that failure is thrown by every later waitFor for one that is not in the file, and by
+// append when it hands over. The destructor waits until every enqueued statement is in the file, or
+// the writer has failed.
 #pragma once
 
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
+#include <deque>
 #include <exception>
 #include <mutex>
 #include <string>
@@ -28,6 +32,8 @@
 
 namespace extract {
 
+constexpr std::string_view kLineEnd = "\r\n";
+
 class StatementWriter {
  public:
   explicit StatementWriter(std::string path);
@@ -35,8 +41,8 @@ class StatementWriter {
   StatementWriter& operator=(const StatementWriter&) = delete;
   ~StatementWriter();
 
-  // The bytes as they are to stand in the file, line end included.
-  void append(std::string_view bytes);
+  // As it is to stand in the file, but for its line end.
+  void append(std::string_view statement);
 
   // Statements since construction.
   [[nodiscard]] std::size_t enqueued() const { return enqueued_; }
@@ -50,6 +56,7 @@ class StatementWriter {
   struct Batch {
     std::string bytes;
     std::vector<std::size_t> ends;
+    std::size_t last = 0;  // statements since construction, up to and including its last one
 
     void clear() {
       bytes.clear();
@@ -57,18 +64,23 @@ class StatementWriter {
     }
   };
 
+  void handOver();
+  // With mutex_ held: returns when the first `count` statements are in the file.
+  void wait(std::unique_lock<std::mutex>& lock, std::size_t count);
   void run();
   void appendAll(platform::FileAppender& file, const Batch& batch);
 
   const std::string path_;
-  std::size_t enqueued_ = 0;  // used by the caller's thread only
+  std::size_t enqueued_ = 0;  // this and filling_ are used by the caller's thread only
+  Batch filling_;
   std::atomic<std::size_t> appended_ = 0;
 
   std::mutex mutex_;  // guards the members below, up to thread_
   std::condition_variable wake_;
   std::condition_variable progress_;
-  Batch waiting_;
-  bool idle_ = false;  // the thread waits for statements
+  std::deque<Batch> waiting_;
+  std::vector<Batch> spare_;        // empty; their storage is used again
+  std::size_t awaited_ = SIZE_MAX;  // the statement for which the caller waits
   bool ended_ = false;
   std::exception_ptr failure_;
 

@@ -17,14 +17,13 @@ Workspace::Workspace(const Dependencies& given, const DayRange& range)
       shop{SqlText(given.start.shop.group), SqlText(given.start.shop.tradeName),
            SqlText(given.start.shop.representative)} {}
 
-void Workspace::write(std::string_view text) {
-  line_.clear();
-  codePage_.appendFromUtf8(text, line_);
-  line_ += "\r\n";
+void Workspace::write(std::string_view statement) { writeEncoded(codePage.fromUtf8(statement)); }
+
+void Workspace::writeEncoded(std::string_view statement) {
   if (writer_) {
-    writer_->append(line_);
+    writer_->append(statement);
   } else {
-    platform::appendToFile(statementPath_, line_);
+    platform::appendToFile(statementPath_, std::string(statement).append(kLineEnd));
   }
 }
 

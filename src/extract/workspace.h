@@ -80,6 +80,8 @@ class Workspace {
   // file is open for no longer than that. In code page 949, '?' for a character that it lacks.
   // While forEachRow runs, that happens in the background.
   void write(std::string_view statement);
+  // The same of a statement that is in the file's code page already.
+  void writeEncoded(std::string_view statement);
 
   // Opens the local database that the following record sets are opened on. A failure shows when
   // the first of them is opened.
@@ -115,13 +117,12 @@ class Workspace {
   const Dependencies dependencies;
   const DayRange days;
   const ShopLiterals shop;
+  CodePage codePage{949};  // of the statement file
 
  private:
   class RowWalk;
 
   std::string statementPath_;
-  CodePage codePage_{949};
-  std::string line_;                   // the line being written; its storage is used again
   StatementWriter* writer_ = nullptr;  // while forEachRow runs
   std::int32_t records_ = 0;
   std::vector<joblog::Failure> failures_;

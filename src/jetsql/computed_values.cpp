@@ -98,11 +98,11 @@ void ComputedValues::append(sqlite3_stmt* statement, int firstColumn) {
   for (const EncodedValue& value : scratch_) place = pack(place, value);
 }
 
-values::Variant ComputedValues::get(std::size_t row, std::size_t value) const {
+values::VariantView ComputedValues::get(std::size_t row, std::size_t value) const {
   const char* place = rows_[row];
   EncodedValue encoded;
   for (std::size_t i = 0; i <= value; ++i) place = unpack(place, encoded);
-  return decode(encoded, types_[value]);
+  return decodeView(encoded, types_[value]);
 }
 
 }  // namespace jetsql

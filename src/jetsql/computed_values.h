@@ -2,7 +2,7 @@
 //
 //   ComputedValues values(types);          // Text, Long
 //   values.append(statement, 1);       // columns 1 and 2 of the current row
-//   Variant text = values.get(0, 0);   // row, value
+//   VariantView text = values.get(0, 0);   // row, value
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,8 @@ class ComputedValues {
   explicit ComputedValues(const std::vector<values::VariantType>& types) : types_(types) {}
 
   void append(sqlite3_stmt* statement, int firstColumn);
-  [[nodiscard]] values::Variant get(std::size_t row, std::size_t value) const;
+  // A text or a binary lives as long as this.
+  [[nodiscard]] values::VariantView get(std::size_t row, std::size_t value) const;
   [[nodiscard]] std::size_t bytes() const { return bytes_; }  // that the rows take
 
  private:

@@ -11,8 +11,6 @@
 
 namespace jetsql {
 
-using values::Variant;
-
 void RecordSet::Implementation::append(sqlite3_stmt* statement) {
   const auto sources = static_cast<int>(layout_->sources.size());
   for (int i = 0; i < sources; ++i) {
@@ -61,7 +59,7 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
   into.position = position_;
 }
 
-Variant RecordSet::Implementation::field(std::size_t index) {
+values::VariantView RecordSet::Implementation::view(std::size_t index, std::string& scratch) {
   if (index >= layout_->columns.size()) {
     throw RuntimeError(error::kItemNotFound,
                        "Item not found in this collection: " + std::to_string(index) + ".");
@@ -70,7 +68,7 @@ Variant RecordSet::Implementation::field(std::size_t index) {
   const Translation::Column& column = layout_->columns[index];
   if (!column.base) return values_.get(position_, column.computed);
   const jet::Row* current = row(column.base->source);
-  return current == nullptr ? Variant() : current->value(column.base->column);
+  return current == nullptr ? values::VariantView() : current->view(column.base->column, scratch);
 }
 
 std::size_t RecordSet::Implementation::fieldIndex(std::string_view name) const {
@@ -132,7 +130,9 @@ void RecordSet::moveFirst() { alive().moveTo(0); }
 void RecordSet::moveNext() { alive().moveNext(); }
 void RecordSet::moveLast() { alive().moveTo(alive().count() - 1); }
 
-Variant RecordSet::field(std::size_t index) const { return alive().field(index); }
+values::VariantView RecordSet::view(std::size_t index, std::string& scratch) const {
+  return alive().view(index, scratch);
+}
 
 bool RecordSet::isUpdatable() const { return alive().isUpdatable(); }
 void RecordSet::updateRows(std::size_t first, std::size_t count,

@@ -45,7 +45,13 @@ class RecordSet {
   void moveNext();
   void moveLast();
 
-  [[nodiscard]] values::Variant field(std::size_t index) const;
+  // The current row's field. A text or a binary is valid until the record set moves or `scratch`,
+  // in which it may lie, changes; field() gives a value that is kept.
+  [[nodiscard]] values::VariantView view(std::size_t index, std::string& scratch) const;
+  [[nodiscard]] values::Variant field(std::size_t index) const {
+    std::string scratch;
+    return view(index, scratch).owned();
+  }
   [[nodiscard]] values::Variant field(std::string_view name) const {
     return field(fieldIndex(name));
   }

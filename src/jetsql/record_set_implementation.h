@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -41,7 +42,7 @@ class RecordSet::Implementation {
   void moveTo(std::size_t position);
   void moveNext();
 
-  [[nodiscard]] values::Variant field(std::size_t index);
+  [[nodiscard]] values::VariantView view(std::size_t index, std::string& scratch);
   [[nodiscard]] bool isUpdatable() const { return writable_ && layout_->updatable.has_value(); }
   // Of `count` rows from number `first` on.
   void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);

@@ -25,9 +25,8 @@ class QueryRecordSet : public RecordSet {
   [[nodiscard]] std::size_t fieldIndex(std::string_view name) const override {
     return rows_->fieldIndex(name);
   }
-  using RecordSet::field;
-  [[nodiscard]] values::Variant field(std::size_t index) const override {
-    return rows_->field(index);
+  [[nodiscard]] values::VariantView view(std::size_t index, std::string& scratch) const override {
+    return rows_->view(index, scratch);
   }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const FieldValue> fields) override {

@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "jet/rows/row_update.h"
@@ -41,8 +42,15 @@ class RecordSet {
   // match without regard to case.
   [[nodiscard]] virtual std::size_t fieldIndex(std::string_view name) const = 0;
 
-  // Value of the current row's field, by place or by name.
-  [[nodiscard]] virtual values::Variant field(std::size_t index) const = 0;
+  // The current row's field by its place. A text or a binary is valid until the record set moves or
+  // `scratch`, in which it may lie, changes.
+  [[nodiscard]] virtual values::VariantView view(std::size_t index, std::string& scratch) const = 0;
+
+  // A value that is kept, by place or by name.
+  [[nodiscard]] values::Variant field(std::size_t index) const {
+    std::string scratch;
+    return view(index, scratch).owned();
+  }
   [[nodiscard]] values::Variant field(std::string_view name) const {
     return field(fieldIndex(name));
   }

@@ -70,9 +70,9 @@ Numeric fromReal(double value) {
 }
 
 // A text without an exponent is taken digit by digit; anything else by way of a double.
-Numeric fromText(const std::string& text) {
+Numeric fromText(std::string_view text) {
   const auto plain = plainNumber(text);
-  if (!plain || plain->find('e') != std::string::npos) return fromReal(toDouble(Variant(text)));
+  if (!plain || plain->find('e') != std::string::npos) return fromReal(toDouble(text));
   Numeric number;
   int digits = 0;  // significant ones
   bool afterPoint = false;
@@ -83,7 +83,7 @@ Numeric fromText(const std::string& text) {
     number.magnitude = number.magnitude * 10 + static_cast<unsigned>(c - '0');
     number.scale = static_cast<std::uint8_t>(number.scale + (afterPoint ? 1 : 0));
     digits += number.magnitude != 0 ? 1 : 0;
-    if (digits > kMaxDigits || number.scale > kMaxDigits) return fromReal(toDouble(Variant(text)));
+    if (digits > kMaxDigits || number.scale > kMaxDigits) return fromReal(toDouble(text));
   }
   return fitted(number);
 }
@@ -154,12 +154,12 @@ Numeric divide(const Numeric& left, const Numeric& right) {
       {left.negative != right.negative, static_cast<std::uint8_t>(scale), quotient + (up ? 1 : 0)});
 }
 
-Numeric toNumeric(const Variant& value) {
+Numeric toNumeric(const VariantView& value) {
   if (const auto* numeric = value.as<Numeric>()) return *numeric;
   if (const auto* currency = value.as<Currency>()) {
     return normalized({currency->units < 0, kCurrencyPlaces, magnitudeOf(currency->units)});
   }
-  if (const auto* text = value.as<std::string>()) return fromText(*text);
+  if (const auto* text = value.as<std::string_view>()) return fromText(*text);
   return fromReal(toDouble(value));
 }
 

@@ -66,6 +66,6 @@ template <typename Unsigned>
 [[nodiscard]] Numeric rounded(Numeric value, int places);
 
 // From a number of any type or a text that reads as one. Error 13, 94.
-[[nodiscard]] Numeric toNumeric(const Variant& value);
+[[nodiscard]] Numeric toNumeric(const VariantView& value);
 
 }  // namespace values

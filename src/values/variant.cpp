@@ -26,8 +26,8 @@ Overloaded(Handlers...) -> Overloaded<Handlers...>;
 [[noreturn]] void throwMismatch(const std::string& what) {
   throw RuntimeError(error::kTypeMismatch, "Type mismatch: " + what + ".");
 }
-[[noreturn]] void throwMismatchText(const std::string& text) {
-  throwMismatch("'" + text.substr(0, 40) + "' cannot be converted");
+[[noreturn]] void throwMismatchText(std::string_view text) {
+  throwMismatch("'" + std::string(text.substr(0, 40)) + "' cannot be converted");
 }
 
 template <typename Whole>
@@ -68,7 +68,7 @@ Currency fromNumeric(const Numeric& value) {
 }
 
 template <typename Whole>
-Whole toWhole(const Variant& value) {
+Whole toWhole(const VariantView& value) {
   if (const auto* currency = value.as<Currency>()) return fromCurrency<Whole>(*currency);
   if (const auto* numeric = value.as<Numeric>()) {
     return fromMagnitude<Whole>(numeric->negative,
@@ -87,13 +87,33 @@ void appendCurrency(std::string& text, Currency value) {
 
 }  // namespace
 
-std::string toText(const Variant& value) {
+VariantView::VariantView(const Variant& value) {
+  value.visit(Overloaded{
+      [](std::monostate) {},
+      [&](const std::string& text) { value_ = std::string_view(text); },
+      [&](const Binary& binary) { value_ = Bytes(binary.bytes); },
+      [&](const auto& other) { value_ = other; },
+  });
+}
+
+Variant VariantView::owned() const {
+  return visit(Overloaded{
+      [](std::monostate) { return Variant(); },
+      [](std::string_view text) { return Variant(std::string(text)); },
+      [](Bytes bytes) {
+        return Variant(Binary{{bytes.begin(), bytes.end()}});
+      },
+      [](const auto& other) { return Variant(other); },
+  });
+}
+
+std::string toText(const VariantView& value) {
   std::string text;
   appendText(text, value);
   return text;
 }
 
-void appendText(std::string& text, const Variant& value) {
+void appendText(std::string& text, const VariantView& value) {
   value.visit(Overloaded{
       [](std::monostate) { throwNull(); },
       [&](bool v) { text += v ? "True" : "False"; },
@@ -105,14 +125,12 @@ void appendText(std::string& text, const Variant& value) {
       [&](Currency v) { appendCurrency(text, v); },
       [&](DateTime v) { appendDateText(text, v); },
       [&](const Numeric& v) { text += decimalText(v.negative, v.magnitude, v.scale); },
-      [&](const std::string& v) { text += v; },
-      [&](const Binary& v) {
-        text.append(reinterpret_cast<const char*>(v.bytes.data()), v.bytes.size());
-      },
+      [&](std::string_view v) { text += v; },
+      [&](VariantView::Bytes v) { text.append(reinterpret_cast<const char*>(v.data()), v.size()); },
   });
 }
 
-double toDouble(const Variant& value) {
+double toDouble(const VariantView& value) {
   return value.visit(Overloaded{
       [](std::monostate) -> double { throwNull(); },
       [](bool v) { return v ? -1.0 : 0.0; },
@@ -124,35 +142,35 @@ double toDouble(const Variant& value) {
       [](Currency v) { return static_cast<double>(v.units) / kCurrencyScale; },
       [](DateTime v) { return v.serial; },
       [](const Numeric& v) { return numericValue(v); },
-      [](const std::string& v) {
+      [](std::string_view v) {
         const auto number = parseNumber(v);
         if (!number) throwMismatchText(v);
         if (std::isinf(*number)) throwOverflow();
         return *number;
       },
-      [](const Binary&) -> double { throwMismatch("binary is no number"); },
+      [](VariantView::Bytes) -> double { throwMismatch("binary is no number"); },
   });
 }
 
-std::int32_t toLong(const Variant& value) {
+std::int32_t toLong(const VariantView& value) {
   if (const auto* whole = value.as<std::int32_t>()) return *whole;
   return toWhole<std::int32_t>(value);
 }
 
-std::int16_t toInteger(const Variant& value) { return toWhole<std::int16_t>(value); }
+std::int16_t toInteger(const VariantView& value) { return toWhole<std::int16_t>(value); }
 
-Currency toCurrency(const Variant& value) {
+Currency toCurrency(const VariantView& value) {
   if (const auto* currency = value.as<Currency>()) return *currency;
   if (const auto* numeric = value.as<Numeric>()) return fromNumeric(*numeric);
-  if (const auto* text = value.as<std::string>()) {
+  if (const auto* text = value.as<std::string_view>()) {
     if (!plainNumber(*text)) throwMismatchText(*text);  // &H1F, which is a number otherwise
     return fromNumeric(toNumeric(value));
   }
   return {fromReal<std::int64_t>(toDouble(value) * kCurrencyScale)};
 }
 
-bool toBool(const Variant& value) {
-  if (const auto* text = value.as<std::string>()) {
+bool toBool(const VariantView& value) {
+  if (const auto* text = value.as<std::string_view>()) {
     const std::string_view word = text::trimBlanks(*text);
     if (text::equalsIgnoringAsciiCase(word, "true")) return true;
     if (text::equalsIgnoringAsciiCase(word, "false")) return false;
@@ -160,9 +178,9 @@ bool toBool(const Variant& value) {
   return toDouble(value) != 0;
 }
 
-DateTime toDate(const Variant& value) {
+DateTime toDate(const VariantView& value) {
   if (const auto* date = value.as<DateTime>()) return *date;
-  if (const auto* text = value.as<std::string>()) {
+  if (const auto* text = value.as<std::string_view>()) {
     const auto date = parseDate(*text);
     if (!date) throwMismatchText(*text);
     return *date;

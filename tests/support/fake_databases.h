@@ -47,11 +47,10 @@ class FakeRecordSet : public localdb::RecordSet {
     names_.push_back(lower(name));
     return names_.size() - 1;
   }
-  using RecordSet::field;
-  [[nodiscard]] values::Variant field(std::size_t index) const override {
+  [[nodiscard]] values::VariantView view(std::size_t index, std::string&) const override {
     requireRow();
     const auto found = answer_.rows[at_].find(names_.at(index));
-    return found == answer_.rows[at_].end() ? values::Variant() : found->second;
+    return found == answer_.rows[at_].end() ? values::VariantView() : found->second;
   }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const localdb::FieldValue> values) override {

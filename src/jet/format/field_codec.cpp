@@ -98,7 +98,7 @@ std::optional<values::Numeric> decodeNumeric(const Column& column, Bytes stored)
   return value;
 }
 
-values::Variant decodeFixed(const Column& column, Bytes stored) {
+values::VariantView decodeFixed(const Column& column, Bytes stored) {
   switch (column.type) {
     case ColumnType::kByte:
       return loadU8(stored, 0);

@@ -3,7 +3,7 @@
 // varies.
 //
 //   const auto bytes = encodeFixed(column, Variant(12.5));      // a Currency: 8 bytes
-//   const Variant price = decodeFixed(column, bytes);
+//   const VariantView price = decodeFixed(column, bytes);
 //
 // Whole numbers, Currency (ten-thousandths) and reals stand low byte first; a date is a double,
 // days since 1899-12-30. A Numeric is a sign byte (80h: negative) and four 32-bit words, the
@@ -34,7 +34,7 @@ using StoredField = std::optional<std::vector<std::byte>>;
 // The decoders take fixedSize(type) bytes; who reads a file has compared the sizes.
 
 // Byte, Integer, Long, Complex, Currency, Single, Double, DateTime.
-[[nodiscard]] values::Variant decodeFixed(const Column& column, Bytes stored);
+[[nodiscard]] values::VariantView decodeFixed(const Column& column, Bytes stored);
 
 // Byte, Integer, Long, Complex, Currency (in ten-thousandths), BigInt.
 [[nodiscard]] inline std::int64_t decodeWhole(ColumnType type, Bytes stored) {

@@ -63,7 +63,7 @@ values::Numeric Row::numeric(std::size_t position) const {
   return *value;
 }
 
-values::Variant Row::value(std::size_t position) const {
+values::VariantView Row::view(std::size_t position, std::string& scratch) const {
   const Column& c = column(position);
   if (c.type == ColumnType::kYesNo) return layout_.isSet(c.number);
   if (!layout_.isSet(c.number)) return {};
@@ -74,28 +74,31 @@ values::Variant Row::value(std::size_t position) const {
     case ColumnType::kText:
     case ColumnType::kMemo:
     case ColumnType::kGuid:
-      return textValue(position);
+      return text(position, scratch);
     case ColumnType::kBinary:
     case ColumnType::kWideBinary:
     case ColumnType::kOle:
     case ColumnType::kExtendedDateTime:
-      return binaryValue(position);
+      return binaryView(position, scratch);
     default:
       return decodeFixed(c, rawFixedSize(c));
   }
 }
 
-values::Binary Row::binaryValue(std::size_t position) const {
-  std::vector<std::byte> scratch;
-  const Bytes found = binary(position, scratch);
-  return {{found.begin(), found.end()}};
+Bytes Row::binaryView(std::size_t position, std::string& scratch) const {
+  std::vector<std::byte> pieces;
+  const Bytes found = binary(position, pieces);
+  if (pieces.empty()) return found;
+  scratch = asText(found);
+  return std::as_bytes(std::span(scratch));
 }
 
-std::string Row::textValue(std::size_t position) const {
+values::Variant Row::value(std::size_t position) const {
   std::string scratch;
-  const std::string_view found = text(position, scratch);
-  if (found.data() == scratch.data()) return scratch;
-  return std::string(found);
+  const values::VariantView found = view(position, scratch);
+  const auto* text = found.as<std::string_view>();
+  if (text != nullptr && text->data() == scratch.data()) return scratch;
+  return found.owned();
 }
 
 void Row::damaged(const Column& c, std::string_view what) const {

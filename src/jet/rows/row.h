@@ -55,6 +55,8 @@ class Row {
     return !layout_.isSet(c.number) && c.type != ColumnType::kYesNo;
   }
   [[nodiscard]] values::Variant value(std::size_t column) const;
+  // The same without a copy: a text or a binary lies in `scratch` or in the page.
+  [[nodiscard]] values::VariantView view(std::size_t column, std::string& scratch) const;
 
   // For columns that are not Null, by VariantType. Asking for another type is the caller's mistake.
   // YesNo as -1 or 0, Byte, Integer, Long; Currency in ten-thousandths:
@@ -92,8 +94,7 @@ class Row {
     return layout_.row().subspan(start, c.length);
   }
   [[nodiscard]] Bytes rawFromVariablePart(const Column& column) const;
-  [[nodiscard]] std::string textValue(std::size_t column) const;
-  [[nodiscard]] values::Binary binaryValue(std::size_t column) const;
+  [[nodiscard]] Bytes binaryView(std::size_t column, std::string& scratch) const;
   [[noreturn]] void outside(const Column& column) const;
   [[noreturn]] void damaged(const Column& column, std::string_view what) const;
   [[noreturn]] void rowDamaged(const std::string& what) const;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "jetsql/functions/value_types.h"
@@ -33,11 +34,6 @@ double realOf(const EncodedValue& value) {
 Variant wholeNumber(const EncodedValue& value, VariantType type) {
   if (value.kind == EncodedValue::Kind::kReal) return value.real;
   return wholeResult(value.whole, type);
-}
-
-values::Binary binaryOf(std::string_view bytes) {
-  const auto* begin = reinterpret_cast<const std::byte*>(bytes.data());
-  return {{begin, begin + bytes.size()}};
 }
 
 // An expression without a static type is what SQLite made of it.
@@ -100,7 +96,7 @@ EncodedValue encodedColumn(sqlite3_stmt* statement, int column) {
   }
 }
 
-Variant decode(const EncodedValue& value, VariantType type) {
+values::VariantView decodeView(const EncodedValue& value, VariantType type) {
   if (value.kind == EncodedValue::Kind::kNull) return {};
   if (value.kind == EncodedValue::Kind::kBlob) {
     if (const auto error = errorIn(value.bytes)) throw RuntimeError(*error);
@@ -124,10 +120,14 @@ Variant decode(const EncodedValue& value, VariantType type) {
     case VariantType::kNumeric:
       return decodeNumeric(value.bytes.data(), value.bytes.size());
     case VariantType::kBinary:
-      return binaryOf(value.bytes);
+      return std::as_bytes(std::span(value.bytes));
     default:
-      return std::string(value.bytes);
+      return value.bytes;
   }
+}
+
+Variant decode(const EncodedValue& value, VariantType type) {
+  return decodeView(value, type).owned();
 }
 
 Variant decode(sqlite3_value* value, VariantType type) { return decode(encodedValue(value), type); }

@@ -38,6 +38,8 @@ struct EncodedValue {
 // Raises the error that a value is (deferred_error.h). A whole number outside the range of the type
 // is one of a wider type; error 6 for a Currency out of range.
 [[nodiscard]] values::Variant decode(const EncodedValue& value, values::VariantType type);
+// The same without a copy of a text or a binary.
+[[nodiscard]] values::VariantView decodeView(const EncodedValue& value, values::VariantType type);
 [[nodiscard]] values::Variant decode(sqlite3_value* value, values::VariantType type);
 
 // The value keeps its own type's encoding.
