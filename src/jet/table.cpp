@@ -99,7 +99,8 @@ bool Table::canSeek(std::size_t realIndex, std::size_t columns) const {
   if (columns > index.columns.size()) return false;
   for (std::size_t i = 0; i < columns; ++i) {
     const Column& column = definition_.columns[index.columns[i].column];
-    if (!ordinalType(column.type) && column.weights == nullptr) return false;
+    const bool known = hasKeys(column.type, index.columns[i].ascending);
+    if (!known && column.weights == nullptr) return false;
   }
   return true;
 }

@@ -80,8 +80,8 @@ class Table {
   [[nodiscard]] bool tryReadNext(RowId id, Row& row);
 
   // True when an index's first `columns` key columns are of kinds that seek can encode: Yes/No,
-  // whole numbers, Currency, single, double, date; text in the sort order "General", for equalities
-  // alone and where hasTextKey.
+  // whole numbers, Currency, single, double, date; for equalities alone and where hasKey: text in
+  // the sort order "General", GUID, binary, ascending Numeric.
   [[nodiscard]] bool canSeek(std::size_t realIndex, std::size_t columns = 1) const;
 
   // The rows that a range of an index names, in the index's order; see jet/index/key_range.h. An

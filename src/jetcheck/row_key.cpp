@@ -11,10 +11,6 @@ namespace {
 using jet::Bytes;
 using jet::ColumnType;
 
-bool isEncoded(ColumnType type) {
-  return jet::ordinalType(type) || type == ColumnType::kBinary || type == ColumnType::kGuid;
-}
-
 // As a row stores it; Yes has no bytes and No is none.
 std::optional<Bytes> field(const jet::Column& column, std::size_t position, const jet::Row& row) {
   if (column.type == ColumnType::kYesNo) {
@@ -24,10 +20,12 @@ std::optional<Bytes> field(const jet::Column& column, std::size_t position, cons
   return row.raw(position);
 }
 
-bool fits(const jet::Column& column, const std::optional<Bytes>& field) {
+// A field whose key is known: it has its type's size, or any but none.
+bool isEncoded(const jet::Column& column, bool ascending, const std::optional<Bytes>& field) {
   if (!field || column.type == ColumnType::kYesNo) return true;
+  if (!jet::hasKeys(column.type, ascending)) return false;
   const std::size_t size = jet::fixedSize(column.type);
-  return size == 0 || field->size() == size;
+  return size == 0 ? !field->empty() : field->size() == size;
 }
 
 }  // namespace
@@ -48,7 +46,7 @@ RowKey rowKey(const jet::TableDefinition& definition, const jet::RealIndex& inde
     const bool isNull = row.isNull(part.column);
     key.anyNull = key.anyNull || isNull;
     key.allNull = key.allNull && isNull;
-    if (!isNull && (!isEncoded(column.type) || !fits(column, stored))) {
+    if (!isNull && !isEncoded(column, part.ascending, stored)) {
       key.whole = false;
       key.back.clear();
     } else {

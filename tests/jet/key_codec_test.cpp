@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "jet/format/field_codec.h"
 #include "jet/index/key_range.h"
 #include "jet/rows/row_patch.h"
 #include "values/runtime_error.h"
@@ -124,10 +125,22 @@ TEST(KeyCodecTest, NullsTextsAndBytes) {
   EXPECT_EQ(ofBytes(ColumnType::kBinary, kUp, ten),
             "7f0101010101010101090101000000000000"
             "02");
-  EXPECT_EQ(ofBytes(ColumnType::kGuid, kDown, Bytes(ten).first(8)),
-            "80fefefefefefefefe"
-            "f7");
-  EXPECT_THROW((void)ofBytes(ColumnType::kNumeric, kUp, ten), RuntimeError);
+  EXPECT_EQ(ofBytes(ColumnType::kBinary, kDown, ten),
+            "80fefefefefefefefe09fefeffffffffffff"
+            "fd");
+  const auto guid = guidBytes("{00112233-4455-6677-8899-AABBCCDDEEFF}");
+  EXPECT_EQ(ofBytes(ColumnType::kGuid, kUp, guid), "7f0011223344556677098899aabbccddeeff08");
+  EXPECT_EQ(ofBytes(ColumnType::kGuid, kDown, guid), "80ffeeddccbbaa9988097766554433221100f7");
+  Column numeric = columnOf(ColumnType::kNumeric);
+  numeric.precision = 18;
+  numeric.scale = 2;
+  const auto ofNumeric = [&](bool negative) {
+    return ofBytes(ColumnType::kNumeric, kUp,
+                   encodeFixed(numeric, values::Numeric{negative, 1, 125}));
+  };
+  EXPECT_EQ(ofNumeric(false), "7fff000000000000000000000000000004e2");
+  EXPECT_EQ(ofNumeric(true), "7f00fffffffffffffffffffffffffffffb1d");
+  EXPECT_THROW((void)ofBytes(ColumnType::kNumeric, kDown, ten), RuntimeError);
   EXPECT_EQ(ofText(kUp, u"Table1"), "7f6d4a4c5e51380100");
   EXPECT_EQ(ofText(kUp, u"t_like1 "), "7f6d2b035e595c51380100");
   EXPECT_EQ(ofText(kDown, u"a"), "80b5feff");

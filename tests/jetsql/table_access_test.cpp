@@ -97,32 +97,65 @@ TEST_F(TableAccessTest, RowsOfOneKeyAreOrderedAsSqliteOrders) {
   }
 }
 
-// Fault: a text whose key is not known finds nothing in the file's index.
-TEST_F(TableAccessTest, TextsAreFoundByTheFilesIndex) {
+// Faults: a value whose key is not known finds nothing in the file's index; a zero has two keys.
+TEST_F(TableAccessTest, ValuesOfAllTypesAreFoundByTheFilesIndex) {
+  using jet::ColumnType;
   constexpr int kRows = 1500;
   jetcreate::FileBuilder builder(path("texts.mdb"));
-  auto& texts = builder.addTable(
-      "Texts",
-      {{.name = "id"}, {.name = "t", .type = jet::ColumnType::kText, .size = 20}, {.name = "u"}},
-      {{.name = "byText", .columns = {"t"}}, {.name = "both", .columns = {"u", "t"}}});
+  auto& texts = builder.addTable("Texts",
+                                 {{.name = "id"},
+                                  {.name = "t", .type = ColumnType::kText, .size = 20},
+                                  {.name = "u"},
+                                  {.name = "g", .type = ColumnType::kGuid},
+                                  {.name = "n", .type = ColumnType::kNumeric, .scale = 2},
+                                  {.name = "b", .type = ColumnType::kBinary, .size = 20}},
+                                 {{.name = "byText", .columns = {"t"}},
+                                  {.name = "both", .columns = {"u", "t"}},
+                                  {.name = "down", .columns = {"-g", "u"}},
+                                  {.name = "byNumber", .columns = {"n", "id"}},
+                                  {.name = "byBytes", .columns = {"-b"}}});
   for (std::int32_t id = 0; id < kRows; ++id) {
-    texts.add({id, (id % 2 == 0 ? "Tea " : "TEA ") + std::to_string(id / 4), id / 100});
+    const auto byte = static_cast<std::byte>(id % 250);
+    const auto amount = static_cast<values::Uint128>(id / 4 * 25);
+    texts.add({id, (id % 2 == 0 ? "Tea " : "TEA ") + std::to_string(id / 4), id / 100,
+               "{" + std::to_string(10000000 + id / 4) + "-0000-0000-0000-0000000000AB}",
+               values::Numeric{id % 2 == 0, 2, amount},
+               values::Binary{std::vector(static_cast<std::size_t>(id % 12), byte)}});
   }
   builder.finish();
   const auto session = Session::open(path("texts.mdb"), {}, clock_);
-  const auto count = [&](const std::string& condition) {
-    return rows(*session, "SELECT Count(*) FROM Texts WHERE " + condition);
+  const std::pair<const char*, const char*> cases[] = {
+      {"t = 'tea 100'", "4"},
+      {"t = 'tea 100 '", "0"},
+      {"t = '차 100' OR t = 'tea-1'", "0"},
+      {"t = 'tea 100' & Left('가', 0)", "4"},
+      {"u = 4 AND t = 'tea 101'", "4"},
+      {"u = 4 AND t = 'tea 10?'", "0"},
+      {"t >= 'tea 99' AND t < 'tea 990'", "4"},
+      {"g = '{10000100-0000-0000-0000-0000000000ab}'", "4"},
+      {"g = '{10000100-0000-0000-0000-0000000000AB}' AND u = 4", "4"},
+      {"g = '10000100-0000-0000-0000-0000000000AB'", "0"},
+      {"n = CDec('1.25')", "2"},
+      {"n = CDec('-1.250')", "2"},
+      {"n = CDec('1.255')", "0"},
+      {"n = CDec(0)", "4"},
+      {"n = CDec(0) AND id = 3", "1"},
+      {"b = (SELECT b FROM Texts AS x WHERE x.id = 511)", "1"},
+      {"b = (SELECT b FROM Texts AS x WHERE x.id = 250)", "1"},
+      {"b = (SELECT b FROM Texts AS x WHERE x.id = 24)", "125"},
   };
-  EXPECT_EQ(count("t = 'tea 100'"), "4");
-  EXPECT_EQ(count("t = 'tea 100 '"), "0");
-  EXPECT_EQ(count("t = '차 100' OR t = 'tea-1'"), "0");
-  EXPECT_EQ(count("t = 'tea 100' & Left('가', 0)"), "4");
-  EXPECT_EQ(count("u = 4 AND t = 'tea 101'"), "4");
-  EXPECT_EQ(count("u = 4 AND t = 'tea 10?'"), "0");
-  EXPECT_EQ(count("t >= 'tea 99' AND t < 'tea 990'"), "4");
-  const auto report = session->explain("SELECT id FROM Texts WHERE t = 'TEA 9'");
-  EXPECT_EQ(report.reads.front().access, "index byText of the file: t = value");
-  EXPECT_EQ(report.reads.front().rows, 4U);
+  for (const auto& [condition, count] : cases) {
+    EXPECT_EQ(rows(*session, std::string("SELECT Count(*) FROM Texts WHERE ") + condition), count)
+        << condition;
+  }
+  const auto accessOf = [&](const char* condition) {
+    const std::string query = std::string("SELECT id FROM Texts WHERE ") + condition;
+    return session->explain(query).reads.front().access;
+  };
+  EXPECT_EQ(accessOf("t = 'TEA 9'"), "index byText of the file: t = value");
+  EXPECT_EQ(accessOf("g = '{10000100-0000-0000-0000-0000000000AB}'"),
+            "index down of the file: g = value");
+  EXPECT_EQ(accessOf("n = CDec('1.25')"), "index byNumber of the file: n = value");
 }
 
 // Faults: the rows of the first key that was asked for stand for all; a text that is computed from

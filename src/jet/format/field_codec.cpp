@@ -1,6 +1,8 @@
 #include "jet/format/field_codec.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -128,17 +130,22 @@ std::string guidText(Bytes stored) {
   return text;
 }
 
+bool isGuidText(std::string_view text) {
+  return text.size() == kGuidTextSize && std::ranges::all_of(kGuidDigits, [text](std::size_t at) {
+           return std::isxdigit(static_cast<unsigned char>(text[at])) != 0 &&
+                  std::isxdigit(static_cast<unsigned char>(text[at + 1])) != 0;
+         });
+}
+
 std::vector<std::byte> guidBytes(std::string_view text) {
+  if (!isGuidText(text)) {
+    throw RuntimeError(error::kTypeMismatch, "'" + std::string(text) + "' is not a GUID");
+  }
   std::vector<std::byte> bytes;
   for (const std::size_t place : kGuidDigits) {
     unsigned value = 0;
-    if (text.size() != kGuidTextSize) break;
-    const char* digits = text.data() + place;
-    if (std::from_chars(digits, digits + 2, value, 16).ptr != digits + 2) break;
+    std::from_chars(text.data() + place, text.data() + place + 2, value, 16);
     bytes.push_back(static_cast<std::byte>(value));
-  }
-  if (bytes.size() != kGuidSize) {
-    throw RuntimeError(error::kTypeMismatch, "'" + std::string(text) + "' is not a GUID");
   }
   return bytes;
 }

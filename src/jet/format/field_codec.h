@@ -59,6 +59,8 @@ using StoredField = std::optional<std::vector<std::byte>>;
 
 // "{00112233-4455-6677-8899-AABBCCDDEEFF}" of 16 bytes.
 [[nodiscard]] std::string guidText(Bytes stored);
+// Whether it has the length of such a text and digits in their places.
+[[nodiscard]] bool isGuidText(std::string_view text);
 // Error 13 for a text of another form.
 [[nodiscard]] std::vector<std::byte> guidBytes(std::string_view text);
 

@@ -16,7 +16,9 @@ namespace {
 constexpr std::byte kNull{0x00};
 constexpr std::byte kValue{0x7f};
 
-constexpr std::size_t kBinaryPiece = 8;   // bytes
+constexpr std::size_t kGuidSize = 16;
+constexpr std::size_t kBinaryPiece = 8;  // bytes
+constexpr std::byte kPieceFollows{9};
 constexpr std::size_t kMaxKeyText = 255;  // characters of a text that its key holds
 
 // A signed type has its sign bit inverted in keys.
@@ -60,16 +62,39 @@ Ordinal ordinalOf(ColumnType type, const std::optional<Bytes>& field) {
   }
 }
 
-// Pieces of eight bytes, the last one filled with zeros; each is followed by 9 when another piece
-// follows it, else by the number of its own bytes.
-void appendBinary(Bytes bytes, std::vector<std::byte>& key) {
+void appendBinary(Bytes bytes, bool ascending, std::vector<std::byte>& key) {
+  const auto put = [&](std::byte byte) { key.push_back(ascending ? byte : ~byte); };
+  put(kValue);
   do {
     const std::size_t size = std::min(bytes.size(), kBinaryPiece);
-    key.insert(key.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
-    key.resize(key.size() + kBinaryPiece - size);
+    for (std::size_t i = 0; i < kBinaryPiece; ++i) put(i < size ? bytes[i] : std::byte{0});
     bytes = bytes.subspan(size);
-    key.push_back(static_cast<std::byte>(bytes.empty() ? size : kBinaryPiece + 1));
+    if (bytes.empty()) {
+      put(static_cast<std::byte>(size));
+    } else {
+      key.push_back(kPieceFollows);
+    }
   } while (!bytes.empty());
+}
+
+// Each digit pair of a GUID's text from the byte that stores it.
+std::array<std::byte, kGuidSize> inTextOrder(Bytes guid) {
+  constexpr std::array<std::size_t, kGuidSize> kOrder = {3, 2, 1,  0,  5,  4,  7,  6,
+                                                         8, 9, 10, 11, 12, 13, 14, 15};
+  std::array<std::byte, kGuidSize> ordered{};
+  for (std::size_t i = 0; i < kGuidSize; ++i) ordered[i] = guid[kOrder[i]];
+  return ordered;
+}
+
+// As a row stores it: a sign byte, then four words, the highest first.
+void appendNumeric(Bytes numeric, std::vector<std::byte>& key) {
+  const bool negative = numeric[0] != std::byte{0};
+  const auto put = [&](std::byte byte) { key.push_back(negative ? ~byte : byte); };
+  key.push_back(kValue);
+  put(std::byte{0xff});
+  for (std::size_t word = 1; word < numeric.size(); word += sizeof(std::uint32_t)) {
+    for (std::size_t i = sizeof(std::uint32_t); i-- > 0;) put(numeric[word + i]);
+  }
 }
 
 void put(std::string_view bytes, std::vector<std::byte>& key) {
@@ -151,6 +176,11 @@ void appendOrdinalKey(const OrdinalType& type, bool ascending, Ordinal ordinal,
   key.insert(key.end(), bytes.data(), bytes.data() + 1 + type.size);
 }
 
+bool hasKeys(ColumnType type, bool ascending) {
+  return ordinalType(type) || type == ColumnType::kBinary || type == ColumnType::kGuid ||
+         (type == ColumnType::kNumeric && ascending);
+}
+
 void appendKey(const Column& column, bool ascending, const std::optional<Bytes>& field,
                std::vector<std::byte>& key) {
   const ColumnType type = column.type;
@@ -159,13 +189,14 @@ void appendKey(const Column& column, bool ascending, const std::optional<Bytes>&
     key.push_back(ascending ? kNull : ~kNull);
   } else if (ordinals) {
     appendOrdinalKey(*ordinals, ascending, ordinalOf(type, field), key);
-  } else if (type == ColumnType::kBinary || type == ColumnType::kGuid) {
-    const std::size_t start = key.size();
-    key.push_back(kValue);
-    appendBinary(*field, key);
-    if (!ascending) complementFrom(start, key);
-  } else {
+  } else if (!hasKeys(type, ascending)) {
     throw RuntimeError(error::kInvalidArgument, "Field '" + column.name + "' cannot be indexed.");
+  } else if (type == ColumnType::kNumeric) {
+    appendNumeric(*field, key);
+  } else if (type == ColumnType::kGuid) {
+    appendBinary(inTextOrder(*field), ascending, key);
+  } else {
+    appendBinary(*field, ascending, key);
   }
 }
 

@@ -13,9 +13,16 @@
 // A real -0.0 has the key of 0.0. The two compare as equal, so equal keys must be theirs: a unique
 // index takes only one of them and a lookup of 0 finds both. No file seen has a -0.0 in an index.
 //
+// Binary values and GUIDs, the latter in the order of their text, stand in pieces of eight bytes,
+// the last filled with zeros. Each is followed by 9 when another piece follows it, which is 9 in a
+// descending column, too, else by the number of its own bytes. A Numeric is ff and its 16 bytes; of
+// a negative one all bits are inverted. Two independent descriptions of the format agree on these
+// three; of binary keys 719 entries of files of the engine's own do as well. Unknown: the key of an
+// empty binary, and descending Numerics, whose order the engine changed from one version to the
+// next.
+//
 // Numbers go by way of an ordinal: a whole number of the same order as the type's values, the next
-// value being the ordinal plus one. Errors: 3001 for a type that has no keys here (memo, OLE,
-// Numeric).
+// value being the ordinal plus one. Errors: 3001 for a column that has no keys here (hasKeys).
 #pragma once
 
 #include <cstddef>
@@ -52,12 +59,16 @@ struct OrdinalType {
 void appendOrdinalKey(const OrdinalType& type, bool ascending, Ordinal ordinal,
                       std::vector<std::byte>& key);
 
-// For every type that has keys but text.
+// Whether appendKey makes the keys of such a column: of every type but text, memo, OLE and those of
+// later versions, and not of a descending Numeric.
+[[nodiscard]] bool hasKeys(ColumnType type, bool ascending);
+
 void appendKey(const Column& column, bool ascending, const std::optional<Bytes>& field,
                std::vector<std::byte>& key);
 
 // For a text in the "General" sort order, of which the weights of Latin letters, digits, blank and
 // underscore are known here. False, with `key` as it was, where another character stands in it.
+// What a column after a descending one begins with is not known: the engine adds a byte there.
 [[nodiscard]] bool appendTextKey(const TextWeights& weights, bool ascending,
                                  std::optional<std::u16string_view> text,
                                  std::vector<std::byte>& key);

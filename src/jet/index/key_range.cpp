@@ -1,17 +1,22 @@
 #include "jet/index/key_range.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
 
+#include "jet/format/field_codec.h"
 #include "jet/index/key_codec.h"
 #include "text/utf16.h"
+#include "values/decimal.h"
 #include "values/runtime_error.h"
 
 namespace jet {
 namespace {
 
 __extension__ typedef __int128 Int128;
+
+using KeyBytes = std::vector<std::byte>;
 
 // A value to compare with, as exactly as its own type has it.
 struct Comparand {
@@ -138,6 +143,39 @@ OrdinalRange equalTo(ColumnType column, const OrdinalType& type, const values::V
   return between(column, type, std::pair{comparand, true}, std::pair{comparand, true});
 }
 
+// A Numeric as a row of the column stores it; nothing where it has too many digits for that.
+StoredField storedNumeric(const Column& column, const values::Numeric& numeric) {
+  try {
+    auto stored = encodeFixed(column, numeric);
+    const auto held = decodeNumeric(column, stored);
+    if (held && values::normalized(*held) == values::normalized(numeric)) return stored;
+  } catch (const RuntimeError&) {  // beyond the column's range
+  }
+  return std::nullopt;
+}
+
+// Of a value whose type has no ordinals, as hasKey takes it. A zero of a Numeric has two keys.
+std::optional<std::pair<KeyBytes, KeyBytes>> keysOf(const Column& column, bool ascending,
+                                                    const values::Variant& value) {
+  StoredField first;
+  if (column.type == ColumnType::kGuid) first = guidBytes(toText(value));
+  if (column.type == ColumnType::kBinary) first = value.as<values::Binary>()->bytes;
+  StoredField last = first;
+  if (column.type == ColumnType::kNumeric) {
+    values::Numeric numeric = values::toNumeric(value);
+    first = last = storedNumeric(column, numeric);
+    if (numeric.magnitude == 0) {
+      numeric.negative = !numeric.negative;
+      (numeric.negative ? first : last) = storedNumeric(column, numeric);
+    }
+  }
+  if (!first || !last) return std::nullopt;
+  std::pair<KeyBytes, KeyBytes> keys;
+  appendKey(column, ascending, Bytes(*first), keys.first);
+  appendKey(column, ascending, Bytes(*last), keys.second);
+  return keys;
+}
+
 class RangeEncoder {
  public:
   RangeEncoder(const TableDefinition& definition, const RealIndex& index)
@@ -147,6 +185,8 @@ class RangeEncoder {
     for (const values::Variant& value : range.equal) {
       if (isText()) {
         appendText(value);
+      } else if (!ordinalType(column().type)) {
+        appendWhole(value);
       } else {
         const auto [column, type] = nextColumn();
         append(type, equalTo(column, type, value));
@@ -156,10 +196,15 @@ class RangeEncoder {
       const auto [column, type] = nextColumn();
       append(type, between(column, type, comparand(range.lower), comparand(range.upper)));
     }
+    keys_.first.resize(std::min(keys_.first.size(), kMaxCompared));
+    keys_.last.resize(std::min(keys_.last.size(), kMaxCompared));
     return std::move(keys_);
   }
 
  private:
+  // Keys beyond some length are stored shortened (in Jet 4 of 510 bytes), in a way not known here.
+  static constexpr std::size_t kMaxCompared = 200;
+
   static std::optional<std::pair<Comparand, bool>> comparand(const std::optional<KeyBound>& bound) {
     if (!bound) return std::nullopt;
     return std::pair{toComparand(bound->value), bound->inclusive};
@@ -180,19 +225,38 @@ class RangeEncoder {
   }
 
   void appendText(const values::Variant& value) {
-    const TextWeights& weights = *column().weights;
+    const bool ascending = index_.columns[columns_].ascending;
     const auto* text = value.as<std::string>();
-    std::vector<std::byte> key;
+    KeyBytes key;
     if (text == nullptr && !value.isNull()) unsuitable("a number is looked up among texts");
     if (text != nullptr &&
-        !appendTextKey(weights, index_.columns[columns_].ascending, text::toUtf16(*text), key)) {
+        !appendTextKey(*column().weights, ascending, text::toUtf16(*text), key)) {
       unsuitable("a text of column '" + column().name + "' has no known key");
     }
     ++columns_;
-    keys_.empty = keys_.empty || text == nullptr;
-    if (keys_.empty || keys_.first != keys_.last) return;
-    keys_.first.insert(keys_.first.end(), key.begin(), key.end());
-    keys_.last = keys_.first;
+    append(text == nullptr ? std::nullopt : std::optional(std::pair(key, key)));
+    isClosed_ = isClosed_ || !ascending;
+  }
+
+  // Of a column whose values have no ordinals.
+  void appendWhole(const values::Variant& value) {
+    const Column& column = this->column();
+    const bool ascending = index_.columns[columns_++].ascending;
+    if (!hasKeys(column.type, ascending) || (!value.isNull() && !hasKey(column, value))) {
+      unsuitable("column '" + column.name + "' is not looked up by its index");
+    }
+    append(value.isNull() ? std::nullopt : keysOf(column, ascending, value));
+  }
+
+  void append(const std::optional<std::pair<KeyBytes, KeyBytes>>& keys) {
+    keys_.empty = keys_.empty || !keys;
+    if (!canNarrow()) return;
+    keys_.first.insert(keys_.first.end(), keys->first.begin(), keys->first.end());
+    keys_.last.insert(keys_.last.end(), keys->second.begin(), keys->second.end());
+  }
+
+  [[nodiscard]] bool canNarrow() const {
+    return !keys_.empty && !isClosed_ && keys_.first == keys_.last;
   }
 
   // An equality with a real 0 is two keys wide: those of 0.0 and of -0.0, which another program may
@@ -200,7 +264,7 @@ class RangeEncoder {
   // the user of the cursor gets a few rows more.
   void append(const OrdinalType& type, const OrdinalRange& range) {
     keys_.empty = keys_.empty || range.empty;
-    if (keys_.empty || keys_.first != keys_.last) return;
+    if (!canNarrow()) return;
     appendOrdinalKey(type, ascending_, ascending_ ? range.first : range.last, keys_.first);
     appendOrdinalKey(type, ascending_, ascending_ ? range.last : range.first, keys_.last);
   }
@@ -215,14 +279,26 @@ class RangeEncoder {
   KeyInterval keys_;
   std::size_t columns_ = 0;
   bool ascending_ = true;
+  bool isClosed_ = false;  // what the columns after it begin with is not known
 };
 
 }  // namespace
 
-bool hasTextKey(const Column& column, std::string_view text) {
-  std::vector<std::byte> key;
-  return column.weights != nullptr &&
-         appendTextKey(*column.weights, true, text::toUtf16(text), key);
+bool hasKey(const Column& column, const values::Variant& value) {
+  KeyBytes key;
+  switch (column.type) {
+    case ColumnType::kText:
+      return column.weights != nullptr &&
+             appendTextKey(*column.weights, true, text::toUtf16(toText(value)), key);
+    case ColumnType::kGuid:
+      return isGuidText(toText(value));
+    case ColumnType::kBinary: {
+      const auto* binary = value.as<values::Binary>();
+      return binary != nullptr && !binary->bytes.empty();
+    }
+    default:
+      return true;
+  }
 }
 
 KeyInterval encodeRange(const TableDefinition& definition, const RealIndex& index,

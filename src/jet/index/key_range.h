@@ -7,15 +7,15 @@
 //
 // Values are compared as numbers with the key column's type, exactly: 2.5 finds nothing among whole
 // numbers, ">= 2.5" begins at 3. A Null value finds nothing, as in a comparison. Rows whose key
-// column is Null are outside every range. Values may be numbers, Currency, dates and Yes/No; texts
-// in equalities, whose keys are the same for capitals and small letters and leave out blanks at the
-// end. Errors: 3001 for a key column or a value that is not looked up (GUID, binary, Numeric, a
-// text with a character of unknown weight).
+// column is Null are outside every range. Values may be numbers, Currency, dates and Yes/No; in
+// equalities also texts, whose keys are the same for capitals and small letters and leave out
+// blanks at the end, GUIDs as texts, binary values, and what is compared with a Numeric. An
+// interval may hold more than it was asked for: keys are compared as far as all versions of the
+// engine store them. Errors: 3001 for a key column or a value that is not looked up (hasKey).
 #pragma once
 
 #include <cstddef>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "jet/format/table_definition.h"
@@ -42,8 +42,9 @@ struct KeyInterval {
   std::vector<std::byte> last;
 };
 
-// Whether a text can be looked up in an index of the column.
-[[nodiscard]] bool hasTextKey(const Column& column, std::string_view text);
+// Whether a value, which is not Null and of the column's type, has a known key in an index of the
+// column: not a text with a character of unknown weight, one that is no GUID, an empty binary.
+[[nodiscard]] bool hasKey(const Column& column, const values::Variant& value);
 
 [[nodiscard]] KeyInterval encodeRange(const TableDefinition& definition, const RealIndex& index,
                                       const KeyRange& range);

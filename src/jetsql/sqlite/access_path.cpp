@@ -10,6 +10,7 @@
 #include <span>
 #include <vector>
 
+#include "jet/index/key_codec.h"
 #include "jetsql/sqlite/jet_table.h"
 #include "jetsql/sqlite/row_sorter.h"
 
@@ -107,8 +108,9 @@ std::optional<Candidate> byFileIndex(const JetTable& table, std::size_t number,
         constraints.equal >= 0 || constraints.lower >= 0 || constraints.upper >= 0;
     if (!constrained || !table.table().canSeek(number, used + 1)) break;
     if (constraints.equal < 0) {
-      const VariantType type = table.typeOf(index.columns[used].column);
-      if (type != VariantType::kText) addRange(candidate, info, constraints);
+      const auto& columns = table.table().definition().columns;
+      const bool isOrdered = jet::ordinalType(columns[index.columns[used].column].type).has_value();
+      if (isOrdered) addRange(candidate, info, constraints);
       break;
     }
     candidate.constraints.push_back(constraints.equal);

@@ -24,6 +24,10 @@ std::optional<Variant> keyValue(const EncodedValue& value, VariantType type) {
     if (value.kind != Kind::kText) return {};
     return std::string(value.bytes);
   }
+  if (type == VariantType::kNumeric || type == VariantType::kBinary) {
+    if (value.kind != Kind::kBlob) return {};
+    return decode(value, type);
+  }
   if (!value.isNumber()) return {};
   if (type == VariantType::kDateTime) return values::DateTime{value.number()};
   if (type == VariantType::kCurrency) {
@@ -81,8 +85,7 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<const Enco
     auto value = keyValue(values[i], typeOf(i));
     if (!value) return;
     const std::size_t column = index.columns[i].column;
-    const auto* text = value->as<std::string>();
-    if (text != nullptr && !jet::hasTextKey(definition.columns[column], *text)) {
+    if (!jet::hasKey(definition.columns[column], *value)) {
       return beginWithoutKey(path, range, values.subspan(i, 1));
     }
     range.equal.push_back(std::move(*value));
@@ -101,10 +104,10 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<const Enco
   source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, range));
 }
 
-// A text has no key that is known. The columns before it may find enough; else its column has an
+// A value has no key that is known. The columns before it may find enough; else its column has an
 // index in memory.
 void JetTableCursor::beginWithoutKey(const AccessPath& path, const jet::KeyRange& before,
-                                     std::span<const EncodedValue> text) {
+                                     std::span<const EncodedValue> value) {
   if (!before.equal.empty()) {
     source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, before));
     return;
@@ -114,7 +117,7 @@ void JetTableCursor::beginWithoutKey(const AccessPath& path, const jet::KeyRange
   beginMemoryIndex({.method = AccessMethod::kMemoryIndex,
                     .equal = 1,
                     .target = static_cast<std::uint16_t>(column)},
-                   text);
+                   value);
 }
 
 void JetTableCursor::beginMemoryIndex(const AccessPath& path,
