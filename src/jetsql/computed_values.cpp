@@ -87,15 +87,20 @@ char* ComputedValues::reserve(std::size_t size) {
 void ComputedValues::append(sqlite3_stmt* statement, int firstColumn) {
   if (types_.empty()) return;
   scratch_.resize(types_.size());
-  std::size_t size = 0;
   for (std::size_t i = 0; i < types_.size(); ++i) {
     scratch_[i] = encodedColumn(statement, firstColumn + static_cast<int>(i));
-    size += packedSize(scratch_[i]);
   }
+  append(scratch_);
+}
+
+void ComputedValues::append(std::span<const EncodedValue> values) {
+  if (types_.empty()) return;
+  std::size_t size = 0;
+  for (const EncodedValue& value : values) size += packedSize(value);
   char* place = reserve(size);
   rows_.push_back(place);
   bytes_ += size + sizeof place;
-  for (const EncodedValue& value : scratch_) place = pack(place, value);
+  for (const EncodedValue& value : values) place = pack(place, value);
 }
 
 values::VariantView ComputedValues::get(std::size_t row, std::size_t value) const {

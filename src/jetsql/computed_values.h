@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "jetsql/sqlite/value_encoding.h"
@@ -21,6 +22,7 @@ class ComputedValues {
   explicit ComputedValues(const std::vector<values::VariantType>& types) : types_(types) {}
 
   void append(sqlite3_stmt* statement, int firstColumn);
+  void append(std::span<const EncodedValue> values);  // as many as there are types
   // A text or a binary lives as long as this.
   [[nodiscard]] values::VariantView get(std::size_t row, std::size_t value) const;
   [[nodiscard]] std::size_t bytes() const { return bytes_; }  // that the rows take

@@ -19,6 +19,17 @@ void RecordSet::Implementation::append(sqlite3_stmt* statement) {
                           : sqlite3_column_int64(statement, i));
   }
   values_.append(statement, sources);
+  rowAppended();
+}
+
+void RecordSet::Implementation::append(std::span<const std::int64_t> ids,
+                                       std::span<const EncodedValue> values) {
+  rowIds_.insert(rowIds_.end(), ids.begin(), ids.end());
+  values_.append(values);
+  rowAppended();
+}
+
+void RecordSet::Implementation::rowAppended() {
   ++count_;
   if (rowIds_.size() * sizeof(std::int64_t) + values_.bytes() > mostBytes_) {
     throw RuntimeError(error::kQueryTooComplex, "Query is too complex: its first " +

@@ -12,10 +12,9 @@
 #include "jetsql/computed_values.h"
 #include "jetsql/query_layout.h"
 #include "jetsql/record_set.h"
+#include "jetsql/sqlite/row_query.h"
 
 namespace jetsql {
-
-constexpr std::int64_t kNoRow = -1;  // the empty side of an outer join
 
 class Session;
 
@@ -33,6 +32,7 @@ class RecordSet::Implementation {
   // Appends the statement's current row: rowids of the sources, then computed values. Error 3360
   // where that is more than may be kept.
   void append(sqlite3_stmt* statement);
+  void append(std::span<const std::int64_t> ids, std::span<const EncodedValue> values);
   void endOfRows() { rowIds_.shrink_to_fit(); }
 
   [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;  // error 3265
@@ -54,6 +54,7 @@ class RecordSet::Implementation {
     bool present = false;             // no: the empty side of a join
   };
 
+  void rowAppended();
   void needRow() const;        // error 3021
   void needUpdatable() const;  // error 3027
   [[nodiscard]] std::int64_t rowId(std::size_t position, std::size_t source) const {

@@ -33,10 +33,16 @@ class Session::Implementation {
                                     const std::shared_ptr<Session>& session, ColumnErrors errors);
   [[nodiscard]] std::unique_ptr<RecordSet> openCached(std::string_view source,
                                                       const std::shared_ptr<Session>& session);
-  [[nodiscard]] PreparedQuery prepare(const Translation& translation);
+  [[nodiscard]] PreparedQuery prepare(Translation& translation);
   [[nodiscard]] std::unique_ptr<RecordSet> run(const PreparedQuery& query,
                                                const std::vector<values::Variant>& literals,
                                                const std::shared_ptr<Session>& session);
+
+  [[nodiscard]] static bool appendRows(const RowQuery& query,
+                                       const std::vector<values::Variant>& literals,
+                                       RecordSet::Implementation& rows);
+  void appendRows(sqlite3_stmt* statement, const std::vector<values::Variant>& literals,
+                  RecordSet::Implementation& rows);
 
   StatementCache cache_;  // declared after the catalogue: statements go before the connection
 };
@@ -79,8 +85,9 @@ class LogScope {
 
 }  // namespace
 
-PreparedQuery Session::Implementation::prepare(const Translation& translation) {
-  return {catalogue.prepare(translation.sql), layoutOf(translation, catalogue)};
+PreparedQuery Session::Implementation::prepare(Translation& translation) {
+  StatementHandle statement = catalogue.prepare(translation);
+  return {std::move(statement), layoutOf(translation, catalogue), translation.rowQuery};
 }
 
 std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source,
@@ -92,7 +99,7 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
   }
   // Perhaps in a column that nobody will read. The statement that finds out is slower and rare, so
   // it is not cached.
-  const Translation translation = translate(normalize(source), catalogue, ColumnErrors::kDefer);
+  Translation translation = translate(normalize(source), catalogue, ColumnErrors::kDefer);
   return run(prepare(translation), translation.literals, session);
 }
 
@@ -106,7 +113,7 @@ std::unique_ptr<RecordSet> Session::Implementation::openCached(
   if (const PreparedQuery* query = cache_.find(exactKey(source))) return run(*query, {}, session);
   std::string key = text.key;
   std::optional<QueryTemplate> literalsApart(text);
-  const Translation translation = translate(std::move(text), catalogue);
+  Translation translation = translate(std::move(text), catalogue);
   PreparedQuery prepared = prepare(translation);
   if (translation.dataDependent) return run(prepared, translation.literals, session);
   if (translation.exactTextOnly) {
@@ -120,17 +127,44 @@ std::unique_ptr<RecordSet> Session::Implementation::openCached(
 std::unique_ptr<RecordSet> Session::Implementation::run(
     const PreparedQuery& query, const std::vector<values::Variant>& literals,
     const std::shared_ptr<Session>& session) {
+  const auto emptyRows = [&] {
+    return std::make_unique<RecordSet::Implementation>(session, query.layout, !catalogue.readOnly(),
+                                                       catalogue.mostResultBytes());
+  };
+  auto rows = emptyRows();
+  const bool isComplete =
+      query.rowQuery && !catalogue.isLogged() && appendRows(*query.rowQuery, literals, *rows);
+  if (!isComplete) {
+    rows = emptyRows();
+    appendRows(query.statement.get(), literals, *rows);
+  }
+  rows->endOfRows();
+  return std::make_unique<RecordSet>(std::move(rows));
+}
+
+// False where the query meets an error, which SQLite then meets in its own way.
+bool Session::Implementation::appendRows(const RowQuery& query,
+                                         const std::vector<values::Variant>& literals,
+                                         RecordSet::Implementation& rows) {
+  try {
+    query.run(literals, [&rows](auto ids, auto values) { rows.append(ids, values); });
+    return true;
+  } catch (const RuntimeError&) {
+    return false;
+  } catch (const NotWhole&) {
+    return false;
+  }
+}
+
+void Session::Implementation::appendRows(sqlite3_stmt* statement,
+                                         const std::vector<values::Variant>& literals,
+                                         RecordSet::Implementation& rows) {
   catalogue.refreshIndexes();
-  sqlite3_stmt* statement = query.statement.get();
   const ResetOnExit reset(statement);
   for (std::size_t i = 0; i < literals.size(); ++i) {
     bind(statement, static_cast<int>(i) + 1, literals[i]);
   }
-  auto rows = std::make_unique<RecordSet::Implementation>(
-      session, query.layout, !catalogue.readOnly(), catalogue.mostResultBytes());
-  while (catalogue.step(statement)) rows->append(statement);
-  rows->endOfRows();
-  return std::make_unique<RecordSet>(std::move(rows));
+  while (catalogue.step(statement)) rows.append(statement);
 }
 
 QueryReport Session::Implementation::explain(std::string_view source,

@@ -173,6 +173,22 @@ std::optional<std::string> SessionCatalogue::aggregateTable(const typed::Query& 
   return aggregates_.back()->source();
 }
 
+std::shared_ptr<RowQuery> SessionCatalogue::rowQuery(const typed::Query& query,
+                                                     const Translation& translation) {
+  return RowQuery::of(query, translation,
+                      [this](const CatalogueTable* table) { return jetTable(table); });
+}
+
+StatementHandle SessionCatalogue::prepare(Translation& translation) {
+  callbacks_.paths.clear();
+  StatementHandle statement = prepare(translation.sql);
+  if (translation.rowQuery && !translation.rowQuery->takePaths(callbacks_.paths)) {
+    translation.rowQuery = nullptr;
+  }
+  callbacks_.paths.clear();
+  return statement;
+}
+
 StatementHandle SessionCatalogue::prepare(const std::string& sql) {
   callbacks_.clear();
   sqlite3_stmt* prepared = nullptr;

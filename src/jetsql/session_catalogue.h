@@ -18,6 +18,7 @@
 #include "jetsql/sqlite/external_table.h"
 #include "jetsql/sqlite/hash_aggregate.h"
 #include "jetsql/sqlite/jet_table.h"
+#include "jetsql/sqlite/row_query.h"
 #include "jetsql/sqlite/sqlite_handle.h"
 #include "jetsql/translate/catalogue.h"
 
@@ -38,8 +39,12 @@ class SessionCatalogue : public Catalogue {
       const CatalogueTable& table, const std::vector<IndexedExpression>& keys) override;
   [[nodiscard]] std::optional<std::string> aggregateTable(const typed::Query& query) override;
 
+  [[nodiscard]] std::shared_ptr<RowQuery> rowQuery(const typed::Query& query,
+                                                   const Translation& translation) override;
+
   // Logs what is prepared and run from now on, until null is set.
   void setLog(ReadLog* log) { callbacks_.log = log; }
+  [[nodiscard]] bool isLogged() const { return callbacks_.log != nullptr; }
   // What SQLite does with the rows of a prepared statement, as it explains its plan.
   [[nodiscard]] std::vector<std::string> plan(const std::string& sql);
 
@@ -54,6 +59,9 @@ class SessionCatalogue : public Catalogue {
   [[nodiscard]] std::size_t mostResultBytes() const { return options_.mostResultBytes; }
 
   [[nodiscard]] StatementHandle prepare(const std::string& sql);
+  // The same of a translation's. Its row query gets the access paths that SQLite chooses; it is
+  // dropped where it cannot use them.
+  [[nodiscard]] StatementHandle prepare(Translation& translation);
   // To the next row; false after the last. Throws the error that a callback met.
   [[nodiscard]] bool step(sqlite3_stmt* statement);
   // Whether the last error of prepare or step was one of a function, not of a table.

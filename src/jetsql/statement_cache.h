@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "jetsql/query_layout.h"
+#include "jetsql/sqlite/row_query.h"
 #include "jetsql/sqlite/sqlite_handle.h"
 #include "jetsql/syntax/query_template.h"
 
@@ -25,6 +26,7 @@ namespace jetsql {
 struct PreparedQuery {
   StatementHandle statement;
   std::shared_ptr<const QueryLayout> layout;
+  std::shared_ptr<const RowQuery> rowQuery;  // nullptr: the statement is run
 };
 
 class StatementCache {

@@ -254,4 +254,18 @@ void chooseAccessPath(const JetTable& table, sqlite3_index_info& info) {
   if (best.unique) info.idxFlags = SQLITE_INDEX_SCAN_UNIQUE;
 }
 
+ChosenPath chosenPath(const JetTable& table, const sqlite3_index_info& info) {
+  ChosenPath chosen{&table, info.idxNum, {}};
+  for (int i = 0; i < info.nConstraint; ++i) {
+    const int place = info.aConstraintUsage[i].argvIndex;
+    if (place == 0) continue;
+    if (chosen.constraints.size() < static_cast<std::size_t>(place)) {
+      chosen.constraints.resize(static_cast<std::size_t>(place));
+    }
+    chosen.constraints[static_cast<std::size_t>(place) - 1] = {info.aConstraint[i].iColumn,
+                                                               info.aConstraint[i].op};
+  }
+  return chosen;
+}
+
 }  // namespace jetsql

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 struct sqlite3_index_info;
 
@@ -30,8 +31,23 @@ struct AccessPath {
   [[nodiscard]] static AccessPath unpacked(int number);
 };
 
+// A path that was chosen for a table when a statement was prepared, and the constraints whose
+// values the cursor gets, in their order.
+struct ChosenPath {
+  struct Constraint {
+    int column = 0;
+    unsigned char operation = 0;  // SQLITE_INDEX_CONSTRAINT_...
+  };
+  const JetTable* table = nullptr;
+  int packed = 0;
+  std::vector<Constraint> constraints;
+};
+
 // Fills in the cheapest path that the constraints allow, its cost and its estimated rows.
 void chooseAccessPath(const JetTable& table, sqlite3_index_info& info);
+
+// The path that was filled in.
+[[nodiscard]] ChosenPath chosenPath(const JetTable& table, const sqlite3_index_info& info);
 
 // In words, with the names of the index and its columns.
 [[nodiscard]] std::string describe(const JetTable& table, const AccessPath& path);

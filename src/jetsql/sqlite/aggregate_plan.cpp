@@ -6,53 +6,13 @@
 #include <utility>
 
 #include "jetsql/functions/value_types.h"
+#include "jetsql/sqlite/flat_from.h"
 
 namespace jetsql {
 namespace {
 
 using typed::Expression;
 using values::VariantType;
-
-// Nothing that would make other rows of the select than its FROM and conditions give.
-bool keepsRows(const typed::Select& select) {
-  return select.duplicates == Select::Duplicates::kKeep && !select.top && !select.having &&
-         select.identities.empty() && select.lookups.empty();
-}
-
-const typed::Select* onlySelect(const typed::Query& query) {
-  if (query.selects.size() != 1 || query.crosstab || !keepsRows(query.selects.front())) {
-    return nullptr;
-  }
-  return &query.selects.front();
-}
-
-const typed::Relation* relationOf(const typed::Select& select, const typed::FromItem& item) {
-  const auto* number = std::get_if<std::size_t>(&item.node);
-  return number == nullptr ? nullptr : select.relations[*number].get();
-}
-
-bool flatten(const typed::Select& select, FlatFrom& from) {
-  if (select.from.size() != 1) return false;
-  from.conditions.insert(from.conditions.end(), select.conditions.begin(), select.conditions.end());
-  const typed::FromItem& item = select.from.front();
-  if (const auto* join = std::get_if<typed::Join>(&item.node)) {
-    const typed::Relation* left = relationOf(select, *join->left);
-    const typed::Relation* right = relationOf(select, *join->right);
-    if (left == nullptr || right == nullptr) return false;
-    from.tables = {left, right};
-    from.join = join;
-    return left->table != nullptr && right->table != nullptr;
-  }
-  const typed::Relation* relation = relationOf(select, item);
-  if (relation->table != nullptr) {
-    from.tables = {relation};
-    return true;
-  }
-  const typed::Select* inner = onlySelect(*relation->query);
-  if (inner == nullptr || inner->grouped) return false;
-  from.queries.push_back(relation);
-  return flatten(*inner, from);
-}
 
 class Planner {
  public:
@@ -227,12 +187,10 @@ void Planner::chooseAccess() {
 
 std::optional<AggregatePlan> planAggregate(const typed::Query& query, const TableOf& tableOf) {
   const typed::Select* select = onlySelect(query);
-  FlatFrom from;
-  if (select == nullptr || select->groups.empty() || !select->order.empty() ||
-      !flatten(*select, from)) {
-    return std::nullopt;
-  }
-  Planner planner(from, tableOf);
+  if (select == nullptr || select->groups.empty() || !select->order.empty()) return std::nullopt;
+  const auto from = flatFrom(*select);
+  if (!from || !from->lookups.empty()) return std::nullopt;
+  Planner planner(*from, tableOf);
   if (!planner.plan(*select)) return std::nullopt;
   return planner.take();
 }

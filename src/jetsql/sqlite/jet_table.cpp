@@ -35,6 +35,7 @@ JetTable::JetTable(jet::Database& database, jet::Table& table, std::string name,
 
 void JetTable::chooseAccessPath(sqlite3_index_info& info) const {
   jetsql::chooseAccessPath(*this, info);
+  callbacks_.paths.push_back(chosenPath(*this, info));
 }
 
 QueryReport::TableRead JetTable::describe(int plan, std::string_view order) const {

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cassert>
 #include <cmath>
 #include <cstdint>
 #include <span>
@@ -179,6 +180,15 @@ struct ResultSink {
   }
 };
 
+struct EncodedSink {
+  EncodedValue& to;
+  void null() const { to = {}; }
+  void whole(std::int64_t value) const { to = {EncodedValue::Kind::kWhole, value, 0, {}}; }
+  void real(double value) const { to = {EncodedValue::Kind::kReal, 0, value, {}}; }
+  void text(const std::string& value) const { to = {EncodedValue::Kind::kText, 0, 0, value}; }
+  void blob(const void*, std::size_t) const { assert(false); }
+};
+
 struct BindSink {
   sqlite3_stmt* statement;
   int index;
@@ -199,6 +209,12 @@ struct BindSink {
 };
 
 }  // namespace
+
+EncodedValue encodedValue(const Variant& value) {
+  EncodedValue encoded;
+  encode(value, EncodedSink{encoded});
+  return encoded;
+}
 
 void setResult(sqlite3_context* context, const Variant& value) {
   encode(value, ResultSink{context});

@@ -35,6 +35,9 @@ struct EncodedValue {
 // Of the statement's current row; the bytes last until its next step.
 [[nodiscard]] EncodedValue encodedColumn(sqlite3_stmt* statement, int column);
 
+// Of a value that is neither Numeric nor binary; a text's bytes are those of the value itself.
+[[nodiscard]] EncodedValue encodedValue(const values::Variant& value);
+
 // Raises the error that a value is (deferred_error.h). A whole number outside the range of the type
 // is one of a wider type; error 6 for a Currency out of range.
 [[nodiscard]] values::Variant decode(const EncodedValue& value, values::VariantType type);

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <utility>
 
+#include "jetsql/functions/text_compare.h"
 #include "jetsql/functions/value_types.h"
+#include "jetsql/sqlite/row_expression.h"
 
 namespace jetsql {
 namespace {
@@ -186,6 +188,7 @@ WholeExpression WholeCompiler::node(const typed::Comparison& test, VariantType) 
       return a && b ? truth(passes(operation, *a, *b)) : WholeValue();
     };
   }
+  if (test.left.type() == VariantType::kText) return textEquality(test);
   if (amounts != (test.right.type() == VariantType::kCurrency)) return {};
   WholeExpression left = compile(test.left);
   WholeExpression right = compile(test.right);
@@ -195,6 +198,21 @@ WholeExpression WholeCompiler::node(const typed::Comparison& test, VariantType) 
     const WholeValue a = left(row);
     const WholeValue b = right(row);
     return a.isNull || b.isNull ? WholeValue() : truth(passes(operation, a.number, b.number));
+  };
+}
+
+WholeExpression WholeCompiler::textEquality(const typed::Comparison& test) {
+  const bool equal = test.operation == Operator::kEqual;
+  if (!equal && test.operation != Operator::kNotEqual) return {};
+  TextExpression left = compileText(test.left);
+  TextExpression right = compileText(test.right);
+  if (!left || !right) return {};
+  return [equal, left = std::move(left), right = std::move(right)](const JoinedRow& row) {
+    std::string leftText;
+    std::string rightText;
+    const auto a = left(row, leftText);
+    const auto b = right(row, rightText);
+    return a && b ? truth(equalText(*a, *b) == equal) : WholeValue();
   };
 }
 
@@ -242,6 +260,33 @@ RealExpression WholeCompiler::compileReal(const typed::Expression& expression) {
     if (from == nullptr || from->isNull(column)) return std::optional<double>();
     const double number = from->realNumber(column);
     return std::isnan(number) ? std::nullopt : std::optional(number);  // SQLite's Null
+  };
+}
+
+TextExpression WholeCompiler::compileText(const typed::Expression& expression) {
+  const typed::Expression seen = seenThrough(expression);
+  if (seen.type() != VariantType::kText) return {};
+  if (const auto* literal = seen.as<typed::Literal>(); literal != nullptr && literal->parameter) {
+    return [place = placeOf(*literal->parameter)](const JoinedRow& row, std::string&) {
+      const EncodedValue& value = row.parameters[place];
+      if (value.kind != EncodedValue::Kind::kText) throw NotWhole();
+      return std::optional(value.bytes);
+    };
+  }
+  if (const auto field = fieldOf(seen)) {
+    return
+        [table = field->table, column = field->column](const JoinedRow& row, std::string& scratch) {
+          const jet::Row* from = row.rows[table];
+          if (from == nullptr || from->isNull(column)) return std::optional<std::string_view>();
+          return std::optional(from->text(column, scratch));
+        };
+  }
+  auto text = from_.tables.size() == 1 ? RowText::of(seen) : std::nullopt;
+  if (!text) return {};
+  return [text = std::move(*text)](const JoinedRow& row, std::string& scratch) {
+    scratch.clear();
+    return text.append(*row.rows[0], scratch) ? std::optional<std::string_view>(scratch)
+                                              : std::nullopt;
   };
 }
 

@@ -6,8 +6,8 @@
 //   WholeExpression price = compiler.compile(expression);   // empty: not of this kind
 //   const WholeValue value = price({{&item, &menu}, parameters});
 //
-// Fields, literals, + and -, comparisons (of dates and doubles, too), And, Or, Not, Is Null and IIf
-// are compiled; anything else, such as a text or a division, is not.
+// Fields, literals, + and -, comparisons (of dates and doubles, too, and whether texts are equal),
+// And, Or, Not, Is Null and IIf are compiled; anything else, such as a division, is not.
 //
 // Errors: NotWhole where a result leaves the range of its type, or a parameter has another type
 // than its literal: SQLite then has to find the answer. 3049 as jet/rows/row.h. Private to the
@@ -20,9 +20,12 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/rows/row.h"
+#include "jetsql/sqlite/flat_from.h"
 #include "jetsql/sqlite/value_encoding.h"
 #include "jetsql/translate/typed_tree.h"
 
@@ -46,19 +49,9 @@ struct JoinedRow {
 
 using WholeExpression = std::function<WholeValue(const JoinedRow&)>;
 using RealExpression = std::function<std::optional<double>(const JoinedRow&)>;
-
-// A FROM of one table or of two that are joined, queries without grouping looked through.
-struct FlatFrom {
-  std::vector<const typed::Relation*> tables;   // rows[0], rows[1]
-  std::vector<const typed::Relation*> queries;  // whose outputs are made of the tables' fields
-  const typed::Join* join = nullptr;            // of the two tables
-  std::vector<typed::Expression> conditions;    // of the queries
-};
-
-struct TableField {
-  std::size_t table = 0;  // of FlatFrom::tables
-  std::size_t column = 0;
-};
+// Nothing for Null. The text may lie in `scratch`, in the row's page or in a parameter.
+using TextExpression =
+    std::function<std::optional<std::string_view>(const JoinedRow&, std::string& scratch)>;
 
 [[nodiscard]] bool isWholeType(values::VariantType type);  // one of those above
 
@@ -70,6 +63,8 @@ class WholeCompiler {
   [[nodiscard]] WholeExpression compile(const typed::Expression& expression);
   // Single, Double and date: fields and literals.
   [[nodiscard]] RealExpression compileReal(const typed::Expression& expression);
+  // Fields, literals, and what row_expression.h puts together from the fields of an only table.
+  [[nodiscard]] TextExpression compileText(const typed::Expression& expression);
 
   // The field of a table that the expression is, seen through the queries.
   [[nodiscard]] std::optional<TableField> fieldOf(const typed::Expression& expression) const;
@@ -97,6 +92,7 @@ class WholeCompiler {
   [[nodiscard]] WholeExpression node(const typed::Comparison& test, values::VariantType type);
   [[nodiscard]] WholeExpression node(const typed::IsNull& test, values::VariantType type);
   [[nodiscard]] WholeExpression node(const typed::Case& choice, values::VariantType type);
+  [[nodiscard]] WholeExpression textEquality(const typed::Comparison& test);
   // As an operand of the type: whole numbers become amounts where that is Currency.
   [[nodiscard]] WholeExpression operand(const typed::Expression& expression,
                                         values::VariantType type);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@
 
 namespace jetsql {
 
+class RowQuery;
 struct Translation;
 namespace typed {
 struct Query;
@@ -88,6 +90,12 @@ class Catalogue {
   // c1, ... in the order of the query's. Nothing: SQLite is to group.
   [[nodiscard]] virtual std::optional<std::string> aggregateTable(const typed::Query&) {
     return std::nullopt;
+  }
+
+  // A way to run the whole query other than by the SQL that it was translated to; nullptr: none.
+  [[nodiscard]] virtual std::shared_ptr<RowQuery> rowQuery(const typed::Query&,
+                                                           const Translation&) {
+    return nullptr;
   }
 };
 

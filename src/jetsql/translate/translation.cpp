@@ -39,6 +39,9 @@ Translation translateTree(Query& query, Catalogue& catalogue, ColumnErrors error
     return translateTree(query, catalogue, errors);
   }
   translation.dataDependent = resolved.dataDependent;
+  if (errors == ColumnErrors::kRaise) {
+    translation.rowQuery = catalogue.rowQuery(resolved.query, translation);
+  }
   return translation;
 }
 

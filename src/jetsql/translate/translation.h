@@ -23,6 +23,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,8 @@
 #include "values/variant.h"
 
 namespace jetsql {
+
+class RowQuery;
 
 // What becomes of an error in a computed column. kRaise: the statement fails. kDefer: the column
 // holds the error as a value, which reading it raises; columns that are compared (DISTINCT, UNION)
@@ -64,6 +67,7 @@ struct Translation {
   std::vector<values::Variant> literals;  // empty when exactTextOnly
   bool exactTextOnly = false;             // not to be reused for another text
   bool dataDependent = false;             // a crosstab's headings: not to be reused at all
+  std::shared_ptr<RowQuery> rowQuery;     // the catalogue's own way to run it; nullptr: none
 };
 
 // `text` is a query or the name of a table or saved query.

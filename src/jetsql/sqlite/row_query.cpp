@@ -1,0 +1,298 @@
+#include "jetsql/sqlite/row_query.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "jetsql/sqlite/jet_table_cursor.h"
+
+namespace jetsql {
+namespace {
+
+unsigned char constraintOf(Operator operation, bool mirrored) {
+  switch (operation) {
+    case Operator::kEqual:
+      return SQLITE_INDEX_CONSTRAINT_EQ;
+    case Operator::kLess:
+      return mirrored ? SQLITE_INDEX_CONSTRAINT_GT : SQLITE_INDEX_CONSTRAINT_LT;
+    case Operator::kLessOrEqual:
+      return mirrored ? SQLITE_INDEX_CONSTRAINT_GE : SQLITE_INDEX_CONSTRAINT_LE;
+    case Operator::kGreater:
+      return mirrored ? SQLITE_INDEX_CONSTRAINT_LT : SQLITE_INDEX_CONSTRAINT_GT;
+    case Operator::kGreaterOrEqual:
+      return mirrored ? SQLITE_INDEX_CONSTRAINT_LE : SQLITE_INDEX_CONSTRAINT_GE;
+    default:
+      return 0;
+  }
+}
+
+bool passesAll(const std::vector<WholeExpression>& conditions, const JoinedRow& row) {
+  return std::ranges::all_of(conditions, [&](const auto& test) { return test(row).isTrue(); });
+}
+
+// Computes values; the bytes of texts last until the next round of as many.
+template <typename Value>
+class Computed {
+ public:
+  explicit Computed(const std::vector<Value>& expressions)
+      : expressions_(expressions), values_(expressions.size()), texts_(expressions.size()) {}
+
+  std::span<const EncodedValue> of(const JoinedRow& row) {
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      values_[i] = std::visit([&](const auto& value) { return encoded(value, row, texts_[i]); },
+                              expressions_[i]);
+    }
+    return values_;
+  }
+
+ private:
+  using Kind = EncodedValue::Kind;
+
+  static EncodedValue encoded(const WholeExpression& expression, const JoinedRow& row,
+                              std::string&) {
+    const WholeValue value = expression(row);
+    return value.isNull ? EncodedValue() : EncodedValue{Kind::kWhole, value.number, 0, {}};
+  }
+  static EncodedValue encoded(const RealExpression& expression, const JoinedRow& row,
+                              std::string&) {
+    const auto value = expression(row);
+    return value ? EncodedValue{Kind::kReal, 0, *value, {}} : EncodedValue();
+  }
+  static EncodedValue encoded(const TextExpression& expression, const JoinedRow& row,
+                              std::string& scratch) {
+    const auto value = expression(row, scratch);
+    return value ? EncodedValue{Kind::kText, 0, 0, *value} : EncodedValue();
+  }
+
+  const std::vector<Value>& expressions_;
+  std::vector<EncodedValue> values_;
+  std::vector<std::string> texts_;
+};
+
+}  // namespace
+
+class RowQuery::Planner {
+ public:
+  Planner(RowQuery& query, const FlatFrom& from) : query_(query), from_(from), compiler_(from) {}
+
+  // False where a part of the select is not of the kind that is computed here.
+  [[nodiscard]] bool plan(const typed::Select& select, const Translation& translation,
+                          const TableOf& tableOf) {
+    for (const typed::Relation* relation : from_.tables) {
+      query_.tables_.emplace_back().table = tableOf(relation->table);
+      if (query_.tables_.back().table == nullptr) return false;
+    }
+    const bool isPlanned =
+        (from_.join == nullptr || addJoin(*from_.join)) && addLookup() &&
+        std::ranges::all_of(from_.conditions, [&](const auto& c) { return addCondition(c, 0); }) &&
+        addOutputs(select, translation);
+    query_.parameters_ = compiler_.parameters();
+    return isPlanned;
+  }
+
+ private:
+  [[nodiscard]] bool addJoin(const typed::Join& join);
+  [[nodiscard]] bool addLookup();
+  // On rows up to that of the table.
+  [[nodiscard]] bool addCondition(const typed::Expression& condition, std::size_t table);
+  [[nodiscard]] bool addOutputs(const typed::Select& select, const Translation& translation);
+  void addComparison(const typed::Comparison& test, std::size_t table);
+  [[nodiscard]] bool readsOnly(const typed::Expression& expression, std::size_t tables) const;
+  [[nodiscard]] std::optional<Value> compile(const typed::Expression& expression);
+
+  RowQuery& query_;
+  const FlatFrom& from_;
+  WholeCompiler compiler_;
+};
+
+// SQLite reads the tables of an outer join in their order, unless a condition rules out its empty
+// side, which a condition on the first table cannot.
+bool RowQuery::Planner::addJoin(const typed::Join& join) {
+  const bool apart = query_.tables_[0].table != query_.tables_[1].table;
+  const auto* on = join.on.as<typed::Comparison>();
+  return join.type == Join::Type::kLeft && apart && on != nullptr &&
+         on->operation == Operator::kEqual && addCondition(join.on, 1);
+}
+
+bool RowQuery::Planner::addLookup() {
+  if (from_.lookups.empty()) return true;
+  if (from_.lookups.size() > 1) return false;
+  auto value = compile(from_.lookups.front().value);
+  if (!value) return false;
+  query_.tables_[0].comparisons.push_back({-1, SQLITE_INDEX_CONSTRAINT_EQ, std::move(*value)});
+  return true;
+}
+
+bool RowQuery::Planner::addCondition(const typed::Expression& condition, std::size_t table) {
+  const auto* junction = condition.as<typed::Junction>();
+  if (junction != nullptr && junction->operation == Operator::kAnd) {
+    return addCondition(junction->left, table) && addCondition(junction->right, table);
+  }
+  // SQLite may look up the sides of an Or one after the other, in an order of its own.
+  if (junction != nullptr || !readsOnly(condition, table + 1)) return false;
+  WholeExpression compiled = compiler_.compile(condition);
+  if (!compiled) return false;
+  query_.tables_[table].conditions.push_back(std::move(compiled));
+  if (const auto* test = condition.as<typed::Comparison>()) addComparison(*test, table);
+  return true;
+}
+
+void RowQuery::Planner::addComparison(const typed::Comparison& test, std::size_t table) {
+  for (const bool mirrored : {false, true}) {
+    const auto field = compiler_.fieldOf(mirrored ? test.right : test.left);
+    const typed::Expression& other = mirrored ? test.left : test.right;
+    if (!field || field->table != table || !readsOnly(other, table)) continue;
+    auto value = compile(other);
+    if (!value) continue;
+    query_.tables_[table].comparisons.push_back({static_cast<int>(field->column),
+                                                 constraintOf(test.operation, mirrored),
+                                                 std::move(*value)});
+  }
+}
+
+// Whether it reads no table but the first ones.
+bool RowQuery::Planner::readsOnly(const typed::Expression& expression, std::size_t tables) const {
+  if (const auto field = compiler_.fieldOf(expression)) return field->table < tables;
+  return std::ranges::all_of(
+      typed::operandsOf(compiler_.seenThrough(expression)),
+      [&](const typed::Expression& operand) { return readsOnly(operand, tables); });
+}
+
+std::optional<RowQuery::Value> RowQuery::Planner::compile(const typed::Expression& expression) {
+  if (auto whole = compiler_.compile(expression)) return whole;
+  if (auto real = compiler_.compileReal(expression)) return real;
+  if (auto text = compiler_.compileText(expression)) return text;
+  return std::nullopt;
+}
+
+bool RowQuery::Planner::addOutputs(const typed::Select& select, const Translation& translation) {
+  query_.sources_.resize(translation.sources.size());
+  for (std::size_t i = 0; i < translation.columns.size(); ++i) {
+    const typed::Expression& value = select.outputs[i].value;
+    if (const auto& base = translation.columns[i].base) {
+      const auto field = compiler_.fieldOf(value);
+      if (!field) return false;
+      query_.sources_[base->source] = field->table;
+      continue;
+    }
+    auto compiled = compile(value);
+    if (!compiled) return false;
+    query_.values_.push_back(std::move(*compiled));
+  }
+  return true;
+}
+
+std::unique_ptr<RowQuery> RowQuery::of(const typed::Query& query, const Translation& translation,
+                                       const TableOf& tableOf) {
+  const typed::Select* select = onlySelect(query);
+  if (select == nullptr || select->grouped || !select->order.empty()) return nullptr;
+  const auto from = flatFrom(*select);
+  const auto isUnordered = [](const typed::Relation* relation) {
+    return relation->query->selects.front().order.empty();
+  };
+  if (!from || !std::ranges::all_of(from->queries, isUnordered)) return nullptr;
+  auto made = std::make_unique<RowQuery>();
+  return Planner(*made, *from).plan(*select, translation, tableOf) ? std::move(made) : nullptr;
+}
+
+// The value of the only comparison that the constraint can be.
+const RowQuery::Value* RowQuery::keyOf(const Source& source,
+                                       const ChosenPath::Constraint& constraint) {
+  const auto columns = static_cast<int>(source.table->schema().columns.size());
+  const int column = constraint.column < columns ? constraint.column : -1;
+  const Value* found = nullptr;
+  for (const Comparison& comparison : source.comparisons) {
+    if (comparison.column != column || comparison.operation != constraint.operation) continue;
+    if (found != nullptr) return nullptr;
+    found = &comparison.value;
+  }
+  return found;
+}
+
+// SQLite asks first with every constraint that it has, and for a table whose values are all known
+// never again. Of a joined table it may ask what a scan would cost, which is always more.
+bool RowQuery::takePaths(std::span<const ChosenPath> paths) {
+  for (Source& source : tables_) {
+    const auto path = std::ranges::find(paths, source.table, &ChosenPath::table);
+    if (path == paths.end()) return false;
+    source.path = path->packed;
+    source.keys.clear();
+    for (const ChosenPath::Constraint& constraint : path->constraints) {
+      const Value* key = constraint.column < 0 ? nullptr : keyOf(source, constraint);
+      if (key == nullptr) return false;
+      source.keys.push_back(*key);
+    }
+  }
+  const auto ofFirst = std::ranges::count(paths, tables_.front().table, &ChosenPath::table);
+  return ofFirst == 1 && (tables_.size() == 1 || !tables_.back().keys.empty());
+}
+
+// One run.
+class RowQuery::Walk {
+ public:
+  Walk(const RowQuery& query, std::span<const EncodedValue> parameters, const EachRow& eachRow)
+      : query_(query),
+        eachRow_(eachRow),
+        row_{{}, parameters},
+        ids_(query.sources_.size()),
+        values_(query.values_) {
+    for (const Source& source : query.tables_) {
+      tables_[count_++].emplace(source);
+    }
+  }
+
+  void run() { visit(0); }
+
+ private:
+  struct Reading {
+    explicit Reading(const Source& source) : keys(source.keys), cursor(*source.table) {}
+    Computed<Value> keys;
+    JetTableCursor cursor;
+  };
+
+  // Gives every row of the table that goes with those before it; one without where there is none.
+  void visit(std::size_t number) {
+    if (number == count_) return give();
+    const Source& source = query_.tables_[number];
+    JetTableCursor& cursor = tables_[number]->cursor;
+    bool matched = false;
+    for (cursor.filter(source.path, {}, tables_[number]->keys.of(row_)); !cursor.atEnd();
+         cursor.next()) {
+      row_.rows[number] = &cursor.row();
+      if (!passesAll(source.conditions, row_)) continue;
+      matched = true;
+      visit(number + 1);
+    }
+    row_.rows[number] = nullptr;
+    if (!matched && number > 0) visit(number + 1);
+  }
+
+  void give() {
+    for (std::size_t i = 0; i < ids_.size(); ++i) {
+      const jet::Row* row = row_.rows[query_.sources_[i]];
+      ids_[i] = row == nullptr ? kNoRow : row->id().number();
+    }
+    eachRow_(ids_, values_.of(row_));
+  }
+
+  const RowQuery& query_;
+  const EachRow& eachRow_;
+  JoinedRow row_;
+  std::size_t count_ = 0;
+  std::array<std::optional<Reading>, 2> tables_;
+  std::vector<std::int64_t> ids_;
+  Computed<Value> values_;
+};
+
+void RowQuery::run(std::span<const values::Variant> literals, const EachRow& eachRow) const {
+  std::vector<EncodedValue> parameters;
+  for (const std::size_t number : parameters_) {
+    parameters.push_back(encodedValue(literals[number]));
+  }
+  Walk(*this, parameters, eachRow).run();
+}
+
+}  // namespace jetsql
