@@ -71,6 +71,21 @@ TEST_F(RowQueryTest, FindsComputedTexts) {
   }
 }
 
+// One plan serves all texts that differ in their literals.
+TEST_F(RowQueryTest, TakesItsLiteralsFromTheText) {
+  const auto session = open();
+  for (const char* text :
+       {"name & '.' & Left(name, 2)", "name & ';;' & Left(name, 3)", "name & ' ' & Left(name, -1)",
+        "name & '' & Left(name, 0)", "Mid(name, 2, 3) & Left(name & done, 9)",
+        "Mid(name, 3, 1) & Left(name & done, 2)", "Mid(name, 0, 1) & Left(name & done, 2)",
+        "Mid('메뉴판', 2, 1)", "Mid('뉴', 9, 8)"}) {
+    const std::string query = "SELECT id, " + std::string(text) + " FROM Items WHERE id = ";
+    for (const char* id : {"2", "53", "4"}) {
+      EXPECT_EQ(rows(*session, query + id), rows(*open(), query + id + " AND (1 = 1 OR 1 = 2)"));
+    }
+  }
+}
+
 TEST_F(RowQueryTest, LeavesTheRestToSqlite) {
   for (const char* query :
        {"SELECT id FROM Items ORDER BY id", "SELECT TOP 2 id FROM Items",

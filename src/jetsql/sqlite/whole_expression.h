@@ -63,7 +63,7 @@ class WholeCompiler {
   [[nodiscard]] WholeExpression compile(const typed::Expression& expression);
   // Single, Double and date: fields and literals.
   [[nodiscard]] RealExpression compileReal(const typed::Expression& expression);
-  // Fields, literals, and what row_expression.h puts together from the fields of an only table.
+  // Fields, literals, & and the functions Left and Mid.
   [[nodiscard]] TextExpression compileText(const typed::Expression& expression);
 
   // The field of a table that the expression is, seen through the queries.
@@ -93,6 +93,9 @@ class WholeCompiler {
   [[nodiscard]] WholeExpression node(const typed::IsNull& test, values::VariantType type);
   [[nodiscard]] WholeExpression node(const typed::Case& choice, values::VariantType type);
   [[nodiscard]] WholeExpression textEquality(const typed::Comparison& test);
+  [[nodiscard]] TextExpression textLiteral(const typed::Literal& literal);
+  [[nodiscard]] TextExpression concatenation(const typed::Operation& operation);
+  [[nodiscard]] TextExpression partOfText(const typed::Call& call);
   // As an operand of the type: whole numbers become amounts where that is Currency.
   [[nodiscard]] WholeExpression operand(const typed::Expression& expression,
                                         values::VariantType type);
