@@ -22,11 +22,12 @@ class MonthCalendar {
   [[nodiscard]] HWND control() const { return control_; }
   // In its font, in pixels.
   [[nodiscard]] SIZE size() const;
+  [[nodiscard]] values::DateTime day() const { return day_; }
   // Selects the day and shows its month; this is not a pick.
   void setDay(values::DateTime day);
   // Both days included; no day where `from` is after `to`.
   void setRange(values::DateTime from, values::DateTime to);
-  // The day that a notice of the control says was clicked, or reached by the keyboard. Answers the
+  // The day that a notice of the control says was clicked, or moved to by the keyboard. Answers the
   // control's questions for the bold days.
   [[nodiscard]] std::optional<values::DateTime> picked(const NMHDR& notice);
 

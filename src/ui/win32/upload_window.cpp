@@ -168,6 +168,11 @@ void UploadWindow::pressed(int control) {
   }
 }
 
+// The selected day can be picked without moving to it.
+void UploadWindow::entered(int control) {
+  if (control == kMonthView1) form_->MonthView1_DateClick(monthView1_.day());
+}
+
 void UploadWindow::escaped() {
   if (calendarVisible() && work_ != Work::kJob) form_->SSPanel9_Click();
 }

@@ -50,6 +50,7 @@ class UploadWindow final : public Window, public UploadView {
   void activated() override;
   bool closing() override;
   void pressed(int control) override;
+  void entered(int control) override;
   void escaped() override;
   void ticked(UINT_PTR timer) override;
   void notified(const NMHDR& notice) override;

@@ -56,8 +56,8 @@ UploadWindow::UploadWindow(Application& application)
 
 void UploadWindow::applyFonts() {
   give(fonts().plain(), {ssPanel5_, tilde_, cmdCalendar_, lbNow_, monthView1_.control(), sspFromB_,
-                         sspToB_, sspCurrent_, sspPanel9_, boxes_, ssCommand1_, ssCommand3_,
-                         sspRem_, lbWaiting_, cmdSend_, cmdEnd_});
+                         sspToB_, sspCurrent_, sspPanel9_, fCalendar_, boxes_, ssCommand1_,
+                         ssCommand3_, sspRem_, lbWaiting_, cmdSend_, cmdEnd_});
   give(fonts().plain(), chk1_);
   give(fonts().bold(kHeadingFont), {ssPanel6_});
   give(fonts().bold(kStartFont), {cmdStart_});

@@ -31,6 +31,7 @@ class WindowsTest : public testing::Test {
 
   // Through the message loop, as from the keyboard and the input method; then Enter.
   void type(HWND control, const wchar_t* text) {
+    SetFocus(control);
     for (; *text != L'\0'; ++text) PostMessageW(control, WM_CHAR, *text, 0);
     PostMessageW(control, WM_KEYDOWN, VK_RETURN, 0);
     application.yield();
@@ -89,6 +90,9 @@ TEST_F(WindowsTest, DaysOfTheCalendarReachTheJob) {
   SendMessageW(window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&regular));
   click(kSspFromB);
   EXPECT_EQ(messages.shown.size(), 1U);  // no day was picked
+  type(calendar, L"");                   // now today is
+  click(kSspFromB);
+  EXPECT_EQ(messages.shown.size(), 1U);
   pick(14);
   click(kSspFromB);
   pick(20);
