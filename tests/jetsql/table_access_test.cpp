@@ -116,7 +116,7 @@ TEST_F(TableAccessTest, ValuesOfAllTypesAreFoundByTheFilesIndex) {
                                   {.name = "byBytes", .columns = {"-b"}}});
   for (std::int32_t id = 0; id < kRows; ++id) {
     const auto byte = static_cast<std::byte>(id % 250);
-    const auto amount = static_cast<values::Uint128>(id / 4 * 25);
+    const auto amount = values::Uint128{25} * static_cast<unsigned>(id / 4);
     texts.add({id, (id % 2 == 0 ? "Tea " : "TEA ") + std::to_string(id / 4), id / 100,
                "{" + std::to_string(10000000 + id / 4) + "-0000-0000-0000-0000000000AB}",
                values::Numeric{id % 2 == 0, 2, amount},

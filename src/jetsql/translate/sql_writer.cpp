@@ -150,6 +150,7 @@ std::optional<std::string> SqlWriter::keyTable(const typed::Relation& relation,
                                                double minRows) {
   if (relation.table == nullptr || relation.table->rows < minRows) return std::nullopt;
   std::vector<IndexedExpression> indexed;
+  indexed.reserve(keys.size());
   for (const typed::Expression& key : keys) indexed.push_back(this->indexed(relation, key));
   return catalogue_.expressionIndex(*relation.table, indexed);
 }
