@@ -97,8 +97,8 @@ std::unique_ptr<RecordSet> Session::Implementation::open(std::string_view source
   } catch (const RuntimeError&) {
     if (!catalogue.failedInFunction()) throw;
   }
-  // Perhaps in a column that nobody will read. The statement that finds out is slower and rare, so
-  // it is not cached.
+  // The error may be in a column that nobody reads. The statement that keeps errors as values is
+  // slower and rare, so it is not cached.
   Translation translation = translate(normalize(source), catalogue, ColumnErrors::kDefer);
   return run(prepare(translation), translation.literals, session);
 }

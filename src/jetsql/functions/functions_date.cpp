@@ -57,10 +57,10 @@ Variant timeValue(Arguments arguments, const Environment& environment) {
 
 DateTime dateOf(std::int64_t year, std::int64_t month, std::int64_t day) {
   // Months first, so that the year's range can be checked before days are counted.
-  constexpr std::int64_t kFirstMonth = 1200;    // January 100
-  constexpr std::int64_t kBehindLast = 120000;  // January 10000
+  constexpr std::int64_t kFirstMonth = 1200;   // January 100
+  constexpr std::int64_t kAfterLast = 120000;  // January 10000
   const std::int64_t months = year * 12 + month - 1;
-  if (months < kFirstMonth || months >= kBehindLast) throwInvalidCall("DateSerial");
+  if (months < kFirstMonth || months >= kAfterLast) throwInvalidCall("DateSerial");
   const std::int64_t serial =
       values::daySerial(static_cast<int>(months / 12), static_cast<int>(months % 12) + 1, 1) + day -
       1;

@@ -143,8 +143,8 @@ std::optional<Candidate> byMemoryIndex(const JetTable& table, std::size_t column
   }
   if (candidate.constraints.empty()) return {};
   candidate.rows = rowsLeft(table.estimatedRows(), candidate, type);
-  // A share of building it; an index of the file is preferred. Not to the values of an expression:
-  // a query that asks for one of them names few rows by it.
+  // With a share of the cost of building it, so that an index of the file is preferred. Not so for
+  // the values of an expression: an equality with one of them leaves few rows.
   const bool isComputed = column >= table.schema().columns.size();
   const double seek = isComputed ? 4 : 16;
   const double rowByIndex = isComputed ? 1.4 : 1.6;

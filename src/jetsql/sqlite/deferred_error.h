@@ -3,9 +3,8 @@
 //   jet_guard(jet_begin(), expression)   the value of the expression, or its error as a value
 //   jet_check(value)                     the value; raises the error that it is
 //   jet_is_error(value)                  -1 for an error, else 0
-//   jet_variable(value)                  the value; no constant to SQLite, which would compute a
-//   call
-//                                        of constants in the first row only
+//   jet_variable(value)                  the value; not a constant to SQLite, which would compute
+//                                        a call of constants in the first row only
 //
 // Between jet_begin and jet_guard (SQLite computes arguments from left to right) a function that
 // fails gives Null and the error is kept in the CallbackContext. An error is a BLOB of a mark, the

@@ -15,7 +15,8 @@ struct Equality {
   Expression left;
   Expression right;
   Relations candidates;  // whose rows may be looked up
-  // They are one table to SQLite, called by this one: a join, the optional side of an outer one.
+  // Set where they are a join and the optional side of an outer one, which is a single derived
+  // table to SQLite: the first of them, which stands for it.
   const typed::Relation* joined = nullptr;
 };
 
@@ -30,7 +31,7 @@ void addKept(const typed::Select& select, const typed::FromItem& item, Relations
   if (join->type != Join::Type::kLeft) addKept(select, *join->right, kept);
 }
 
-// All relations of the item; the first of them.
+// Adds the relations of the item; gives the first of them.
 const typed::Relation* addAll(const typed::Select& select, const typed::FromItem& item,
                               Relations& all) {
   if (const auto* join = std::get_if<typed::Join>(&item.node)) {
@@ -86,7 +87,8 @@ std::vector<Equality> equalitiesOf(const typed::Select& select) {
   return found;
 }
 
-// The relation and what it is compared with; more than fields and deterministic functions: nothing.
+// What is looked up and the relations that it is compared with. None where a side of the equality
+// is made of more than fields and deterministic functions.
 struct Side {
   const typed::Relation* relation;
   Relations others;

@@ -90,9 +90,10 @@ std::string SqlWriter::query(const typed::Query& query) {
   return writer.sql(writer.values(), query.keepsOrder);
 }
 
-// SQLite's parser takes some 14 queries inside each other; a name is resolved later, by code that
-// takes more. It is resolved where it stands, so that a query that reads fields of those around it
-// finds them: their aliases are different in the whole statement.
+// SQLite's parser takes some 14 queries inside each other. Common table expressions are expanded
+// later, by code that takes more, and their names are resolved where the table is mentioned: a
+// query that reads fields of the queries around it still finds them, since no two relations of a
+// statement have the same alias.
 SqlWriter::Nested SqlWriter::nested(const typed::Query& query, Mentions mentions) {
   constexpr std::size_t kMaxNested = 5;
   constexpr std::size_t kMaxLength = 1'000'000;  // what SQLite takes

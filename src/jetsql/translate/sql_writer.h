@@ -24,8 +24,8 @@ namespace jetsql {
 struct RelationNames {
   std::string rowid;  // empty for a query
   std::vector<std::string> columns;
-  // Of a relation that is looked up by keys (join_lookup.h) which are its columns: key0, key1, ...
-  // of this table.
+  // The table whose columns key0, key1, ... are the keys by which the relation is looked up
+  // (join_lookup.h); empty where it is not, or by a lasting table of keys.
   std::string keys;
 };
 
