@@ -83,7 +83,6 @@ void UploadWindow::focusCalendar() {
 void UploadWindow::setTick(int index, bool ticked) {
   SendMessageW(chk1_.at(static_cast<std::size_t>(index)), BM_SETCHECK,
                ticked ? BST_CHECKED : BST_UNCHECKED, 0);
-  if (form_ != nullptr) form_->chk1_Click(index, ticked);
 }
 
 void UploadWindow::setProgress(const std::string& text) {
@@ -107,18 +106,21 @@ void UploadWindow::setWork(Work work) {
   for (HWND input : inputs) EnableWindow(input, work != Work::kJob);
   EnableWindow(cmdStart_, idle);
   EnableWindow(cmdSend_, idle && sendable_);
-  // How far a transfer has come is not known: the bar then only moves.
-  const bool transfer = work == Work::kTransfer;
+  showTransfer(work == Work::kTransfer);
+  if (idle) giveBackFocus();
+}
+
+// How far a transfer has come is not known: the bar then only moves.
+void UploadWindow::showTransfer(bool running) {
   const LONG style = GetWindowLongW(bar_, GWL_STYLE) & ~PBS_MARQUEE;
-  SetWindowLongW(bar_, GWL_STYLE, transfer ? style | PBS_MARQUEE : style);
-  SendMessageW(bar_, PBM_SETMARQUEE, transfer, kMarqueeStep);
-  ShowWindow(bar_, transfer ? SW_SHOWNA : SW_HIDE);
-  if (transfer) {
-    SetTimer(handle(), kTransferTimer, kTransferPoll.count(), nullptr);
+  SetWindowLongW(bar_, GWL_STYLE, running ? style | PBS_MARQUEE : style);
+  SendMessageW(bar_, PBM_SETMARQUEE, running, kMarqueeStep);
+  ShowWindow(bar_, running ? SW_SHOWNA : SW_HIDE);
+  if (running) {
+    SetTimer(handle(), kTransferTimer, static_cast<UINT>(kTransferPoll.count()), nullptr);
   } else {
     KillTimer(handle(), kTransferTimer);
   }
-  if (idle) giveBackFocus();
 }
 
 void UploadWindow::giveBackFocus() {

@@ -62,6 +62,7 @@ class UploadWindow final : public Window, public UploadView {
  private:
   void setPanel(HWND panel, const std::string& text);
   [[nodiscard]] bool calendarVisible() const;
+  void showTransfer(bool running);
   void giveBackFocus();
   [[nodiscard]] Layout datesLayout();
   [[nodiscard]] Layout boxesLayout();
