@@ -144,6 +144,9 @@ std::optional<LRESULT> Window::handle(UINT message, WPARAM first, LPARAM second)
     case WM_SETFOCUS:
       if (focus_ != nullptr) SetFocus(focus_);
       return 0;
+    case WM_NEXTDLGCTL:  // an arrow key in a group
+      if (LOWORD(second) != 0) SetFocus(reinterpret_cast<HWND>(first));
+      return 0;
     case WM_SIZE:
       placeControls();
       return 0;
