@@ -103,6 +103,14 @@ void ComputedValues::append(std::span<const EncodedValue> values) {
   for (const EncodedValue& value : values) place = pack(place, value);
 }
 
+void ComputedValues::reorder(std::span<const std::int64_t> order) {
+  if (types_.empty()) return;
+  std::vector<const char*> rows;
+  rows.reserve(rows_.size());
+  for (const std::int64_t row : order) rows.push_back(rows_[static_cast<std::size_t>(row)]);
+  rows_ = std::move(rows);
+}
+
 values::VariantView ComputedValues::get(std::size_t row, std::size_t value) const {
   const char* place = rows_[row];
   EncodedValue encoded;

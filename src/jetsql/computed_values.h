@@ -25,6 +25,8 @@ class ComputedValues {
   void append(std::span<const EncodedValue> values);  // as many as there are types
   // A text or a binary lives as long as this.
   [[nodiscard]] values::VariantView get(std::size_t row, std::size_t value) const;
+  // Puts the rows in the order of these numbers.
+  void reorder(std::span<const std::int64_t> order);
   [[nodiscard]] std::size_t bytes() const { return bytes_; }  // that the rows take
 
  private:

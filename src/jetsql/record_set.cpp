@@ -29,6 +29,19 @@ void RecordSet::Implementation::append(std::span<const std::int64_t> ids,
   rowAppended();
 }
 
+void RecordSet::Implementation::reorder(std::span<const std::int64_t> order) {
+  if (order.empty()) return;
+  const std::size_t sources = layout_->sources.size();
+  std::vector<std::int64_t> ids;
+  ids.reserve(rowIds_.size());
+  for (const std::int64_t row : order) {
+    const auto first = rowIds_.begin() + row * static_cast<std::int64_t>(sources);
+    ids.insert(ids.end(), first, first + static_cast<std::int64_t>(sources));
+  }
+  rowIds_ = std::move(ids);
+  values_.reorder(order);
+}
+
 void RecordSet::Implementation::rowAppended() {
   ++count_;
   if (rowIds_.size() * sizeof(std::int64_t) + values_.bytes() > mostBytes_) {

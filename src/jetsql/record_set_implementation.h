@@ -33,6 +33,8 @@ class RecordSet::Implementation {
   // where that is more than may be kept.
   void append(sqlite3_stmt* statement);
   void append(std::span<const std::int64_t> ids, std::span<const EncodedValue> values);
+  // Puts the rows, counted from 0, in this order; in none where it is empty.
+  void reorder(std::span<const std::int64_t> order);
   void endOfRows() { rowIds_.shrink_to_fit(); }
 
   [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;  // error 3265

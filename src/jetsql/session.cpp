@@ -147,7 +147,7 @@ bool Session::Implementation::appendRows(const RowQuery& query,
                                          const std::vector<values::Variant>& literals,
                                          RecordSet::Implementation& rows) {
   try {
-    query.run(literals, [&rows](auto ids, auto values) { rows.append(ids, values); });
+    rows.reorder(query.run(literals, [&rows](auto ids, auto values) { rows.append(ids, values); }));
     return true;
   } catch (const RuntimeError&) {
     return false;

@@ -16,8 +16,9 @@ class RowQueryTest : public SessionFixture {
   }
   // An Or, whose sides may be looked up apart, is always SQLite's. In a session each, as the second
   // lookup by a column finds its rows in another order than the first.
-  void expectSame(const std::string& query) {
-    const std::string bySqlite = query + " AND (1 = 1 OR 1 = 2)";
+  void expectSame(const std::string& conditions, const std::string& order = "") {
+    const std::string query = conditions + order;
+    const std::string bySqlite = conditions + " AND (1 = 1 OR 1 = 2)" + order;
     EXPECT_FALSE(isLeftToSqlite(query)) << query;
     EXPECT_TRUE(isLeftToSqlite(bySqlite)) << bySqlite;
     EXPECT_EQ(rows(*open(), query), rows(*open(), bySqlite)) << query;
@@ -55,8 +56,13 @@ TEST_F(RowQueryTest, GivesWhatSqliteGives) {
       const std::string fields = from.find("code") != std::string::npos ? "*"
                                  : isJoin                               ? "i.*, m.*"
                                           : "*, i.price - 1, i.id + 1";
-      expectSame("SELECT " + (from.find(" o ") != std::string::npos ? "i.id, o.*" : fields) +
-                 " FROM " + from + " WHERE " + condition);
+      const std::string query =
+          ("SELECT " + (from.find(" o ") != std::string::npos ? "i.id, o.*" : fields) + " FROM " +
+           from + " WHERE " + condition);
+      for (const char* order :
+           {"", " ORDER BY i.name DESC, i.price", " ORDER BY i.menu", " ORDER BY i.sale, i.day"}) {
+        expectSame(query, order);
+      }
     }
   }
 }
@@ -88,7 +94,7 @@ TEST_F(RowQueryTest, TakesItsLiteralsFromTheText) {
 
 TEST_F(RowQueryTest, LeavesTheRestToSqlite) {
   for (const char* query :
-       {"SELECT id FROM Items ORDER BY id", "SELECT TOP 2 id FROM Items",
+       {"SELECT id FROM Items ORDER BY id + 1", "SELECT TOP 2 id FROM Items",
         "SELECT DISTINCT menu FROM Items",
         "SELECT id FROM (SELECT TOP 3 id FROM Items ORDER BY price) AS q",
         "SELECT id FROM (SELECT id FROM Items ORDER BY price) AS q", "SELECT Sum(id) FROM Items",

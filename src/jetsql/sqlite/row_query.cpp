@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "jetsql/sqlite/jet_table_cursor.h"
+#include "jetsql/sqlite/row_sorter.h"
 
 namespace jetsql {
 namespace {
@@ -88,7 +89,7 @@ class RowQuery::Planner {
     const bool isPlanned =
         (from_.join == nullptr || addJoin(*from_.join)) && addLookup() &&
         std::ranges::all_of(from_.conditions, [&](const auto& c) { return addCondition(c, 0); }) &&
-        addOutputs(select, translation);
+        addOutputs(select, translation) && addOrder(select);
     query_.parameters_ = compiler_.parameters();
     return isPlanned;
   }
@@ -99,6 +100,7 @@ class RowQuery::Planner {
   // On rows up to that of the table.
   [[nodiscard]] bool addCondition(const typed::Expression& condition, std::size_t table);
   [[nodiscard]] bool addOutputs(const typed::Select& select, const Translation& translation);
+  [[nodiscard]] bool addOrder(const typed::Select& select);
   void addComparison(const typed::Comparison& test, std::size_t table);
   [[nodiscard]] bool readsOnly(const typed::Expression& expression, std::size_t tables) const;
   [[nodiscard]] std::optional<Value> compile(const typed::Expression& expression);
@@ -185,10 +187,21 @@ bool RowQuery::Planner::addOutputs(const typed::Select& select, const Translatio
   return true;
 }
 
+bool RowQuery::Planner::addOrder(const typed::Select& select) {
+  std::vector<RowSorter::Term> terms;
+  for (const typed::Order& order : select.order) {
+    const auto field = compiler_.fieldOf(order.value);
+    if (!field || field->table != 0 || !RowSorter::canOrderBy(order.value.type())) return false;
+    terms.push_back({field->column, order.descending});
+  }
+  query_.order_ = RowSorter::packed(terms);
+  return true;
+}
+
 std::unique_ptr<RowQuery> RowQuery::of(const typed::Query& query, const Translation& translation,
                                        const TableOf& tableOf) {
   const typed::Select* select = onlySelect(query);
-  if (select == nullptr || select->grouped || !select->order.empty()) return nullptr;
+  if (select == nullptr || select->grouped) return nullptr;
   const auto from = flatFrom(*select);
   const auto isUnordered = [](const typed::Relation* relation) {
     return relation->query->selects.front().order.empty();
@@ -218,7 +231,9 @@ bool RowQuery::takePaths(std::span<const ChosenPath> paths) {
   for (Source& source : tables_) {
     const auto path = std::ranges::find(paths, source.table, &ChosenPath::table);
     if (path == paths.end()) return false;
-    source.path = path->packed;
+    AccessPath unsorted = AccessPath::unpacked(path->packed);
+    unsorted.sorted = false;  // the rows that pass are
+    source.path = unsorted.packed();
     source.keys.clear();
     for (const ChosenPath::Constraint& constraint : path->constraints) {
       const Value* key = constraint.column < 0 ? nullptr : keyOf(source, constraint);
@@ -239,12 +254,16 @@ class RowQuery::Walk {
         row_{{}, parameters},
         ids_(query.sources_.size()),
         values_(query.values_) {
+    if (!query.order_.empty()) sorter_.emplace(query.tables_[0].table->schema(), query.order_);
     for (const Source& source : query.tables_) {
       tables_[count_++].emplace(source);
     }
   }
 
-  void run() { visit(0); }
+  [[nodiscard]] std::vector<std::int64_t> run() {
+    visit(0);
+    return sorter_ ? sorter_->rows() : std::vector<std::int64_t>();
+  }
 
  private:
   struct Reading {
@@ -276,6 +295,7 @@ class RowQuery::Walk {
       ids_[i] = row == nullptr ? kNoRow : row->id().number();
     }
     eachRow_(ids_, values_.of(row_));
+    if (sorter_) sorter_->add(*row_.rows[0], given_++);
   }
 
   const RowQuery& query_;
@@ -285,14 +305,17 @@ class RowQuery::Walk {
   std::array<std::optional<Reading>, 2> tables_;
   std::vector<std::int64_t> ids_;
   Computed<Value> values_;
+  std::optional<RowSorter> sorter_;
+  std::int64_t given_ = 0;
 };
 
-void RowQuery::run(std::span<const values::Variant> literals, const EachRow& eachRow) const {
+std::vector<std::int64_t> RowQuery::run(std::span<const values::Variant> literals,
+                                        const EachRow& eachRow) const {
   std::vector<EncodedValue> parameters;
   for (const std::size_t number : parameters_) {
     parameters.push_back(encodedValue(literals[number]));
   }
-  Walk(*this, parameters, eachRow).run();
+  return Walk(*this, parameters, eachRow).run();
 }
 
 }  // namespace jetsql

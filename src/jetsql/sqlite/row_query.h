@@ -3,7 +3,7 @@
 //
 //   auto query = RowQuery::of(typedQuery, translation, tableOf);   // null: of another form
 //   if (query && query->takePaths(chosen)) ...                     // as SQLite would find the rows
-//   query->run(literals, [&](auto rows, auto values) { ... });     // rowids, computed values
+//   auto order = query->run(literals, [&](auto rows, auto values) { ... });   // rowids, values
 //
 // The rows are the ones that the translation's SQL gives, in the same order: the access paths are
 // those which SQLite chose when it prepared it, and every condition is computed for every row.
@@ -46,7 +46,10 @@ class RowQuery {
   // one of them compares with something else than the query says.
   [[nodiscard]] bool takePaths(std::span<const ChosenPath> paths);
 
-  void run(std::span<const values::Variant> literals, const EachRow& eachRow) const;
+  // Gives the rows as they are found; returns their numbers, 0 and on, in the order that the query
+  // asks for. Nothing where it asks for none.
+  [[nodiscard]] std::vector<std::int64_t> run(std::span<const values::Variant> literals,
+                                              const EachRow& eachRow) const;
 
  private:
   using Value = std::variant<WholeExpression, RealExpression, TextExpression>;
@@ -74,6 +77,7 @@ class RowQuery {
   std::vector<std::size_t> parameters_;  // literals, in the order in which they are expected
   std::vector<std::size_t> sources_;     // of the translation: which table
   std::vector<Value> values_;            // computed
+  std::string order_;                    // terms of row_sorter.h, on the first table; empty: none
 };
 
 }  // namespace jetsql

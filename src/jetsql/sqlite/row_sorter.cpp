@@ -77,10 +77,10 @@ void RowSorter::appendKey(const jet::Row& row, const Term& term) {
   for (std::size_t i = begin; i < keys_.size(); ++i) keys_[i] = static_cast<char>(~keys_[i]);
 }
 
-void RowSorter::add(const jet::Row& row) {
+void RowSorter::add(const jet::Row& row, std::int64_t number) {
   const std::size_t begin = keys_.size();
   for (const Term& term : terms_) appendKey(row, term);
-  entries_.push_back({begin, keys_.size(), row.id().number()});
+  entries_.push_back({begin, keys_.size(), number});
 }
 
 std::vector<std::int64_t> RowSorter::rows() {

@@ -36,7 +36,9 @@ class RowSorter {
 
   RowSorter(const CatalogueTable& table, std::string_view terms);
 
-  void add(const jet::Row& row);
+  void add(const jet::Row& row) { add(row, row.id().number()); }
+  // With a number of the caller's.
+  void add(const jet::Row& row, std::int64_t number);
   [[nodiscard]] std::vector<std::int64_t> rows();
 
  private:
