@@ -75,6 +75,9 @@ TEST_F(RowQueryTest, FindsComputedTexts) {
         "code FROM Plain) AS q WHERE code = '" +
         std::string(code) + "' AND price > 0");
   }
+  // A column of a query in a FROM has the number of none of the table's.
+  expectSame(
+      "SELECT b & b FROM (SELECT price, name & name AS b, id FROM Plain) AS q WHERE id < 60");
 }
 
 // One plan serves all texts that differ in their literals.

@@ -137,8 +137,11 @@ bool RowQuery::Planner::addCondition(const typed::Expression& condition, std::si
   if (junction != nullptr || !readsOnly(condition, table + 1)) return false;
   WholeExpression compiled = compiler_.compile(condition);
   if (!compiled) return false;
-  query_.tables_[table].conditions.push_back(std::move(compiled));
-  if (const auto* test = condition.as<typed::Comparison>()) addComparison(*test, table);
+  auto& conditions = query_.tables_[table].conditions;
+  const auto* test = condition.as<typed::Comparison>();
+  const bool isCheap = test == nullptr || test->left.type() != values::VariantType::kText;
+  conditions.insert(isCheap ? conditions.begin() : conditions.end(), std::move(compiled));
+  if (test != nullptr) addComparison(*test, table);
   return true;
 }
 
