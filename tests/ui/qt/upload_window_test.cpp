@@ -7,8 +7,8 @@
 #include <QTimer>
 #include <fstream>
 
-#include "ui/progress_percentage.h"
 #include "ui/accepting_server.h"
+#include "ui/progress_percentage.h"
 #include "ui/qt/message_box.h"
 #include "ui/qt/window_fixture.h"
 
