@@ -101,14 +101,12 @@ void Window::placeControls() {
 }
 
 // The window came to a screen with other dots per inch. The suggested size is the old one, scaled;
-// fonts do not scale as evenly, so that the controls may need more.
+// fonts do not scale as evenly. Where the controls need more, the answer to WM_GETMINMAXINFO, which
+// the system asks for with every new size, gives it.
 void Window::changeDpi(const RECT& suggested) {
-  SIZE size = fitToScreen();
-  if ((GetWindowLongW(handle(), GWL_STYLE) & WS_THICKFRAME) != 0) {
-    size.cx = std::max(size.cx, suggested.right - suggested.left);
-    size.cy = std::max(size.cy, suggested.bottom - suggested.top);
-  }
-  place({suggested.left, suggested.top, size.cx, size.cy});
+  fitToScreen();
+  place({suggested.left, suggested.top, suggested.right - suggested.left,
+         suggested.bottom - suggested.top});
 }
 
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
