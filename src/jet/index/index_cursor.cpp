@@ -11,7 +11,18 @@ IndexCursor::IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefin
   first_ = std::move(keys.first);
   last_ = std::move(keys.last);
   atEnd_ = keys.empty;
-  if (!atEnd_) descend();
+  if (!atEnd_ && !startsInRecentLeaf()) descend();
+}
+
+// Keys are often asked for in their order, so that the next one is in the leaf of the one before
+// it: after the leaf's first entry, as those equal to that may begin in another leaf.
+bool IndexCursor::startsInRecentLeaf() {
+  IndexPagePtr leaf = pages_->recentLeaf(*file_, root_);
+  if (!leaf || leaf->size() == 0 || leaf->compare(0, first_) >= 0) return false;
+  entry_ = leaf->lowerBound(first_);
+  if (entry_ == leaf->size()) return false;
+  leaf_ = std::move(leaf);
+  return true;
 }
 
 void IndexCursor::descend() {
@@ -31,6 +42,7 @@ bool IndexCursor::tryDescend() {
   }
   leaf_ = std::move(page);
   entry_ = leaf_->lowerBound(first_);
+  pages_->setRecentLeaf(root_, leaf_);
   return true;
 }
 

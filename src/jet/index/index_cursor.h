@@ -35,6 +35,7 @@ class IndexCursor {
 
  private:
   void descend();
+  [[nodiscard]] bool startsInRecentLeaf();
   [[nodiscard]] bool tryDescend();
   [[nodiscard]] bool nextLeaf();
 

@@ -29,6 +29,10 @@ class IndexPageCache {
   [[nodiscard]] IndexPagePtr child(PageFile& file, const IndexPage& node, std::size_t position,
                                    std::uint32_t owner);
 
+  // The leaf in which a search of the tree of this root ended last, as long as it has not changed.
+  [[nodiscard]] IndexPagePtr recentLeaf(PageFile& file, std::uint32_t root) const;
+  void setRecentLeaf(std::uint32_t root, const IndexPagePtr& leaf) { recentLeaves_[root] = leaf; }
+
   // The leaf after `leaf`, which has one. Null as above.
   [[nodiscard]] IndexPagePtr next(PageFile& file, const IndexPage& leaf, std::uint32_t owner);
 
@@ -40,6 +44,7 @@ class IndexPageCache {
     PagePtr checkedUnder;  // the node with which it was compared
   };
   std::unordered_map<std::uint32_t, Entry> pages_;
+  std::unordered_map<std::uint32_t, IndexPagePtr> recentLeaves_;  // by root
 };
 
 }  // namespace jet

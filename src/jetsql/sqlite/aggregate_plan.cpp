@@ -116,6 +116,8 @@ bool Planner::addGroup(const typed::Group& group) {
   using Kind = AggregatePlan::Group::Kind;
   AggregatePlan::Group added;
   added.isFixed = group.isFixed;
+  plan_.groupsReadFirstTableOnly =
+      plan_.groupsReadFirstTableOnly && readsFirstTableOnly(group.value);
   added.whole = compiler_.compile(group.value);
   if (!added.whole) {
     const auto field = compiler_.fieldOf(group.value);

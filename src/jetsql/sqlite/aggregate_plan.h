@@ -57,6 +57,7 @@ struct AggregatePlan {
   std::vector<WholeExpression> conditions;        // on a row of the table
   std::vector<WholeExpression> joinedConditions;  // on both
   std::vector<Group> groups;
+  bool groupsReadFirstTableOnly = true;
   std::vector<Sum> sums;
   std::vector<Output> outputs;
   std::vector<CatalogueColumn> columns;  // beside outputs

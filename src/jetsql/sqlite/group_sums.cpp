@@ -23,9 +23,13 @@ bool isPresent(const JoinedRow& row, const TableField& field) {
 
 }  // namespace
 
-void GroupSums::add(const JoinedRow& row) {
+std::size_t GroupSums::groupOf(const JoinedRow& row) {
   for (std::size_t i = 0; i < keys_.size(); ++i) keys_[i] = keyOf(i, row);
-  const std::size_t first = groupOfKeys() * plan_.sums.size();
+  return groupOfKeys();
+}
+
+void GroupSums::addTo(std::size_t group, const JoinedRow& row) {
+  const std::size_t first = group * plan_.sums.size();
   for (std::size_t i = 0; i < plan_.sums.size(); ++i) {
     const AggregatePlan::Sum& sum = plan_.sums[i];
     Total& total = totals_[first + i];

@@ -114,10 +114,13 @@ QueryReport::TableRead* HashAggregateCursor::logRead() const {
 
 void HashAggregateCursor::addJoined(JoinedRows& joined, JoinedRow& row) {
   bool matched = false;
+  std::optional<std::size_t> group;
   const auto addWith = [&](const jet::Row* other) {
     matched = true;
     row.rows[1] = other;
-    if (passesAll(plan_.joinedConditions, row)) groups_->add(row);
+    if (!passesAll(plan_.joinedConditions, row)) return;
+    if (!group || !plan_.groupsReadFirstTableOnly) group = groups_->groupOf(row);
+    groups_->addTo(*group, row);
   };
   const WholeValue key = plan_.joined->key(row);
   if (!key.isNull) joined.forEach(key.number, [&](const jet::Row& other) { addWith(&other); });
