@@ -4,6 +4,7 @@
 #include "extract/conversions.h"
 #include "extract/extractors.h"
 #include "extract/insert_statement.h"
+#include "extract/row_fields.h"
 #include "values/runtime_error.h"
 
 namespace extract {
@@ -84,12 +85,17 @@ class Rates {
   std::map<std::string, std::int16_t> found_;
 };
 
-ComputedValues computedValues(Workspace& work, Rates& rates, const localdb::RecordSet& card) {
+// The fields that are read besides those of the columns, in the order of kFields.
+enum Field { kCardKind, kPrice };
+constexpr std::string_view kFields[] = {"card_kind", "price_cards"};
+
+ComputedValues computedValues(Workspace& work, Rates& rates, const localdb::RecordSet& card,
+                              RowFields& fields) {
   // The time of the upload, not of the payment.
   const values::CivilTime now = work.dependencies.clock.now();
-  const std::int16_t rate = rates.of(NzText(card.field("card_kind")));
+  const std::int16_t rate = rates.of(NzText(fields.value(card, kCardKind)));
   return {values::formatTime(now, "%Y-%m-%d"), values::formatTime(now, "%H:%M:%S"),
-          values::toText(rate), netAmount(card.field("price_cards"), rate)};
+          values::toText(rate), netAmount(fields.value(card, kPrice), rate)};
 }
 
 std::int16_t rateOf(Workspace& work, std::string_view kind) {
@@ -121,10 +127,12 @@ void 카드매출(Workspace& work) {
   work.openDatabase(work.dependencies.start.configurationPath, "카드매출");
   InsertStatement insert(kInsert, work.shop, work.codePage);
   Rates rates(work);
-  work.forEachRow(Rows::kCards, cardsQuery(work.days), {{"c_upload", true}},
-                  [&](localdb::RecordSet& card, std::int32_t) {
-                    work.writeEncoded(insert.build(card, computedValues(work, rates, card)));
-                  });
+  RowFields fields(kFields);
+  work.forEachRow(
+      Rows::kCards, cardsQuery(work.days), {{"c_upload", true}},
+      [&](localdb::RecordSet& card, std::int32_t) {
+        work.writeEncoded(insert.build(card, computedValues(work, rates, card, fields)));
+      });
 }
 
 }  // namespace extract

@@ -1,11 +1,11 @@
 #include "extract/conversions.h"
 
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <optional>
 
 #include "text/utf16.h"
+#include "values/number_text.h"
 #include "values/runtime_error.h"
 
 namespace extract {
@@ -68,12 +68,6 @@ void appendNzText(std::string& statement, const VariantView& value) {
   }
 }
 
-void appendNumber(std::string& statement, std::int64_t number) {
-  std::array<char, 24> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-  statement.append(digits.data(), end);
-}
-
 std::string SqlText(const VariantView& value) {
   std::string text;
   appendSqlText(text, value);
@@ -127,7 +121,7 @@ std::string dayLiteral(values::DateTime day) { return "#" + values::dayText(day)
 
 std::string groupedText(std::int32_t number) {
   std::string text;
-  appendNumber(text, number);
+  values::appendWhole(text, number);
   const std::size_t first = number < 0 ? 1 : 0;
   for (std::size_t at = text.size(); at > first + 3;) text.insert(at -= 3, 1, ',');
   return text;
@@ -136,9 +130,9 @@ std::string groupedText(std::int32_t number) {
 std::string oneDecimalText(double number) {
   const auto tenths = std::llround(std::fabs(number) * 10);
   std::string text = number < 0 && tenths != 0 ? "-" : "";
-  appendNumber(text, tenths / 10);
+  values::appendWhole(text, tenths / 10);
   text += '.';
-  appendNumber(text, tenths % 10);
+  values::appendWhole(text, tenths % 10);
   return text;
 }
 

@@ -30,10 +30,9 @@ namespace extract {
 // Only -1 is true.
 [[nodiscard]] bool NzBool(const values::VariantView& value);
 
-// Append SqlText, NzText and a number to a statement, without a temporary string for each value.
+// Append SqlText and NzText to a statement, without a temporary string for each value.
 void appendSqlText(std::string& statement, const values::VariantView& value);
 void appendNzText(std::string& statement, const values::VariantView& value);
-void appendNumber(std::string& statement, std::int64_t number);
 
 // "yyyy-MM-dd", "hh:nn:ss" and "hh:nn" of a date, or of a text that reads as one; any other text
 // stays as it is. Null stays Null.

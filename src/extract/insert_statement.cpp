@@ -6,6 +6,7 @@
 
 #include "extract/conversions.h"
 #include "text/ascii.h"
+#include "values/number_text.h"
 
 namespace extract {
 
@@ -34,6 +35,7 @@ std::optional<std::string> constant(ValueFormat format, const ShopLiterals& shop
 InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop,
                                  CodePage& codePage)
     : codePage_(codePage) {
+  std::vector<std::string_view> fields;
   std::string text = "Insert Into " + std::string(insert.table) + " (";
   for (const Column& column : insert.columns) text.append(column.name).append(", ");
   text.resize(text.size() - 2);
@@ -45,31 +47,23 @@ InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiteral
       continue;
     }
     const std::string_view quote = column.format == ValueFormat::kNumber ? "" : "'";
-    pieces_.push_back({codePage_.fromUtf8(text.append(quote)), &column});
+    const bool isComputed = column.computed != kFromField;
+    if (!isComputed) fields.push_back(column.field);
+    pieces_.push_back({codePage_.fromUtf8(text.append(quote)), column.format, isComputed,
+                       isComputed ? static_cast<std::size_t>(column.computed) : fields.size() - 1});
     text = quote;
   }
   closing_ = codePage_.fromUtf8(text + ");");
-}
-
-void InsertStatement::findFields(const localdb::RecordSet& row) {
-  std::vector<std::size_t> indexes;
-  for (const Piece& piece : pieces_) {
-    const bool hasField = piece.column->computed == kFromField;
-    indexes.push_back(hasField ? row.fieldIndex(piece.column->field) : 0);
-  }
-  fieldIndexes_ = std::move(indexes);
+  fields_ = RowFields(fields);
 }
 
 const std::string& InsertStatement::build(const localdb::RecordSet& row,
                                           std::span<const values::Variant> computed) {
-  if (fieldIndexes_.empty()) findFields(row);
   statement_.clear();
-  for (std::size_t i = 0; i < pieces_.size(); ++i) {
-    const Column& column = *pieces_[i].column;
-    statement_ += pieces_[i].before;
-    appendValue(column.format, column.computed == kFromField
-                                   ? row.view(fieldIndexes_[i], field_)
-                                   : computed[static_cast<std::size_t>(column.computed)]);
+  for (const Piece& piece : pieces_) {
+    statement_ += piece.before;
+    appendValue(piece.format,
+                piece.isComputed ? computed[piece.place] : fields_.view(row, piece.place, field_));
   }
   statement_ += closing_;
   return statement_;
@@ -77,27 +71,29 @@ const std::string& InsertStatement::build(const localdb::RecordSet& row,
 
 // Without the quotes around it.
 void InsertStatement::appendValue(ValueFormat format, const values::VariantView& value) {
-  const std::size_t start = statement_.size();
   switch (format) {
     case ValueFormat::kText:
-      appendSqlText(statement_, value);
-      return encodeFrom(start);
     case ValueFormat::kUnescapedText:
-      appendNzText(statement_, value);
-      return encodeFrom(start);
+      return appendText(format, value);
     case ValueFormat::kNumber:
-      return appendNumber(statement_, NzLong(value));
+      return values::appendWhole(statement_, NzLong(value));
     case ValueFormat::kFlag:
       statement_ += NzLong(value) == -1 ? '1' : '0';
       return;
     case ValueFormat::kAbsoluteFlag:
-      return appendNumber(statement_, std::llabs(NzLong(value)));
+      return values::appendWhole(statement_, std::llabs(NzLong(value)));
     default:
       return;  // constants are part of Piece::before
   }
 }
 
-void InsertStatement::encodeFrom(std::size_t start) {
+void InsertStatement::appendText(ValueFormat format, const values::VariantView& value) {
+  const std::size_t start = statement_.size();
+  if (format == ValueFormat::kText) {
+    appendSqlText(statement_, value);
+  } else {
+    appendNzText(statement_, value);
+  }
   const std::string_view text = std::string_view(statement_).substr(start);
   if (text::asciiPrefix(text) == text.size()) return;
   utf8_ = text;

@@ -19,6 +19,7 @@
 #include <string_view>
 #include <vector>
 
+#include "extract/row_fields.h"
 #include "extract/workspace.h"
 #include "localdb/record_set.h"
 #include "platform/code_page.h"
@@ -97,19 +98,19 @@ class InsertStatement {
   // the code page: the end of that one, constants, its own opening quote.
   struct Piece {
     std::string before;
-    const Column* column;
+    ValueFormat format;
+    bool isComputed;
+    std::size_t place;  // of the computed value, or of the field in fields_
   };
 
-  void findFields(const localdb::RecordSet& row);
   void appendValue(ValueFormat format, const values::VariantView& value);
-  // Of the statement from `start` on, which is in UTF-8.
-  void encodeFrom(std::size_t start);
+  void appendText(ValueFormat format, const values::VariantView& value);
 
   CodePage& codePage_;
   std::vector<Piece> pieces_;
   std::string closing_;
-  std::vector<std::size_t> fieldIndexes_;  // of each piece's field
-  std::string statement_;                  // the storage of these three is used again
+  RowFields fields_{{}};
+  std::string statement_;  // the storage of these three is used again
   std::string field_;
   std::string utf8_;
 };

@@ -4,6 +4,7 @@
 #include "extract/conversions.h"
 #include "extract/extractors.h"
 #include "extract/insert_statement.h"
+#include "extract/row_fields.h"
 #include "extract/sale_items.h"
 #include "values/runtime_error.h"
 
@@ -93,24 +94,27 @@ std::int32_t checkedDifference(std::int32_t left, std::int32_t right) {
   return static_cast<std::int32_t>(difference);
 }
 
-ComputedValues computedValues(const localdb::RecordSet& sale) {
-  const values::Variant modified = sale.field("time_modified");
+// The fields that are read besides those of the columns, in the order of kFields.
+enum Field { kSaleId, kModified, kService, kFirstService, kFullPrice, kTotal, kPayment };
+constexpr std::string_view kFields[] = {
+    "S_ID",  "time_modified", "Price_Service", "Price_Service_org",
+    "Price", "Price_Tot",     "price_payment"};
+
+ComputedValues computedValues(const localdb::RecordSet& sale, RowFields& fields) {
+  const values::Variant modified = fields.value(sale, kModified);
   if (modified.isNull()) {
     throw RuntimeError(error::kInvalidUseOfNull, "Invalid use of Null: time_modified of sale " +
-                                                     NzText(sale.field("S_ID")) + ".");
+                                                     NzText(fields.value(sale, kSaleId)) + ".");
   }
-  const std::int32_t serviceDifference = checkedDifference(NzLong(sale.field("Price_Service")),
-                                                           NzLong(sale.field("Price_Service_org")));
-  const auto reduced = [&](std::string_view field) {
-    return checkedDifference(NzLong(sale.field(field)), serviceDifference);
+  const auto amount = [&](Field field) { return NzLong(fields.value(sale, field)); };
+  const std::int32_t serviceDifference = checkedDifference(amount(kService), amount(kFirstService));
+  const auto reduced = [&](Field field) {
+    return checkedDifference(amount(field), serviceDifference);
   };
   const values::Variant day = formatDay(modified);
-  return {reduced("Price"),
-          reduced("Price_Tot"),
-          reduced("price_payment"),
-          day,
-          std::string(weekdayLetter(day)),
-          formatTime(modified)};
+  return {
+      reduced(kFullPrice), reduced(kTotal), reduced(kPayment), day, std::string(weekdayLetter(day)),
+      formatTime(modified)};
 }
 
 // "Selling ... 2013-08-02 ... 1,204/5,310 (22.7%)", at most every half second.
@@ -143,13 +147,14 @@ void 자료수집(Workspace& work) {
   work.write(rangeDelete(kDeleteSales, work.shop, first, last));
   work.write(rangeDelete(kDeleteItems, work.shop, first, last));
   InsertStatement insert(kInsert, work.shop, work.codePage);
+  RowFields fields(kFields);
   SaleItems items(work);
   ProgressCaption caption(work.dependencies);
   work.forEachRow(Rows::kSales, salesQuery(work.days), {{"c_upload", true}, {"cc_upload", false}},
                   [&](localdb::RecordSet& sale, std::int32_t i) {
                     caption.update(sale, i);
-                    work.writeEncoded(insert.build(sale, computedValues(sale)));
-                    items.자료수집_Item(values::toLong(sale.field("S_ID")));
+                    work.writeEncoded(insert.build(sale, computedValues(sale, fields)));
+                    items.자료수집_Item(values::toLong(fields.value(sale, kSaleId)));
                   });
 }
 

@@ -51,8 +51,13 @@ void RecordSet::Implementation::rowAppended() {
   }
 }
 
-void RecordSet::Implementation::needRow() const {
-  if (atEnd()) throw RuntimeError(error::kNoCurrentRecord, "No current record.");
+void RecordSet::Implementation::noCurrentRow() {
+  throw RuntimeError(error::kNoCurrentRecord, "No current record.");
+}
+
+void RecordSet::Implementation::noSuchField(std::size_t index) {
+  throw RuntimeError(error::kItemNotFound,
+                     "Item not found in this collection: " + std::to_string(index) + ".");
 }
 
 void RecordSet::Implementation::needUpdatable() const {
@@ -62,7 +67,7 @@ void RecordSet::Implementation::needUpdatable() const {
 }
 
 void RecordSet::Implementation::moveTo(std::size_t position) {
-  if (count_ == 0) throw RuntimeError(error::kNoCurrentRecord, "No current record.");
+  if (count_ == 0) noCurrentRow();
   position_ = position;
 }
 
@@ -84,10 +89,7 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
 }
 
 values::VariantView RecordSet::Implementation::view(std::size_t index, std::string& scratch) {
-  if (index >= layout_->columns.size()) {
-    throw RuntimeError(error::kItemNotFound,
-                       "Item not found in this collection: " + std::to_string(index) + ".");
-  }
+  if (index >= layout_->columns.size()) noSuchField(index);
   needRow();
   const Translation::Column& column = layout_->columns[index];
   if (!column.base) return values_.get(position_, column.computed);
@@ -116,9 +118,7 @@ jet::FieldValue RecordSet::Implementation::ofTable(const jet::FieldValue& field)
 void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
                                            std::span<const jet::FieldValue> fields) {
   needUpdatable();
-  if (first > count_ || count > count_ - first) {
-    throw RuntimeError(error::kNoCurrentRecord, "No current record.");
-  }
+  if (first > count_ || count > count_ - first) noCurrentRow();
   const std::size_t source = *layout_->updatable;
   std::vector<jet::RowId> ids;
   for (std::size_t position = first; position < first + count; ++position) {
@@ -137,10 +137,12 @@ RecordSet::RecordSet(std::unique_ptr<Implementation> implementation)
 RecordSet::~RecordSet() = default;
 
 RecordSet::Implementation& RecordSet::alive() const {
-  if (!implementation_) {
-    throw RuntimeError(error::kObjectNotSet, "Object variable not set: the record set is closed.");
-  }
+  if (!implementation_) closed();
   return *implementation_;
+}
+
+void RecordSet::closed() {
+  throw RuntimeError(error::kObjectNotSet, "Object variable not set: the record set is closed.");
 }
 
 const std::vector<FieldDescription>& RecordSet::fields() const { return alive().layout().fields; }

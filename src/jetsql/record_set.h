@@ -67,7 +67,8 @@ class RecordSet {
   void close();
 
  private:
-  [[nodiscard]] Implementation& alive() const;  // error 91 after close
+  [[nodiscard]] Implementation& alive() const;
+  [[noreturn]] static void closed();  // error 91
 
   std::unique_ptr<Implementation> implementation_;
 };

@@ -57,8 +57,12 @@ class RecordSet::Implementation {
   };
 
   void rowAppended();
-  void needRow() const;        // error 3021
-  void needUpdatable() const;  // error 3027
+  void needRow() const {
+    if (atEnd()) noCurrentRow();
+  }
+  [[noreturn]] static void noCurrentRow();                  // error 3021
+  [[noreturn]] static void noSuchField(std::size_t index);  // error 3265
+  void needUpdatable() const;                               // error 3027
   [[nodiscard]] std::int64_t rowId(std::size_t position, std::size_t source) const {
     return rowIds_[position * layout_->sources.size() + source];
   }

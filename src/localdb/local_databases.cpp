@@ -44,6 +44,8 @@ std::string openDatabaseError(const RuntimeError& problem, const std::string& pa
   }
 }
 
+constexpr std::uint32_t kLookInterval = 500;  // milliseconds
+
 // Names match as where the till runs: DATA.MDB is data.mdb, unless there is one of that very name.
 // Error 3024 where there is neither.
 std::string existingFile(const std::string& path) {
@@ -61,19 +63,34 @@ std::optional<std::int32_t> given(std::int32_t number, bool before) {
 
 }  // namespace
 
-LocalDatabases::LocalDatabases(DBEngine& engine, MessageWriter message)
-    : engine_(engine), message_(std::move(message)) {}
+LocalDatabases::LocalDatabases(DBEngine& engine, MessageWriter message,
+                               const platform::TickCounter* ticks)
+    : engine_(engine),
+      message_(std::move(message)),
+      ticks_(ticks != nullptr ? *ticks : systemTicks_) {}
+
+const std::string& LocalDatabases::find(const std::string& path) {
+  FoundFile& found = found_[path];
+  const std::int32_t now = ticks_.ticks();
+  const auto age = static_cast<std::uint32_t>(now) - static_cast<std::uint32_t>(found.at);
+  if (found.path.empty() || age >= kLookInterval) {
+    found.path.clear();
+    found.path = existingFile(path);
+    found.at = now;
+  }
+  return found.path;
+}
 
 bool LocalDatabases::JetOpenDB(std::shared_ptr<Database>& database, const std::string& path,
                                bool readOnly, bool exclusive, const std::string& connect,
                                std::string_view caller) {
   try {
     failure_.clear();
-    const std::string file = existingFile(path);
-    database = engine_.openDatabase(file, exclusive, readOnly,
+    database = engine_.openDatabase(find(path), exclusive, readOnly,
                                     connect.empty() ? std::nullopt : std::optional(connect));
     return true;
   } catch (const std::exception&) {
+    found_.erase(path);
     database.reset();
     const RuntimeError problem = currentError();
     failure_ = problem.number() == error::kNoDatabaseFile ? "There is no file '" + path + "'."

@@ -19,18 +19,35 @@ class CodePage::Encoder {
   explicit Encoder(int codePage) : converter_(codePage, CodePageConverter::Direction::kFromUtf8) {}
 
   void append(std::string_view text, std::string& out) {
-    while (!text.empty()) {
-      const std::size_t ascii = text::asciiPrefix(text);
-      out.append(text.data(), ascii);
-      text.remove_prefix(ascii);
-      text.remove_prefix(appendOthers(text, out));
+    std::array<char, 256> bytes;  // appended together: appending one costs as much as looking it up
+    std::size_t filled = 0;
+    const auto flush = [&] { out.append(bytes.data(), std::exchange(filled, 0)); };
+    for (std::size_t at = 0; at < text.size();) {
+      if (filled + kMostBytes > bytes.size()) flush();
+      if (static_cast<unsigned char>(text[at]) < 0x80) {
+        bytes[filled++] = text[at++];
+        continue;
+      }
+      const std::size_t start = at;
+      const char32_t character = text::nextCharacter(text, at);
+      if (const Encoded* known = find(character)) {
+        std::memcpy(bytes.data() + filled, known->bytes.data(), kMostBytes);
+        filled += known->length;
+        continue;
+      }
+      flush();
+      // What follows a byte that is no text belongs to it.
+      if (character >= kKnownCharacters) at = start + text::characterLength(text.substr(start));
+      ask(character, text.substr(start, at - start), out);
     }
+    flush();
   }
 
  private:
+  static constexpr std::size_t kMostBytes = 3;  // of a character that is kept
   // The bytes of one character, and how many; 0 where it has not been met yet.
   struct Encoded {
-    std::array<char, 3> bytes{};
+    std::array<char, kMostBytes> bytes{};
     std::uint8_t length = 0;
   };
   static constexpr char32_t kKnownCharacters =
@@ -38,49 +55,26 @@ class CodePage::Encoder {
   static constexpr std::size_t kBlock = 256;  // characters
   using Block = std::array<Encoded, kBlock>;
 
-  // Takes the characters beyond ASCII that `text` begins with and gives their bytes.
-  std::size_t appendOthers(std::string_view text, std::string& out) {
-    std::array<char, 256> bytes;  // appended together: appending one costs as much as looking it up
-    std::size_t filled = 0;
-    std::size_t taken = 0;
-    while (taken < text.size() && static_cast<unsigned char>(text[taken]) >= 0x80) {
-      std::size_t end = taken;
-      const char32_t character = text::nextCharacter(text, end);
-      const Encoded* known = character < kKnownCharacters
-                                 ? &encoded(character, text.substr(taken, end - taken))
-                                 : nullptr;
-      if (known == nullptr || known->length == 0) {
-        out.append(bytes.data(), std::exchange(filled, 0));
-        // What follows a byte that is no text belongs to it.
-        if (known == nullptr) end = taken + text::characterLength(text.substr(taken));
-        converter_.append(text.substr(taken, end - taken), out);
-        taken = end;
-        continue;
-      }
-      std::memcpy(bytes.data() + filled, known->bytes.data(), known->bytes.size());
-      filled += known->length;
-      taken = end;
-      if (filled + known->bytes.size() > bytes.size()) {
-        out.append(bytes.data(), std::exchange(filled, 0));
-      }
-    }
-    out.append(bytes.data(), filled);
-    return taken;
+  // Nullptr where the system has to be asked.
+  [[nodiscard]] const Encoded* find(char32_t character) const {
+    if (character >= kKnownCharacters) return nullptr;
+    const Block* block = blocks_[character / kBlock].get();
+    if (block == nullptr) return nullptr;
+    const Encoded& place = (*block)[character % kBlock];
+    return place.length == 0 ? nullptr : &place;
   }
 
-  const Encoded& encoded(char32_t character, std::string_view utf8) {
+  // Appends what the system makes of the character, and keeps it.
+  void ask(char32_t character, std::string_view utf8, std::string& out) {
+    const std::size_t before = out.size();
+    converter_.append(utf8, out);
+    const std::size_t length = out.size() - before;
+    if (character >= kKnownCharacters || length > kMostBytes) return;
     std::unique_ptr<Block>& block = blocks_[character / kBlock];
     if (!block) block = std::make_unique<Block>();
     Encoded& place = (*block)[character % kBlock];
-    if (place.length == 0) {
-      std::string bytes;
-      converter_.append(utf8, bytes);
-      if (bytes.size() <= place.bytes.size()) {
-        std::copy(bytes.begin(), bytes.end(), place.bytes.begin());
-        place.length = static_cast<std::uint8_t>(bytes.size());
-      }
-    }
-    return place;
+    std::copy_n(out.data() + before, length, place.bytes.begin());
+    place.length = static_cast<std::uint8_t>(length);
   }
 
   CodePageConverter converter_;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "extract/conversions.h"
+#include "values/number_text.h"
 #include "values/runtime_error.h"
 
 namespace settlement {
@@ -46,7 +47,7 @@ std::string insertDay(const extract::ShopLiterals& shop, std::string_view day,
                shop.representative + "', '" + std::string(day) + "'";
   for (const Figure figure : kColumnOrder) {
     statement += ", ";
-    extract::appendNumber(statement, settlement[figure]);
+    values::appendWhole(statement, settlement[figure]);
   }
   return statement + ");";
 }

@@ -55,6 +55,10 @@ std::string formatReal(Real value) {
 }  // namespace
 
 void appendWhole(std::string& text, std::int64_t value) {
+  if (value >= 0 && value < 10) {  // most amounts of a sale are zero
+    text += static_cast<char>('0' + value);
+    return;
+  }
   std::array<char, 24> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
   text.append(buffer.data(), end);

@@ -67,8 +67,9 @@ class LocalDatabasesTest : public testing::Test {
   support::FakeClock clock_;
   DBEngine engine_{clock_, nullptr};
   std::vector<std::string> messages_;
-  LocalDatabases databases_{engine_,
-                            [this](const std::string& text) { messages_.push_back(text); }};
+  support::FakeTicks ticks_;
+  LocalDatabases databases_{engine_, [this](const std::string& text) { messages_.push_back(text); },
+                            &ticks_};
   std::shared_ptr<Database> database_;
   std::unique_ptr<RecordSet> rows_;
 };
@@ -99,6 +100,7 @@ TEST_F(LocalDatabasesTest, NamesMatchWithoutRegardToCase) {
   std::filesystem::rename(path("data.mdb"), path("DATA.Mdb"));
   EXPECT_TRUE(open("data.mdb"));
   std::filesystem::copy_file(path("text.mdb"), path("data.mdb"));
+  ticks_.milliseconds += 500;
   EXPECT_FALSE(open("data.mdb"));
   EXPECT_NE(databases_.lastFailure().find("data.mdb"), std::string::npos);
   EXPECT_FALSE(openRows("Selling"));
@@ -174,6 +176,19 @@ TEST_F(LocalDatabasesTest, AFileIsSharedUntilItIsIdle) {
   rows_->close();
   databases_.closeIdle();
   std::filesystem::remove(path("data.mdb"));
+  EXPECT_FALSE(open("data.mdb"));
+}
+
+TEST_F(LocalDatabasesTest, AFileThatVanishesIsMissedAfterHalfASecond) {
+  if (support::kOnWindows) GTEST_SKIP();
+  for (const bool waited : {false, true}) {
+    if (waited) ticks_.milliseconds += 500;
+    ASSERT_TRUE(open("data.mdb"));
+  }
+  std::filesystem::remove(path("data.mdb"));
+  ticks_.milliseconds += 499;
+  EXPECT_TRUE(open("data.mdb"));
+  ticks_.milliseconds += 1;
   EXPECT_FALSE(open("data.mdb"));
 }
 

@@ -1,13 +1,38 @@
 #include "jet/pages/page_edits.h"
 
-#include <algorithm>
 #include <cassert>
+#include <cstring>
 #include <exception>
 #include <utility>
 
 #include "values/runtime_error.h"
 
 namespace jet {
+namespace {
+
+// Pages that are compared differ in few bytes: blocks of this size are compared at once.
+constexpr std::size_t kBlock = 64;
+
+bool sameBlock(Bytes left, Bytes right, std::size_t start) {
+  return std::memcmp(left.data() + start, right.data() + start, kBlock) == 0;
+}
+
+std::size_t commonPrefix(Bytes left, Bytes right) {
+  std::size_t size = 0;
+  while (size + kBlock <= left.size() && sameBlock(left, right, size)) size += kBlock;
+  while (size < left.size() && left[size] == right[size]) ++size;
+  return size;
+}
+
+// Where the bytes begin that both end with. They differ somewhere.
+std::size_t commonSuffix(Bytes left, Bytes right) {
+  std::size_t start = left.size();
+  while (start >= kBlock && sameBlock(left, right, start - kBlock)) start -= kBlock;
+  while (left[start - 1] == right[start - 1]) --start;
+  return start;
+}
+
+}  // namespace
 
 Page& PageEdits::edit(std::uint32_t number) {
   const auto found = entries_.find(number);
@@ -38,9 +63,9 @@ void PageEdits::schedule(std::uint32_t number) {
   std::size_t first = 0;
   std::size_t last = now.size();
   if (!entry.scheduled.empty()) {
-    first = static_cast<std::size_t>(std::ranges::mismatch(now, entry.scheduled).in1 - now.begin());
+    first = commonPrefix(now, entry.scheduled);
     if (first == now.size()) return;
-    while (now[last - 1] == entry.scheduled[last - 1]) --last;
+    last = commonSuffix(now, entry.scheduled);
   }
   writes_.push_back({number,
                      first,

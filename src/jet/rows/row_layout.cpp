@@ -60,18 +60,23 @@ std::optional<VariablePart> RowLayout::variablePart() const {
   return part;
 }
 
-// A jump table has as many entries as the whole row needs, of which its offsets may need one less.
 std::size_t RowLayout::variableOffset(const VariablePart& part, std::size_t n) const {
   const std::size_t width = countWidth_;
   const std::size_t offsetsEnd = maskStart_ - width - part.jumps;
-  std::size_t offset = loadCount(row_, offsetsEnd - width * (n + 1), width);
-  if (part.jumps == 0) return offset;
+  const std::size_t offset = loadCount(row_, offsetsEnd - width * (n + 1), width);
+  return part.jumps == 0 ? offset : offset + jumped(part, n);
+}
+
+// A jump table has as many entries as the whole row needs, of which its offsets may need one less.
+std::size_t RowLayout::jumped(const VariablePart& part, std::size_t n) const {
+  const std::size_t offsetsEnd = maskStart_ - countWidth_ - part.jumps;
   const bool lastIsUnused = (offsetsEnd - part.count - 1) / kJump < part.jumps;
   const std::size_t used = lastIsUnused ? part.jumps - 1 : part.jumps;
+  std::size_t sum = 0;
   for (std::size_t jump = 0; jump < used; ++jump) {
-    if (loadU8(row_, maskStart_ - 2U - jump) <= n) offset += kJump;
+    if (loadU8(row_, maskStart_ - 2U - jump) <= n) sum += kJump;
   }
-  return offset;
+  return sum;
 }
 
 std::optional<Bytes> RowLayout::variableField(std::size_t varIndex) const {

@@ -68,6 +68,8 @@ class RowLayout {
 
  private:
   [[nodiscard]] bool isJet3() const { return countWidth_ == 1; }
+  // What the jump table adds to the offset of variable field `n`.
+  [[nodiscard]] std::size_t jumped(const VariablePart& part, std::size_t n) const;
 
   Bytes row_;
   std::uint16_t columns_ = 0;

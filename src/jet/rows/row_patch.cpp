@@ -69,6 +69,7 @@ bool RowPatch::findVariablePart(bool certain) {
   const auto part = layout_.variablePart();
   if (!part) return false;
   std::vector<std::size_t> offsets;
+  offsets.reserve(part->count + 1);
   for (std::size_t n = 0; n <= part->count; ++n) {
     offsets.push_back(layout_.variableOffset(*part, n));
   }

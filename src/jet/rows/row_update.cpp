@@ -119,7 +119,7 @@ bool RowUpdater::updateSamePage(std::span<const RowId> ids, std::span<const Chan
       RowPatch row(file_, page.number, definition_, place);
       for (const Change& c : changes) row.set(c.column, encodeMark(c.column, c.value));
       if (row.grown()) return false;
-      std::ranges::copy(row.bytes(), place.begin());
+      std::copy(row.bytes().begin(), row.bytes().end(), place.data());
     }
   } catch (const RuntimeError&) {
     return false;
@@ -174,7 +174,7 @@ void RowUpdater::write(PageEdits& edits, RowId id, const Place& place, const Row
   Page& page = edits.edit(place.at.page);
   if (!row.grown()) {
     const auto start = place.bytes.data() - page.bytes.data();
-    std::ranges::copy(row.bytes(), page.bytes.begin() + start);
+    std::copy(row.bytes().begin(), row.bytes().end(), page.bytes.data() + start);
     edits.schedule(page.number);
     return;
   }
