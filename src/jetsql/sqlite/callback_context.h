@@ -28,7 +28,7 @@ struct CallbackContext {
   // The first error in each expression that is being computed inside jet_guard, innermost last;
   // nullptr so far. See deferred_error.h.
   std::vector<std::exception_ptr> deferred = {};
-  ReadLog* log = nullptr;                    // of what is read, while somebody asks
+  ReadLog* log = nullptr;              // of what is read, while somebody asks
   std::vector<ChosenPath> paths = {};  // chosen for Jet tables since this was last cleared
 
   void clear() {
