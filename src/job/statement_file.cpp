@@ -24,7 +24,7 @@ std::string statementFolder(const std::string& programFolder) {
 std::string workingPath(const settings::StartValues& start, const values::CivilTime& moment) {
   const auto name = values::formatTime(moment, values::kFileStampFormat) + "_" +
                     extract::SqlText(values::Variant(start.shop.tradeName)) + ".tx";
-  return platform::joinPath(statementFolder(start.programFolder), name);
+  return platform::joinPath(statementFolder(start.programFolder), platform::possibleFileName(name));
 }
 
 std::string freeWorkingPath(const settings::StartValues& start, const platform::Clock& clock,

@@ -19,7 +19,7 @@ namespace job {
 [[nodiscard]] std::string statementFolder(const std::string& programFolder);
 
 // Named by the moment at which the job starts and the trade name, which is escaped as in a
-// statement.
+// statement; what the system lets stand in no file's name is a '_'.
 [[nodiscard]] std::string workingPath(const settings::StartValues& start,
                                       const values::CivilTime& moment);
 

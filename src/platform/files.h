@@ -29,6 +29,10 @@ namespace platform {
 [[nodiscard]] std::string parentFolder(std::string_view path);
 [[nodiscard]] std::string fileName(std::string_view path);
 
+// The name with a '_' for each character that the system lets stand in no file's name and yet in a
+// path: on Windows \ / : * ? " < > |, on POSIX none.
+[[nodiscard]] std::string possibleFileName(std::string name);
+
 // One text for a file however its path is written: absolute, links followed as far as there is
 // something; the path as given where it cannot be followed.
 [[nodiscard]] std::string canonicalPath(const std::string& path);

@@ -99,6 +99,8 @@ std::string fileName(std::string_view path) {
   return std::string(path.substr(path.find_last_of('/') + 1));
 }
 
+std::string possibleFileName(std::string name) { return name; }
+
 std::string canonicalPath(const std::string& path) {
   std::error_code problem;
   const auto canonical = std::filesystem::weakly_canonical(path, problem);

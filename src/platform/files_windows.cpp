@@ -78,6 +78,13 @@ std::string fileName(std::string_view path) {
   return std::string(path.substr(path.find_last_of(kSeparators) + 1));
 }
 
+std::string possibleFileName(std::string name) {
+  constexpr std::string_view kForbidden = R"(\/:*?"<>|)";
+  std::ranges::replace_if(
+      name, [&](char c) { return kForbidden.find(c) != kForbidden.npos; }, '_');
+  return name;
+}
+
 std::string canonicalPath(const std::string& path) {
   const auto file = openShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
   const auto wide = systemPath(path);

@@ -92,12 +92,13 @@ TEST_F(LockFileTest, AStaleFileIsTakenOverAndAnotherSpellingIsFound) {
   std::ofstream(shouted) << std::string(128, 'x');
   auto user = join();
   EXPECT_EQ(user->slot(), 1);
-  EXPECT_FALSE(lockFileExists());
+  EXPECT_EQ(lockFileExists(), support::kOnWindows);  // by any spelling there
   EXPECT_EQ(support::readFile(shouted).substr(64), std::string(64, 'x'));
   user.reset();
   EXPECT_FALSE(std::filesystem::exists(shouted));
   EXPECT_EQ(lockFilePath((folder_.path() / "shop.ACCDB").string()),
             (folder_.path() / "shop.laccdb").string());
+  if (support::kOnWindows) return;
   // Who comes through a link must meet the others.
   std::filesystem::create_directory(folder_.path() / "elsewhere");
   std::ofstream(path_) << "";

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <functional>
 #include <random>
+#include <regex>
 
 #include "jet/format/commit_bytes.h"
 #include "jetcheck/sales_copy.h"
@@ -17,8 +18,10 @@ namespace jetcheck {
 namespace {
 
 using testing::Contains;
-using testing::ContainsRegex;
 using testing::IsEmpty;
+
+// GoogleTest's own expressions know little where the system has none.
+MATCHER_P(ContainsPattern, pattern, "") { return std::regex_search(arg, std::regex(pattern)); }
 
 std::vector<std::string> check(const std::string& path) {
   std::vector<std::string> lines;
@@ -207,7 +210,7 @@ TEST_P(FaultTest, IsNamed) {
   SalesCopy copy(path_);
   GetParam().make(copy);
   std::ofstream(path_, std::ios::binary | std::ios::trunc) << copy.bytes;
-  EXPECT_THAT(check(path_), Contains(ContainsRegex(GetParam().line)));
+  EXPECT_THAT(check(path_), Contains(ContainsPattern(GetParam().line)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Damages, FaultTest, testing::ValuesIn(kDamages),
@@ -239,13 +242,13 @@ TEST_F(FileCheckTest, ProgramSaysSoAndExitsWithIt) {
 
   std::string output;
   EXPECT_EQ(support::run({QUENBROOK_JETCHECK, path_}, &output), 0);
-  EXPECT_THAT(output,
-              ContainsRegex("^[^:]+data.mdb: whole: 6 tables, [0-9]+ rows, [0-9]+ indexes, [0-9]+ "
-                            "pages\n$"));
+  EXPECT_THAT(output, ContainsPattern(
+                          "^[^\n]+data.mdb: whole: 6 tables, [0-9]+ rows, [0-9]+ indexes, [0-9]+ "
+                          "pages\n$"));
   EXPECT_EQ(support::run({QUENBROOK_JETCHECK, path_, other}, &output), 1);
-  EXPECT_THAT(output, ContainsRegex("data.mdb: whole: .*\n.*other.mdb: the catalogue: page"));
+  EXPECT_THAT(output, ContainsPattern("data.mdb: whole: .*\n.*other.mdb: the catalogue: page"));
   EXPECT_EQ(support::run({QUENBROOK_JETCHECK, text, path_}, &output), 2);
-  EXPECT_THAT(output, ContainsRegex("data.mdb: whole: "));
+  EXPECT_THAT(output, ContainsPattern("data.mdb: whole: "));
   EXPECT_EQ(support::run({QUENBROOK_JETCHECK}), 2);
 }
 

@@ -34,6 +34,8 @@ class FileBuilderTest : public testing::TestWithParam<FileFormat> {
   [[nodiscard]] std::string path() const { return (folder_.path() / "new.mdb").string(); }
 
   FileBuilder& builder(FileBuilder::Options options = {}) {
+    builder_.reset();
+    database_.reset();
     std::filesystem::remove(path());
     options.format = GetParam();
     options.codePage = 949;

@@ -18,6 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// How the trade name Kim's stands in a file's name.
+const std::string kEscapedName = support::kOnWindows ? "Kim_'s" : "Kim\\'s";
 const std::string kTrap = "전송오류... Trans";
 
 struct FakeWindow : Window {
@@ -94,7 +96,7 @@ class JobDriverTest : public testing::Test {
       {5, "DailyData Start..From : ", "DailyData End ", writing("Insert 3;"), "결산",
        StepKind::kSettlement},
   };
-  const std::string final = "AutoLoadData/20130821_153045_Kim\\'s.txt";
+  const std::string final = "AutoLoadData/20130821_153045_" + kEscapedName + ".txt";
 };
 
 TEST_F(JobDriverTest, ARunIsLoggedStepByStep) {
@@ -131,12 +133,13 @@ TEST_F(JobDriverTest, AnEmptyRunDeletesItsFileAndEndsInTheTrap) {
 
 TEST_F(JobDriverTest, AJobWhoseNameIsTakenTakesTheNextFreeSecond) {
   const std::string stem = "AutoLoadData/20130821_15304";
-  for (const auto* name : {"5_Kim\\'s.tx", "6_Kim\\'s.txt", "7_Kim\\'s.txt.gz"}) {
-    platform::appendToFile(path(stem + name), "another's");
+  const std::string name = "_" + kEscapedName;
+  for (const auto& taken : {"5" + name + ".tx", "6" + name + ".txt", "7" + name + ".txt.gz"}) {
+    platform::appendToFile(path(stem + taken), "another's");
   }
   EXPECT_TRUE(run({0}));
-  EXPECT_EQ(verdict.statementFile, path(stem + "8_Kim\\'s.txt"));
-  EXPECT_EQ(text(stem + "5_Kim\\'s.tx"), "another's");
+  EXPECT_EQ(fs::path(verdict.statementFile), path(stem + "8" + name + ".txt"));
+  EXPECT_EQ(text(stem + "5" + name + ".tx"), "another's");
 }
 
 TEST_F(JobDriverTest, AJobWaitsForTheOneThatHoldsTheFolder) {
@@ -177,7 +180,7 @@ TEST_F(JobDriverTest, AFailingStepIsLoggedAndTheNextOneRuns) {
       joblog::failureLine(verdict.failures[0]).starts_with("출퇴근: (94) Null - 실패한 뒤"));
   EXPECT_EQ(verdict.failures[1].step, "결산 2013-08-02");
   EXPECT_EQ(verdict.counts.back().records, 21);
-  EXPECT_EQ(verdict.statementFile, path(final));
+  EXPECT_EQ(fs::path(verdict.statementFile), path(final));
   EXPECT_EQ(text(final), "Delete 1;\r\nInsert 3;\r\n");
   EXPECT_EQ(text("130821_XPDll.log"), "E)frmAuto->TMR_Timer[0](94)Null\r\n");
   EXPECT_NE(text("H20130821D.log").find(kTrap + "\r\nEmployee_Item End "), std::string::npos);

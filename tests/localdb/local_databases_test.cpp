@@ -97,6 +97,7 @@ TEST_F(LocalDatabasesTest, OpensAndReportsFailures) {
 // Faults: a shop whose file is called DATA.MDB has none; the older of two is taken; a failure whose
 // reason nobody is told.
 TEST_F(LocalDatabasesTest, NamesMatchWithoutRegardToCase) {
+  if (support::kOnWindows) GTEST_SKIP();
   std::filesystem::rename(path("data.mdb"), path("DATA.Mdb"));
   EXPECT_TRUE(open("data.mdb"));
   std::filesystem::copy_file(path("text.mdb"), path("data.mdb"));

@@ -69,7 +69,7 @@ TEST_F(StartModTest, TheValuesComeFromTheConfiguration) {
   const auto begun = start("T2013/08/01-2013/08/21");
   EXPECT_EQ(begun.next, Next::kUploadWindow);
   EXPECT_EQ(begun.values.shop.tradeName, "김's 식당");
-  EXPECT_EQ(begun.values.outgoPath, path("db/outgo.mdb"));
+  EXPECT_EQ(begun.values.outgoPath, platform::joinPath(path("db"), "outgo.mdb"));
   EXPECT_EQ(begun.values.toDate, "2013/08/21");
   EXPECT_TRUE(begun.values.warnings.empty());
   EXPECT_EQ(start("t2013/08/21").next, Next::kLoginWindow);

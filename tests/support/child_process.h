@@ -7,6 +7,7 @@
 // A program that cannot be started throws std::runtime_error: the test fails, it does not skip.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -76,6 +77,18 @@ class TemporaryFolder {
 };
 
 [[nodiscard]] std::string readFile(const std::filesystem::path& file);
+
+// Keeps this process and the children that it starts on one processor, until its end.
+class OneProcessor {
+ public:
+  OneProcessor();
+  ~OneProcessor();
+  OneProcessor(const OneProcessor&) = delete;
+  OneProcessor& operator=(const OneProcessor&) = delete;
+
+ private:
+  std::uint64_t before_;  // a bit for each processor
+};
 
 // A port of 127.0.0.x on which nobody listens at the moment.
 [[nodiscard]] int freePort(const std::string& address);

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <signal.h>
 #include <spawn.h>
 #include <stdlib.h>
@@ -71,6 +72,30 @@ TemporaryFolder::TemporaryFolder() {
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot make " + pattern);
   path_ = std::filesystem::path(pattern);
 }
+
+namespace {
+
+void useProcessors(std::uint64_t bits) {
+  cpu_set_t processors;
+  CPU_ZERO(&processors);
+  for (int i = 0; i < 64; ++i) {
+    if ((bits >> i & 1U) != 0) CPU_SET(i, &processors);
+  }
+  sched_setaffinity(0, sizeof processors, &processors);
+}
+
+}  // namespace
+
+OneProcessor::OneProcessor() : before_(0) {
+  cpu_set_t processors;
+  sched_getaffinity(0, sizeof processors, &processors);
+  for (std::uint64_t i = 0; i < 64; ++i) {
+    if (CPU_ISSET(i, &processors)) before_ |= std::uint64_t{1} << i;
+  }
+  useProcessors(before_ & (~before_ + 1));
+}
+
+OneProcessor::~OneProcessor() { useProcessors(before_); }
 
 int freePort(const std::string& address) {
   const int listener = socket(AF_INET, SOCK_STREAM, 0);

@@ -34,11 +34,23 @@ void ChildProcess::kill(int signal) {
 }
 
 TemporaryFolder::TemporaryFolder() {
-  static int count = 0;
-  path_ =
-      std::filesystem::temp_directory_path() /
-      ("quenbrook-test-" + std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(++count));
-  std::filesystem::create_directories(path_);
+  const std::string stem = "quenbrook-test-" + std::to_string(::GetCurrentProcessId()) + "-";
+  for (int count = 1; path_.empty(); ++count) {
+    const auto path = std::filesystem::temp_directory_path() / (stem + std::to_string(count));
+    if (std::filesystem::create_directory(path)) path_ = path;
+  }
+}
+
+OneProcessor::OneProcessor() {
+  DWORD_PTR before = 0;
+  DWORD_PTR all = 0;
+  ::GetProcessAffinityMask(::GetCurrentProcess(), &before, &all);
+  before_ = before;
+  ::SetProcessAffinityMask(::GetCurrentProcess(), before & (~before + 1));
+}
+
+OneProcessor::~OneProcessor() {
+  ::SetProcessAffinityMask(::GetCurrentProcess(), static_cast<DWORD_PTR>(before_));
 }
 
 }  // namespace support

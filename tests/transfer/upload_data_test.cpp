@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "support/child_process.h"
 #include "transfer/upload_file_name.h"
 
 namespace transfer {
@@ -62,15 +63,7 @@ class FakeFtp final : public FtpClient {
 
 class UploadDataTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::temp_directory_path() /
-              (std::string("quenbrook-upload-") + test->name() + "-" +
-               std::to_string(::testing::UnitTest::GetInstance()->random_seed()));
-    fs::remove_all(folder_);
-    fs::create_directories(folder_ / "AutoLoadData");
-  }
-  void TearDown() override { fs::remove_all(folder_); }
+  UploadDataTest() { fs::create_directory(folder_ / "AutoLoadData"); }
 
   void leave(const std::string& name, const std::string& content = "Delete") {
     std::ofstream(folder_ / "AutoLoadData" / name) << content;
@@ -119,7 +112,8 @@ class UploadDataTest : public ::testing::Test {
 
   TransferResult run(const std::string& words = "") { return pipeline().run(words); }
 
-  fs::path folder_;
+  const support::TemporaryFolder temporary_;
+  const support::Path folder_ = temporary_.path();
   World world_;
 };
 
