@@ -111,9 +111,9 @@ std::vector<TypeCase> everyType(const Format& format) {
        "abc 가 def",
        "abc 가 def"},
       {{.name = "memo", .type = kMemo, .compressed = true}, "짧다", "짧다"},
-      {{.name = "ole", .type = kOle}, bytes, toText(bytes)},
+      {{.name = "ole", .type = kOle}, bytes, toText(values::Variant(bytes))},
       {{.name = "guid", .type = kGuid}, guid, guid},
-      {{.name = "binary", .type = kBinary, .size = 10}, bytes, toText(bytes)},
+      {{.name = "binary", .type = kBinary, .size = 10}, bytes, toText(values::Variant(bytes))},
       {{.name = "numeric", .type = kNumeric, .precision = 28, .scale = 3},
        numeric,
        "-12345678901234567.89"}};
