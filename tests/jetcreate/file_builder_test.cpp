@@ -301,7 +301,8 @@ TEST_P(FileBuilderTest, EncodedFilesAndPasswords) {
     EXPECT_EQ(tool("mdb-export", {"T"}), "id\n7\n");
     if (*password == '\0') continue;
     EXPECT_THAT([&] { (void)open("T", ""); }, refused(3031));
-    EXPECT_THAT([&] { (void)open("T", std::string(password) + "!"); }, refused(3031));
+    const std::string wrong = std::string(password) + "!";
+    EXPECT_THAT([&] { (void)open("T", wrong); }, refused(3031));
   }
 }
 
