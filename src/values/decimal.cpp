@@ -122,13 +122,14 @@ Numeric add(const Numeric& left, const Numeric& right) {
 Numeric multiply(const Numeric& left, const Numeric& right) {
   Numeric a = normalized(left);
   Numeric b = normalized(right);
-  Uint128 product = 0;
-  while (__builtin_mul_overflow(a.magnitude, b.magnitude, &product)) {
+  constexpr Uint128 kLargest = ~Uint128{0};
+  while (a.magnitude != 0 && b.magnitude > kLargest / a.magnitude) {
     Numeric& longer = a.scale > b.scale ? a : b;
     if (longer.scale == 0) throwOverflow();
     dropDigits(longer, 1);
   }
-  return fitted({a.negative != b.negative, static_cast<std::uint8_t>(a.scale + b.scale), product});
+  return fitted({a.negative != b.negative, static_cast<std::uint8_t>(a.scale + b.scale),
+                 a.magnitude * b.magnitude});
 }
 
 // Digit by digit until nothing is left or no further digit fits; the last one is rounded.

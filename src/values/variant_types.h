@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "values/int128.h"
+
 namespace values {
 
 constexpr std::uint8_t kCurrencyPlaces = 4;
@@ -20,8 +22,6 @@ struct Currency {
   std::int64_t units = 0;
   friend auto operator<=>(Currency, Currency) = default;
 };
-
-__extension__ typedef unsigned __int128 Uint128;
 
 // Exact decimal of up to 28 digits: the value is magnitude / 10^scale, negated when `negative`.
 struct Numeric {

@@ -9,13 +9,13 @@
 #include "jet/index/key_codec.h"
 #include "text/utf16.h"
 #include "values/decimal.h"
+#include "values/int128.h"
 #include "values/runtime_error.h"
 
 namespace jet {
 namespace {
 
-__extension__ typedef __int128 Int128;
-
+using values::Int128;
 using KeyBytes = std::vector<std::byte>;
 
 // A value to compare with, as exactly as its own type has it.
