@@ -19,7 +19,7 @@ MAY_MEET = [('settlement', 'extract')]
 
 # Libraries, and the only folder of src/ that may include each.
 LIBRARIES = [(r'Q[A-Z]\w*(/.*)?$|Qt\w*/', 'ui/qt'), (r'curl/', 'transfer'), (r'sqlite3', 'jetsql'),
-             (r'sql(ext|types|ucode)?\.h$', 'server')]
+             (r'sql(ext|types|ucode)?\.h$', 'server'), (r'boost/multiprecision/', 'values')]
 SYSTEM = 'platform'
 # The system's header of Windows: of the twins, of what ODBC is made of there, and of the native views.
 WINDOWS = ['platform', 'server', 'ui/win32']
