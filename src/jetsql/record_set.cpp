@@ -24,7 +24,8 @@ void RecordSet::Implementation::append(sqlite3_stmt* statement) {
 
 void RecordSet::Implementation::append(std::span<const std::int64_t> ids,
                                        std::span<const EncodedValue> values) {
-  rowIds_.insert(rowIds_.end(), ids.begin(), ids.end());
+  if (rowIds_.empty()) rowIds_.reserve(kFewIds);
+  for (const std::int64_t id : ids) rowIds_.push_back(id);
   values_.append(values);
   rowAppended();
 }
@@ -121,10 +122,14 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
   if (first > count_ || count > count_ - first) noCurrentRow();
   const std::size_t source = *layout_->updatable;
   std::vector<jet::RowId> ids;
+  ids.reserve(count);
   for (std::size_t position = first; position < first + count; ++position) {
     ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
   }
-  std::ranges::sort(ids, {}, &jet::RowId::number);  // the order of the file
+  // The order of the file, which is usually that of the query.
+  if (!std::ranges::is_sorted(ids, {}, &jet::RowId::number)) {
+    std::ranges::sort(ids, {}, &jet::RowId::number);
+  }
   std::vector<jet::FieldValue> values;
   for (const jet::FieldValue& field : fields) values.push_back(ofTable(field));
   current_[source] = {};

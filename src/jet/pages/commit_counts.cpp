@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstring>
 
 namespace jet {
 
@@ -20,7 +21,8 @@ bool CommitCounts::look(Bytes pairs) {
     std::copy_n(pairs_.begin() + static_cast<std::ptrdiff_t>(ownOffset()), kCommitPairSize,
                 now.begin() + static_cast<std::ptrdiff_t>(ownOffset()));
   }
-  const bool changed = looked_ && now != pairs_;
+  // std::array compares bytes one by one, and every page that is edited asks.
+  const bool changed = looked_ && std::memcmp(now.data(), pairs_.data(), now.size()) != 0;
   pairs_ = now;
   looked_ = true;
   return changed;

@@ -40,9 +40,9 @@ StoredField encodeMark(const Column& column, const values::Variant& value) {
   return std::vector<std::byte>();
 }
 
-RowPatch::RowPatch(const PageFile& file, std::uint32_t page, const TableDefinition& definition,
-                   Bytes row)
-    : file_(&file), page_(page), definition_(&definition), row_(row.begin(), row.end()) {
+void RowPatch::start(Bytes row) {
+  row_.assign(row.begin(), row.end());
+  grown_ = false;
   findParts();
 }
 
@@ -53,7 +53,7 @@ void RowPatch::findParts() {
   }
   layout_ = *layout;
   fixedEnd_ = layout_.maskStart();
-  offsets_.clear();
+  variable_.reset();
   const bool variableColumns = std::ranges::any_of(definition_->columns, [&](const Column& column) {
     return !column.fixed && column.number < layout_.columns();
   });
@@ -68,17 +68,30 @@ void RowPatch::findParts() {
 bool RowPatch::findVariablePart(bool certain) {
   const auto part = layout_.variablePart();
   if (!part) return false;
-  std::vector<std::size_t> offsets;
-  offsets.reserve(part->count + 1);
-  for (std::size_t n = 0; n <= part->count; ++n) {
-    offsets.push_back(layout_.variableOffset(*part, n));
+  const std::size_t first = layout_.variableOffset(*part, 0);
+  if (first < layout_.fixedStart()) return false;
+  std::size_t last = first;
+  for (std::size_t n = 1; n <= part->count; ++n) {
+    const std::size_t offset = layout_.variableOffset(*part, n);
+    if (offset < last) return false;
+    last = offset;
   }
-  if (offsets.front() < layout_.fixedStart() || !std::ranges::is_sorted(offsets)) return false;
-  const std::size_t end = offsets.back() + part->size;
+  const std::size_t end = last + part->size;
   if (certain ? end > layout_.maskStart() : end != layout_.maskStart()) return false;
-  fixedEnd_ = offsets.front();
-  offsets_ = std::move(offsets);
+  fixedEnd_ = first;
+  variable_ = part;
   return true;
+}
+
+// As in RowParts.
+std::vector<std::size_t> RowPatch::variableOffsets() const {
+  std::vector<std::size_t> offsets;
+  if (!variable_) return offsets;
+  offsets.reserve(variable_->count + 1);
+  for (std::size_t n = 0; n <= variable_->count; ++n) {
+    offsets.push_back(layout_.variableOffset(*variable_, n));
+  }
+  return offsets;
 }
 
 StoredField RowPatch::get(const Column& column) const {
@@ -113,7 +126,8 @@ void RowPatch::set(const Column& column, const StoredField& field) {
 void RowPatch::makeRoomFor(const Column& column) {
   RowParts parts{.columns = std::max(layout_.columns(), column.number + std::size_t{1})};
   std::size_t fixedSize = fixedFields().size();
-  std::size_t variableCount = offsets_.empty() ? 0 : offsets_.size() - 1;
+  const std::vector<std::size_t> offsets = variableOffsets();
+  std::size_t variableCount = variable_ ? variable_->count : 0;
   for (const Column& c : definition_->columns) {
     if (c.number >= parts.columns) continue;
     if (!c.fixed) {
@@ -128,9 +142,9 @@ void RowPatch::makeRoomFor(const Column& column) {
   std::vector<std::byte> mask(nullMaskSize(parts.columns));
   std::ranges::copy(Bytes(row_).subspan(layout_.maskStart()), mask.begin());
   const std::size_t variableStart = layout_.fixedStart() + fixedSize;
-  if (!offsets_.empty()) {
-    parts.variable = Bytes(row_).subspan(fixedEnd_, offsets_.back() - fixedEnd_);
-    for (const std::size_t offset : offsets_) {
+  if (!offsets.empty()) {
+    parts.variable = Bytes(row_).subspan(fixedEnd_, offsets.back() - fixedEnd_);
+    for (const std::size_t offset : offsets) {
       parts.offsets.push_back(offset + variableStart - fixedEnd_);
     }
   } else if (definition_->varColumns != 0) {

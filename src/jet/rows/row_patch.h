@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "jet/format/bytes.h"
@@ -28,11 +29,19 @@ namespace jet {
 
 class RowPatch {
  public:
-  // `page` is where the row is from, for messages.
-  RowPatch(const PageFile& file, std::uint32_t page, const TableDefinition& definition, Bytes row);
+  // `page` is where the row is from, for messages. Without a row, start() comes first.
+  RowPatch(const PageFile& file, std::uint32_t page, const TableDefinition& definition)
+      : file_(&file), page_(page), definition_(&definition) {}
+  RowPatch(const PageFile& file, std::uint32_t page, const TableDefinition& definition, Bytes row)
+      : RowPatch(file, page, definition) {
+    start(row);
+  }
   RowPatch(const RowPatch&) = delete;
   RowPatch& operator=(const RowPatch&) = delete;
   ~RowPatch() = default;
+
+  // Another row of the page, in the memory of the one before.
+  void start(Bytes row);
 
   // The field as the row has it.
   [[nodiscard]] StoredField get(const Column& column) const;
@@ -48,15 +57,16 @@ class RowPatch {
   [[nodiscard]] Bytes fixedFields() const {
     return Bytes(row_).subspan(layout_.fixedStart(), fixedEnd_ - layout_.fixedStart());
   }
+  [[nodiscard]] std::vector<std::size_t> variableOffsets() const;
   void makeRoomFor(const Column& column);
 
   const PageFile* file_;
   std::uint32_t page_;
   const TableDefinition* definition_;
   std::vector<std::byte> row_;
-  RowLayout layout_;                  // of row_
-  std::size_t fixedEnd_ = 0;          // where the fixed fields end
-  std::vector<std::size_t> offsets_;  // as in RowParts
+  RowLayout layout_;                      // of row_
+  std::size_t fixedEnd_ = 0;              // where the fixed fields end
+  std::optional<VariablePart> variable_;  // that was found
   bool grown_ = false;
 };
 

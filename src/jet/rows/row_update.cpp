@@ -104,20 +104,28 @@ bool RowUpdater::anyIndexed(std::span<const Change> changes) const {
   });
 }
 
+std::vector<StoredField> RowUpdater::encoded(std::span<const Change> changes) {
+  std::vector<StoredField> fields;
+  for (const Change& c : changes) fields.push_back(encodeMark(c.column, c.value));
+  return fields;
+}
+
 // False, with nothing changed, when one of the rows cannot be changed in its place. Which one, and
 // why, is found when they are changed one by one.
 bool RowUpdater::updateSamePage(std::span<const RowId> ids, std::span<const Change> changes) {
   PageEdits edits(file_, locks_);
   Page& page = edits.edit(ids.front().page);
+  RowPatch row(file_, page.number, definition_);
   try {
     checkDataPage(file_, page, definition_.page);
+    const std::vector<StoredField> fields = encoded(changes);
     for (const RowId id : ids) {
       if (id.row >= rowCount(file_.format(), page)) return false;
       const RowSlot slot = rowSlot(file_, page, id.row);
       if (slot.deleted || slot.forwarded) return false;
       const auto place = MutableBytes(page.bytes).subspan(slot.start, slot.size());
-      RowPatch row(file_, page.number, definition_, place);
-      for (const Change& c : changes) row.set(c.column, encodeMark(c.column, c.value));
+      row.start(place);
+      for (std::size_t i = 0; i < changes.size(); ++i) row.set(changes[i].column, fields[i]);
       if (row.grown()) return false;
       std::copy(row.bytes().begin(), row.bytes().end(), place.data());
     }

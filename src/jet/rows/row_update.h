@@ -83,6 +83,7 @@ class RowUpdater {
   template <typename Step>
   auto retryOnLockConflict(Step step);
   [[nodiscard]] std::vector<Change> changesFor(std::span<const FieldValue> fields) const;
+  [[nodiscard]] static std::vector<StoredField> encoded(std::span<const Change> changes);
   [[nodiscard]] bool anyIndexed(std::span<const Change> changes) const;
   [[nodiscard]] bool updateSamePage(std::span<const RowId> ids, std::span<const Change> changes);
   void updateRow(RowId id, std::span<const Change> changes);
