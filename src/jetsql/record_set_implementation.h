@@ -35,7 +35,9 @@ class RecordSet::Implementation {
   void append(std::span<const std::int64_t> ids, std::span<const EncodedValue> values);
   // Puts the rows, counted from 0, in this order; in none where it is empty.
   void reorder(std::span<const std::int64_t> order);
-  void endOfRows() { rowIds_.shrink_to_fit(); }
+  void endOfRows() {
+    if (rowIds_.capacity() > kFewIds) rowIds_.shrink_to_fit();
+  }
 
   [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;  // error 3265
   [[nodiscard]] const QueryLayout& layout() const { return *layout_; }
@@ -50,6 +52,8 @@ class RecordSet::Implementation {
   void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);
 
  private:
+  static constexpr std::size_t kFewIds = 16;  // that any record set has room for
+
   struct SourceRow {
     jet::Row row;
     std::size_t position = SIZE_MAX;  // of the record set at which `row` was read

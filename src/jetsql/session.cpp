@@ -38,7 +38,7 @@ class Session::Implementation {
                                                const std::vector<values::Variant>& literals,
                                                const std::shared_ptr<Session>& session);
 
-  [[nodiscard]] static bool appendRows(const RowQuery& query,
+  [[nodiscard]] static bool appendRows(RowQuery& query,
                                        const std::vector<values::Variant>& literals,
                                        RecordSet::Implementation& rows);
   void appendRows(sqlite3_stmt* statement, const std::vector<values::Variant>& literals,
@@ -143,7 +143,7 @@ std::unique_ptr<RecordSet> Session::Implementation::run(
 }
 
 // False where the query meets an error, which SQLite then meets in its own way.
-bool Session::Implementation::appendRows(const RowQuery& query,
+bool Session::Implementation::appendRows(RowQuery& query,
                                          const std::vector<values::Variant>& literals,
                                          RecordSet::Implementation& rows) {
   try {

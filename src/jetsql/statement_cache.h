@@ -26,7 +26,7 @@ namespace jetsql {
 struct PreparedQuery {
   StatementHandle statement;
   std::shared_ptr<const QueryLayout> layout;
-  std::shared_ptr<const RowQuery> rowQuery;  // nullptr: the statement is run
+  std::shared_ptr<RowQuery> rowQuery;  // nullptr: the statement is run
 };
 
 class StatementCache {

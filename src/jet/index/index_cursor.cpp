@@ -6,7 +6,11 @@ namespace jet {
 
 IndexCursor::IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefinition& definition,
                          const RealIndex& index, const KeyRange& range)
-    : file_(&file), pages_(&pages), owner_(definition.page), root_(index.rootPage) {
+    : file_(&file),
+      pages_(&pages),
+      recent_(&pages.recentPlace(index.rootPage)),
+      owner_(definition.page),
+      root_(index.rootPage) {
   KeyInterval keys = encodeRange(definition, index, range);
   first_ = std::move(keys.first);
   last_ = std::move(keys.last);
@@ -14,14 +18,19 @@ IndexCursor::IndexCursor(PageFile& file, IndexPageCache& pages, const TableDefin
   if (!atEnd_ && !startsInRecentLeaf()) descend();
 }
 
-// Keys are often asked for in their order, so that the next one is in the leaf of the one before
-// it: after the leaf's first entry, as those equal to that may begin in another leaf.
+// Keys are often asked for in their order, so that the next one begins where the one before it
+// ended, or later in its leaf: after the leaf's first entry, as those equal to that may begin in
+// another leaf.
 bool IndexCursor::startsInRecentLeaf() {
-  IndexPagePtr leaf = pages_->recentLeaf(*file_, root_);
-  if (!leaf || leaf->size() == 0 || leaf->compare(0, first_) >= 0) return false;
-  entry_ = leaf->lowerBound(first_);
+  const auto& [leaf, place] = *recent_;
+  if (!leaf || leaf->size() == 0 || file_->page(leaf->page()->number) != leaf->page()) return false;
+  const bool followsPlace = place != 0 && place < leaf->size() &&
+                            leaf->compare(place - 1, first_) < 0 &&
+                            leaf->compare(place, first_) >= 0;
+  if (!followsPlace && leaf->compare(0, first_) >= 0) return false;
+  entry_ = followsPlace ? place : leaf->lowerBound(first_);
   if (entry_ == leaf->size()) return false;
-  leaf_ = std::move(leaf);
+  leaf_ = leaf;
   return true;
 }
 
@@ -42,7 +51,7 @@ bool IndexCursor::tryDescend() {
   }
   leaf_ = std::move(page);
   entry_ = leaf_->lowerBound(first_);
-  pages_->setRecentLeaf(root_, leaf_);
+  *recent_ = {leaf_, entry_};
   return true;
 }
 
@@ -69,9 +78,15 @@ bool IndexCursor::nextLeaf() {
   return true;
 }
 
+void IndexCursor::endOfRange() {
+  atEnd_ = true;
+  if (recent_->leaf != leaf_) recent_->leaf = leaf_;
+  recent_->entry = entry_;
+}
+
 bool IndexCursor::next() {
   while (!atEnd_ && entry_ == leaf_->size()) atEnd_ = !nextLeaf();
-  if (!atEnd_ && leaf_->compare(entry_, last_) > 0) atEnd_ = true;
+  if (!atEnd_ && leaf_->compare(entry_, last_) > 0) endOfRange();
   if (atEnd_) return false;
   rowId_ = leaf_->rowId(entry_++);
   return true;

@@ -36,12 +36,14 @@ class IndexCursor {
  private:
   void descend();
   [[nodiscard]] bool startsInRecentLeaf();
+  void endOfRange();
   [[nodiscard]] bool tryDescend();
   [[nodiscard]] bool nextLeaf();
 
   PageFile* file_;
   IndexPageCache* pages_;
-  std::uint32_t owner_;  // the table's definition page
+  IndexPageCache::RecentPlace* recent_;  // of this tree
+  std::uint32_t owner_;                  // the table's definition page
   std::uint32_t root_;
   std::vector<std::byte> first_;  // encoded: entries from this prefix on ...
   std::vector<std::byte> last_;   // ... to this one, both included

@@ -99,11 +99,15 @@ int IndexPage::compare(std::size_t entry, Bytes key) const {
 }
 
 std::size_t IndexPage::lowerBound(Bytes key) const {
-  std::size_t low = 0;
+  if (size() == 0 || compare(0, key) >= 0) return 0;
+  // The first entry is below the key, and begins with the prefix that the others leave out.
+  if (compareLeading(entries().first(prefix_), key) != 0) return size();
+  const Bytes rest = key.subspan(prefix_);
+  std::size_t low = 1;
   std::size_t high = size();
   while (low < high) {
     const std::size_t middle = low + (high - low) / 2;
-    if (compare(middle, key) < 0) {
+    if (compareLeading(stored(middle), rest) < 0) {
       low = middle + 1;
     } else {
       high = middle;

@@ -27,13 +27,6 @@ IndexPagePtr IndexPageCache::child(PageFile& file, const IndexPage& node, std::s
   return child;
 }
 
-IndexPagePtr IndexPageCache::recentLeaf(PageFile& file, std::uint32_t root) const {
-  const auto recent = recentLeaves_.find(root);
-  if (recent == recentLeaves_.end()) return nullptr;
-  const PagePtr& page = recent->second->page();
-  return file.page(page->number) == page ? recent->second : nullptr;
-}
-
 IndexPagePtr IndexPageCache::next(PageFile& file, const IndexPage& leaf, std::uint32_t owner) {
   IndexPagePtr next = get(file, leaf.header.next, owner);
   if (!next->isLeaf() || next->header.previous != leaf.page()->number) return nullptr;

@@ -29,9 +29,13 @@ class IndexPageCache {
   [[nodiscard]] IndexPagePtr child(PageFile& file, const IndexPage& node, std::size_t position,
                                    std::uint32_t owner);
 
-  // The leaf in which a search of the tree of this root ended last, as long as it has not changed.
-  [[nodiscard]] IndexPagePtr recentLeaf(PageFile& file, std::uint32_t root) const;
-  void setRecentLeaf(std::uint32_t root, const IndexPagePtr& leaf) { recentLeaves_[root] = leaf; }
+  // Where a search of a tree ended last.
+  struct RecentPlace {
+    IndexPagePtr leaf;  // null before the first search
+    std::size_t entry = 0;
+  };
+  // Of the tree of this root; lasts as long as this.
+  [[nodiscard]] RecentPlace& recentPlace(std::uint32_t root) { return recentPlaces_[root]; }
 
   // The leaf after `leaf`, which has one. Null as above.
   [[nodiscard]] IndexPagePtr next(PageFile& file, const IndexPage& leaf, std::uint32_t owner);
@@ -44,7 +48,7 @@ class IndexPageCache {
     PagePtr checkedUnder;  // the node with which it was compared
   };
   std::unordered_map<std::uint32_t, Entry> pages_;
-  std::unordered_map<std::uint32_t, IndexPagePtr> recentLeaves_;  // by root
+  std::unordered_map<std::uint32_t, RecentPlace> recentPlaces_;  // by root
 };
 
 }  // namespace jet

@@ -44,14 +44,19 @@ bool isNull(const EncodedValue& value) { return value.kind == Kind::kNull; }
 
 }  // namespace
 
-void JetTableCursor::filter(int packedPath, std::string_view order,
+void JetTableCursor::filter(const AccessPath& path, std::string_view order,
                             std::span<const EncodedValue> values) {
-  const AccessPath path = AccessPath::unpacked(packedPath);
   source_.emplace<std::monostate>();
   // Nothing is equal to Null, or above or below it.
   if (std::none_of(values.begin(), values.end(), isNull)) begin(path, values);
   next();
   if (path.sorted) sortRows(order);
+}
+
+void JetTableCursor::close() {
+  source_.emplace<std::monostate>();
+  row_ = {};
+  atEnd_ = true;
 }
 
 void JetTableCursor::begin(const AccessPath& path, std::span<const EncodedValue> values) {
@@ -80,28 +85,30 @@ void JetTableCursor::beginFileIndex(const AccessPath& path, std::span<const Enco
   const auto typeOf = [&](std::size_t keyColumn) {
     return definition.columns[index.columns[keyColumn].column].variantType();
   };
-  jet::KeyRange range;
+  range_.equal.clear();
+  range_.lower.reset();
+  range_.upper.reset();
   for (std::size_t i = 0; i < path.equal; ++i) {
     auto value = keyValue(values[i], typeOf(i));
     if (!value) return;
     const std::size_t column = index.columns[i].column;
     if (!jet::hasKey(definition.columns[column], *value)) {
-      return beginWithoutKey(path, range, values.subspan(i, 1));
+      return beginWithoutKey(path, range_, values.subspan(i, 1));
     }
-    range.equal.push_back(std::move(*value));
+    range_.equal.push_back(std::move(*value));
   }
   std::size_t next = path.equal;
   if (path.lower) {
     if (auto value = keyValue(values[next++], typeOf(path.equal))) {
-      range.lower = jet::KeyBound{std::move(*value), path.lowerInclusive};
+      range_.lower = jet::KeyBound{std::move(*value), path.lowerInclusive};
     }
   }
   if (path.upper) {
     if (auto value = keyValue(values[next++], typeOf(path.equal))) {
-      range.upper = jet::KeyBound{std::move(*value), path.upperInclusive};
+      range_.upper = jet::KeyBound{std::move(*value), path.upperInclusive};
     }
   }
-  source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, range));
+  source_.emplace<jet::IndexCursor>(table_.table().seek(path.target, range_));
 }
 
 // A value has no key that is known. The columns before it may find enough; else its column has an

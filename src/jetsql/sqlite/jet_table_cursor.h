@@ -27,7 +27,13 @@ class JetTableCursor {
   explicit JetTableCursor(JetTable& table) : table_(table) {}
 
   // `order`: the terms of RowSorter where the path says that its rows are to be sorted here.
-  void filter(int packedPath, std::string_view order, std::span<const EncodedValue> values);
+  void filter(int packedPath, std::string_view order, std::span<const EncodedValue> values) {
+    filter(AccessPath::unpacked(packedPath), order, values);
+  }
+  void filter(const AccessPath& path, std::string_view order, std::span<const EncodedValue> values);
+
+  // Lets go of the rows and of what they are found by, until the next filter().
+  void close();
 
   [[nodiscard]] bool atEnd() const { return atEnd_; }
   void next() { atEnd_ = !advance(); }
@@ -70,6 +76,7 @@ class JetTableCursor {
   JetTable& table_;
   RowSource source_;
   bool atEnd_ = true;
+  jet::KeyRange range_;  // of an index of the file
   std::vector<std::int64_t> rowNumbers_;
   jet::Row row_;  // where source_ is no scan; scans have their own
   std::string text_;

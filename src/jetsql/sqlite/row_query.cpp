@@ -189,9 +189,8 @@ bool RowQuery::takePaths(std::span<const ChosenPath> paths) {
   for (Source& source : tables_) {
     const auto path = std::ranges::find(paths, source.table, &ChosenPath::table);
     if (path == paths.end()) return false;
-    AccessPath unsorted = AccessPath::unpacked(path->packed);
-    unsorted.sorted = false;  // the rows that pass are
-    source.path = unsorted.packed();
+    source.path = AccessPath::unpacked(path->packed);
+    source.path.sorted = false;  // the rows that pass are
     source.keys.clear();
     for (const ChosenPath::Constraint& constraint : path->constraints) {
       const Value* key = constraint.column < 0 ? nullptr : keyOf(source, constraint);

@@ -37,6 +37,11 @@ class RowQuery {
   using EachRow =
       std::function<void(std::span<const std::int64_t> rows, std::span<const EncodedValue> values)>;
 
+  RowQuery();
+  RowQuery(const RowQuery&) = delete;
+  RowQuery& operator=(const RowQuery&) = delete;
+  ~RowQuery();
+
   // Refers to the tables, not to the query.
   [[nodiscard]] static std::unique_ptr<RowQuery> of(const typed::Query& query,
                                                     const Translation& translation,
@@ -49,7 +54,7 @@ class RowQuery {
   // Gives the rows as they are found; returns their numbers, 0 and on, in the order that the query
   // asks for. Nothing where it asks for none.
   [[nodiscard]] std::vector<std::int64_t> run(std::span<const values::Variant> literals,
-                                              const EachRow& eachRow) const;
+                                              const EachRow& eachRow);
 
  private:
   using Value = std::variant<WholeExpression, RealExpression, TextExpression>;
@@ -64,7 +69,7 @@ class RowQuery {
     JetTable* table = nullptr;
     std::vector<WholeExpression> conditions;  // on its row and those before it
     std::vector<Comparison> comparisons;
-    int path = 0;
+    AccessPath path;
     std::vector<Value> keys;  // what the path compares with
   };
   class Planner;
@@ -78,6 +83,7 @@ class RowQuery {
   std::vector<std::size_t> sources_;     // of the translation: which table
   std::vector<Value> values_;            // computed
   std::string order_;                    // terms of row_sorter.h, on the first table; empty: none
+  std::unique_ptr<Walk> walk_;           // of the last run, for the memory that it has
 };
 
 }  // namespace jetsql

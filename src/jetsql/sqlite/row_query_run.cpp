@@ -54,24 +54,24 @@ class Computed {
 
 }  // namespace
 
-// One run.
+// One run after the other.
 class RowQuery::Walk {
  public:
-  Walk(const RowQuery& query, std::span<const EncodedValue> parameters, const EachRow& eachRow)
-      : query_(query),
-        eachRow_(eachRow),
-        row_{{}, parameters},
-        ids_(query.sources_.size()),
-        values_(query.values_) {
-    if (!query.order_.empty()) sorter_.emplace(query.tables_[0].table->schema(), query.order_);
+  explicit Walk(const RowQuery& query)
+      : query_(query), ids_(query.sources_.size()), values_(query.values_) {
     for (const Source& source : query.tables_) {
       tables_[count_++].emplace(source);
     }
   }
 
-  [[nodiscard]] std::vector<std::int64_t> run() {
+  [[nodiscard]] std::vector<std::int64_t> run(std::span<const values::Variant> literals,
+                                              const EachRow& eachRow) {
+    begin(literals, eachRow);
     visit(0);
-    return sorter_ ? sorter_->rows() : std::vector<std::int64_t>();
+    std::vector<std::int64_t> order;
+    if (sorter_) order = sorter_->rows();
+    forgetRows();
+    return order;
   }
 
  private:
@@ -80,6 +80,24 @@ class RowQuery::Walk {
     Computed<Value> keys;
     JetTableCursor cursor;
   };
+
+  void begin(std::span<const values::Variant> literals, const EachRow& eachRow) {
+    forgetRows();  // of a run that met an error
+    eachRow_ = &eachRow;
+    given_ = 0;
+    parameters_.clear();
+    for (const std::size_t number : query_.parameters_) {
+      parameters_.push_back(encodedValue(literals[number]));
+    }
+    row_ = {{}, parameters_};
+    if (!query_.order_.empty()) sorter_.emplace(query_.tables_[0].table->schema(), query_.order_);
+  }
+
+  // What would be held until the next run, and may have changed by then.
+  void forgetRows() {
+    for (std::size_t i = 0; i < count_; ++i) tables_[i]->cursor.close();
+    sorter_.reset();
+  }
 
   // Gives every row of the table that goes with those before it; one without where there is none.
   void visit(std::size_t number) {
@@ -103,12 +121,13 @@ class RowQuery::Walk {
       const jet::Row* row = row_.rows[query_.sources_[i]];
       ids_[i] = row == nullptr ? kNoRow : row->id().number();
     }
-    eachRow_(ids_, values_.of(row_));
+    (*eachRow_)(ids_, values_.of(row_));
     if (sorter_) sorter_->add(*row_.rows[0], given_++);
   }
 
   const RowQuery& query_;
-  const EachRow& eachRow_;
+  const EachRow* eachRow_ = nullptr;
+  std::vector<EncodedValue> parameters_;
   JoinedRow row_;
   std::size_t count_ = 0;
   std::array<std::optional<Reading>, 2> tables_;
@@ -118,13 +137,13 @@ class RowQuery::Walk {
   std::int64_t given_ = 0;
 };
 
+RowQuery::RowQuery() = default;
+RowQuery::~RowQuery() = default;
+
 std::vector<std::int64_t> RowQuery::run(std::span<const values::Variant> literals,
-                                        const EachRow& eachRow) const {
-  std::vector<EncodedValue> parameters;
-  for (const std::size_t number : parameters_) {
-    parameters.push_back(encodedValue(literals[number]));
-  }
-  return Walk(*this, parameters, eachRow).run();
+                                        const EachRow& eachRow) {
+  if (!walk_) walk_ = std::make_unique<Walk>(*this);
+  return walk_->run(literals, eachRow);
 }
 
 }  // namespace jetsql

@@ -1,6 +1,7 @@
 #include "jetsql/sqlite/row_sorter.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <optional>
 
@@ -18,9 +19,11 @@ constexpr char kValue = 1;
 // Big-endian with the sign bit flipped.
 void appendNumber(std::int64_t number, std::string& key) {
   const std::uint64_t bits = static_cast<std::uint64_t>(number) ^ (std::uint64_t{1} << 63U);
-  for (int shift = 56; shift >= 0; shift -= 8) {
-    key += static_cast<char>(bits >> static_cast<unsigned>(shift));
+  std::array<char, sizeof bits> bytes;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<char>(bits >> (56 - 8 * i));
   }
+  key.append(bytes.data(), bytes.size());
 }
 
 // A text ends with two zeros; a zero byte inside is followed by 01, so that it sorts after the end.
@@ -85,11 +88,13 @@ void RowSorter::add(const jet::Row& row, std::int64_t number) {
 
 std::vector<std::int64_t> RowSorter::rows() {
   const std::string_view keys = keys_;
-  std::sort(entries_.begin(), entries_.end(), [keys](const Entry& a, const Entry& b) {
+  const auto before = [keys](const Entry& a, const Entry& b) {
     const int order =
         keys.substr(a.begin, a.end - a.begin).compare(keys.substr(b.begin, b.end - b.begin));
     return order != 0 ? order < 0 : a.begin < b.begin;
-  });
+  };
+  // Days and numbers of sales grow with the file: often there is nothing to sort.
+  if (!std::ranges::is_sorted(entries_, before)) std::ranges::sort(entries_, before);
   std::vector<std::int64_t> rows;
   rows.reserve(entries_.size());
   for (const Entry& entry : entries_) rows.push_back(entry.row);
