@@ -40,12 +40,13 @@ void DayReader::sumRows(localdb::RecordSet& rows, SummedFields fields) {
   // Each field is looked up in the first row: a missing one leaves the figures before it with that
   // row's values.
   std::vector<std::size_t> indexes;
+  std::string scratch;
   for (rows.moveFirst(); !rows.atEnd(); rows.moveNext()) {
     for (std::size_t i = 0; i < fields.size(); ++i) {
       const SummedField& sum = fields.begin()[i];
       if (indexes.size() == i) indexes.push_back(rows.fieldIndex(sum.field));
       figures_[sum.figure] =
-          checkedAdd(figures_[sum.figure], extract::NzLong(rows.field(indexes[i])));
+          checkedAdd(figures_[sum.figure], extract::NzLong(rows.view(indexes[i], scratch)));
     }
   }
 }

@@ -24,7 +24,9 @@ bool isPresent(const JoinedRow& row, const TableField& field) {
 }  // namespace
 
 std::size_t GroupSums::groupOf(const JoinedRow& row) {
-  for (std::size_t i = 0; i < keys_.size(); ++i) keys_[i] = keyOf(i, row);
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    if (count_ == 0 || !plan_.groups[i].isFixed) keys_[i] = keyOf(i, row);
+  }
   return groupOfKeys();
 }
 
@@ -57,19 +59,21 @@ GroupSums::Key GroupSums::keyOf(std::size_t number, const JoinedRow& row) {
   if (group.kind == GroupKind::kFixedReal) {
     return {std::bit_cast<std::int64_t>(from.realNumber(group.field.column)), false};
   }
-  return textKey(number, from, group.field.column, group.field.table == 1 && row.joinedStays);
+  if (group.field.table == 1 && row.joinedNumber) return knownKey(number, from, *row.joinedNumber);
+  return textKey(from, group.field.column);
 }
 
-GroupSums::Key GroupSums::textKey(std::size_t group, const jet::Row& row, std::size_t column,
-                                  bool stays) {
-  if (stays) {
-    const auto known = known_[group].find(&row);
-    if (known != known_[group].end()) return known->second;
-  }
+const GroupSums::Key& GroupSums::knownKey(std::size_t group, const jet::Row& row,
+                                          std::size_t number) {
+  auto& known = known_[group];
+  if (known.size() <= number) known.resize(number + 1);
+  if (!known[number]) known[number] = textKey(row, plan_.groups[group].field.column);
+  return *known[number];
+}
+
+GroupSums::Key GroupSums::textKey(const jet::Row& row, std::size_t column) {
   const std::size_t spelling = spellingOf(row.text(column, text_));
-  const Key key{spellings_[spelling].number, false, spelling};
-  if (stays) known_[group].emplace(&row, key);
-  return key;
+  return {spellings_[spelling].number, false, spelling};
 }
 
 std::size_t GroupSums::spellingOf(std::string_view text) {
@@ -77,15 +81,16 @@ std::size_t GroupSums::spellingOf(std::string_view text) {
     return latestSpelling_;
   }
   const std::uint64_t hash = hashText(text);
-  const auto [begin, end] = spellingsByHash_.equal_range(hash);
   auto number = static_cast<std::int64_t>(spellings_.size());
-  for (auto known = begin; known != end; ++known) {
-    const Spelling& spelling = spellings_[known->second];
-    if (spelling.text == text) return latestSpelling_ = known->second;
+  const auto known = spellingsByHash_.find(hash, [&](std::size_t found) {
+    const Spelling& spelling = spellings_[found];
+    if (spelling.text == text) return true;
     if (equalText(spelling.text, text)) number = spelling.number;
-  }
+    return false;
+  });
+  if (known) return latestSpelling_ = *known;
   latestSpelling_ = spellings_.size();
-  spellingsByHash_.emplace(hash, latestSpelling_);
+  spellingsByHash_.add(hash, latestSpelling_);
   spellings_.push_back({std::string(text), number});
   return latestSpelling_;
 }
@@ -98,13 +103,11 @@ std::size_t GroupSums::groupOfKeys() {
   for (const Key& key : keys_) {
     hash = (hash ^ (static_cast<std::uint64_t>(key.number) + (key.isNull ? 1U : 0U))) * kFactor;
   }
-  const auto [begin, end] = groupsByHash_.equal_range(hash);
-  const auto known =
-      std::find_if(begin, end, [&](const auto& entry) { return isGroup(entry.second); });
-  if (known != end) return latest_ = known->second;
+  const auto known = groupsByHash_.find(hash, isGroup);
+  if (known) return latest_ = *known;
   if (count_ == kMaxGroups) throw NotWhole();
   latest_ = count_++;
-  groupsByHash_.emplace(hash, latest_);
+  groupsByHash_.add(hash, latest_);
   groupKeys_.insert(groupKeys_.end(), keys_.begin(), keys_.end());
   totals_.resize(count_ * plan_.sums.size());
   return latest_;
@@ -113,7 +116,9 @@ std::size_t GroupSums::groupOfKeys() {
 void GroupSums::sort() {
   order_.resize(count_);
   std::iota(order_.begin(), order_.end(), std::size_t{0});
-  std::ranges::sort(order_, [&](std::size_t a, std::size_t b) { return isBefore(a, b); });
+  const auto before = [&](std::size_t a, std::size_t b) { return isBefore(a, b); };
+  // Numbers of sales grow with the file: often there is nothing to sort.
+  if (!std::ranges::is_sorted(order_, before)) std::ranges::sort(order_, before);
 }
 
 bool GroupSums::isBefore(std::size_t left, std::size_t right) const {

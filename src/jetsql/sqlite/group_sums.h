@@ -12,12 +12,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "jetsql/sqlite/aggregate_plan.h"
+#include "jetsql/sqlite/numbers_by_hash.h"
 
 struct sqlite3_context;
 
@@ -56,10 +57,10 @@ class GroupSums {
     std::string text;
     std::int64_t number = 0;  // that of the texts which compare equal
   };
-  using ByHash = std::unordered_multimap<std::uint64_t, std::size_t>;
-
   [[nodiscard]] Key keyOf(std::size_t number, const JoinedRow& row);
-  [[nodiscard]] Key textKey(std::size_t group, const jet::Row& row, std::size_t column, bool stays);
+  [[nodiscard]] Key textKey(const jet::Row& row, std::size_t column);
+  // Of a group by a text of the joined row of this number, computed once.
+  [[nodiscard]] const Key& knownKey(std::size_t group, const jet::Row& row, std::size_t number);
   [[nodiscard]] std::size_t spellingOf(std::string_view text);
   // The group of keys_, a new one where there is none yet.
   [[nodiscard]] std::size_t groupOfKeys();
@@ -72,14 +73,14 @@ class GroupSums {
   std::size_t count_ = 0;       // groups
   std::vector<Key> groupKeys_;  // group by group: of its first row, beside the plan's groups
   std::vector<Total> totals_;   // group by group, beside the plan's sums
-  ByHash groupsByHash_;
+  NumbersByHash groupsByHash_;
   std::vector<Key> keys_;   // of the row at hand
   std::size_t latest_ = 0;  // the group of the row before it
   std::vector<Spelling> spellings_;
-  ByHash spellingsByHash_;
+  NumbersByHash spellingsByHash_;
   std::size_t latestSpelling_ = 0;
-  // By group and row: the texts of rows that stay, such as the names of a menu.
-  std::vector<std::unordered_map<const jet::Row*, Key>> known_;
+  // By group and JoinedRow::joinedNumber, such as the names of a menu.
+  std::vector<std::vector<std::optional<Key>>> known_;
   std::string text_;
   std::vector<std::size_t> order_;  // groups by position
 };

@@ -89,7 +89,7 @@ void HashAggregateCursor::walk(std::span<const EncodedValue> values) {
   std::optional<JoinedRows> joined;
   if (plan_.joined) joined.emplace(*plan_.joined->table, plan_.joined->column);
   QueryReport::TableRead* read = logRead();
-  JoinedRow row{{}, values, joined && joined->staysInMemory()};
+  JoinedRow row{{}, values, {}};
   JetTableCursor cursor(*plan_.table);
   for (cursor.filter(plan_.access.path, {}, wanted); !cursor.atEnd(); cursor.next()) {
     if (read != nullptr) ++read->rows;
@@ -115,16 +115,19 @@ QueryReport::TableRead* HashAggregateCursor::logRead() const {
 void HashAggregateCursor::addJoined(JoinedRows& joined, JoinedRow& row) {
   bool matched = false;
   std::optional<std::size_t> group;
-  const auto addWith = [&](const jet::Row* other) {
+  const auto addWith = [&](const jet::Row* other, std::optional<std::size_t> number) {
     matched = true;
     row.rows[1] = other;
+    row.joinedNumber = number;
     if (!passesAll(plan_.joinedConditions, row)) return;
     if (!group || !plan_.groupsReadFirstTableOnly) group = groups_->groupOf(row);
     groups_->addTo(*group, row);
   };
   const WholeValue key = plan_.joined->key(row);
-  if (!key.isNull) joined.forEach(key.number, [&](const jet::Row& other) { addWith(&other); });
-  if (!matched && plan_.joined->keepsUnmatched) addWith(nullptr);
+  if (!key.isNull) {
+    joined.forEach(key.number, [&](const auto& found) { addWith(&found.row, found.number); });
+  }
+  if (!matched && plan_.joined->keepsUnmatched) addWith(nullptr, {});
 }
 
 }  // namespace jetsql

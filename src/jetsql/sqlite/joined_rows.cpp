@@ -30,29 +30,14 @@ JoinedRows::JoinedRows(JetTable& table, std::size_t column)
 void JoinedRows::readAll() {
   for (jet::TableCursor scan = table_.table().scan(); scan.next();) {
     const jet::Row& row = scan.row();
-    if (!row.isNull(column_)) rows_[row.wholeNumber(column_)].push_back(row);
+    if (!row.isNull(column_)) rows_.push_back({row.wholeNumber(column_), row});
   }
+  std::ranges::stable_sort(rows_, {}, &KeptRow::key);
 }
 
-void JoinedRows::forEach(std::int64_t key, const EachRow& eachRow) {
-  if (isSmall_) {
-    const auto found = rows_.find(key);
-    if (found == rows_.end()) return;
-    for (const jet::Row& row : found->second) eachRow(row);
-  } else if (fileIndex_) {
-    const values::Variant wanted(static_cast<std::int32_t>(key));
-    jet::IndexCursor entries = table_.table().seek(*fileIndex_, {.equal = {wanted}});
-    while (entries.next()) visit(entries.rowId(), key, eachRow);
-  } else {
-    for (const MemoryIndex::Entry& entry : memoryIndex_->range({key, key})) {
-      visit(jet::RowId::fromNumber(entry.row), key, eachRow);
-    }
-  }
-}
-
-// An index may name a row that has changed since, or is gone.
-void JoinedRows::visit(jet::RowId id, std::int64_t key, const EachRow& eachRow) {
-  if (table_.table().tryReadNext(id, row_) && hasKey(row_, key)) eachRow(row_);
+jet::IndexCursor JoinedRows::entriesOf(std::int64_t key) {
+  range_.equal.assign(1, values::Variant(static_cast<std::int32_t>(key)));
+  return table_.table().seek(*fileIndex_, range_);
 }
 
 }  // namespace jetsql

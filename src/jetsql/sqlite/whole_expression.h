@@ -44,7 +44,7 @@ struct WholeValue {
 struct JoinedRow {
   std::array<const jet::Row*, 2> rows{};  // nullptr: the empty side of an outer join
   std::span<const EncodedValue> parameters;
-  bool joinedStays = false;  // rows[1] is at that address as long as the query runs
+  std::optional<std::size_t> joinedNumber = {};  // of rows[1]: the same whenever it is that row
 };
 
 using WholeExpression = std::function<WholeValue(const JoinedRow&)>;
