@@ -3,8 +3,10 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "text/utf16.h"
+#include "values/decimal.h"
 #include "values/number_text.h"
 #include "values/runtime_error.h"
 
@@ -90,6 +92,11 @@ std::int32_t NzLong(const VariantView& value) {
   } catch (const RuntimeError&) {
     return 0;
   }
+}
+
+std::int32_t NzLong(values::Currency amount) {
+  const std::int64_t whole = values::divideHalvesToEven(amount.units, values::kCurrencyScale);
+  return std::in_range<std::int32_t>(whole) ? static_cast<std::int32_t>(whole) : 0;
 }
 
 bool NzBool(const VariantView& value) {

@@ -27,6 +27,8 @@ namespace extract {
 // 0 for Null, for a text that is no number and outside 32 bits.
 [[nodiscard]] std::int32_t NzLong(const values::VariantView& value);
 
+[[nodiscard]] std::int32_t NzLong(values::Currency amount);
+
 // Only -1 is true.
 [[nodiscard]] bool NzBool(const values::VariantView& value);
 

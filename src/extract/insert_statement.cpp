@@ -1,5 +1,6 @@
 #include "extract/insert_statement.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <utility>
@@ -35,7 +36,6 @@ std::optional<std::string> constant(ValueFormat format, const ShopLiterals& shop
 InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop,
                                  CodePage& codePage)
     : codePage_(codePage) {
-  std::vector<std::string_view> fields;
   std::string text = "Insert Into " + std::string(insert.table) + " (";
   for (const Column& column : insert.columns) text.append(column.name).append(", ");
   text.resize(text.size() - 2);
@@ -47,26 +47,83 @@ InsertStatement::InsertStatement(const InsertTemplate& insert, const ShopLiteral
       continue;
     }
     const std::string_view quote = column.format == ValueFormat::kNumber ? "" : "'";
-    const bool isComputed = column.computed != kFromField;
-    if (!isComputed) fields.push_back(column.field);
-    pieces_.push_back({codePage_.fromUtf8(text.append(quote)), column.format, isComputed,
-                       isComputed ? static_cast<std::size_t>(column.computed) : fields.size() - 1});
+    pieces_.push_back(
+        {codePage_.fromUtf8(text.append(quote)), column.format, column.computed, column.field});
     text = quote;
   }
   closing_ = codePage_.fromUtf8(text + ");");
-  fields_ = RowFields(fields);
+}
+
+void InsertStatement::findFields(const localdb::RecordSet& row) {
+  std::size_t tables = 0;
+  for (Piece& piece : pieces_) {
+    if (piece.computed != kFromField) continue;
+    piece.field = row.fieldIndex(piece.name);
+    piece.stored = row.stored(piece.field);
+    if (piece.stored) tables = std::max(tables, piece.stored->table + 1);
+  }
+  rows_.resize(tables);
+  foundFields_ = true;
 }
 
 const std::string& InsertStatement::build(const localdb::RecordSet& row,
                                           std::span<const values::Variant> computed) {
+  if (!foundFields_) findFields(row);
+  for (std::size_t table = 0; table < rows_.size(); ++table) rows_[table] = row.tableRow(table);
   statement_.clear();
   for (const Piece& piece : pieces_) {
     statement_ += piece.before;
-    appendValue(piece.format,
-                piece.isComputed ? computed[piece.place] : fields_.view(row, piece.place, field_));
+    if (piece.computed == kFromField) {
+      appendField(piece, row);
+    } else {
+      appendValue(piece.format, computed[static_cast<std::size_t>(piece.computed)]);
+    }
   }
   statement_ += closing_;
   return statement_;
+}
+
+void InsertStatement::appendField(const Piece& piece, const localdb::RecordSet& row) {
+  if (!piece.stored) return appendValue(piece.format, row.view(piece.field, field_));
+  const jet::Row* stored = rows_[piece.stored->table];
+  if (stored == nullptr) return appendValue(piece.format, {});
+  appendColumn(piece.format, *stored, piece.stored->column);
+}
+
+// The types that most columns have go without a VariantView.
+void InsertStatement::appendColumn(ValueFormat format, const jet::Row& row, std::size_t column) {
+  const bool isText = format == ValueFormat::kText || format == ValueFormat::kUnescapedText;
+  if (row.isNull(column)) return appendValue(format, {});
+  switch (row.type(column)) {
+    case jet::ColumnType::kYesNo:
+      if (isText) break;
+      [[fallthrough]];
+    case jet::ColumnType::kByte:
+    case jet::ColumnType::kInteger:
+    case jet::ColumnType::kLong:
+      return appendWhole(format, static_cast<std::int32_t>(row.wholeNumber(column)));
+    case jet::ColumnType::kCurrency: {
+      const values::Currency amount{row.wholeNumber(column)};
+      return isText ? values::appendCurrency(statement_, amount)
+                    : appendWhole(format, NzLong(amount));
+    }
+    case jet::ColumnType::kText:
+      if (!isText) break;
+      return appendStoredText(format, row, column);
+    default:
+      break;
+  }
+  appendValue(format, row.view(column, field_));
+}
+
+void InsertStatement::appendStoredText(ValueFormat format, const jet::Row& row,
+                                       std::size_t column) {
+  const std::size_t start = statement_.size();
+  row.appendText(column, codePage_, statement_);
+  if (format != ValueFormat::kText) return;
+  // As SqlText; of the second byte of a character none is an apostrophe.
+  const std::size_t apostrophe = statement_.find('\'', start);
+  if (apostrophe != std::string::npos) statement_.insert(apostrophe, 1, '\\');
 }
 
 // Without the quotes around it.
@@ -75,15 +132,20 @@ void InsertStatement::appendValue(ValueFormat format, const values::VariantView&
     case ValueFormat::kText:
     case ValueFormat::kUnescapedText:
       return appendText(format, value);
-    case ValueFormat::kNumber:
-      return values::appendWhole(statement_, NzLong(value));
+    default:
+      return appendWhole(format, NzLong(value));
+  }
+}
+
+void InsertStatement::appendWhole(ValueFormat format, std::int32_t value) {
+  switch (format) {
     case ValueFormat::kFlag:
-      statement_ += NzLong(value) == -1 ? '1' : '0';
+      statement_ += value == -1 ? '1' : '0';
       return;
     case ValueFormat::kAbsoluteFlag:
-      return values::appendWhole(statement_, std::llabs(NzLong(value)));
+      return values::appendWhole(statement_, std::llabs(value));
     default:
-      return;  // constants are part of Piece::before
+      return values::appendWhole(statement_, value);
   }
 }
 

@@ -14,12 +14,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "extract/row_fields.h"
 #include "extract/workspace.h"
 #include "localdb/record_set.h"
 #include "platform/code_page.h"
@@ -89,7 +89,7 @@ class InsertStatement {
   InsertStatement(const InsertTemplate& insert, const ShopLiterals& shop, CodePage& codePage);
 
   // The INSERT of the current row in the code page, valid until the next call. All rows come from
-  // one query: it may be opened again, its fields are looked up by name only once.
+  // one query: it may be opened again, its fields are looked up only once.
   const std::string& build(const localdb::RecordSet& row,
                            std::span<const values::Variant> computed = {});
 
@@ -99,17 +99,27 @@ class InsertStatement {
   struct Piece {
     std::string before;
     ValueFormat format;
-    bool isComputed;
-    std::size_t place;  // of the computed value, or of the field in fields_
+    int computed;  // index of the computed value, or kFromField
+    std::string_view name;
+    // Of a field, once it was looked up; a column of a table is read from the table's row.
+    std::size_t field = 0;
+    std::optional<localdb::StoredField> stored = {};
   };
 
+  void findFields(const localdb::RecordSet& row);
+  void appendField(const Piece& piece, const localdb::RecordSet& row);
+  void appendColumn(ValueFormat format, const jet::Row& row, std::size_t column);
+  void appendStoredText(ValueFormat format, const jet::Row& row, std::size_t column);
   void appendValue(ValueFormat format, const values::VariantView& value);
+  void appendWhole(ValueFormat format, std::int32_t value);
   void appendText(ValueFormat format, const values::VariantView& value);
 
   CodePage& codePage_;
   std::vector<Piece> pieces_;
   std::string closing_;
-  RowFields fields_{{}};
+  bool foundFields_ = false;
+  std::vector<const jet::Row*>
+      rows_;               // of the tables that pieces_ name, where the record set stands
   std::string statement_;  // the storage of these three is used again
   std::string field_;
   std::string utf8_;

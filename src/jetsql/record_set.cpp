@@ -89,6 +89,18 @@ void RecordSet::Implementation::load(std::size_t source, SourceRow& into) {
   into.position = position_;
 }
 
+std::optional<StoredField> RecordSet::Implementation::stored(std::size_t index) const {
+  if (index >= layout_->columns.size()) noSuchField(index);
+  const auto& base = layout_->columns[index].base;
+  if (!base) return std::nullopt;
+  return StoredField{base->source, base->column};
+}
+
+const jet::Row* RecordSet::Implementation::tableRow(std::size_t table) {
+  needRow();
+  return row(table);
+}
+
 values::VariantView RecordSet::Implementation::view(std::size_t index, std::string& scratch) {
   if (index >= layout_->columns.size()) noSuchField(index);
   needRow();
@@ -164,6 +176,11 @@ void RecordSet::moveLast() { alive().moveTo(alive().count() - 1); }
 values::VariantView RecordSet::view(std::size_t index, std::string& scratch) const {
   return alive().view(index, scratch);
 }
+
+std::optional<StoredField> RecordSet::stored(std::size_t index) const {
+  return alive().stored(index);
+}
+const jet::Row* RecordSet::tableRow(std::size_t table) const { return alive().tableRow(table); }
 
 bool RecordSet::isUpdatable() const { return alive().isUpdatable(); }
 void RecordSet::updateRows(std::size_t first, std::size_t count,

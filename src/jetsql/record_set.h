@@ -15,11 +15,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "jet/rows/row.h"
 #include "jet/rows/row_update.h"
 #include "jetsql/record_set_types.h"
 #include "values/variant.h"
@@ -55,6 +57,12 @@ class RecordSet {
   [[nodiscard]] values::Variant field(std::string_view name) const {
     return field(fieldIndex(name));
   }
+
+  // The column of a table that the field is; nothing where it is computed.
+  [[nodiscard]] std::optional<StoredField> stored(std::size_t index) const;
+  // The current row of that table; nullptr on the empty side of a join. Valid until the record set
+  // moves.
+  [[nodiscard]] const jet::Row* tableRow(std::size_t table) const;
 
   // Single-table record sets of a writable session.
   [[nodiscard]] bool isUpdatable() const;

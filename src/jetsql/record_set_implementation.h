@@ -47,6 +47,8 @@ class RecordSet::Implementation {
   void moveNext();
 
   [[nodiscard]] values::VariantView view(std::size_t index, std::string& scratch);
+  [[nodiscard]] std::optional<StoredField> stored(std::size_t index) const;
+  [[nodiscard]] const jet::Row* tableRow(std::size_t table);
   [[nodiscard]] bool isUpdatable() const { return writable_ && layout_->updatable.has_value(); }
   // Of `count` rows from number `first` on.
   void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);

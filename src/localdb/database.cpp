@@ -28,6 +28,12 @@ class QueryRecordSet : public RecordSet {
   [[nodiscard]] values::VariantView view(std::size_t index, std::string& scratch) const override {
     return rows_->view(index, scratch);
   }
+  [[nodiscard]] std::optional<StoredField> stored(std::size_t index) const override {
+    return rows_->stored(index);
+  }
+  [[nodiscard]] const jet::Row* tableRow(std::size_t table) const override {
+    return rows_->tableRow(table);
+  }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const FieldValue> fields) override {
     if (readOnly_ && rows_->isUpdatable()) {

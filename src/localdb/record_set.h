@@ -12,16 +12,20 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "jet/rows/row.h"
 #include "jet/rows/row_update.h"
+#include "jetsql/record_set_types.h"
 #include "values/variant.h"
 
 namespace localdb {
 
 using FieldValue = jet::FieldValue;  // name, value
+using StoredField = jetsql::StoredField;
 
 class RecordSet {
  public:
@@ -45,6 +49,13 @@ class RecordSet {
   // The current row's field by its place. A text or a binary is valid until the record set moves or
   // `scratch`, in which it may lie, changes.
   [[nodiscard]] virtual values::VariantView view(std::size_t index, std::string& scratch) const = 0;
+
+  // Which column of a table the field is, for who reads many fields of many rows without a view of
+  // each; nothing where it is computed. As fieldIndex it stays the same.
+  [[nodiscard]] virtual std::optional<StoredField> stored(std::size_t index) const = 0;
+  // The current row of that table; nullptr on the empty side of a join. Valid until the record set
+  // moves.
+  [[nodiscard]] virtual const jet::Row* tableRow(std::size_t table) const = 0;
 
   // A value that is kept, by place or by name.
   [[nodiscard]] values::Variant field(std::size_t index) const {

@@ -9,6 +9,7 @@
 
 #include "platform/code_page_converter.h"
 #include "text/ascii.h"
+#include "text/utf16.h"
 #include "text/utf8.h"
 
 // What the system's converter made of each character that was met, so that it is asked only once:
@@ -19,28 +20,38 @@ class CodePage::Encoder {
   explicit Encoder(int codePage) : converter_(codePage, CodePageConverter::Direction::kFromUtf8) {}
 
   void append(std::string_view text, std::string& out) {
-    std::array<char, 256> bytes;  // appended together: appending one costs as much as looking it up
-    std::size_t filled = 0;
-    const auto flush = [&] { out.append(bytes.data(), std::exchange(filled, 0)); };
+    Output to(out);
     for (std::size_t at = 0; at < text.size();) {
-      if (filled + kMostBytes > bytes.size()) flush();
       if (static_cast<unsigned char>(text[at]) < 0x80) {
-        bytes[filled++] = text[at++];
+        to.put(text[at++]);
         continue;
       }
       const std::size_t start = at;
       const char32_t character = text::nextCharacter(text, at);
-      if (const Encoded* known = find(character)) {
-        std::memcpy(bytes.data() + filled, known->bytes.data(), kMostBytes);
-        filled += known->length;
-        continue;
-      }
-      flush();
+      if (to.putKnown(find(character))) continue;
+      to.flush();
       // What follows a byte that is no text belongs to it.
       if (character >= kKnownCharacters) at = start + text::characterLength(text.substr(start));
       ask(character, text.substr(start, at - start), out);
     }
-    flush();
+    to.flush();
+  }
+
+  void append(std::u16string_view units, std::string& out) {
+    Output to(out);
+    for (std::size_t at = 0; at < units.size(); ++at) {
+      const char16_t unit = units[at];
+      if (unit < 0x80) {
+        to.put(static_cast<char>(unit));
+      } else if (text::isSurrogate(unit)) {
+        to.flush();
+        return append(text::toUtf8(units.substr(at)), out);
+      } else if (!to.putKnown(find(unit))) {
+        to.flush();
+        ask(unit, text::toUtf8({&unit, 1}), out);
+      }
+    }
+    to.flush();
   }
 
  private:
@@ -49,6 +60,31 @@ class CodePage::Encoder {
   struct Encoded {
     std::array<char, kMostBytes> bytes{};
     std::uint8_t length = 0;
+  };
+  // Bytes that are appended together: appending one costs as much as looking it up.
+  class Output {
+   public:
+    explicit Output(std::string& out) : out_(out) {}
+    void put(char byte) {
+      makeRoom();
+      bytes_[filled_++] = byte;
+    }
+    bool putKnown(const Encoded* character) {
+      if (character == nullptr) return false;
+      makeRoom();
+      std::memcpy(bytes_.data() + filled_, character->bytes.data(), kMostBytes);
+      filled_ += character->length;
+      return true;
+    }
+    void flush() { out_.append(bytes_.data(), std::exchange(filled_, 0)); }
+
+   private:
+    void makeRoom() {
+      if (filled_ + kMostBytes > bytes_.size()) flush();
+    }
+    std::string& out_;
+    std::array<char, 256> bytes_;
+    std::size_t filled_ = 0;
   };
   static constexpr char32_t kKnownCharacters =
       0x10000;                                // beyond them the system is asked each time
@@ -97,9 +133,17 @@ void CodePage::appendUtf8(std::string_view text, std::string& out) {
   if (!text.empty()) decoder_->append(text, out);
 }
 
-void CodePage::appendFromUtf8(std::string_view text, std::string& out) {
+CodePage::Encoder& CodePage::encoder() {
   if (!encoder_) encoder_ = std::make_unique<Encoder>(number_);
-  encoder_->append(text, out);
+  return *encoder_;
+}
+
+void CodePage::appendFromUtf8(std::string_view text, std::string& out) {
+  encoder().append(text, out);
+}
+
+void CodePage::appendFromUtf16(std::u16string_view units, std::string& out) {
+  encoder().append(units, out);
 }
 
 std::string CodePage::toUtf8(std::string_view text) {

@@ -36,9 +36,12 @@ class CodePage {
   // The same, appended to `out`; for callers that keep one buffer for many texts.
   void appendUtf8(std::string_view text, std::string& out);
   void appendFromUtf8(std::string_view text, std::string& out);
+  // Half a surrogate pair is written as U+FFFD is.
+  void appendFromUtf16(std::u16string_view units, std::string& out);
 
  private:
   class Encoder;
+  Encoder& encoder();
 
   int number_;
   std::unique_ptr<CodePageConverter> decoder_;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "text/ascii.h"
+#include "values/decimal.h"
 
 namespace values {
 
@@ -28,7 +29,12 @@ template <typename Real>
 std::string formatReal(Real value) {
   constexpr int kDigits = sizeof(Real) == sizeof(float) ? 7 : 15;
   constexpr int kLeastPlainExponent = -4;
+  constexpr Real kFirstNotPlain = sizeof(Real) == sizeof(float) ? 1e7F : 1e15;  // 10^kDigits
   if (!std::isfinite(value)) return value != value ? "NaN" : value < 0 ? "-Inf" : "Inf";
+  if (std::fabs(value) < kFirstNotPlain) {
+    const auto whole = static_cast<std::int64_t>(value);
+    if (static_cast<Real>(whole) == value) return std::to_string(whole);
+  }
   std::array<char, 40> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
                                  std::chars_format::scientific, kDigits - 1)
@@ -62,6 +68,14 @@ void appendWhole(std::string& text, std::int64_t value) {
   std::array<char, 24> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
   text.append(buffer.data(), end);
+}
+
+void appendCurrency(std::string& text, Currency amount) {
+  if (amount.units % kCurrencyScale == 0) {
+    appendWhole(text, amount.units / kCurrencyScale);
+  } else {
+    text += decimalText(amount.units < 0, magnitudeOf(amount.units), kCurrencyPlaces);
+  }
 }
 
 std::string realText(float value) { return formatReal(value); }

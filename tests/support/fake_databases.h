@@ -52,6 +52,10 @@ class FakeRecordSet : public localdb::RecordSet {
     const auto found = answer_.rows[at_].find(names_.at(index));
     return found == answer_.rows[at_].end() ? values::VariantView() : found->second;
   }
+  [[nodiscard]] std::optional<localdb::StoredField> stored(std::size_t) const override {
+    return {};
+  }
+  [[nodiscard]] const jet::Row* tableRow(std::size_t) const override { return nullptr; }
   void updateRows(std::size_t first, std::size_t count,
                   std::span<const localdb::FieldValue> values) override {
     for (const auto& field : values) (void)fieldIndex(field.name);

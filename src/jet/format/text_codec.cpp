@@ -13,28 +13,22 @@ namespace {
 constexpr std::string_view kCompressedMark = "\xFF\xFE";
 constexpr char16_t kFirstWide = 0x100;  // takes two bytes also in a compressed text
 
-// An odd last byte is ignored.
-void appendUtf16(Bytes stored, std::string& utf8) {
-  text::Utf16Decoder out(utf8, stored.size() / 2);
-  for (std::size_t i = 0; i + 1 < stored.size(); i += 2) {
-    out.put(static_cast<char16_t>(loadU16(stored, i)));
-  }
-}
-
-// Of a compressed text, what follows its mark.
-void appendCompressed(Bytes stored, std::string& utf8) {
-  text::Utf16Decoder out(utf8, stored.size());
-  bool compressed = true;
-  for (std::size_t i = 0; i < stored.size();) {
+// Calls `put` with the units of a text as Jet 4 stores it, at most as many as it has bytes. An odd
+// last byte is ignored.
+template <typename Put>
+void forEachUnit(Bytes stored, Put put) {
+  const bool marked = asText(stored).starts_with(kCompressedMark);
+  bool compressed = marked;
+  for (std::size_t i = marked ? kCompressedMark.size() : 0; i < stored.size();) {
     const std::uint8_t low = loadU8(stored, i);
-    if (low == 0) {
+    if (marked && low == 0) {
       compressed = !compressed;
       ++i;
     } else if (compressed) {
-      out.put(low);
+      put(char16_t{low});
       ++i;
     } else {
-      if (i + 1 < stored.size()) out.put(static_cast<char16_t>(loadU16(stored, i)));
+      if (i + 1 < stored.size()) put(static_cast<char16_t>(loadU16(stored, i)));
       i += 2;
     }
   }
@@ -96,10 +90,22 @@ void TextDecoder::append(Bytes stored, std::string& utf8) {
     utf8 += *text;
   } else if (version_ == Version::kJet3) {
     codePage_.appendUtf8(asText(stored), utf8);
-  } else if (asText(stored).starts_with(kCompressedMark)) {
-    appendCompressed(stored.subspan(kCompressedMark.size()), utf8);
   } else {
-    appendUtf16(stored, utf8);
+    text::Utf16Decoder out(utf8, stored.size());
+    forEachUnit(stored, [&](char16_t unit) { out.put(unit); });
+  }
+}
+
+void TextDecoder::append(Bytes stored, CodePage& codePage, std::string& out) {
+  if (const auto text = plainText(stored)) {
+    out += *text;
+  } else if (version_ == Version::kJet3) {
+    codePage.appendFromUtf8(decoded(stored), out);
+  } else {
+    if (units_.size() < stored.size()) units_.resize(stored.size());
+    char16_t* end = units_.data();
+    forEachUnit(stored, [&](char16_t unit) { *end++ = unit; });
+    codePage.appendFromUtf16({units_.data(), end}, out);
   }
 }
 

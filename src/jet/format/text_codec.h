@@ -29,6 +29,9 @@ class TextDecoder {
 
   void append(Bytes stored, std::string& utf8);
 
+  // The same in another encoding than UTF-8, into which Jet 4's goes without a detour.
+  void append(Bytes stored, CodePage& codePage, std::string& out);
+
   // The text itself where it is stored as plain ASCII, else decoded into `scratch`.
   [[nodiscard]] std::string_view decode(Bytes stored, std::string& scratch);
 
@@ -39,6 +42,7 @@ class TextDecoder {
 
   Version version_;
   CodePage codePage_;
+  std::vector<char16_t> units_;  // of the text that is decoded; the storage is used again
 };
 
 // A text as Jet 4 stores it; bytes that are no UTF-8 become U+FFFD. With `compress` in the

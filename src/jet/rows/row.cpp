@@ -50,6 +50,13 @@ std::string_view Row::text(std::size_t position, std::string& scratch) const {
   return scratch;
 }
 
+void Row::appendText(std::size_t position, CodePage& codePage, std::string& out) const {
+  const Column& c = column(position);
+  if (c.type == ColumnType::kText) return context_->text.append(raw(c), codePage, out);
+  std::string scratch;
+  codePage.appendFromUtf8(text(position, scratch), out);
+}
+
 Bytes Row::binary(std::size_t position, std::vector<std::byte>& scratch) const {
   const Bytes bytes = raw(position);
   if (column(position).type != ColumnType::kOle) return bytes;

@@ -50,6 +50,7 @@ class Row {
   [[nodiscard]] Bytes bytes() const { return layout_.row(); }
   [[nodiscard]] const PagePtr& page() const { return page_; }
 
+  [[nodiscard]] ColumnType type(std::size_t position) const { return column(position).type; }
   [[nodiscard]] bool isNull(std::size_t position) const {
     const Column& c = column(position);
     return !layout_.isSet(c.number) && c.type != ColumnType::kYesNo;
@@ -72,6 +73,8 @@ class Row {
   }
   // Text, memo, GUID; UTF-8. The result may lie in `scratch` or in the page.
   [[nodiscard]] std::string_view text(std::size_t column, std::string& scratch) const;
+  // The same, appended in a code page; '?' for a character that it lacks.
+  void appendText(std::size_t column, CodePage& codePage, std::string& out) const;
   // Binary, OLE. The result may lie in `scratch` or in the page.
   [[nodiscard]] Bytes binary(std::size_t column, std::vector<std::byte>& scratch) const;
   [[nodiscard]] values::Numeric numeric(std::size_t column) const;
