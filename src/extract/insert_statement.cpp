@@ -13,6 +13,10 @@ namespace extract {
 
 namespace {
 
+// Of fewer bytes in the code page no text has an apostrophe too far from its start: a pair of units
+// may be one byte.
+constexpr std::size_t kMostTextBytes = 32767 / 2;
+
 std::string inQuotes(std::string_view literal) { return "'" + std::string(literal) + "'"; }
 
 // The literal that all rows have in the column; nothing where it depends on the row.
@@ -93,7 +97,10 @@ void InsertStatement::appendField(const Piece& piece, const localdb::RecordSet& 
 // The types that most columns have go without a VariantView.
 void InsertStatement::appendColumn(ValueFormat format, const jet::Row& row, std::size_t column) {
   const bool isText = format == ValueFormat::kText || format == ValueFormat::kUnescapedText;
-  if (row.isNull(column)) return appendValue(format, {});
+  if (row.isNull(column)) {
+    if (!isText) appendWhole(format, 0);
+    return;
+  }
   switch (row.type(column)) {
     case jet::ColumnType::kYesNo:
       if (isText) break;
@@ -107,7 +114,12 @@ void InsertStatement::appendColumn(ValueFormat format, const jet::Row& row, std:
       return isText ? values::appendCurrency(statement_, amount)
                     : appendWhole(format, NzLong(amount));
     }
+    case jet::ColumnType::kDouble:
+      if (!isText) break;
+      statement_ += values::realText(row.realNumber(column));
+      return;
     case jet::ColumnType::kText:
+    case jet::ColumnType::kMemo:
       if (!isText) break;
       return appendStoredText(format, row, column);
     default:
@@ -121,9 +133,16 @@ void InsertStatement::appendStoredText(ValueFormat format, const jet::Row& row,
   const std::size_t start = statement_.size();
   row.appendText(column, codePage_, statement_);
   if (format != ValueFormat::kText) return;
-  // As SqlText; of the second byte of a character none is an apostrophe.
+  // As SqlText, which is asked only where the text may be too long for it. No second byte of a
+  // character is an apostrophe.
   const std::size_t apostrophe = statement_.find('\'', start);
-  if (apostrophe != std::string::npos) statement_.insert(apostrophe, 1, '\\');
+  if (apostrophe == std::string::npos) return;
+  if (apostrophe - start < kMostTextBytes) {
+    statement_.insert(apostrophe, 1, '\\');
+  } else {
+    statement_.resize(start);
+    appendText(format, row.view(column, field_));
+  }
 }
 
 // Without the quotes around it.
