@@ -178,7 +178,7 @@ void writeItems(benchmark::State& state, const SampleShop& shop, Append append) 
   extract::InsertStatement insert({"Selling_ItemTB", columns.get(), " )  Values ("}, kShop, korean);
   std::int64_t bytes = 0;
   for (auto _ : state) {
-    const std::string& statement = insert.build(rows.row());
+    const std::string_view statement = insert.build(rows.row());
     append(statement);
     bytes += std::ssize(statement);
     rows.next();
@@ -189,13 +189,13 @@ void writeItems(benchmark::State& state, const SampleShop& shop, Append append) 
 
 void writeInBackground(benchmark::State& state, const SampleShop& shop) {
   extract::StatementWriter writer(shop.newFile());
-  writeItems(state, shop, [&](const std::string& statement) { writer.append(statement); });
+  writeItems(state, shop, [&](std::string_view statement) { writer.append(statement); });
 }
 
 void writeAndWait(benchmark::State& state, const SampleShop& shop) {
   const std::string path = shop.newFile();
-  writeItems(state, shop, [&](const std::string& statement) {
-    platform::appendToFile(path, statement + std::string(extract::kLineEnd));
+  writeItems(state, shop, [&](std::string_view statement) {
+    platform::appendToFile(path, std::string(statement).append(extract::kLineEnd));
   });
 }
 

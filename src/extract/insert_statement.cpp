@@ -70,32 +70,33 @@ void InsertStatement::findFields(const localdb::RecordSet& row) {
   foundFields_ = true;
 }
 
-const std::string& InsertStatement::build(const localdb::RecordSet& row,
-                                          std::span<const values::Variant> computed) {
+std::string_view InsertStatement::build(const localdb::RecordSet& row,
+                                        std::span<const values::Variant> computed) {
   if (!foundFields_) findFields(row);
   for (std::size_t table = 0; table < rows_.size(); ++table) rows_[table] = row.tableRow(table);
   statement_.clear();
-  for (const Piece& piece : pieces_) {
-    statement_ += piece.before;
+  for (Piece& piece : pieces_) {
+    statement_.append(piece.before);
     if (piece.computed == kFromField) {
       appendField(piece, row);
     } else {
       appendValue(piece.format, computed[static_cast<std::size_t>(piece.computed)]);
     }
   }
-  statement_ += closing_;
-  return statement_;
+  statement_.append(closing_);
+  return statement_.text();
 }
 
-void InsertStatement::appendField(const Piece& piece, const localdb::RecordSet& row) {
+void InsertStatement::appendField(Piece& piece, const localdb::RecordSet& row) {
   if (!piece.stored) return appendValue(piece.format, row.view(piece.field, field_));
   const jet::Row* stored = rows_[piece.stored->table];
   if (stored == nullptr) return appendValue(piece.format, {});
-  appendColumn(piece.format, *stored, piece.stored->column);
+  appendColumn(piece, *stored, piece.stored->column);
 }
 
 // The types that most columns have go without a VariantView.
-void InsertStatement::appendColumn(ValueFormat format, const jet::Row& row, std::size_t column) {
+void InsertStatement::appendColumn(Piece& piece, const jet::Row& row, std::size_t column) {
+  const ValueFormat format = piece.format;
   const bool isText = format == ValueFormat::kText || format == ValueFormat::kUnescapedText;
   if (row.isNull(column)) {
     if (!isText) appendWhole(format, 0);
@@ -111,13 +112,16 @@ void InsertStatement::appendColumn(ValueFormat format, const jet::Row& row, std:
       return appendWhole(format, static_cast<std::int32_t>(row.wholeNumber(column)));
     case jet::ColumnType::kCurrency: {
       const values::Currency amount{row.wholeNumber(column)};
-      return isText ? values::appendCurrency(statement_, amount)
-                    : appendWhole(format, NzLong(amount));
+      if (!isText) return appendWhole(format, NzLong(amount));
+      if (amount.units % values::kCurrencyScale != 0) break;
+      return statement_.appendWhole(amount.units / values::kCurrencyScale);
     }
     case jet::ColumnType::kDouble:
       if (!isText) break;
-      statement_ += values::realText(row.realNumber(column));
-      return;
+      return statement_.append(values::realText(row.realNumber(column)));
+    case jet::ColumnType::kDateTime:
+      if (!isText) break;
+      return appendDate(piece, {row.realNumber(column)});
     case jet::ColumnType::kText:
     case jet::ColumnType::kMemo:
       if (!isText) break;
@@ -130,19 +134,26 @@ void InsertStatement::appendColumn(ValueFormat format, const jet::Row& row, std:
 
 void InsertStatement::appendStoredText(ValueFormat format, const jet::Row& row,
                                        std::size_t column) {
-  const std::size_t start = statement_.size();
-  row.appendText(column, codePage_, statement_);
-  if (format != ValueFormat::kText) return;
-  // As SqlText, which is asked only where the text may be too long for it. No second byte of a
-  // character is an apostrophe.
-  const std::size_t apostrophe = statement_.find('\'', start);
-  if (apostrophe == std::string::npos) return;
-  if (apostrophe - start < kMostTextBytes) {
-    statement_.insert(apostrophe, 1, '\\');
-  } else {
-    statement_.resize(start);
-    appendText(format, row.view(column, field_));
+  text_.clear();
+  row.appendText(column, codePage_, text_);
+  if (format == ValueFormat::kText) {
+    // As SqlText, which is asked only where the text may be too long for it. No second byte of a
+    // character is an apostrophe.
+    const std::size_t apostrophe = text_.find('\'');
+    if (apostrophe != std::string::npos) {
+      if (apostrophe >= kMostTextBytes) return appendText(format, row.view(column, field_));
+      text_.insert(apostrophe, 1, '\\');
+    }
   }
+  statement_.append(text_);
+}
+
+void InsertStatement::appendDate(Piece& piece, values::DateTime date) {
+  if (piece.date != date.serial) {
+    piece.date = date.serial;
+    piece.dateText = piece.format == ValueFormat::kText ? SqlText(date) : NzText(date);
+  }
+  statement_.append(piece.dateText);
 }
 
 // Without the quotes around it.
@@ -159,27 +170,25 @@ void InsertStatement::appendValue(ValueFormat format, const values::VariantView&
 void InsertStatement::appendWhole(ValueFormat format, std::int32_t value) {
   switch (format) {
     case ValueFormat::kFlag:
-      statement_ += value == -1 ? '1' : '0';
-      return;
+      return statement_.append(value == -1 ? '1' : '0');
     case ValueFormat::kAbsoluteFlag:
-      return values::appendWhole(statement_, std::llabs(value));
+      return statement_.appendWhole(std::llabs(value));
     default:
-      return values::appendWhole(statement_, value);
+      return statement_.appendWhole(value);
   }
 }
 
 void InsertStatement::appendText(ValueFormat format, const values::VariantView& value) {
-  const std::size_t start = statement_.size();
+  text_.clear();
   if (format == ValueFormat::kText) {
-    appendSqlText(statement_, value);
+    appendSqlText(text_, value);
   } else {
-    appendNzText(statement_, value);
+    appendNzText(text_, value);
   }
-  const std::string_view text = std::string_view(statement_).substr(start);
-  if (text::asciiPrefix(text) == text.size()) return;
-  utf8_ = text;
-  statement_.resize(start);
-  codePage_.appendFromUtf8(utf8_, statement_);
+  if (text::asciiPrefix(text_) == text_.size()) return statement_.append(text_);
+  encoded_.clear();
+  codePage_.appendFromUtf8(text_, encoded_);
+  statement_.append(encoded_);
 }
 
 std::string rangeDelete(const RangeDelete& target, const ShopLiterals& shop,

@@ -14,12 +14,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "extract/statement_buffer.h"
 #include "extract/workspace.h"
 #include "localdb/record_set.h"
 #include "platform/code_page.h"
@@ -90,8 +92,8 @@ class InsertStatement {
 
   // The INSERT of the current row in the code page, valid until the next call. All rows come from
   // one query: it may be opened again, its fields are looked up only once.
-  const std::string& build(const localdb::RecordSet& row,
-                           std::span<const values::Variant> computed = {});
+  std::string_view build(const localdb::RecordSet& row,
+                         std::span<const values::Variant> computed = {});
 
  private:
   // A value that differs from row to row, and the constant text between it and the one before, in
@@ -104,12 +106,16 @@ class InsertStatement {
     // Of a field, once it was looked up; a column of a table is read from the table's row.
     std::size_t field = 0;
     std::optional<localdb::StoredField> stored = {};
+    // The last row's date and its text: a day's rows have one day.
+    double date = std::numeric_limits<double>::quiet_NaN();
+    std::string dateText = {};
   };
 
   void findFields(const localdb::RecordSet& row);
-  void appendField(const Piece& piece, const localdb::RecordSet& row);
-  void appendColumn(ValueFormat format, const jet::Row& row, std::size_t column);
+  void appendField(Piece& piece, const localdb::RecordSet& row);
+  void appendColumn(Piece& piece, const jet::Row& row, std::size_t column);
   void appendStoredText(ValueFormat format, const jet::Row& row, std::size_t column);
+  void appendDate(Piece& piece, values::DateTime date);
   void appendValue(ValueFormat format, const values::VariantView& value);
   void appendWhole(ValueFormat format, std::int32_t value);
   void appendText(ValueFormat format, const values::VariantView& value);
@@ -119,10 +125,11 @@ class InsertStatement {
   std::string closing_;
   bool foundFields_ = false;
   std::vector<const jet::Row*>
-      rows_;               // of the tables that pieces_ name, where the record set stands
-  std::string statement_;  // the storage of these three is used again
+      rows_;                   // of the tables that pieces_ name, where the record set stands
+  StatementBuffer statement_;  // the storage of these four is used again
   std::string field_;
-  std::string utf8_;
+  std::string text_;
+  std::string encoded_;
 };
 
 // The DELETE of a day range: "Delete FROM SellingTB  Where SL_GROUP = 'A01'   And ...".

@@ -1,6 +1,7 @@
 #include "extract/conversions.h"
 #include "extract/extractors.h"
 #include "extract/insert_statement.h"
+#include "extract/statement_writer.h"
 
 namespace extract {
 
@@ -64,8 +65,9 @@ void 아웃고수집(Workspace& work) {
   work.forEachRow(Rows::kOutgo, outgoQuery(work.days), {{"c_upload", true}},
                   [&](localdb::RecordSet& outgo, std::int32_t) {
                     // Both lines in one write, so that no row is deleted without being sent again.
-                    work.writeEncoded(work.codePage.fromUtf8(rowDelete(outgo, work.shop)) + "\r\n" +
-                                      insert.build(outgo));
+                    work.writeEncoded(work.codePage.fromUtf8(rowDelete(outgo, work.shop))
+                                          .append(kLineEnd)
+                                          .append(insert.build(outgo)));
                   });
 }
 

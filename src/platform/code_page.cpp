@@ -20,38 +20,27 @@ class CodePage::Encoder {
   explicit Encoder(int codePage) : converter_(codePage, CodePageConverter::Direction::kFromUtf8) {}
 
   void append(std::string_view text, std::string& out) {
-    Output to(out);
+    const auto next = [&](std::size_t& at) { return text::nextCharacter(text, at); };
     for (std::size_t at = 0; at < text.size();) {
-      if (static_cast<unsigned char>(text[at]) < 0x80) {
-        to.put(text[at++]);
-        continue;
-      }
+      appendKnown(text.size(), at, next, out);
+      if (at == text.size()) return;
       const std::size_t start = at;
       const char32_t character = text::nextCharacter(text, at);
-      if (to.putKnown(find(character))) continue;
-      to.flush();
       // What follows a byte that is no text belongs to it.
       if (character >= kKnownCharacters) at = start + text::characterLength(text.substr(start));
       ask(character, text.substr(start, at - start), out);
     }
-    to.flush();
   }
 
   void append(std::u16string_view units, std::string& out) {
-    Output to(out);
-    for (std::size_t at = 0; at < units.size(); ++at) {
-      const char16_t unit = units[at];
-      if (unit < 0x80) {
-        to.put(static_cast<char>(unit));
-      } else if (text::isSurrogate(unit)) {
-        to.flush();
-        return append(text::toUtf8(units.substr(at)), out);
-      } else if (!to.putKnown(find(unit))) {
-        to.flush();
-        ask(unit, text::toUtf8({&unit, 1}), out);
-      }
+    const auto next = [&](std::size_t& at) -> char32_t { return units[at++]; };
+    for (std::size_t at = 0; at < units.size();) {
+      appendKnown(units.size(), at, next, out);
+      if (at == units.size()) return;
+      if (text::isSurrogate(units[at])) return append(text::toUtf8(units.substr(at)), out);
+      ask(units[at], text::toUtf8(units.substr(at, 1)), out);
+      ++at;
     }
-    to.flush();
   }
 
  private:
@@ -61,35 +50,30 @@ class CodePage::Encoder {
     std::array<char, kMostBytes> bytes{};
     std::uint8_t length = 0;
   };
-  // Bytes that are appended together: appending one costs as much as looking it up.
-  class Output {
-   public:
-    explicit Output(std::string& out) : out_(out) {}
-    void put(char byte) {
-      makeRoom();
-      bytes_[filled_++] = byte;
-    }
-    bool putKnown(const Encoded* character) {
-      if (character == nullptr) return false;
-      makeRoom();
-      std::memcpy(bytes_.data() + filled_, character->bytes.data(), kMostBytes);
-      filled_ += character->length;
-      return true;
-    }
-    void flush() { out_.append(bytes_.data(), std::exchange(filled_, 0)); }
-
-   private:
-    void makeRoom() {
-      if (filled_ + kMostBytes > bytes_.size()) flush();
-    }
-    std::string& out_;
-    std::array<char, 256> bytes_;
-    std::size_t filled_ = 0;
-  };
   static constexpr char32_t kKnownCharacters =
       0x10000;                                // beyond them the system is asked each time
   static constexpr std::size_t kBlock = 256;  // characters
   using Block = std::array<Encoded, kBlock>;
+
+  // Appends characters from `at` on, which `next` gives, up to `end` or to the first that the
+  // system has to be asked for; `at` is then after the last of them.
+  template <typename Next>
+  void appendKnown(std::size_t end, std::size_t& at, Next next, std::string& out) const {
+    std::array<char, 256> bytes;  // appended together: appending one costs as much as looking it up
+    std::size_t filled = 0;
+    while (at < end) {
+      if (filled + sizeof(Encoded) > bytes.size()) {
+        out.append(bytes.data(), std::exchange(filled, 0));
+      }
+      std::size_t after = at;
+      const Encoded* known = find(next(after));
+      if (known == nullptr) break;
+      std::memcpy(bytes.data() + filled, known, sizeof(Encoded));  // the length is overwritten
+      filled += known->length;
+      at = after;
+    }
+    out.append(bytes.data(), filled);
+  }
 
   // Nullptr where the system has to be asked.
   [[nodiscard]] const Encoded* find(char32_t character) const {

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "text/ascii.h"
-#include "values/decimal.h"
 
 namespace values {
 
@@ -68,14 +67,6 @@ void appendWhole(std::string& text, std::int64_t value) {
   std::array<char, 24> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
   text.append(buffer.data(), end);
-}
-
-void appendCurrency(std::string& text, Currency amount) {
-  if (amount.units % kCurrencyScale == 0) {
-    appendWhole(text, amount.units / kCurrencyScale);
-  } else {
-    text += decimalText(amount.units < 0, magnitudeOf(amount.units), kCurrencyPlaces);
-  }
 }
 
 std::string realText(float value) { return formatReal(value); }

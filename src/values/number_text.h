@@ -16,7 +16,6 @@
 namespace values {
 
 void appendWhole(std::string& text, std::int64_t value);
-void appendCurrency(std::string& text, Currency amount);
 [[nodiscard]] std::string realText(float value);
 [[nodiscard]] std::string realText(double value);
 

@@ -77,6 +77,14 @@ Whole toWhole(const VariantView& value) {
   return fromReal<Whole>(toDouble(value));
 }
 
+void appendCurrency(std::string& text, Currency value) {
+  if (value.units % kCurrencyScale == 0) {
+    appendWhole(text, value.units / kCurrencyScale);
+  } else {
+    text += decimalText(value.units < 0, magnitudeOf(value.units), kCurrencyPlaces);
+  }
+}
+
 }  // namespace
 
 VariantView::VariantView(const Variant& value) {

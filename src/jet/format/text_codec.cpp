@@ -17,18 +17,22 @@ constexpr char16_t kFirstWide = 0x100;  // takes two bytes also in a compressed 
 // last byte is ignored.
 template <typename Put>
 void forEachUnit(Bytes stored, Put put) {
-  const bool marked = asText(stored).starts_with(kCompressedMark);
-  bool compressed = marked;
-  for (std::size_t i = marked ? kCompressedMark.size() : 0; i < stored.size();) {
+  const auto putWide = [&](std::size_t at) { put(static_cast<char16_t>(loadU16(stored, at))); };
+  if (!asText(stored).starts_with(kCompressedMark)) {
+    for (std::size_t i = 0; i + 1 < stored.size(); i += 2) putWide(i);
+    return;
+  }
+  bool compressed = true;
+  for (std::size_t i = kCompressedMark.size(); i < stored.size();) {
     const std::uint8_t low = loadU8(stored, i);
-    if (marked && low == 0) {
+    if (low == 0) {
       compressed = !compressed;
       ++i;
     } else if (compressed) {
       put(char16_t{low});
       ++i;
     } else {
-      if (i + 1 < stored.size()) put(static_cast<char16_t>(loadU16(stored, i)));
+      if (i + 1 < stored.size()) putWide(i);
       i += 2;
     }
   }

@@ -52,17 +52,14 @@ std::string_view Row::text(std::size_t position, std::string& scratch) const {
 
 void Row::appendText(std::size_t position, CodePage& codePage, std::string& out) const {
   const Column& c = column(position);
-  std::string scratch;
-  std::vector<std::byte> pieces;
-  switch (c.type) {
-    case ColumnType::kText:
-      return context_->text.append(raw(c), codePage, out);
-    case ColumnType::kMemo:
-      return context_->text.append(longValue(context_->file, page_->number, raw(c), pieces),
-                                   codePage, out);
-    default:
-      codePage.appendFromUtf8(text(position, scratch), out);
+  if (c.type == ColumnType::kText) return context_->text.append(raw(c), codePage, out);
+  if (c.type == ColumnType::kMemo) {
+    std::vector<std::byte> pieces;
+    const Bytes value = longValue(context_->file, page_->number, raw(c), pieces);
+    return context_->text.append(value, codePage, out);
   }
+  std::string scratch;
+  codePage.appendFromUtf8(text(position, scratch), out);
 }
 
 Bytes Row::binary(std::size_t position, std::vector<std::byte>& scratch) const {

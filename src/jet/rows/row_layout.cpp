@@ -10,10 +10,6 @@ namespace {
 constexpr std::size_t kJump = 256;          // what each entry of a jump table adds
 constexpr std::uint8_t kUnusedJump = 0xff;  // the row is long enough for it, its offsets are not
 
-std::size_t loadCount(Bytes bytes, std::size_t offset, std::size_t width) {
-  return width == 1 ? loadU8(bytes, offset) : loadU16(bytes, offset);
-}
-
 void putCount(const Format& format, std::size_t value, ByteBuffer& out) {
   if (format.countWidth == 1) {
     out.put(static_cast<std::uint8_t>(value));
@@ -58,13 +54,6 @@ std::optional<VariablePart> RowLayout::variablePart() const {
   part.size = width + part.jumps + width * (part.count + 1);
   if (maskStart_ < width + part.size) return std::nullopt;
   return part;
-}
-
-std::size_t RowLayout::variableOffset(const VariablePart& part, std::size_t n) const {
-  const std::size_t width = countWidth_;
-  const std::size_t offsetsEnd = maskStart_ - width - part.jumps;
-  const std::size_t offset = loadCount(row_, offsetsEnd - width * (n + 1), width);
-  return part.jumps == 0 ? offset : offset + jumped(part, n);
 }
 
 // A jump table has as many entries as the whole row needs, of which its offsets may need one less.

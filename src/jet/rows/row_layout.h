@@ -64,9 +64,16 @@ class RowLayout {
 
   // Where variable field `n` starts; for n == part.count, where the last one ends. Not checked
   // against the row.
-  [[nodiscard]] std::size_t variableOffset(const VariablePart& part, std::size_t n) const;
+  [[nodiscard]] std::size_t variableOffset(const VariablePart& part, std::size_t n) const {
+    const std::size_t offsetsEnd = maskStart_ - std::size_t{countWidth_} - part.jumps;
+    const std::size_t offset = loadCount(row_, offsetsEnd - countWidth_ * (n + 1), countWidth_);
+    return part.jumps == 0 ? offset : offset + jumped(part, n);
+  }
 
  private:
+  [[nodiscard]] static std::size_t loadCount(Bytes bytes, std::size_t offset, std::size_t width) {
+    return width == 1 ? loadU8(bytes, offset) : loadU16(bytes, offset);
+  }
   [[nodiscard]] bool isJet3() const { return countWidth_ == 1; }
   // What the jump table adds to the offset of variable field `n`.
   [[nodiscard]] std::size_t jumped(const VariablePart& part, std::size_t n) const;
