@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "text/utf16.h"
+
 namespace {
 
 std::string syllable(unsigned number) {
@@ -44,6 +46,16 @@ TEST(CodePageTest, WhatTheCodePageLacksIsAQuestionMark) {
   for (const auto& tried : cases) {
     EXPECT_EQ(korean.fromUtf8(tried.utf8), tried.bytes);
     EXPECT_EQ(korean.fromUtf8(tried.utf8), tried.bytes) << "when met again";
+  }
+}
+
+TEST(CodePageTest, EveryUnitOfUtf16GoesAsItsUtf8) {
+  CodePage korean(949);
+  for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+    const std::u16string units{u'a', static_cast<char16_t>(unit), u'\xDE00', u'가'};
+    std::string bytes;
+    korean.appendFromUtf16(units, bytes);
+    ASSERT_EQ(bytes, korean.fromUtf8(text::toUtf8(units))) << unit;
   }
 }
 
