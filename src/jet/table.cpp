@@ -74,10 +74,16 @@ bool Table::tryRead(RowId id, Row& row, Freshness freshness) {
 }
 
 bool Table::tryReadNext(RowId id, Row& row) {
-  const Page* page = row.page().get();
-  if (page == nullptr || page->number != id.page || !file_.isCurrent(*page)) {
+  const PagePtr& page = row.page();
+  if (page != nullptr && page->number == id.page && !file_.isCurrent(*page)) {
     return tryRead(id, row);
   }
+  return tryReadInWalk(id, row);
+}
+
+bool Table::tryReadInWalk(RowId id, Row& row) {
+  const Page* page = row.page().get();
+  if (page == nullptr || page->number != id.page) return tryRead(id, row);
   if (id.row >= rowCount(file_.format(), *page)) return false;
   const RowSlot slot = rowSlot(file_, *page, id.row);
   if (slot.deleted) return false;

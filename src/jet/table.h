@@ -79,6 +79,10 @@ class Table {
   // file since.
   [[nodiscard]] bool tryReadNext(RowId id, Row& row);
 
+  // The same, however old the page is: for a walk that began with a row of its own or a current
+  // one. Asking whether others have changed the file takes a third of the whole.
+  [[nodiscard]] bool tryReadInWalk(RowId id, Row& row);
+
   // True when an index's first `columns` key columns are of kinds that seek can encode: Yes/No,
   // whole numbers, Currency, single, double, date; for equalities alone and where hasKey: text in
   // the sort order "General", GUID, binary, ascending Numeric.

@@ -95,6 +95,16 @@ TEST_F(RowQueryTest, TakesItsLiteralsFromTheText) {
   }
 }
 
+// Rows of a small joined table are kept from run to run, but not over a change.
+TEST_F(RowQueryTest, SeesAChangedJoinedRow) {
+  const auto session = openWritable();
+  const std::string query =
+      "SELECT i.id, m.title FROM Items AS i LEFT JOIN Menu AS m ON i.menu = m.menu WHERE sale = 3";
+  EXPECT_EQ(rows(*session, query), "6,-|7,김밥");
+  update(*session->openRecordSet("SELECT * FROM Menu WHERE menu = 0"), 0, {{"menu", 6}});
+  EXPECT_EQ(rows(*session, query), "6,김밥|7,-");
+}
+
 TEST_F(RowQueryTest, LeavesTheRestToSqlite) {
   for (const char* query :
        {"SELECT id FROM Items ORDER BY id + 1", "SELECT TOP 2 id FROM Items",

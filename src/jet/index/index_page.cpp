@@ -73,17 +73,15 @@ void IndexPage::findEntries(const PageFile& file) {
 }
 
 void IndexPage::checkOrder(const PageFile& file) const {
+  if (ends_.empty()) return;
+  Bytes before = withoutChild(stored(0).subspan(prefix_));
   for (std::size_t i = 1; i < ends_.size(); ++i) {
-    const Bytes before = i == 1 ? stored(0).subspan(prefix_) : stored(i - 1);
-    if (compareWhole(withoutChild(before), withoutChild(stored(i))) >= 0) {
+    const Bytes entry = withoutChild(stored(i));
+    if (compareWhole(before, entry) >= 0) {
       file.damaged(page_->number, "its index entries are out of order");
     }
+    before = entry;
   }
-}
-
-Bytes IndexPage::stored(std::size_t entry) const {
-  const std::size_t start = entry == 0 ? 0 : ends_[entry - 1];
-  return entries().subspan(start, ends_[entry] - start);
 }
 
 Bytes IndexPage::withoutChild(Bytes entry) const {

@@ -97,7 +97,10 @@ class IndexPage {
   [[nodiscard]] std::size_t trailer() const {
     return leaf_ ? kEntryRowSize : kEntryRowSize + kEntryChildSize;
   }
-  [[nodiscard]] Bytes stored(std::size_t entry) const;
+  [[nodiscard]] Bytes stored(std::size_t entry) const {
+    const std::size_t start = entry == 0 ? 0 : ends_[entry - 1];
+    return entries().subspan(start, ends_[entry] - start);
+  }
   [[nodiscard]] Bytes withoutChild(Bytes entry) const;
   void findEntries(const PageFile& file);
   void checkOrder(const PageFile& file) const;

@@ -32,9 +32,10 @@ class BuildAge {
     moment_ = database_->ticks().ticks();
   }
 
-  [[nodiscard]] bool isOutdated() const {
-    return database_->file().othersChanges() != changes_ && sinceMoment() / kRest >= took_;
-  }
+  // Whether others are not known to have changed the file since.
+  [[nodiscard]] bool isCurrent() const { return database_->file().othersChanges() == changes_; }
+
+  [[nodiscard]] bool isOutdated() const { return !isCurrent() && sinceMoment() / kRest >= took_; }
 
  private:
   // Milliseconds; the counter wraps.

@@ -131,6 +131,7 @@ const std::string& JetTable::nameOf(std::size_t column) const {
 
 void JetTable::updateRows(std::span<const jet::RowId> rows,
                           std::span<const jet::FieldValue> fields) {
+  ++changes_;
   for (const jet::FieldValue& field : fields) {
     const auto column = table_.definition().findColumn(field.name);
     if (!column) continue;  // which the engine refuses

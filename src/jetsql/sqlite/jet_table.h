@@ -78,6 +78,7 @@ class JetTable {
 
   // How often updateRows() has changed the column.
   [[nodiscard]] std::size_t changesOf(std::size_t column) const { return uses_[column].changes; }
+  [[nodiscard]] std::size_t changes() const { return changes_; }  // of any column
 
   // Called once per lookup by the column: its index, or nullptr, for which the caller scans. The
   // first key that is asked for gets an index of its rows alone, so that a job of one day scans
@@ -86,6 +87,11 @@ class JetTable {
   // again.
   [[nodiscard]] std::shared_ptr<const MemoryIndex> indexFor(std::size_t column,
                                                             const KeyInterval& keys);
+
+  // Whether the column's index, as far as it covers keys, has every row of the file as it is known.
+  [[nodiscard]] bool hasCurrentIndex(std::size_t column) const {
+    return uses_[column].index != nullptr && uses_[column].age->isCurrent();
+  }
 
   // Saves the same values in fields of each of the rows and drops the indexes in memory on them.
   // The engine's errors: 3027, 3167, 3218, 3260, ...
@@ -117,6 +123,7 @@ class JetTable {
   CatalogueTable schema_;
   CallbackContext& callbacks_;
   std::vector<ColumnUse> uses_;
+  std::size_t changes_ = 0;
   std::vector<ComputedColumn> computed_;
 };
 

@@ -47,6 +47,7 @@ bool isNull(const EncodedValue& value) { return value.kind == Kind::kNull; }
 void JetTableCursor::filter(const AccessPath& path, std::string_view order,
                             std::span<const EncodedValue> values) {
   source_.emplace<std::monostate>();
+  if (row_.page() != nullptr && !table_.table().file().isCurrent(*row_.page())) row_ = {};
   // Nothing is equal to Null, or above or below it.
   if (std::none_of(values.begin(), values.end(), isNull)) begin(path, values);
   next();
@@ -55,7 +56,7 @@ void JetTableCursor::filter(const AccessPath& path, std::string_view order,
 
 void JetTableCursor::close() {
   source_.emplace<std::monostate>();
-  row_ = {};
+  if (row_.page() != nullptr) row_ = {};
   atEnd_ = true;
 }
 
@@ -161,7 +162,7 @@ void JetTableCursor::sortRows(std::string_view order) {
 template <typename NextNumber>
 bool JetTableCursor::readNext(NextNumber nextNumber) {
   while (const std::optional<std::int64_t> number = nextNumber()) {
-    if (table_.table().tryReadNext(jet::RowId::fromNumber(*number), row_)) return true;
+    if (table_.table().tryReadInWalk(jet::RowId::fromNumber(*number), row_)) return true;
   }
   return false;
 }

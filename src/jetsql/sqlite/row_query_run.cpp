@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "jetsql/sqlite/jet_table_cursor.h"
+#include "jetsql/sqlite/lookup_rows.h"
 #include "jetsql/sqlite/row_query.h"
 #include "jetsql/sqlite/row_sorter.h"
 
@@ -60,18 +61,18 @@ class RowQuery::Walk {
   explicit Walk(const RowQuery& query)
       : query_(query), ids_(query.sources_.size()), values_(query.values_) {
     for (const Source& source : query.tables_) {
-      tables_[count_++].emplace(source);
+      Reading& reading = tables_[count_++].emplace(source);
+      if (count_ > 1 && isLookup(source))
+        reading.lookups.emplace(*source.table, source.path.target);
     }
   }
 
   [[nodiscard]] std::vector<std::int64_t> run(std::span<const values::Variant> literals,
                                               const EachRow& eachRow) {
+    const AtEnd atEnd{*this};
     begin(literals, eachRow);
     visit(0);
-    std::vector<std::int64_t> order;
-    if (sorter_) order = sorter_->rows();
-    forgetRows();
-    return order;
+    return sorter_ ? sorter_->rows() : std::vector<std::int64_t>();
   }
 
  private:
@@ -79,10 +80,24 @@ class RowQuery::Walk {
     explicit Reading(const Source& source) : keys(source.keys), cursor(*source.table) {}
     Computed<Value> keys;
     JetTableCursor cursor;
+    std::optional<LookupRows> lookups;  // of a joined table for which they are kept
   };
 
+  // Lets go of what would be held until the next run, and may have changed by then.
+  struct AtEnd {
+    Walk& walk;
+    ~AtEnd() {
+      for (std::size_t i = 0; i < walk.count_; ++i) walk.tables_[i]->cursor.close();
+      walk.sorter_.reset();
+    }
+  };
+
+  [[nodiscard]] static bool isLookup(const Source& source) {
+    return source.path.method == AccessMethod::kMemoryIndex && source.path.equal == 1 &&
+           source.keys.size() == 1 && LookupRows::isFor(*source.table);
+  }
+
   void begin(std::span<const values::Variant> literals, const EachRow& eachRow) {
-    forgetRows();  // of a run that met an error
     eachRow_ = &eachRow;
     given_ = 0;
     parameters_.clear();
@@ -90,30 +105,46 @@ class RowQuery::Walk {
       parameters_.push_back(encodedValue(literals[number]));
     }
     row_ = {{}, parameters_};
+    for (std::size_t i = 0; i < count_; ++i) {
+      if (tables_[i]->lookups) tables_[i]->lookups->forgetOutdated();
+    }
     if (!query_.order_.empty()) sorter_.emplace(query_.tables_[0].table->schema(), query_.order_);
-  }
-
-  // What would be held until the next run, and may have changed by then.
-  void forgetRows() {
-    for (std::size_t i = 0; i < count_; ++i) tables_[i]->cursor.close();
-    sorter_.reset();
   }
 
   // Gives every row of the table that goes with those before it; one without where there is none.
   void visit(std::size_t number) {
     if (number == count_) return give();
-    const Source& source = query_.tables_[number];
-    JetTableCursor& cursor = tables_[number]->cursor;
     bool matched = false;
-    for (cursor.filter(source.path, {}, tables_[number]->keys.of(row_)); !cursor.atEnd();
-         cursor.next()) {
-      row_.rows[number] = &cursor.row();
-      if (!passesAll(source.conditions, row_)) continue;
+    forEachRow(number, [&](const jet::Row& row) {
+      row_.rows[number] = &row;
+      if (!passesAll(query_.tables_[number].conditions, row_)) return;
       matched = true;
       visit(number + 1);
-    }
+    });
     row_.rows[number] = nullptr;
     if (!matched && number > 0) visit(number + 1);
+  }
+
+  // The rows that the table's path finds for the rows before it.
+  template <typename Each>
+  void forEachRow(std::size_t number, Each each) {
+    auto& [keyValues, cursor, lookups] = *tables_[number];
+    const std::span<const EncodedValue> keys = keyValues.of(row_);
+    const bool isLookup = lookups && keys.front().kind == EncodedValue::Kind::kWhole;
+    if (isLookup) {
+      const auto* known = lookups->find(keys.front().whole);
+      if (known != nullptr && *known) each(**known);
+      if (known != nullptr) return;
+    }
+    std::size_t found = 0;
+    std::optional<jet::Row> first;
+    for (cursor.filter(query_.tables_[number].path, {}, keys); !cursor.atEnd(); cursor.next()) {
+      if (isLookup && found++ == 0) first = cursor.row();
+      each(cursor.row());
+    }
+    if (isLookup && found <= 1 && lookups->canAdd()) {
+      lookups->add(keys.front().whole, std::move(first));
+    }
   }
 
   void give() {
