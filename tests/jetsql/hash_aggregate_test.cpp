@@ -76,6 +76,32 @@ TEST_F(HashAggregateTest, TakesItsParametersFromTheStatement) {
   }
 }
 
+// Groups of groups: the conditions of both, and their parameters.
+TEST_F(HashAggregateTest, GroupsTheGroupsOfAQuery) {
+  const auto groups = [](const std::string& keys) {
+    return "(SELECT " + keys +
+           ", Sum(price) AS s, Count(name) AS n FROM Items AS i LEFT JOIN Menu "
+           "AS m ON i.menu = m.menu WHERE id <> 7 GROUP BY " +
+           keys + ") AS g";
+  };
+  for (const std::string condition : {"", " WHERE n >= 1 AND s <> 3"}) {
+    expectSame("SELECT menu, Sum(s), Sum(n), Count(s), Count(*) FROM " +
+               groups("sale, done, i.menu") + condition + " GROUP BY menu");
+  }
+  const std::string query = "SELECT day, Sum(s), Sum(n), Count(*) FROM " + groups("day, sale") +
+                            " WHERE n < 4 GROUP BY day";
+  std::string found;
+  for (const std::string day : {"#1/2/2013#", "#1/10/2013#", "#8/2/1999#"}) {
+    const std::string sums = rows(inside(query) + " WHERE day = " + day);
+    EXPECT_EQ(sums, rows(query + " HAVING day = " + day));
+    found += sums;
+  }
+  EXPECT_NE(found, "");
+  EXPECT_TRUE(isLeftToSqlite(
+      "SELECT name, Sum(n) FROM (SELECT name, Count(*) AS n FROM Items GROUP BY name) AS g "
+      "GROUP BY name"));
+}
+
 // A number beyond its type is SQLite's to go on with, and so is what no whole number is.
 TEST_F(HashAggregateTest, LeavesTheRestToSqlite) {
   for (const char* sum : {"Sum(id + 2147483600)", "Sum(i.menu + 32767)"}) {

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "jetsql/functions/value_types.h"
@@ -21,8 +22,7 @@ class Planner {
 
   // False where a part of the select is not of the kind that is computed here.
   [[nodiscard]] bool plan(const typed::Select& select) {
-    plan_.table = tableOf_(from_.tables.front()->table);
-    return plan_.table != nullptr && (from_.join == nullptr || addJoin(*from_.join)) &&
+    return addSource() && (from_.join == nullptr || addJoin(*from_.join)) &&
            std::ranges::all_of(from_.conditions, [&](const auto& c) { return addCondition(c); }) &&
            std::ranges::all_of(select.groups, [&](const auto& g) { return addGroup(g); }) &&
            std::ranges::all_of(select.outputs,
@@ -30,8 +30,12 @@ class Planner {
   }
 
   [[nodiscard]] AggregatePlan take() {
-    chooseAccess();
     plan_.parameters = compiler_.parameters();
+    if (plan_.inside) {
+      std::ranges::copy(plan_.inside->parameters, std::back_inserter(plan_.parameters));
+    } else {
+      chooseAccess();
+    }
     return std::move(plan_);
   }
 
@@ -41,6 +45,7 @@ class Planner {
     std::size_t parameter = 0;  // place
   };
 
+  [[nodiscard]] bool addSource();
   [[nodiscard]] bool addJoin(const typed::Join& join);
   [[nodiscard]] bool addCondition(const Expression& condition);
   [[nodiscard]] bool addGroup(const typed::Group& group);
@@ -56,6 +61,18 @@ class Planner {
   AggregatePlan plan_;
   std::vector<Equality> equalities_;
 };
+
+bool Planner::addSource() {
+  if (from_.grouped == nullptr) {
+    plan_.table = tableOf_(from_.tables.front()->table);
+    return plan_.table != nullptr;
+  }
+  auto inside = planAggregate(*from_.grouped->query, tableOf_);
+  if (!inside) return false;
+  plan_.table = inside->table;
+  plan_.inside = std::make_unique<AggregatePlan>(std::move(*inside));
+  return true;
+}
 
 bool Planner::addJoin(const typed::Join& join) {
   const auto* on = join.on.as<typed::Comparison>();
@@ -120,12 +137,13 @@ bool Planner::addGroup(const typed::Group& group) {
       plan_.groupsReadFirstTableOnly && readsFirstTableOnly(group.value);
   added.whole = compiler_.compile(group.value);
   if (!added.whole) {
-    const auto field = compiler_.fieldOf(group.value);
-    const bool isText = group.value.type() == VariantType::kText;
     const bool isDate = group.value.type() == VariantType::kDateTime;
-    if (!field || !(isText || (isDate && group.isFixed))) return false;
-    added.field = *field;
+    if (isDate && group.isFixed) added.real = compiler_.compileReal(group.value);
+    const auto field = compiler_.fieldOf(group.value);
+    const bool isText = field && group.value.type() == VariantType::kText;
+    if (!added.real && !isText) return false;
     added.kind = isText ? Kind::kText : Kind::kFixedReal;
+    if (isText) added.field = *field;
   }
   plan_.groups.push_back(std::move(added));
   return true;

@@ -1,5 +1,6 @@
 // What a grouped query computes, where hash_aggregate.h can compute it: counts and sums of whole
-// numbers over the rows of one table, or of one and another joined to it by a whole number.
+// numbers over the rows of one table, of one and another joined to it by a whole number, or over
+// the groups of a query of this kind.
 //
 //   SELECT day, kind, Sum(price) FROM Items LEFT JOIN Menu ON Items.m_id = Menu.m_id
 //   WHERE day = #8/2/2013# GROUP BY day, kind
@@ -11,6 +12,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -26,7 +28,8 @@ struct AggregatePlan {
     Kind kind = Kind::kWhole;
     bool isFixed = false;  // a condition allows it one value
     WholeExpression whole;
-    TableField field;  // of the others
+    RealExpression real;
+    TableField field;  // of a text
   };
   struct Sum {
     enum class Kind { kCount, kCurrency, kLong, kDouble };  // a count, or a sum of that type
@@ -51,7 +54,9 @@ struct AggregatePlan {
     std::vector<std::size_t> parameters;
   };
 
-  JetTable* table = nullptr;
+  // Whose groups are grouped; its parameters are the last ones of this.
+  std::unique_ptr<AggregatePlan> inside;
+  JetTable* table = nullptr;  // that of `inside`, where there is one
   Access access;
   std::optional<Joined> joined;
   std::vector<WholeExpression> conditions;        // on a row of the table

@@ -37,7 +37,11 @@ bool flatten(const typed::Select& select, FlatFrom& from) {
     return true;
   }
   const typed::Select* inner = onlySelect(*relation->query);
-  if (inner == nullptr || inner->grouped) return false;
+  if (inner == nullptr) return false;
+  if (inner->grouped) {
+    from.grouped = relation;
+    return true;
+  }
   from.queries.push_back(relation);
   return flatten(*inner, from);
 }

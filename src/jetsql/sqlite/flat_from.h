@@ -1,5 +1,5 @@
-// The FROM of a select as one table, or as two that are joined, with the queries without grouping
-// that stand between looked through.
+// The FROM of a select as one table, as two that are joined, or as the groups of a query, with the
+// queries without grouping that stand between looked through.
 //
 //   SELECT * FROM qryCards WHERE kind <> 3        qryCards: SELECT ... FROM Credit2 WHERE price > 0
 //   flatFrom(select):  tables {Credit2}, queries {qryCards}, conditions {kind <> 3, price > 0}
@@ -19,6 +19,7 @@ struct FlatFrom {
   std::vector<const typed::Relation*> tables;   // rows[0], rows[1] of a JoinedRow
   std::vector<const typed::Relation*> queries;  // whose outputs are made of the tables' fields
   const typed::Join* join = nullptr;            // of the two tables
+  const typed::Relation* grouped = nullptr;     // a query with groups; then there are no tables
   std::vector<typed::Expression> conditions;    // of the select and the queries
   std::vector<typed::IndexedLookup> lookups;    // which repeat some of the conditions
 };

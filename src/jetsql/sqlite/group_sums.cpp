@@ -11,6 +11,7 @@
 namespace jetsql {
 namespace {
 
+using Kind = EncodedValue::Kind;
 using GroupKind = AggregatePlan::Group::Kind;
 using SumKind = AggregatePlan::Sum::Kind;
 
@@ -54,11 +55,12 @@ GroupSums::Key GroupSums::keyOf(std::size_t number, const JoinedRow& row) {
     const WholeValue value = group.whole(row);
     return value.isNull ? Key() : Key{value.number, false};
   }
+  if (group.kind == GroupKind::kFixedReal) {
+    const auto value = group.real(row);
+    return value ? Key{std::bit_cast<std::int64_t>(*value), false} : Key();
+  }
   if (!isPresent(row, group.field)) return {};
   const jet::Row& from = *row.rows[group.field.table];
-  if (group.kind == GroupKind::kFixedReal) {
-    return {std::bit_cast<std::int64_t>(from.realNumber(group.field.column)), false};
-  }
   if (group.field.table == 1 && row.joinedNumber) return knownKey(number, from, *row.joinedNumber);
   return textKey(from, group.field.column);
 }
@@ -133,30 +135,41 @@ bool GroupSums::isBefore(std::size_t left, std::size_t right) const {
   return false;
 }
 
-void GroupSums::setResult(sqlite3_context* context, std::size_t position,
-                          std::size_t number) const {
+EncodedValue GroupSums::value(std::size_t group, std::size_t number) const {
   const AggregatePlan::Output& output = plan_.outputs[number];
-  const std::size_t group = order_[position];
   if (!output.isGroup) {
     const Total& total = totals_[group * plan_.sums.size() + output.number];
     const SumKind kind = plan_.sums[output.number].kind;
-    if (kind == SumKind::kCount) return sqlite3_result_int64(context, total.count);
-    if (total.count == 0) return sqlite3_result_null(context);
-    if (kind != SumKind::kDouble) return sqlite3_result_int64(context, total.sum);
-    return sqlite3_result_double(context, static_cast<double>(total.sum));
+    if (kind == SumKind::kCount) return {Kind::kWhole, total.count, 0, {}};
+    if (total.count == 0) return {};
+    if (kind != SumKind::kDouble) return {Kind::kWhole, total.sum, 0, {}};
+    return {Kind::kReal, 0, static_cast<double>(total.sum), {}};
   }
   const Key& key = keysOf(group)[output.number];
-  if (key.isNull) return sqlite3_result_null(context);
+  if (key.isNull) return {};
   switch (plan_.groups[output.number].kind) {
-    case GroupKind::kWhole:
-      return sqlite3_result_int64(context, key.number);
     case GroupKind::kFixedReal:
-      return sqlite3_result_double(context, std::bit_cast<double>(key.number));
-    case GroupKind::kText: {
-      const std::string& text = spellings_[key.spelling].text;
-      return sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT,
-                                   SQLITE_UTF8);
-    }
+      return {Kind::kReal, 0, std::bit_cast<double>(key.number), {}};
+    case GroupKind::kText:
+      return {Kind::kText, 0, 0, spellings_[key.spelling].text};
+    default:
+      return {Kind::kWhole, key.number, 0, {}};
+  }
+}
+
+void GroupSums::setResult(sqlite3_context* context, std::size_t position,
+                          std::size_t output) const {
+  const EncodedValue result = value(order_[position], output);
+  switch (result.kind) {
+    case Kind::kWhole:
+      return sqlite3_result_int64(context, result.whole);
+    case Kind::kReal:
+      return sqlite3_result_double(context, result.real);
+    case Kind::kText:
+      return sqlite3_result_text64(context, result.bytes.data(), result.bytes.size(),
+                                   SQLITE_TRANSIENT, SQLITE_UTF8);
+    default:
+      return sqlite3_result_null(context);
   }
 }
 

@@ -37,6 +37,9 @@ class GroupSums {
   void sort();
 
   [[nodiscard]] std::size_t size() const { return count_; }
+  // Of a group in the order in which they were found; the bytes of a text are this object's.
+  [[nodiscard]] EncodedValue value(std::size_t group, std::size_t output) const;
+  // Of a group in the order of the keys.
   void setResult(sqlite3_context* context, std::size_t position, std::size_t output) const;
 
  private:

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jetsql/sqlite/jet_table_cursor.h"
+#include "jetsql/sqlite/joined_rows.h"
 #include "jetsql/sqlite/virtual_module.h"
 #include "jetsql/translate/sql_text.h"
 
@@ -17,6 +18,90 @@ constexpr double kGroups = 10;  // a guess
 
 bool passesAll(const std::vector<WholeExpression>& conditions, const JoinedRow& row) {
   return std::ranges::all_of(conditions, [&](const auto& test) { return test(row).isTrue(); });
+}
+
+// One run of a plan.
+class Gathering {
+ public:
+  // Keeps references. `log`: null where nobody asks.
+  Gathering(const AggregatePlan& plan, std::span<const EncodedValue> parameters, ReadLog* log,
+            GroupSums& groups)
+      : plan_(plan), parameters_(parameters), log_(log), groups_(groups) {}
+
+  void run() { plan_.inside ? addGroups() : addRows(); }
+
+ private:
+  void addGroups();
+  void addRows();
+  // Adds a row of the table with each row that is joined to it.
+  void addJoined(JoinedRows& joined, JoinedRow& row);
+  // Null where nobody asks.
+  [[nodiscard]] QueryReport::TableRead* logRead() const;
+
+  const AggregatePlan& plan_;
+  std::span<const EncodedValue> parameters_;
+  ReadLog* log_;
+  GroupSums& groups_;
+};
+
+// Counts and sums do not depend on the order of the groups inside.
+void Gathering::addGroups() {
+  const AggregatePlan& inside = *plan_.inside;
+  const std::size_t own = plan_.parameters.size() - inside.parameters.size();
+  GroupSums groups(inside);
+  Gathering(inside, parameters_.subspan(own), log_, groups).run();
+  std::vector<EncodedValue> values(inside.outputs.size());
+  const JoinedRow row{.parameters = parameters_.first(own), .grouped = values};
+  for (std::size_t group = 0; group < groups.size(); ++group) {
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = groups.value(group, i);
+    if (passesAll(plan_.conditions, row)) groups_.add(row);
+  }
+}
+
+void Gathering::addRows() {
+  std::vector<EncodedValue> wanted;
+  for (const std::size_t place : plan_.access.parameters) wanted.push_back(parameters_[place]);
+  std::optional<JoinedRows> joined;
+  if (plan_.joined) joined.emplace(*plan_.joined->table, plan_.joined->column);
+  QueryReport::TableRead* read = logRead();
+  JoinedRow row{{}, parameters_};
+  JetTableCursor cursor(*plan_.table);
+  for (cursor.filter(plan_.access.path, {}, wanted); !cursor.atEnd(); cursor.next()) {
+    if (read != nullptr) ++read->rows;
+    row.rows = {&cursor.row(), nullptr};
+    if (!passesAll(plan_.conditions, row)) continue;
+    if (joined) {
+      addJoined(*joined, row);
+    } else {
+      groups_.add(row);
+    }
+  }
+}
+
+void Gathering::addJoined(JoinedRows& joined, JoinedRow& row) {
+  bool matched = false;
+  std::optional<std::size_t> group;
+  const auto addWith = [&](const jet::Row* other, std::optional<std::size_t> number) {
+    matched = true;
+    row.rows[1] = other;
+    row.joinedNumber = number;
+    if (!passesAll(plan_.joinedConditions, row)) return;
+    if (!group || !plan_.groupsReadFirstTableOnly) group = groups_.groupOf(row);
+    groups_.addTo(*group, row);
+  };
+  const WholeValue key = plan_.joined->key(row);
+  if (!key.isNull) {
+    joined.forEach(key.number, [&](const auto& found) { addWith(&found.row, found.number); });
+  }
+  if (!matched && plan_.joined->keepsUnmatched) addWith(nullptr, {});
+}
+
+QueryReport::TableRead* Gathering::logRead() const {
+  if (log_ == nullptr) return nullptr;
+  const int path = plan_.access.path;
+  auto& read = log_->read(plan_.table, path, {}, [&] { return plan_.table->describe(path, {}); });
+  ++read.lookups;
+  return &read;
 }
 
 }  // namespace
@@ -73,61 +158,14 @@ bool HashAggregate::hasOneValue(int column) const {
 
 void HashAggregateCursor::filter(int, std::string_view, std::span<const EncodedValue> values) {
   position_ = 0;
-  groups_.emplace(plan_);
+  groups_.emplace(table_.plan());
   try {
-    walk(values);
+    Gathering(table_.plan(), values, table_.callbacks().log, *groups_).run();
   } catch (const NotWhole&) {
     table_.callbacks().failedInFunction = true;
     throw RuntimeError(error::kOverflow, "Overflow.");
   }
   groups_->sort();
-}
-
-void HashAggregateCursor::walk(std::span<const EncodedValue> values) {
-  std::vector<EncodedValue> wanted;
-  for (const std::size_t place : plan_.access.parameters) wanted.push_back(values[place]);
-  std::optional<JoinedRows> joined;
-  if (plan_.joined) joined.emplace(*plan_.joined->table, plan_.joined->column);
-  QueryReport::TableRead* read = logRead();
-  JoinedRow row{{}, values, {}};
-  JetTableCursor cursor(*plan_.table);
-  for (cursor.filter(plan_.access.path, {}, wanted); !cursor.atEnd(); cursor.next()) {
-    if (read != nullptr) ++read->rows;
-    row.rows = {&cursor.row(), nullptr};
-    if (!passesAll(plan_.conditions, row)) continue;
-    if (joined) {
-      addJoined(*joined, row);
-    } else {
-      groups_->add(row);
-    }
-  }
-}
-
-QueryReport::TableRead* HashAggregateCursor::logRead() const {
-  ReadLog* log = table_.callbacks().log;
-  if (log == nullptr) return nullptr;
-  const int path = plan_.access.path;
-  auto& read = log->read(plan_.table, path, {}, [&] { return plan_.table->describe(path, {}); });
-  ++read.lookups;
-  return &read;
-}
-
-void HashAggregateCursor::addJoined(JoinedRows& joined, JoinedRow& row) {
-  bool matched = false;
-  std::optional<std::size_t> group;
-  const auto addWith = [&](const jet::Row* other, std::optional<std::size_t> number) {
-    matched = true;
-    row.rows[1] = other;
-    row.joinedNumber = number;
-    if (!passesAll(plan_.joinedConditions, row)) return;
-    if (!group || !plan_.groupsReadFirstTableOnly) group = groups_->groupOf(row);
-    groups_->addTo(*group, row);
-  };
-  const WholeValue key = plan_.joined->key(row);
-  if (!key.isNull) {
-    joined.forEach(key.number, [&](const auto& found) { addWith(&found.row, found.number); });
-  }
-  if (!matched && plan_.joined->keepsUnmatched) addWith(nullptr, {});
 }
 
 }  // namespace jetsql

@@ -22,7 +22,6 @@
 #include "jetsql/sqlite/aggregate_plan.h"
 #include "jetsql/sqlite/callback_context.h"
 #include "jetsql/sqlite/group_sums.h"
-#include "jetsql/sqlite/joined_rows.h"
 
 struct sqlite3;
 struct sqlite3_context;
@@ -67,7 +66,7 @@ class HashAggregate {
 
 class HashAggregateCursor {
  public:
-  explicit HashAggregateCursor(HashAggregate& table) : table_(table), plan_(table.plan()) {}
+  explicit HashAggregateCursor(HashAggregate& table) : table_(table) {}
 
   void filter(int path, std::string_view text, std::span<const EncodedValue> values);
 
@@ -79,14 +78,7 @@ class HashAggregateCursor {
   }
 
  private:
-  void walk(std::span<const EncodedValue> values);
-  // Nullptr where nobody asks.
-  [[nodiscard]] QueryReport::TableRead* logRead() const;
-  // Adds a row of the table with each row that is joined to it.
-  void addJoined(JoinedRows& joined, JoinedRow& row);
-
   HashAggregate& table_;
-  const AggregatePlan& plan_;
   std::optional<GroupSums> groups_;  // from filter() on
   std::size_t position_ = 0;
 };

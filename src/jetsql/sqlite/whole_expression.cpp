@@ -77,6 +77,13 @@ std::optional<TableField> WholeCompiler::fieldOf(const typed::Expression& expres
   return TableField{static_cast<std::size_t>(table - from_.tables.begin()), field->column};
 }
 
+std::optional<std::size_t> WholeCompiler::outputOf(const typed::Expression& expression) const {
+  const typed::Expression seen = seenThrough(expression);
+  const auto* field = seen.as<typed::Field>();
+  const bool isOutput = field != nullptr && field->relation == from_.grouped;
+  return isOutput ? std::optional(field->column) : std::nullopt;
+}
+
 std::size_t WholeCompiler::placeOf(std::size_t parameter) {
   const auto known = std::ranges::find(parameters_, parameter);
   const auto place = static_cast<std::size_t>(known - parameters_.begin());
@@ -108,7 +115,14 @@ WholeExpression WholeCompiler::node(const typed::Literal& literal, VariantType) 
 }
 
 WholeExpression WholeCompiler::node(const typed::Field& field, VariantType type) {
-  const auto found = fieldOf(typed::Expression(type, field));
+  const typed::Expression expression(type, field);
+  if (const auto output = outputOf(expression)) {
+    return [output = *output](const JoinedRow& row) {
+      const EncodedValue& value = row.grouped[output];
+      return value.kind == EncodedValue::Kind::kNull ? WholeValue() : whole(value.whole);
+    };
+  }
+  const auto found = fieldOf(expression);
   if (!found) return {};
   return [table = found->table, column = found->column](const JoinedRow& row) {
     const jet::Row* from = row.rows[table];
@@ -234,6 +248,12 @@ RealExpression WholeCompiler::compileReal(const typed::Expression& expression) {
       const EncodedValue& value = row.parameters[place];
       if (value.kind != EncodedValue::Kind::kReal) throw NotWhole();
       return value.real;
+    };
+  }
+  if (const auto output = outputOf(seen)) {
+    return [output = *output](const JoinedRow& row) {
+      const EncodedValue& value = row.grouped[output];
+      return value.kind == EncodedValue::Kind::kNull ? std::nullopt : std::optional(value.real);
     };
   }
   const auto field = fieldOf(seen);

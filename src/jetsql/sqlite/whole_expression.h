@@ -45,6 +45,7 @@ struct JoinedRow {
   std::array<const jet::Row*, 2> rows{};  // nullptr: the empty side of an outer join
   std::span<const EncodedValue> parameters;
   std::optional<std::size_t> joinedNumber = {};  // of rows[1]: the same whenever it is that row
+  std::span<const EncodedValue> grouped = {};    // outputs of FlatFrom::grouped, instead of rows
 };
 
 using WholeExpression = std::function<WholeValue(const JoinedRow&)>;
@@ -76,6 +77,9 @@ class WholeCompiler {
 
   // A field of a query as what it is made of, any other expression as it is.
   [[nodiscard]] typed::Expression seenThrough(const typed::Expression& expression) const;
+
+  // The output of FlatFrom::grouped that the expression is.
+  [[nodiscard]] std::optional<std::size_t> outputOf(const typed::Expression& expression) const;
 
  private:
   // Empty for a kind of node that is not compiled.
