@@ -60,6 +60,7 @@ void StatementWriter::wait(std::unique_lock<std::mutex>& lock, std::size_t count
 }
 
 void StatementWriter::run() {
+  platform::ownOpenFiles();
   std::optional<platform::FileAppender> file;
   std::unique_lock lock(mutex_);
   while (true) {

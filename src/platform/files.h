@@ -79,6 +79,12 @@ class FileAppender {
   std::unique_ptr<Folder> folder_;
 };
 
+// From here on the calling thread has a table of open files of its own, with only the standard ones
+// in it: the kernel then counts no references for each call that uses a file, a thirtieth of an
+// append. The thread must not use files that others have open. Where the system has no such thing
+// nothing happens.
+void ownOpenFiles();
+
 // The file is the old one or the new one at any moment: written beside under a working name, then
 // renamed. Its owner and permissions stay; where this user may not give a file to that owner, the
 // file is written over in place instead.
