@@ -27,6 +27,8 @@ struct FlatFrom {
 struct TableField {
   std::size_t table = 0;  // of FlatFrom::tables
   std::size_t column = 0;
+
+  bool operator==(const TableField&) const = default;
 };
 
 // The select of a query that is nothing else, and has all rows that its FROM and conditions give.

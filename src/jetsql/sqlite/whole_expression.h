@@ -54,6 +54,14 @@ using RealExpression = std::function<std::optional<double>(const JoinedRow&)>;
 using TextExpression =
     std::function<std::optional<std::string_view>(const JoinedRow&, std::string& scratch)>;
 
+// The text of a field or, where there is a count, so many of its characters from `start` on.
+struct TextPart {
+  std::optional<TableField> field;
+  WholeExpression start;
+  WholeExpression count;
+  TextExpression text;  // of what is no field
+};
+
 [[nodiscard]] bool isWholeType(values::VariantType type);  // one of those above
 
 class WholeCompiler {
@@ -98,8 +106,10 @@ class WholeCompiler {
   [[nodiscard]] WholeExpression node(const typed::Case& choice, values::VariantType type);
   [[nodiscard]] WholeExpression textEquality(const typed::Comparison& test);
   [[nodiscard]] TextExpression textLiteral(const typed::Literal& literal);
-  [[nodiscard]] TextExpression concatenation(const typed::Operation& operation);
-  [[nodiscard]] TextExpression partOfText(const typed::Call& call);
+  // Adds what & puts together; false where a part is not compiled.
+  [[nodiscard]] bool addParts(const typed::Expression& seen, std::vector<TextPart>& parts);
+  // Of Left(text, n), Mid(text, start, n) or another text.
+  [[nodiscard]] std::optional<TextPart> textPart(const typed::Expression& seen);
   // As an operand of the type: whole numbers become amounts where that is Currency.
   [[nodiscard]] WholeExpression operand(const typed::Expression& expression,
                                         values::VariantType type);

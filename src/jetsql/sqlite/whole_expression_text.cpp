@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -19,12 +20,16 @@ std::size_t countOf(const WholeExpression& expression, const JoinedRow& row, std
   return static_cast<std::size_t>(value.number);
 }
 
+std::optional<std::string_view> textOf(const TableField& field, const JoinedRow& row,
+                                       std::string& scratch) {
+  const jet::Row* from = row.rows[field.table];
+  if (from == nullptr || from->isNull(field.column)) return std::nullopt;
+  return from->text(field.column, scratch);
+}
+
 TextExpression textOfField(const TableField& field) {
-  return [field](const JoinedRow& row, std::string& scratch) {
-    const jet::Row* from = row.rows[field.table];
-    if (from == nullptr || from->isNull(field.column)) return std::optional<std::string_view>();
-    return std::optional(from->text(field.column, scratch));
-  };
+  return
+      [field](const JoinedRow& row, std::string& scratch) { return textOf(field, row, scratch); };
 }
 
 TextExpression textOfRow(RowText text) {
@@ -33,6 +38,34 @@ TextExpression textOfRow(RowText text) {
     return text.append(*row.rows[0], scratch) ? std::optional<std::string_view>(scratch)
                                               : std::nullopt;
   };
+}
+
+// Puts parts together as & does: Null where all of them are. A field that several of them are taken
+// from is decoded once.
+std::optional<std::string_view> joined(const std::vector<TextPart>& parts, const JoinedRow& row,
+                                       std::string& to) {
+  std::string fieldScratch;
+  std::string scratch;
+  std::optional<TableField> field;
+  std::optional<std::string_view> fieldText;
+  std::string text;
+  bool any = false;
+  for (const TextPart& part : parts) {
+    if (part.field && part.field != field) {
+      field = part.field;
+      fieldText = textOf(*field, row, fieldScratch);
+    }
+    const auto value = part.field ? fieldText : part.text(row, scratch);
+    any = any || value;
+    if (!part.count) {
+      text += value.value_or("");
+      continue;
+    }
+    const std::size_t first = countOf(part.start, row, 1);
+    text += text::middle(value.value_or(""), first - 1, countOf(part.count, row, 0));
+  }
+  to = std::move(text);
+  return any ? std::optional<std::string_view>(to) : std::nullopt;
 }
 
 }  // namespace
@@ -63,9 +96,12 @@ TextExpression WholeCompiler::compileText(const typed::Expression& expression) {
   if (from_.tables.size() == 1 && readsOnly(*from_.tables.front(), seen)) {
     if (auto text = RowText::of(seen)) return textOfRow(std::move(*text));
   }
-  if (const auto* operation = seen.as<typed::Operation>()) return concatenation(*operation);
-  const auto* call = seen.as<typed::Call>();
-  return call == nullptr ? TextExpression() : partOfText(*call);
+  const bool isMade = seen.as<typed::Operation>() != nullptr || seen.as<typed::Call>() != nullptr;
+  std::vector<TextPart> parts;
+  if (!isMade || !addParts(seen, parts)) return {};
+  return [parts = std::move(parts)](const JoinedRow& row, std::string& scratch) {
+    return joined(parts, row, scratch);
+  };
 }
 
 TextExpression WholeCompiler::textLiteral(const typed::Literal& literal) {
@@ -84,46 +120,36 @@ TextExpression WholeCompiler::textLiteral(const typed::Literal& literal) {
   };
 }
 
-// a & b & c; Null where all of them are.
-TextExpression WholeCompiler::concatenation(const typed::Operation& operation) {
-  if (operation.operation->name != "concat") return {};
-  std::vector<TextExpression> parts;
-  for (const typed::Expression& operand : operation.operands) {
-    parts.push_back(compileText(operand));
-    if (!parts.back()) return {};
+bool WholeCompiler::addParts(const typed::Expression& seen, std::vector<TextPart>& parts) {
+  const auto* operation = seen.as<typed::Operation>();
+  if (operation == nullptr) {
+    auto part = textPart(seen);
+    if (part) parts.push_back(std::move(*part));
+    return part.has_value();
   }
-  return [parts = std::move(parts)](const JoinedRow& row, std::string& scratch) {
-    std::string text;
-    std::string part;
-    bool any = false;
-    for (const TextExpression& expression : parts) {
-      const auto value = expression(row, part);
-      any = any || value;
-      text += value.value_or("");
-    }
-    scratch = std::move(text);
-    return any ? std::optional<std::string_view>(scratch) : std::nullopt;
-  };
+  return seen.type() == VariantType::kText && operation->operation->name == "concat" &&
+         std::ranges::all_of(operation->operands, [&](const typed::Expression& operand) {
+           return addParts(seenThrough(operand), parts);
+         });
 }
 
-// Left(text, n) and Mid(text, start, n).
-TextExpression WholeCompiler::partOfText(const typed::Call& call) {
-  const bool isMid = call.function->name == "Mid" && call.arguments.size() == 3;
-  if (!isMid && !(call.function->name == "Left" && call.arguments.size() == 2)) return {};
-  TextExpression text = compileText(call.arguments.front());
-  WholeExpression start = isMid ? compile(call.arguments[1]) : [](const JoinedRow&) {
-    return WholeValue{1, false};
-  };
-  WholeExpression count = compile(call.arguments.back());
-  if (!text || !start || !count) return {};
-  return [text = std::move(text), start = std::move(start), count = std::move(count)](
-             const JoinedRow& row, std::string& scratch) -> std::optional<std::string_view> {
-    const std::size_t first = countOf(start, row, 1);
-    const std::size_t characters = countOf(count, row, 0);
-    const auto all = text(row, scratch);
-    if (!all) return std::nullopt;
-    return text::middle(*all, first - 1, characters);
-  };
+std::optional<TextPart> WholeCompiler::textPart(const typed::Expression& seen) {
+  TextPart part;
+  const typed::Expression* text = &seen;
+  if (const auto* call = seen.as<typed::Call>()) {
+    const bool isMid = call->function->name == "Mid" && call->arguments.size() == 3;
+    if (!isMid && !(call->function->name == "Left" && call->arguments.size() == 2)) return {};
+    part.start = isMid ? compile(call->arguments[1]) : [](const JoinedRow&) {
+      return WholeValue{1, false};
+    };
+    part.count = compile(call->arguments.back());
+    if (!part.start || !part.count) return {};
+    text = &call->arguments.front();
+  }
+  if (seenThrough(*text).type() == VariantType::kText) part.field = fieldOf(*text);
+  if (!part.field) part.text = compileText(*text);
+  if (!part.field && !part.text) return {};
+  return part;
 }
 
 }  // namespace jetsql
