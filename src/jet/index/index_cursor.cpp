@@ -28,10 +28,16 @@ bool IndexCursor::startsInRecentLeaf() {
                             leaf->compare(place - 1, first_) < 0 &&
                             leaf->compare(place, first_) >= 0;
   if (!followsPlace && leaf->compare(0, first_) >= 0) return false;
-  entry_ = followsPlace ? place : leaf->lowerBound(first_);
-  if (entry_ == leaf->size()) return false;
-  leaf_ = leaf;
+  const std::size_t entry = followsPlace ? place : leaf->lowerBound(first_);
+  if (entry == leaf->size()) return false;
+  enter(leaf, entry);
   return true;
+}
+
+void IndexCursor::enter(IndexPagePtr leaf, std::size_t entry) {
+  leaf_ = std::move(leaf);
+  entry_ = entry;
+  end_ = leaf_->upperBound(last_, entry);
 }
 
 void IndexCursor::descend() {
@@ -49,8 +55,8 @@ bool IndexCursor::tryDescend() {
     page = pages_->child(*file_, *page, *position, owner_);
     if (!page) return false;
   }
-  leaf_ = std::move(page);
-  entry_ = leaf_->lowerBound(first_);
+  const std::size_t entry = page->lowerBound(first_);
+  enter(std::move(page), entry);
   *recent_ = {leaf_, entry_};
   return true;
 }
@@ -73,8 +79,7 @@ bool IndexCursor::nextLeaf() {
       file_->damaged(leaf_->header.next, "it does not go on where the leaf before it ends");
     }
   }
-  leaf_ = std::move(next);
-  entry_ = 0;
+  enter(std::move(next), 0);
   return true;
 }
 
@@ -85,8 +90,13 @@ void IndexCursor::endOfRange() {
 }
 
 bool IndexCursor::next() {
-  while (!atEnd_ && entry_ == leaf_->size()) atEnd_ = !nextLeaf();
-  if (!atEnd_ && leaf_->compare(entry_, last_) > 0) endOfRange();
+  while (!atEnd_ && entry_ == end_) {
+    if (end_ < leaf_->size()) {
+      endOfRange();
+    } else {
+      atEnd_ = !nextLeaf();
+    }
+  }
   if (atEnd_) return false;
   rowId_ = leaf_->rowId(entry_++);
   return true;

@@ -36,6 +36,7 @@ class IndexCursor {
  private:
   void descend();
   [[nodiscard]] bool startsInRecentLeaf();
+  void enter(IndexPagePtr leaf, std::size_t entry);
   void endOfRange();
   [[nodiscard]] bool tryDescend();
   [[nodiscard]] bool nextLeaf();
@@ -49,6 +50,7 @@ class IndexCursor {
   std::vector<std::byte> last_;   // ... to this one, both included
   IndexPagePtr leaf_;
   std::size_t entry_ = 0;
+  std::size_t end_ = 0;  // one past the last entry of the range in leaf_
   std::uint32_t leavesSeen_ = 0;
   bool atEnd_ = false;
   RowId rowId_;

@@ -114,6 +114,17 @@ std::size_t IndexPage::lowerBound(Bytes key) const {
   return low;
 }
 
+// Most ranges have few entries, or all that follow.
+std::size_t IndexPage::upperBound(Bytes key, std::size_t from) const {
+  if (from == size() || compare(size() - 1, key) <= 0) return size();
+  if (compare(from, key) > 0) return from;
+  // With an entry above the key and one that is not, the key begins with the prefix.
+  const Bytes rest = key.subspan(prefix_);
+  std::size_t n = from + 1;
+  while (compareLeading(stored(n), rest) <= 0) ++n;
+  return n;
+}
+
 std::optional<std::size_t> IndexPage::childFor(Bytes key) const {
   const std::size_t n = lowerBound(key);
   if (n < size() || header.tail != 0) return n;

@@ -57,6 +57,9 @@ class IndexPage {
   // First entry whose leading bytes are not below `key`; size() when there is none.
   [[nodiscard]] std::size_t lowerBound(Bytes key) const;
 
+  // First entry from `from` on whose leading bytes are above `key`; size() when there is none.
+  [[nodiscard]] std::size_t upperBound(Bytes key, std::size_t from) const;
+
   // Position of the child to descend into for `key`: an entry, or size() for the tail. A node
   // without a tail has the keys above its entries in its last child. Nothing for an empty node.
   [[nodiscard]] std::optional<std::size_t> childFor(Bytes key) const;

@@ -132,8 +132,11 @@ OrdinalRange between(ColumnType column, const OrdinalType& type,
 }
 
 OrdinalRange equalTo(ColumnType column, const OrdinalType& type, const values::Variant& value) {
+  // The usual cases without a search.
+  if (const auto* number = value.as<std::int32_t>(); number && column == ColumnType::kLong) {
+    return {*number, *number};
+  }
   const Comparand comparand = toComparand(value);
-  // The usual case without a search.
   if (!type.real && comparand.whole && column != ColumnType::kCurrency &&
       comparand.units % 10000 == 0) {
     const Int128 number = comparand.units / 10000;
@@ -266,7 +269,11 @@ class RangeEncoder {
     keys_.empty = keys_.empty || range.empty;
     if (!canNarrow()) return;
     appendOrdinalKey(type, ascending_, ascending_ ? range.first : range.last, keys_.first);
-    appendOrdinalKey(type, ascending_, ascending_ ? range.last : range.first, keys_.last);
+    if (range.first == range.last) {
+      keys_.last = keys_.first;
+    } else {
+      appendOrdinalKey(type, ascending_, ascending_ ? range.last : range.first, keys_.last);
+    }
   }
 
   [[noreturn]] void unsuitable(const std::string& why) const {

@@ -29,25 +29,8 @@ void checkDataPage(const PageFile& file, const Page& page) {
   }
 }
 
-std::uint16_t rowCount(const Format& format, const Page& page) {
-  return loadU16(page.bytes, format.dataRowCount);
-}
-
-RowSlot rowSlot(const PageFile& file, const Page& page, std::uint16_t row) {
-  const Format& format = file.format();
-  const std::size_t at = format.dataRowOffsets + 2 * std::size_t{row};
-  const std::uint16_t offset = loadU16(page.bytes, at);
-  const std::size_t end =
-      row == 0 ? format.pageSize : loadU16(page.bytes, at - 2) & std::size_t{kRowOffsetMask};
-  RowSlot slot{.start = static_cast<std::uint16_t>(offset & kRowOffsetMask),
-               .end = static_cast<std::uint16_t>(end),
-               .deleted = (offset & kRowDeleted) != 0,
-               .forwarded = (offset & kRowForwarded) != 0};
-  const std::size_t rowsStart = format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)};
-  if (slot.start < rowsStart || slot.start > slot.end || slot.end > format.pageSize) {
-    file.damaged(page.number, "row " + std::to_string(row) + " lies outside the page");
-  }
-  return slot;
+void rowOutside(const PageFile& file, const Page& page, std::uint16_t row) {
+  file.damaged(page.number, "row " + std::to_string(row) + " lies outside the page");
 }
 
 Bytes presentRow(const PageFile& file, const Page& page, std::uint16_t row) {

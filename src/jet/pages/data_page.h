@@ -32,10 +32,29 @@ void checkDataPage(const PageFile& file, const Page& page, std::uint32_t owner);
 void checkDataPage(const PageFile& file, const Page& page);
 
 // Of a checked page.
-[[nodiscard]] std::uint16_t rowCount(const Format& format, const Page& page);
+[[nodiscard]] inline std::uint16_t rowCount(const Format& format, const Page& page) {
+  return loadU16(page.bytes, format.dataRowCount);
+}
 
-// Of a checked page; `row` must be below its row count.
-[[nodiscard]] RowSlot rowSlot(const PageFile& file, const Page& page, std::uint16_t row);
+[[noreturn]] void rowOutside(const PageFile& file, const Page& page, std::uint16_t row);
+
+// Of a checked page; `row` must be below its row count. Inline, as it is called for every row.
+[[nodiscard]] inline RowSlot rowSlot(const PageFile& file, const Page& page, std::uint16_t row) {
+  const Format& format = file.format();
+  const std::size_t at = format.dataRowOffsets + 2 * std::size_t{row};
+  const std::uint16_t offset = loadU16(page.bytes, at);
+  const std::size_t end =
+      row == 0 ? format.pageSize : loadU16(page.bytes, at - 2) & std::size_t{kRowOffsetMask};
+  const RowSlot slot{.start = static_cast<std::uint16_t>(offset & kRowOffsetMask),
+                     .end = static_cast<std::uint16_t>(end),
+                     .deleted = (offset & kRowDeleted) != 0,
+                     .forwarded = (offset & kRowForwarded) != 0};
+  const std::size_t rowsStart = format.dataRowOffsets + 2 * std::size_t{rowCount(format, page)};
+  if (slot.start < rowsStart || slot.start > slot.end || slot.end > format.pageSize) {
+    rowOutside(file, page, row);
+  }
+  return slot;
+}
 
 // The bytes of a row that must be there: damage when it is not or is deleted.
 [[nodiscard]] Bytes presentRow(const PageFile& file, const Page& page, std::uint16_t row);

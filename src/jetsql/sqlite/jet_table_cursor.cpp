@@ -168,14 +168,14 @@ bool JetTableCursor::readNext(NextNumber nextNumber) {
 }
 
 bool JetTableCursor::advance() {
+  if (auto* found = std::get_if<jet::IndexCursor>(&source_)) {
+    while (found->next()) {
+      if (table_.table().tryReadInWalk(found->rowId(), row_)) return true;
+    }
+    return false;
+  }
   if (auto* scan = std::get_if<jet::TableCursor>(&source_)) return scan->next();
   if (auto* scan = std::get_if<KeyScan>(&source_)) return scan->next();
-  if (auto* found = std::get_if<jet::IndexCursor>(&source_)) {
-    return readNext([found]() -> std::optional<std::int64_t> {
-      if (!found->next()) return {};
-      return found->rowId().number();
-    });
-  }
   if (auto* found = std::get_if<MemoryIndexEntries>(&source_)) {
     return readNext([&rest = found->entries]() -> std::optional<std::int64_t> {
       if (rest.empty()) return {};
