@@ -164,8 +164,9 @@ std::unique_ptr<RowQuery> RowQuery::of(const typed::Query& query, const Translat
   const auto isUnordered = [](const typed::Relation* relation) {
     return relation->query->selects.front().order.empty();
   };
-  if (!from || from->grouped != nullptr || !std::ranges::all_of(from->queries, isUnordered))
+  if (!from || from->grouped != nullptr || !std::ranges::all_of(from->queries, isUnordered)) {
     return nullptr;
+  }
   auto made = std::make_unique<RowQuery>();
   return Planner(*made, *from).plan(*select, translation, tableOf) ? std::move(made) : nullptr;
 }

@@ -62,14 +62,15 @@ class RowQuery::Walk {
       : query_(query), ids_(query.sources_.size()), values_(query.values_) {
     for (const Source& source : query.tables_) {
       Reading& reading = tables_[count_++].emplace(source);
-      if (count_ > 1 && isLookup(source))
+      if (count_ > 1 && isLookup(source)) {
         reading.lookups.emplace(*source.table, source.path.target);
+      }
     }
   }
 
   [[nodiscard]] std::vector<std::int64_t> run(std::span<const values::Variant> literals,
                                               const EachRow& eachRow) {
-    const AtEnd atEnd{*this};
+    const AtEnd atEnd(*this);
     begin(literals, eachRow);
     visit(0);
     return sorter_ ? sorter_->rows() : std::vector<std::int64_t>();
@@ -84,12 +85,18 @@ class RowQuery::Walk {
   };
 
   // Lets go of what would be held until the next run, and may have changed by then.
-  struct AtEnd {
-    Walk& walk;
+  class AtEnd {
+   public:
+    explicit AtEnd(Walk& walk) : walk_(walk) {}
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
     ~AtEnd() {
-      for (std::size_t i = 0; i < walk.count_; ++i) walk.tables_[i]->cursor.close();
-      walk.sorter_.reset();
+      for (std::size_t i = 0; i < walk_.count_; ++i) walk_.tables_[i]->cursor.close();
+      walk_.sorter_.reset();
     }
+
+   private:
+    Walk& walk_;
   };
 
   [[nodiscard]] static bool isLookup(const Source& source) {
