@@ -9,12 +9,8 @@ Row::Row(const RowContext& context, RowId id, PagePtr page, Bytes bytes)
   moveTo(id, bytes);
 }
 
-void Row::moveTo(RowId id, Bytes bytes) {
-  id_ = id;
-  const auto layout = RowLayout::of(context_->file.format(), bytes);
-  layout_ = layout.value_or(RowLayout());
-  if (!layout) rowDamaged("it is too short");
-  if (layout_.columns() > context_->definition.maxColumns) rowDamaged("it has too many columns");
+void Row::layoutDamaged() const {
+  rowDamaged(layout_.columns() == 0 ? "it is too short" : "it has too many columns");
 }
 
 Bytes Row::raw(std::size_t position) const { return raw(column(position)); }

@@ -42,7 +42,12 @@ class Row {
   Row(const RowContext& context, RowId id, PagePtr page, Bytes bytes);
 
   // The same of another row of the page that this one was read from, for less: nothing is counted.
-  void moveTo(RowId id, Bytes bytes);
+  void moveTo(RowId id, Bytes bytes) {
+    id_ = id;
+    const auto layout = RowLayout::of(context_->file.format(), bytes);
+    layout_ = layout.value_or(RowLayout());
+    if (!layout || layout_.columns() > context_->definition.maxColumns) layoutDamaged();
+  }
 
   [[nodiscard]] RowId id() const { return id_; }
 
@@ -100,6 +105,7 @@ class Row {
   [[nodiscard]] Bytes binaryView(std::size_t column, std::string& scratch) const;
   [[noreturn]] void outside(const Column& column) const;
   [[noreturn]] void damaged(const Column& column, std::string_view what) const;
+  [[noreturn]] void layoutDamaged() const;
   [[noreturn]] void rowDamaged(const std::string& what) const;
 
   const RowContext* context_ = nullptr;

@@ -32,19 +32,6 @@ void putJumps(const std::vector<std::size_t>& offsets, std::size_t size, ByteBuf
 
 }  // namespace
 
-std::optional<RowLayout> RowLayout::of(const Format& format, Bytes row) {
-  const std::size_t width = format.countWidth;
-  if (row.size() < width + 1) return std::nullopt;
-  RowLayout layout;
-  layout.row_ = row;
-  layout.countWidth_ = static_cast<std::uint8_t>(width);
-  layout.columns_ = static_cast<std::uint16_t>(loadCount(row, 0, width));
-  const std::size_t maskSize = nullMaskSize(layout.columns_);
-  if (row.size() < width + maskSize) return std::nullopt;
-  layout.maskStart_ = static_cast<std::uint16_t>(row.size() - maskSize);
-  return layout;
-}
-
 std::optional<VariablePart> RowLayout::variablePart() const {
   const std::size_t width = countWidth_;
   VariablePart part;

@@ -34,12 +34,25 @@ struct VariablePart {
   std::size_t size = 0;   // bytes of the three together
 };
 
+[[nodiscard]] constexpr std::size_t nullMaskSize(std::size_t columns) { return (columns + 7) / 8; }
+
 class RowLayout {
  public:
   RowLayout() = default;
 
   // Nothing where the row is too short for its column count and null mask.
-  [[nodiscard]] static std::optional<RowLayout> of(const Format& format, Bytes row);
+  [[nodiscard]] static std::optional<RowLayout> of(const Format& format, Bytes row) {
+    const std::size_t width = format.countWidth;
+    if (row.size() < width + 1) return std::nullopt;
+    RowLayout layout;
+    layout.row_ = row;
+    layout.countWidth_ = static_cast<std::uint8_t>(width);
+    layout.columns_ = width == 1 ? loadU8(row, 0) : loadU16(row, 0);
+    const std::size_t maskSize = nullMaskSize(layout.columns_);
+    if (row.size() < width + maskSize) return std::nullopt;
+    layout.maskStart_ = static_cast<std::uint16_t>(row.size() - maskSize);
+    return layout;
+  }
 
   [[nodiscard]] Bytes row() const { return row_; }
   [[nodiscard]] std::size_t columns() const { return columns_; }
@@ -96,8 +109,6 @@ struct RowParts {
 };
 
 [[nodiscard]] std::vector<std::byte> assembleRow(const Format& format, const RowParts& parts);
-
-[[nodiscard]] constexpr std::size_t nullMaskSize(std::size_t columns) { return (columns + 7) / 8; }
 
 void setMaskBit(MutableBytes mask, std::uint16_t number, bool value);
 
