@@ -95,33 +95,46 @@ std::shared_ptr<const MemoryIndex> JetTable::indexFor(std::size_t column, const 
 std::shared_ptr<const MemoryIndex> JetTable::build(std::size_t column, const KeyInterval& covered) {
   ColumnUse& use = uses_[column];
   use.index = nullptr;
-  use.age.emplace(database_);
+  const bool isRead = !use.entries.empty() && !use.age->isOutdated();
+  if (!isRead) {
+    use.forget();
+    use.age.emplace(database_);
+  }
   QueryReport::IndexBuild build{schema_.name, nameOf(column)};
   {
     const TimeTaken time(build.time);
     use.index = memoryIndex(column, covered);
   }
   if (use.index == nullptr) return nullptr;
-  use.age->built();
+  if (!isRead) use.age->built();
   build.rows = use.index->size();
   if (callbacks_.log != nullptr) callbacks_.log->addBuild(std::move(build));
   return use.index;
 }
 
-// Null where the column is computed and fails for some row, which the query may never reach.
 std::shared_ptr<const MemoryIndex> JetTable::memoryIndex(std::size_t column,
                                                          const KeyInterval& covered) {
-  if (column < schema_.columns.size()) {
-    return std::make_shared<MemoryIndex>(table_, KeyReader(table_, column), covered);
-  }
+  if (column >= schema_.columns.size()) return computedIndex(column, covered);
+  return std::make_shared<MemoryIndex>(
+      MemoryIndex::read(table_, KeyReader(table_, column), covered), covered);
+}
+
+// Null where the expression fails for some row, which the query may never reach.
+std::shared_ptr<const MemoryIndex> JetTable::computedIndex(std::size_t column,
+                                                           const KeyInterval& covered) {
   ComputedColumn& computed = computed_[column - schema_.columns.size()];
   if (computed.failed) return nullptr;
+  std::vector<MemoryIndex::Entry>& entries = uses_[column].entries;
   try {
-    return std::make_shared<MemoryIndex>(table_, KeyReader(*computed.expression), covered);
+    if (entries.empty()) {
+      entries = MemoryIndex::read(table_, KeyReader(*computed.expression), {});
+    }
   } catch (const RuntimeError&) {
     computed.failed = true;
     return nullptr;
   }
+  if (covered.isOneKey()) return std::make_shared<MemoryIndex>(entries, covered);
+  return std::make_shared<MemoryIndex>(std::exchange(entries, {}), covered);
 }
 
 const std::string& JetTable::nameOf(std::size_t column) const {
@@ -135,12 +148,12 @@ void JetTable::updateRows(std::span<const jet::RowId> rows,
   for (const jet::FieldValue& field : fields) {
     const auto column = table_.definition().findColumn(field.name);
     if (!column) continue;  // which the engine refuses
-    uses_[*column].index = nullptr;
+    uses_[*column].forget();
     ++uses_[*column].changes;
     for (std::size_t i = 0; i < computed_.size(); ++i) {
       const bool isRead =
           std::ranges::find(computed_[i].reads, *column) != computed_[i].reads.end();
-      if (isRead) uses_[schema_.columns.size() + i].index = nullptr;
+      if (isRead) uses_[schema_.columns.size() + i].forget();
     }
   }
   database_.updateRows(table_, rows, fields);

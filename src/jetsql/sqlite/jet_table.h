@@ -102,7 +102,15 @@ class JetTable {
     bool lookedUp = false;
     std::size_t changes = 0;
     std::shared_ptr<const MemoryIndex> index;
-    std::optional<BuildAge> age;  // of the index
+    // Where that is of one key of a computed column: the entries of all keys, which took most of
+    // the time, for the index of all rows.
+    std::vector<MemoryIndex::Entry> entries;
+    std::optional<BuildAge> age;  // of both
+
+    void forget() {
+      index = nullptr;
+      entries.clear();
+    }
   };
 
   struct ComputedColumn {
@@ -117,6 +125,8 @@ class JetTable {
                                                          const KeyInterval& covered);
   [[nodiscard]] std::shared_ptr<const MemoryIndex> memoryIndex(std::size_t column,
                                                                const KeyInterval& covered);
+  [[nodiscard]] std::shared_ptr<const MemoryIndex> computedIndex(std::size_t column,
+                                                                 const KeyInterval& covered);
 
   jet::Database& database_;
   jet::Table& table_;

@@ -82,16 +82,23 @@ bool KeyScan::next() {
   return false;
 }
 
-MemoryIndex::MemoryIndex(jet::Table& table, KeyReader reader, const KeyInterval& covered)
-    : covered_(covered) {
+std::vector<MemoryIndex::Entry> MemoryIndex::read(jet::Table& table, KeyReader reader,
+                                                  const KeyInterval& covered) {
+  std::vector<Entry> entries;
   if (!covered.isOneKey()) {
     // The definition's count is a hint; a wrong one must not cost much.
     constexpr std::uint32_t kMaxReserved = 1U << 20U;
-    entries_.reserve(std::min(table.definition().rowCount, kMaxReserved));
+    entries.reserve(std::min(table.definition().rowCount, kMaxReserved));
   }
   for (KeyScan scan(table, std::move(reader), covered); scan.next();) {
-    entries_.push_back({scan.key(), scan.row().id().number()});
+    entries.push_back({scan.key(), scan.row().id().number()});
   }
+  return entries;
+}
+
+MemoryIndex::MemoryIndex(std::vector<Entry> entries, const KeyInterval& covered)
+    : covered_(covered), entries_(std::move(entries)) {
+  std::erase_if(entries_, [&](const Entry& entry) { return !covered.has(entry.key); });
   entries_.shrink_to_fit();
   const auto before = [](const Entry& a, const Entry& b) {
     return a.key != b.key ? a.key < b.key : a.row < b.row;

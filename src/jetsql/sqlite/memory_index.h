@@ -3,7 +3,7 @@
 // serve ranges; texts, Numerics and binary are hashed and serve equality only. A lookup may give
 // rows too many, never too few: the caller compares again.
 //
-//   MemoryIndex index(table, KeyReader(table, column), {});             // all keys
+//   MemoryIndex index(MemoryIndex::read(table, KeyReader(table, column), {}), {});   // all keys
 //   for (const auto& entry : index.range({key, key})) use(entry.row);
 //
 // An index of a part of the keys knows nothing about the others: see covers(). A snapshot of the
@@ -77,7 +77,12 @@ class MemoryIndex {
     std::int64_t row;  // jet::RowId::number
   };
 
-  MemoryIndex(jet::Table& table, KeyReader reader, const KeyInterval& covered);
+  // The entries of all rows whose keys are covered, in the order of the file.
+  [[nodiscard]] static std::vector<Entry> read(jet::Table& table, KeyReader reader,
+                                               const KeyInterval& covered);
+
+  // Of entries of all rows, of which it takes those that are covered.
+  MemoryIndex(std::vector<Entry> entries, const KeyInterval& covered);
 
   [[nodiscard]] std::size_t size() const { return entries_.size(); }
 
