@@ -52,7 +52,7 @@ class Planner {
   [[nodiscard]] bool addOutput(const typed::Select& select, const typed::Output& output);
   [[nodiscard]] bool addSum(const typed::Aggregate& aggregate, VariantType type);
   void addEquality(const typed::Comparison& test);
-  [[nodiscard]] bool readsFirstTableOnly(const Expression& expression) const;
+  [[nodiscard]] bool readsOnly(const Expression& expression, std::size_t table) const;
   void chooseAccess();
 
   const FlatFrom& from_;
@@ -107,7 +107,7 @@ bool Planner::addCondition(const Expression& condition) {
   WholeExpression compiled = compiler_.compile(condition);
   if (!compiled) return false;
   if (const auto* test = condition.as<typed::Comparison>()) addEquality(*test);
-  (readsFirstTableOnly(condition) ? plan_.conditions : plan_.joinedConditions)
+  (readsOnly(condition, 0) ? plan_.conditions : plan_.joinedConditions)
       .push_back(std::move(compiled));
   return true;
 }
@@ -122,19 +122,19 @@ void Planner::addEquality(const typed::Comparison& test) {
   }
 }
 
-bool Planner::readsFirstTableOnly(const Expression& expression) const {
-  if (const auto field = compiler_.fieldOf(expression)) return field->table == 0;
-  return std::ranges::all_of(
-      typed::operandsOf(compiler_.seenThrough(expression)),
-      [&](const Expression& operand) { return readsFirstTableOnly(operand); });
+bool Planner::readsOnly(const Expression& expression, std::size_t table) const {
+  if (const auto field = compiler_.fieldOf(expression)) return field->table == table;
+  return std::ranges::all_of(typed::operandsOf(compiler_.seenThrough(expression)),
+                             [&](const Expression& operand) { return readsOnly(operand, table); });
 }
 
 bool Planner::addGroup(const typed::Group& group) {
   using Kind = AggregatePlan::Group::Kind;
   AggregatePlan::Group added;
   added.isFixed = group.isFixed;
-  plan_.groupsReadFirstTableOnly =
-      plan_.groupsReadFirstTableOnly && readsFirstTableOnly(group.value);
+  plan_.groupsReadFirstTableOnly = plan_.groupsReadFirstTableOnly && readsOnly(group.value, 0);
+  plan_.groupsReadJoinedOnly =
+      plan_.groupsReadJoinedOnly && (group.isFixed || readsOnly(group.value, 1));
   added.whole = compiler_.compile(group.value);
   if (!added.whole) {
     const bool isDate = group.value.type() == VariantType::kDateTime;

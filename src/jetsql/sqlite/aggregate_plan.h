@@ -63,6 +63,7 @@ struct AggregatePlan {
   std::vector<WholeExpression> joinedConditions;  // on both
   std::vector<Group> groups;
   bool groupsReadFirstTableOnly = true;
+  bool groupsReadJoinedOnly = true;  // but for those that are fixed
   std::vector<Sum> sums;
   std::vector<Output> outputs;
   std::vector<CatalogueColumn> columns;  // beside outputs

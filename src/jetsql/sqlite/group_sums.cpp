@@ -25,6 +25,14 @@ bool isPresent(const JoinedRow& row, const TableField& field) {
 }  // namespace
 
 std::size_t GroupSums::groupOf(const JoinedRow& row) {
+  if (!plan_.groupsReadJoinedOnly || !row.joinedNumber) return groupOfRow(row);
+  if (groupsByJoined_.size() <= *row.joinedNumber) groupsByJoined_.resize(*row.joinedNumber + 1);
+  auto& known = groupsByJoined_[*row.joinedNumber];
+  if (!known) known = groupOfRow(row);
+  return *known;
+}
+
+std::size_t GroupSums::groupOfRow(const JoinedRow& row) {
   for (std::size_t i = 0; i < keys_.size(); ++i) {
     if (count_ == 0 || !plan_.groups[i].isFixed) keys_[i] = keyOf(i, row);
   }

@@ -60,6 +60,7 @@ class GroupSums {
     std::string text;
     std::int64_t number = 0;  // that of the texts which compare equal
   };
+  [[nodiscard]] std::size_t groupOfRow(const JoinedRow& row);
   [[nodiscard]] Key keyOf(std::size_t number, const JoinedRow& row);
   [[nodiscard]] Key textKey(const jet::Row& row, std::size_t column);
   // Of a group by a text of the joined row of this number, computed once.
@@ -84,6 +85,7 @@ class GroupSums {
   std::size_t latestSpelling_ = 0;
   // By group and JoinedRow::joinedNumber, such as the names of a menu.
   std::vector<std::vector<std::optional<Key>>> known_;
+  std::vector<std::optional<std::size_t>> groupsByJoined_;  // the same, if no other row is read
   std::string text_;
   std::vector<std::size_t> order_;  // groups by position
 };

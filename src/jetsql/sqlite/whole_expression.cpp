@@ -26,10 +26,10 @@ WholeExpression scaled(WholeExpression operand) {
 }
 
 WholeExpression constant(const values::Variant& value) {
-  if (value.isNull()) return [](const JoinedRow&) { return WholeValue(); };
+  if (value.isNull()) return WholeExpression(WholeValue());
   const auto* amount = value.as<values::Currency>();
   const std::int64_t number = amount != nullptr ? amount->units : toLong(value);
-  return [number](const JoinedRow&) { return whole(number); };
+  return WholeExpression(whole(number));
 }
 
 bool isReal(VariantType type) {
@@ -123,12 +123,7 @@ WholeExpression WholeCompiler::node(const typed::Field& field, VariantType type)
     };
   }
   const auto found = fieldOf(expression);
-  if (!found) return {};
-  return [table = found->table, column = found->column](const JoinedRow& row) {
-    const jet::Row* from = row.rows[table];
-    return from == nullptr || from->isNull(column) ? WholeValue()
-                                                   : whole(from->wholeNumber(column));
-  };
+  return found ? WholeExpression(*found) : WholeExpression();
 }
 
 // Other conversions are calls of a function, as in convertTo.
@@ -229,9 +224,9 @@ WholeExpression WholeCompiler::node(const typed::Case& choice, VariantType type)
     if (!branches.back().first || !branches.back().second) return {};
   }
   // Taken where no other is.
-  branches.emplace_back(
-      [](const JoinedRow&) { return truth(true); },
-      choice.otherwise ? operand(choice.otherwise, type) : constant(values::Variant()));
+  branches.emplace_back(WholeExpression(truth(true)), choice.otherwise
+                                                          ? operand(choice.otherwise, type)
+                                                          : constant(values::Variant()));
   if (!branches.back().second) return {};
   return [branches = std::move(branches)](const JoinedRow& row) {
     const auto taken = std::find_if(branches.begin(), branches.end(),

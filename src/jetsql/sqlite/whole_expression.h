@@ -15,6 +15,7 @@
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -22,6 +23,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jet/rows/row.h"
@@ -48,7 +50,36 @@ struct JoinedRow {
   std::span<const EncodedValue> grouped = {};    // outputs of FlatFrom::grouped, instead of rows
 };
 
-using WholeExpression = std::function<WholeValue(const JoinedRow&)>;
+// Computes a value from a row; empty where nothing does. Fields and constants, which most operands
+// are, are computed without a call.
+class WholeExpression {
+ public:
+  WholeExpression() = default;
+  explicit WholeExpression(const TableField& field) : kind_(Kind::kField), field_(field) {}
+  explicit WholeExpression(const WholeValue& value) : kind_(Kind::kConstant), constant_(value) {}
+  template <std::invocable<const JoinedRow&> Function>
+  requires(!std::same_as<Function, WholeExpression>) WholeExpression(Function function)
+      : kind_(Kind::kFunction), function_(std::move(function)) {}
+
+  explicit operator bool() const { return kind_ != Kind::kNone; }
+
+  WholeValue operator()(const JoinedRow& row) const {
+    if (kind_ == Kind::kFunction) return function_(row);
+    if (kind_ == Kind::kConstant) return constant_;
+    const jet::Row* from = row.rows[field_.table];
+    if (from == nullptr || from->isNull(field_.column)) return {};
+    return {from->wholeNumber(field_.column), false};
+  }
+
+ private:
+  enum class Kind : unsigned char { kNone, kField, kConstant, kFunction };
+
+  Kind kind_ = Kind::kNone;
+  TableField field_;
+  WholeValue constant_;
+  std::function<WholeValue(const JoinedRow&)> function_;
+};
+
 using RealExpression = std::function<std::optional<double>(const JoinedRow&)>;
 // Nothing for Null. The text may lie in `scratch`, in the row's page or in a parameter.
 using TextExpression =
