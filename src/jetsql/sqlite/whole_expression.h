@@ -10,8 +10,7 @@
 // And, Or, Not, Is Null and IIf are compiled; anything else, such as a division, is not.
 //
 // Errors: NotWhole where a result leaves the range of its type, or a parameter has another type
-// than its literal: SQLite then has to find the answer. 3049 as jet/rows/row.h. Private to the
-// room.
+// than its literal: the query is SQLite's then. 3049 as jet/rows/row.h. Private to the room.
 #pragma once
 
 #include <array>
@@ -50,8 +49,7 @@ struct JoinedRow {
   std::span<const EncodedValue> grouped = {};    // outputs of FlatFrom::grouped, instead of rows
 };
 
-// Computes a value from a row; empty where nothing does. Fields and constants, which most operands
-// are, are computed without a call.
+// Empty, or computes a value; fields and constants, as most operands are, without a call.
 class WholeExpression {
  public:
   WholeExpression() = default;
@@ -73,7 +71,6 @@ class WholeExpression {
 
  private:
   enum class Kind : unsigned char { kNone, kField, kConstant, kFunction };
-
   Kind kind_ = Kind::kNone;
   TableField field_;
   WholeValue constant_;
