@@ -27,7 +27,7 @@ namespace extract {
 // 0 for Null, for a text that is no number and outside 32 bits.
 [[nodiscard]] std::int32_t NzLong(const values::VariantView& value);
 
-[[nodiscard]] std::int32_t NzLong(values::Currency amount);
+[[nodiscard]] std::int32_t NzLong(values::Currency amount);  // the same for less
 
 // Only -1 is true.
 [[nodiscard]] bool NzBool(const values::VariantView& value);

@@ -124,9 +124,8 @@ class InsertStatement {
   std::vector<Piece> pieces_;
   std::string closing_;
   bool foundFields_ = false;
-  std::vector<const jet::Row*>
-      rows_;                   // of the tables that pieces_ name, where the record set stands
-  StatementBuffer statement_;  // the storage of these four is used again
+  std::vector<const jet::Row*> rows_;  // current ones, of the tables whose columns pieces_ name
+  StatementBuffer statement_;          // the storage of these four is used again
   std::string field_;
   std::string text_;
   std::string encoded_;

@@ -50,8 +50,8 @@ class RecordSet {
   // `scratch`, in which it may lie, changes.
   [[nodiscard]] virtual values::VariantView view(std::size_t index, std::string& scratch) const = 0;
 
-  // Which column of a table the field is, for who reads many fields of many rows without a view of
-  // each; nothing where it is computed. As fieldIndex it stays the same.
+  // Which column of a table the field is, for readers of many fields of many rows, which a view of
+  // each would cost too much; nothing where the field is computed. As fieldIndex it stays the same.
   [[nodiscard]] virtual std::optional<StoredField> stored(std::size_t index) const = 0;
   // The current row of that table; nullptr on the empty side of a join. Valid until the record set
   // moves.
