@@ -25,11 +25,7 @@ class RowFields {
   explicit RowFields(std::span<const std::string_view> names)
       : names_(names.begin(), names.end()) {}
 
-  // Of the current row, by the place of the name. As RecordSet::view and RecordSet::field.
-  [[nodiscard]] values::VariantView view(const localdb::RecordSet& row, std::size_t place,
-                                         std::string& scratch) {
-    return row.view(index(row, place), scratch);
-  }
+  // Of the current row, by the place of the name.
   [[nodiscard]] values::Variant value(const localdb::RecordSet& row, std::size_t place) {
     return row.field(index(row, place));
   }

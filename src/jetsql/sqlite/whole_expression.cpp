@@ -78,6 +78,7 @@ std::optional<TableField> WholeCompiler::fieldOf(const typed::Expression& expres
 }
 
 std::optional<std::size_t> WholeCompiler::outputOf(const typed::Expression& expression) const {
+  if (from_.grouped == nullptr) return std::nullopt;
   const typed::Expression seen = seenThrough(expression);
   const auto* field = seen.as<typed::Field>();
   const bool isOutput = field != nullptr && field->relation == from_.grouped;
