@@ -81,7 +81,7 @@ TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
   const int kills = support::kOnWindows ? 4 : 12;
   int killed = 0;
   std::size_t marks = 0;
-  for (int runs = 0; runs < 40 && killed < kills; ++runs) {
+  for (int runs = 0; runs < 100 && (killed < kills || marks == 0); ++runs) {
     restore();
     support::ChildProcess job(command(), path("log"));
     const auto enough = moment(random);
@@ -96,7 +96,7 @@ TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
       EXPECT_EQ(sent.contains(sale) ? sent.at(sale) : 0, whole.at(sale)) << "sale " << sale;
     }
   }
-  EXPECT_EQ(killed, kills);
+  EXPECT_GE(killed, kills);
   EXPECT_GT(marks, 0U);
 
   fs::remove(statementFile());

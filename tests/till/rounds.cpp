@@ -96,7 +96,7 @@ class Rounds {
   }
 
   Report run() {
-    for (; report_.rounds < options_.rounds && report_.faults.empty(); ++report_.rounds) {
+    for (; goesOn(); ++report_.rounds) {
       if (report_.rounds % kRoundsOfAFile == 0) restore();
       try {
         round();
@@ -111,6 +111,12 @@ class Rounds {
  private:
   [[nodiscard]] std::string path(const std::string& name) const { return options_.folder / name; }
   [[nodiscard]] std::string data() const { return path("shop/data.mdb"); }
+  [[nodiscard]] bool goesOn() const {
+    const bool seenAll = report_.fewestOfAKind() >= options_.ofEachKind;
+    return report_.faults.empty() &&
+           report_.rounds < (seenAll ? options_.rounds : 10 * options_.rounds);
+  }
+
   int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
 
   void fault(const std::string& what) {

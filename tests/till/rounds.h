@@ -8,8 +8,7 @@
 // other, both or neither is killed. When both are gone:
 //
 //   - nobody holds a lock; where the till died in the middle of a write the program refuses the
-//   file
-//     (3049) and changes nothing in it, and the till repairs it;
+//     file (3049) and changes nothing in it, and the till repairs it;
 //   - jetcheck finds the file whole;
 //   - every row is there with the values that it had, or that the till's last transaction gave it;
 //   - a sale that is marked, and was not before, has all its statements in this round's file;
@@ -21,6 +20,7 @@
 // quenbrook, makeshop and till.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -30,6 +30,9 @@ namespace till {
 struct Options {
   std::filesystem::path folder = {};  // exists; for the shop
   int rounds = 100;
+  // Goes on, to at most ten times the rounds, until each of jobsKilled, killedInWrite and jobsEnded
+  // is so many: what a round comes to depends on the machine's speed.
+  int ofEachKind = 0;
   unsigned seed = 1;
   std::string format = "jet4";
   bool indexes = true;
@@ -46,6 +49,10 @@ struct Report {
   std::size_t marks = 0;      // made
   std::size_t movedRows = 0;  // of the last files
   std::vector<std::string> faults;
+
+  [[nodiscard]] int fewestOfAKind() const {
+    return std::min({jobsKilled, killedInWrite, jobsEnded});
+  }
 };
 
 [[nodiscard]] Report runRounds(const Options& options);
