@@ -1,19 +1,14 @@
 #include "jetcreate/file_builder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "jet/database.h"
-#include "jetcheck/file_check.h"
-#include "support/child_process.h"
+#include "jetcreate/new_file_test.h"
 #include "values/runtime_error.h"
 
 namespace jet {
@@ -21,247 +16,10 @@ namespace {
 
 using namespace jetcreate;
 
-values::Variant big(std::int32_t value) { return value; }
+class FileBuilderTest : public NewFileTest {};
 
 auto refused(int number) {
   return testing::Throws<RuntimeError>(testing::Property(&RuntimeError::number, number));
-}
-
-// A new file in a folder of its own, read back by our reader and by mdbtools.
-class FileBuilderTest : public testing::TestWithParam<FileFormat> {
- protected:
-  static const Format& format() { return formatOf(creationFormat(GetParam()).version); }
-  [[nodiscard]] std::string path() const { return (folder_.path() / "new.mdb").string(); }
-
-  FileBuilder& builder(FileBuilder::Options options = {}) {
-    builder_.reset();
-    database_.reset();
-    std::filesystem::remove(path());
-    options.format = GetParam();
-    options.codePage = 949;
-    builder_ = std::make_unique<FileBuilder>(path(), options);
-    return *builder_;
-  }
-
-  void finish() {
-    builder_->finish();
-    (void)jetcheck::checkFile(path(), [](const std::string& line) { ADD_FAILURE() << line; });
-  }
-
-  Table& open(const std::string& table, const std::string& password = {}) {
-    database_ = Database::open(path(), {.password = password});
-    return database_->openTable(table);
-  }
-
-  [[nodiscard]] Database& database() { return *database_; }
-
-  std::string tool(const std::string& program, std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"env", "MDB_JET3_CHARSET=CP949", program, path()});
-    std::string output;
-    EXPECT_EQ(support::run(arguments, &output), 0) << program << ": " << output;
-    return output;
-  }
-
-  static std::vector<std::string> texts(const Row& row, std::size_t columns) {
-    std::vector<std::string> texts;
-    for (std::size_t i = 0; i < columns; ++i) {
-      texts.push_back(row.isNull(i) ? "Null" : toText(row.value(i)));
-    }
-    return texts;
-  }
-
-  // The first column's whole numbers in the order of an index.
-  static std::vector<std::int64_t> walk(Table& table, std::size_t index) {
-    std::vector<std::int64_t> numbers;
-    IndexCursor cursor = table.seek(index, {});
-    while (cursor.next()) numbers.push_back(table.read(cursor.rowId()).wholeNumber(0));
-    return numbers;
-  }
-
- private:
-  support::TemporaryFolder folder_;
-  std::unique_ptr<FileBuilder> builder_;
-  std::unique_ptr<Database> database_;
-};
-
-struct TypeCase {
-  NewColumn column;
-  values::Variant value;
-  std::string text;
-};
-
-// Numeric comes last: Jet 3 does not have it.
-std::vector<TypeCase> everyType(const Format& format) {
-  const values::Binary bytes{{std::byte{1}, std::byte{0}, std::byte{255}}};
-  const values::Numeric numeric{
-      .negative = true, .scale = 3, .magnitude = values::Uint128{1234567890123456789} * 10};
-  const std::string guid = "{01234567-89AB-CDEF-0123-456789ABCDEF}";
-  using enum ColumnType;
-  std::vector<TypeCase> types = {
-      {{.name = "id", .autonumber = true}, {}, "1"},
-      {{.name = "yes", .type = kYesNo}, true, "True"},
-      {{.name = "byte", .type = kByte}, std::uint8_t{255}, "255"},
-      {{.name = "short", .type = kInteger}, std::int16_t{-32768}, "-32768"},
-      {{.name = "money", .type = kCurrency}, values::Currency{-12345}, "-1.2345"},
-      {{.name = "single", .type = kSingle}, 1.5F, "1.5"},
-      {{.name = "double", .type = kDouble}, -0.125, "-0.125"},
-      {{.name = "day", .type = kDateTime}, values::DateTime{41487.25}, "2013-08-01 06:00:00"},
-      {{.name = "text", .type = kText, .size = 20}, "한글 it's", "한글 it's"},
-      {{.name = "packed", .type = kText, .size = 20, .compressed = true},
-       "abc 가 def",
-       "abc 가 def"},
-      {{.name = "memo", .type = kMemo, .compressed = true}, "짧다", "짧다"},
-      {{.name = "ole", .type = kOle}, bytes, toText(values::Variant(bytes))},
-      {{.name = "guid", .type = kGuid}, guid, guid},
-      {{.name = "binary", .type = kBinary, .size = 10}, bytes, toText(values::Variant(bytes))},
-      {{.name = "numeric", .type = kNumeric, .precision = 28, .scale = 3},
-       numeric,
-       "-12345678901234567.89"}};
-  if (format.version == Version::kJet3) types.pop_back();
-  return types;
-}
-
-TEST_P(FileBuilderTest, EveryTypeComesBack) {
-  if (support::kOnWindows) GTEST_SKIP();
-  std::vector<NewColumn> columns;
-  std::vector<values::Variant> values;
-  std::vector<std::string> full;
-  for (const TypeCase& c : everyType(format())) {
-    columns.push_back(c.column);
-    values.push_back(c.value);
-    full.push_back(c.text);
-  }
-  std::vector<std::string> empty(columns.size(), "Null");
-  empty[0] = "2";
-  empty[1] = "False";
-  TableBuilder& table = builder().addTable("Every Type", columns);
-  table.add(values);
-  table.add(std::vector<values::Variant>(columns.size()));
-  table.add({big(40), false});
-  table.add({values::Variant(), false});
-  finish();
-
-  TableCursor rows = open("every type").scan();
-  for (const auto& row : {full, empty, {"40", "False", "Null"}, {"41", "False", "Null"}}) {
-    ASSERT_TRUE(rows.next());
-    EXPECT_EQ(texts(rows.row(), row.size()), row);
-  }
-  EXPECT_FALSE(rows.next());
-  EXPECT_THAT(tool("mdb-export", {"Every Type"}),
-              testing::HasSubstr("1,1,255,-32768,-1.2345,1.5,-0.125,\"08/01/13 06:00:00\","
-                                 "\"한글 it's\",\"abc 가 def\",\"짧다\","));
-}
-
-// Lengths on both sides of what a row keeps itself, a page takes and two pages take.
-TEST_P(FileBuilderTest, LongValuesOfEveryLengthComeBack) {
-  const int page = static_cast<int>(format().maxPageLong);
-  const std::vector<int> lengths = {
-      1, 63, 64, 65, page - 1, page, page + 1, 2 * (page - 4), 2 * (page - 4) + 1, 100000};
-  TableBuilder& table = builder().addTable("Long", {{.name = "n"},
-                                                    {.name = "o", .type = ColumnType::kOle},
-                                                    {.name = "m", .type = ColumnType::kMemo}});
-  const auto value = [](int length) {
-    values::Binary binary;
-    for (int i = 0; i < length; ++i) binary.bytes.push_back(static_cast<std::byte>(i * 7 / 3));
-    return binary;
-  };
-  const auto text = [](int length) { return std::string(static_cast<std::size_t>(length), 'm'); };
-  for (int length : lengths) {
-    table.add({big(length), value(length), text(length)}, RowForm::kDeleted);
-    table.add({big(length), value(length), text(length)});
-  }
-  finish();
-  TableCursor rows = open("Long").scan();
-  std::vector<std::byte> bytes;
-  std::string scratch;
-  for (int length : lengths) {
-    ASSERT_TRUE(rows.next());
-    EXPECT_TRUE(std::ranges::equal(rows.row().binary(1, bytes), value(length).bytes)) << length;
-    EXPECT_EQ(rows.row().text(2, scratch), text(length));
-  }
-}
-
-TEST_P(FileBuilderTest, RowsMayBeShortForwardedOrDeletedAndColumnsDeleted) {
-  if (support::kOnWindows) GTEST_SKIP();
-  TableBuilder& table =
-      builder().addTable("Forms",
-                         {{.name = "id"},
-                          {.name = "gone", .type = ColumnType::kText, .deleted = true},
-                          {.name = "name", .type = ColumnType::kText},
-                          {.name = "late", .type = ColumnType::kText},
-                          {.name = "mark", .type = ColumnType::kYesNo}},
-                         {{.name = "PrimaryKey", .columns = {"id"}, .primary = true}});
-  table.add({big(1), "x", "plain", "late"});
-  table.add({big(2), "x", "short"});
-  const RowId forwarded =
-      table.add({big(3), "x", "forwarded", values::Variant()}, RowForm::kForwarded);
-  table.add({big(4), "x", "deleted", values::Variant()}, RowForm::kDeleted);
-  table.add({big(5), "x", "last", values::Variant()});
-  finish();
-
-  Table& read = open("Forms");
-  EXPECT_FALSE(read.definition().findColumn("gone"));
-  std::string fields;
-  TableCursor rows = read.scan();
-  while (rows.next()) fields += testing::PrintToString(texts(rows.row(), 4));
-  EXPECT_EQ(fields, R"({ "1", "plain", "late", "False" }{ "2", "short", "Null", "False" })"
-                    R"({ "3", "forwarded", "Null", "False" }{ "5", "last", "Null", "False" })");
-  EXPECT_EQ(read.definition().rowCount, 4U);
-  EXPECT_EQ(walk(read, 0), (std::vector<std::int64_t>{1, 2, 3, 5}));
-  const Row row = read.read(forwarded);
-  EXPECT_EQ(row.id(), forwarded);
-  EXPECT_NE(row.page()->number, forwarded.page);
-  EXPECT_EQ(tool("mdb-export", {"Forms"}),
-            "id,name,late,mark\n1,\"plain\",\"late\",0\n2,\"short\",,0\n5,\"last\",,0\n"
-            "3,\"forwarded\",,0\n");
-}
-
-// Rows, and whether nodes have tails: one row, one leaf, two and three levels.
-constexpr std::pair<int, bool> kTrees[] = {{1, false},  {20, true},    {997, false},
-                                           {997, true}, {9973, false}, {9973, true}};
-
-// Keys in no order, shared beginnings, keys that are no one's alone; long keys for more levels.
-TEST_P(FileBuilderTest, EveryRowOfATreeIsFoundInOrder) {
-  for (const auto& [rows, tails] : kTrees) {
-    SCOPED_TRACE(std::to_string(rows) + (tails ? " with tails" : ""));
-    FileBuilder& file = builder({.indexTails = tails});
-    TableBuilder& table =
-        file.addTable("T",
-                      {{.name = "id"},
-                       {.name = "day", .type = ColumnType::kDateTime},
-                       {.name = "key", .type = ColumnType::kText}},
-                      {{.name = "PrimaryKey", .columns = {"id"}, .primary = true},
-                       {.name = "days", .columns = {"-day", "id"}},
-                       {.name = "keys", .columns = {"key"}, .ignoreNulls = true}});
-    for (int i = 0; i < rows; ++i) {
-      const int id = static_cast<int>(std::int64_t{i} * 7919 % rows);
-      std::string digits = std::to_string(id);
-      digits.insert(0, 6 - digits.size(), '0');
-      table.add(
-          {big(id), values::DateTime{40000.0 + id / 10},
-           id % 4 == 0 ? values::Variant() : values::Variant(std::string(180, 'k') + digits)});
-    }
-    finish();
-
-    Table& read = open("T");
-    std::vector<std::int64_t> all;
-    std::vector<std::int64_t> keyed;
-    for (int i = 0; i < rows; ++i) {
-      all.push_back(i);
-      if (i % 4 != 0) keyed.push_back(i);
-    }
-    EXPECT_EQ(walk(read, 0), all);
-    EXPECT_EQ(walk(read, 2), keyed);
-    std::vector<std::int64_t> byDay = all;
-    std::ranges::stable_sort(byDay, std::greater(), [](std::int64_t id) { return id / 10; });
-    EXPECT_EQ(walk(read, 1), byDay);
-    for (int id : {0, rows / 2, rows - 1}) {
-      IndexCursor found = read.seek(0, {.equal = {big(id)}, .lower = {}, .upper = {}});
-      ASSERT_TRUE(found.next()) << id;
-      EXPECT_EQ(read.read(found.rowId()).wholeNumber(0), id);
-      EXPECT_FALSE(found.next());
-    }
-  }
 }
 
 // Two tables written by turns over some thousand pages: usage maps by reference, owners apart.
@@ -272,7 +30,7 @@ TEST_P(FileBuilderTest, LargeFilesKeepTheirTablesApart) {
   FileBuilder& file = builder();
   TableBuilder* tables[] = {&file.addTable("A", columns), &file.addTable("B", columns)};
   for (int i = 0; i < kRows; ++i) {
-    tables[i % 2]->add({big(i), std::string(250, static_cast<char>('a' + i % 26))});
+    tables[i % 2]->add({asLong(i), std::string(250, static_cast<char>('a' + i % 26))});
   }
   finish();
   for (int t = 0; t < 2; ++t) {
@@ -293,7 +51,7 @@ TEST_P(FileBuilderTest, EncodedFilesAndPasswords) {
       {"", 0x1234abcd}, {"비밀Pw1", 0}, {"비밀 geheim", 7}};
   for (const auto& [password, key] : cases) {
     FileBuilder& file = builder({.password = password, .encodingKey = key});
-    file.addTable("T", {{.name = "id"}}).add({big(7)});
+    file.addTable("T", {{.name = "id"}}).add({asLong(7)});
     finish();
     TableCursor rows = open("T", password).scan();
     ASSERT_TRUE(rows.next());
@@ -368,7 +126,7 @@ TEST_P(FileBuilderTest, MdbtoolsSeesIndexesAndQueries) {
 TEST_P(FileBuilderTest, DuplicateKeysAreRefusedAtTheEnd) {
   TableBuilder& table =
       builder().addTable("T", {{.name = "id"}}, {{.name = "i", .columns = {"id"}, .unique = true}});
-  for (int i = 0; i < 3; ++i) table.add({big(i % 2)});
+  for (int i = 0; i < 3; ++i) table.add({asLong(i % 2)});
   EXPECT_THAT([&] { finish(); }, refused(3022));
 }
 
@@ -406,19 +164,15 @@ TEST_P(FileBuilderTest, RefusesByNumber) {
       {"type of later versions", 3001, [&] { file.addTable("X", {{.name = "a", .type = later}}); }},
       {"too many values", 3001, add(std::vector<values::Variant>(4))},
       {"null in the key", 3314, add({values::Variant()})},
-      {"text too long", 3163, add({big(1), "여섯글자다요"})},
+      {"text too long", 3163, add({asLong(1), "여섯글자다요"})},
       {"no number", 13, add({"x"})},
       {"number too large", 6, add({3e9})},
-      {"digits too many", 6, add({big(1), values::Variant(), big(1000)})},
-      {"text without a sort key", 3001, add({big(1), "가"})}};
+      {"digits too many", 6, add({asLong(1), values::Variant(), asLong(1000)})},
+      {"text without a sort key", 3001, add({asLong(1), "가"})}};
   for (const Case& c : cases) EXPECT_THAT(c.act, refused(c.number)) << c.name;
 }
-
 INSTANTIATE_TEST_SUITE_P(Formats, FileBuilderTest,
-                         testing::Values(FileFormat::kJet3, FileFormat::kJet4),
-                         [](const auto& tried) {
-                           return tried.param == FileFormat::kJet3 ? "Jet3" : "Jet4";
-                         });
+                         testing::Values(FileFormat::kJet3, FileFormat::kJet4), FormatName());
 
 }  // namespace
 }  // namespace jet
