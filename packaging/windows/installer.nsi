@@ -1,11 +1,14 @@
 ; The installer for Windows. Silent with /S; /D=FOLDER, last and without quotes, names the folder;
-; /NIGHT registers the nightly task without a question. packaging/windows/make gives VERSION, TREE
-; (the unpacked archive) and OUTPUT.
+; /NIGHT registers the nightly task without a question. Exit status: 0 all done, 1 cancelled, or no
+; nightly task, 2 a program of the folder is running and nothing was changed. packaging/windows/make
+; gives VERSION, TREE (the unpacked archive) and OUTPUT.
 
 Target amd64-unicode  ; as the programs are, and as wine alone runs it on a 64-bit machine
 !include MUI2.nsh
 !include FileFunc.nsh
+!include LogicLib.nsh
 !include Sections.nsh
+!include WordFunc.nsh
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Quenbrook"
 !define TASK "Quenbrook Nightly"
@@ -31,8 +34,23 @@ VIAddVersionKey LegalCopyright ""
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "Korean"
 
+; A running program can be neither replaced nor deleted: nothing is changed then.
+!macro EndIfRunning PROGRAM
+  ${If} ${FileExists} "$INSTDIR\${PROGRAM}"
+    ClearErrors
+    FileOpen $0 "$INSTDIR\${PROGRAM}" a
+    ${If} ${Errors}
+      MessageBox MB_OK|MB_ICONSTOP "${PROGRAM}: 실행 중입니다. 끝난 다음에 다시 하십시오." /SD IDOK
+      Abort
+    ${EndIf}
+    FileClose $0
+  ${EndIf}
+!macroend
+
 Section "프로그램" PROGRAM
   SectionIn RO
+  !insertmacro EndIfRunning quenbrook.exe
+  !insertmacro EndIfRunning quenbrookctl.exe
   SetOutPath "$INSTDIR"
   File "${TREE}\*.exe"
   File "${TREE}\quenbrook-nightly.cmd"
@@ -65,23 +83,59 @@ Section "시작 메뉴" MENU
   CreateShortCut "$SMPROGRAMS\Quenbrook\운영 안내서.lnk" "$INSTDIR\guide\index.html"
 SectionEnd
 
-Section /o "야간 자동 전송 (매일 04:37)" NIGHT
-  nsExec::Exec 'schtasks /create /f /tn "${TASK}" /sc daily /st 04:37 /ru SYSTEM /tr "\"$INSTDIR\quenbrook-nightly.cmd\""'
+; The task as XML, since the options of schtasks do not say all of it: every shop at a moment of its
+; own, made up for where the till was off, on batteries, too, and ended after three hours.
+!macro TaskLine TEXT
+  FileWriteUTF16LE $2 `${TEXT}$\r$\n`
+!macroend
+
+Section /o "야간 자동 전송 (매일 04:30 - 05:15)" NIGHT
+  ${WordReplace} "$INSTDIR" "&" "&amp;" "+" $1
+  InitPluginsDir
+  FileOpen $2 "$PLUGINSDIR\task.xml" w
+  FileWriteUTF16LE /BOM $2 `<?xml version="1.0" encoding="UTF-16"?>$\r$\n`
+  !insertmacro TaskLine `<Task version="1.2"`
+  !insertmacro TaskLine `  xmlns="http://schemas.microsoft.com/windows/2004/02/mit/task">`
+  !insertmacro TaskLine `  <Triggers><CalendarTrigger>`
+  !insertmacro TaskLine `    <StartBoundary>2013-01-01T04:30:00</StartBoundary>`
+  !insertmacro TaskLine `    <RandomDelay>PT45M</RandomDelay>`
+  !insertmacro TaskLine `    <ScheduleByDay><DaysInterval>1</DaysInterval></ScheduleByDay>`
+  !insertmacro TaskLine `  </CalendarTrigger></Triggers>`
+  !insertmacro TaskLine `  <Principals><Principal id="Author">`  ; S-1-5-18: the system's account
+  !insertmacro TaskLine `    <UserId>S-1-5-18</UserId><RunLevel>HighestAvailable</RunLevel>`
+  !insertmacro TaskLine `  </Principal></Principals>`
+  !insertmacro TaskLine `  <Settings>`
+  !insertmacro TaskLine `    <StartWhenAvailable>true</StartWhenAvailable>`
+  !insertmacro TaskLine `    <DisallowStartIfOnBatteries>false</DisallowStartIfOnBatteries>`
+  !insertmacro TaskLine `    <StopIfGoingOnBatteries>false</StopIfGoingOnBatteries>`
+  !insertmacro TaskLine `    <ExecutionTimeLimit>PT3H</ExecutionTimeLimit>`
+  !insertmacro TaskLine `  </Settings>`
+  !insertmacro TaskLine `  <Actions Context="Author"><Exec>`
+  !insertmacro TaskLine `    <Command>"$1\quenbrook-nightly.cmd"</Command>`
+  !insertmacro TaskLine `  </Exec></Actions>`
+  !insertmacro TaskLine `</Task>`
+  FileClose $2
+  nsExec::Exec 'schtasks /create /f /tn "${TASK}" /xml "$PLUGINSDIR\task.xml"'
   Pop $0
-  StrCmp $0 0 +2
-  DetailPrint "schtasks: $0"
+  ${If} $0 != 0
+    MessageBox MB_OK|MB_ICONEXCLAMATION "야간 자동 전송을 등록하지 못했습니다 (schtasks: $0)." /SD IDOK
+    SetErrorLevel 1
+  ${EndIf}
 SectionEnd
 
 Function .onInit
   ${GetParameters} $0
   ClearErrors
   ${GetOptions} $0 "/NIGHT" $1
-  IfErrors +2
-  !insertmacro SelectSection ${NIGHT}
+  ${IfNot} ${Errors}
+    !insertmacro SelectSection ${NIGHT}
+  ${EndIf}
 FunctionEnd
 
 ; Only what the installer brought: config.ini, the logs, AutoLoadData and the till's files stay.
 Section "Uninstall"
+  !insertmacro EndIfRunning quenbrook.exe
+  !insertmacro EndIfRunning quenbrookctl.exe
   SetShellVarContext all
   nsExec::Exec 'schtasks /delete /f /tn "${TASK}"'
   Pop $0
