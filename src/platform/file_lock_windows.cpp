@@ -22,17 +22,10 @@ namespace {
 // meanwhile. Its last user closes it at once.
 OwnedHandle openWhenGone(const std::string& path) {
   constexpr LONG kDeletePending = static_cast<LONG>(0xC0000056);
-  constexpr DWORD kPause = 50;  // milliseconds
-  constexpr int kAttempts = 40;
-  for (int attempt = 1;; ++attempt) {
-    auto file = openShared(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
-    if (file) return file;
-    const DWORD code = ::GetLastError();
-    if (RtlGetLastNtStatus() != kDeletePending || attempt == kAttempts) {
-      fail("Cannot open the lock file", path, code);
-    }
-    ::Sleep(kPause);
-  }
+  auto file = patiently([&] { return openShared(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS); },
+                        [] { return isHeldByOthers() || RtlGetLastNtStatus() == kDeletePending; });
+  if (!file) fail("Cannot open the lock file", path, ::GetLastError());
+  return file;
 }
 
 OVERLAPPED startOf(ByteRange range) {

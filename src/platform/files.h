@@ -30,7 +30,7 @@ namespace platform {
 [[nodiscard]] std::string fileName(std::string_view path);
 
 // The name with a '_' for each character that the system lets stand in no file's name and yet in a
-// path: on Windows \ / : * ? " < > |, on POSIX none.
+// path: on Windows \ / : * ? " < > | and those below the blank, on POSIX none.
 [[nodiscard]] std::string possibleFileName(std::string name);
 
 // One text for a file however its path is written: absolute, links followed as far as there is

@@ -13,7 +13,8 @@ namespace {
 constexpr std::string_view kSeparators = "\\/:";
 
 OwnedHandle opened(const std::string& path, DWORD access, DWORD disposition) {
-  OwnedHandle file = openShared(path, access, disposition);
+  OwnedHandle file =
+      patiently([&] { return openShared(path, access, disposition); }, isHeldByOthers);
   if (!file) {
     const DWORD code = ::GetLastError();
     throwSystemError(folderExists(path) ? ERROR_ACCESS_DENIED : code, "Cannot open", path);
@@ -50,6 +51,7 @@ void append(const OwnedHandle& file, std::string_view bytes, const std::string& 
   if (!::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &put, nullptr)) {
     throwSystemError(::GetLastError(), "Cannot write", path);
   }
+  if (put < bytes.size()) throwSystemError(ERROR_DISK_FULL, "Cannot write", path);
 }
 
 }  // namespace
@@ -81,13 +83,17 @@ std::string fileName(std::string_view path) {
 std::string possibleFileName(std::string name) {
   constexpr std::string_view kForbidden = R"(\/:*?"<>|)";
   std::ranges::replace_if(
-      name, [&](char c) { return kForbidden.find(c) != kForbidden.npos; }, '_');
+      name, [&](char c) { return (c >= 0 && c < ' ') || kForbidden.find(c) != kForbidden.npos; },
+      '_');
   return name;
 }
 
 std::string canonicalPath(const std::string& path) {
-  const auto file = openShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
   const auto wide = systemPath(path);
+  // A folder opens with FILE_FLAG_BACKUP_SEMANTICS alone.
+  const OwnedHandle file(::CreateFileW(
+      wide.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
   return shown(grown([&](wchar_t* text, DWORD size) {
     const DWORD length = file ? ::GetFinalPathNameByHandleW(file.get(), text, size, 0) : 0;
     return length != 0 ? length : ::GetFullPathNameW(wide.c_str(), size, text, nullptr);
@@ -233,7 +239,8 @@ void replaceFile(const std::string& path, std::string_view bytes) {
 
 void renameFile(const std::string& from, const std::string& to) {
   if (!fileExists(from)) throwSystemError(ERROR_FILE_NOT_FOUND, "Cannot rename", from);
-  if (!::MoveFileExW(systemPath(from).c_str(), systemPath(to).c_str(), 0)) {
+  if (!patiently([&] { return ::MoveFileExW(systemPath(from).c_str(), systemPath(to).c_str(), 0); },
+                 isHeldByOthers)) {
     const DWORD code = ::GetLastError();
     const bool taken = fileExists(to) || folderExists(to);
     throwSystemError(taken ? ERROR_ALREADY_EXISTS : code, "Cannot rename", taken ? to : from);
@@ -241,7 +248,7 @@ void renameFile(const std::string& from, const std::string& to) {
 }
 
 void deleteFile(const std::string& path) {
-  if (!::DeleteFileW(systemPath(path).c_str())) {
+  if (!patiently([&] { return ::DeleteFileW(systemPath(path).c_str()); }, isHeldByOthers)) {
     throwSystemError(::GetLastError(), "Cannot delete", path);
   }
 }

@@ -55,6 +55,22 @@ class OwnedHandle {
   SystemHandle handle_;
 };
 
+// Calls until it succeeds or fails with what does not pass, every 50 ms for up to two seconds; the
+// last result. `passes` may ask GetLastError, and so may the caller afterwards.
+template <typename Call, typename Passes>
+[[nodiscard]] auto patiently(Call call, Passes passes) {
+  constexpr DWORD kPause = 50;  // milliseconds
+  constexpr int kAttempts = 40;
+  for (int attempt = 1;; ++attempt) {
+    auto result = call();
+    if (result || attempt == kAttempts || !passes()) return result;
+    ::Sleep(kPause);
+  }
+}
+
+// A virus scanner, an indexer or a backup holds the file for a moment and does not share it.
+[[nodiscard]] inline bool isHeldByOthers() { return ::GetLastError() == ERROR_SHARING_VIOLATION; }
+
 // Others may read, write and delete the file meanwhile, as when the till's engine opens it. Without
 // a handle where it fails: GetLastError tells why. A child process does not inherit it.
 [[nodiscard]] OwnedHandle openShared(const std::string& path, DWORD access, DWORD disposition);
