@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
+#include <span>
 #include <utility>
 
 #include "extract/conversions.h"
@@ -64,6 +66,8 @@ class Workspace::RowWalk {
   // The current row has written all its statements.
   void rowDone() {
     written_.push_back(writer_.enqueued());
+    const jet::Row* row = marking_ ? rows_.tableRow(0) : nullptr;
+    if (row != nullptr) read_.push_back(*row);
     // What keeps every row from being marked shows at the first one, before others are written.
     const std::size_t unmarked = marked_ == 0 && marking_ ? 1 : kMaxUnmarked;
     if (written_.size() < unmarked) return;
@@ -87,12 +91,15 @@ class Workspace::RowWalk {
   // Rows. With fewer the two threads wait for each other so often that it costs a tenth of the job.
   static constexpr std::size_t kMaxUnmarked = 512;
 
-  // Marks the rows whose statements are all in the file.
+  // Marks the rows whose statements are all in the file, but for those that the till has changed
+  // since: their new values are for the next job.
   void markWritten() {
     const auto end = std::upper_bound(written_.begin(), written_.end(), writer_.appended());
     const auto count = static_cast<std::size_t>(end - written_.begin());
     if (count > 0 && std::exchange(marking_, false)) {
-      rows_.updateRows(marked_, count, marks_);
+      const std::span read = std::span(read_).first(std::min(count, read_.size()));
+      rows_.updateRows(marked_, count, marks_, read);
+      read_.erase(read_.begin(), read_.begin() + std::ssize(read));
       marking_ = true;
     }
     marked_ += count;
@@ -105,6 +112,7 @@ class Workspace::RowWalk {
   bool marking_;
   std::size_t marked_ = 0;            // rows
   std::vector<std::size_t> written_;  // for each later row, statements up to and including its own
+  std::vector<jet::Row> read_;        // as many, as their statements tell them
   StatementWriter writer_;
 };
 

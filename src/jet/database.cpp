@@ -119,6 +119,13 @@ Table& Database::openTable(const CatalogueEntry& entry) {
 
 void Database::updateRows(Table& table, std::span<const RowId> ids,
                           std::span<const FieldValue> fields) {
+  std::vector<RowToUpdate> rows;
+  for (const RowId id : ids) rows.push_back({id});
+  updateRows(table, rows, fields);
+}
+
+void Database::updateRows(Table& table, std::span<const RowToUpdate> rows,
+                          std::span<const FieldValue> fields) {
   if (options_.readOnly || !lockFile_) {
     throw RuntimeError(error::kReadOnly, "'" + file_.path() +
                                              "' was opened for reading only: table '" +
@@ -127,7 +134,7 @@ void Database::updateRows(Table& table, std::span<const RowId> ids,
   platform::Sleeper& sleeper = options_.sleeper != nullptr ? *options_.sleeper : systemSleeper_;
   const auto updater =
       updaters_.try_emplace(&table, file_, table.definition(), *lockFile_, sleeper).first;
-  updater->second.update(ids, fields);
+  updater->second.update(rows, fields);
 }
 
 std::vector<QueryRow> Database::queryRows(const CatalogueEntry& query) {

@@ -74,6 +74,9 @@ class Database {
 
   // Gives the same values to fields of some rows of one of this file's tables; how, and with which
   // errors: jet/rows/row_update.h.
+  void updateRows(Table& table, std::span<const RowToUpdate> rows,
+                  std::span<const FieldValue> fields);
+  // The same, whether they have changed or not.
   void updateRows(Table& table, std::span<const RowId> ids, std::span<const FieldValue> fields);
 
   // The clauses of a stored query, by attribute and then by order.

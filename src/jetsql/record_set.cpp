@@ -129,23 +129,25 @@ jet::FieldValue RecordSet::Implementation::ofTable(const jet::FieldValue& field)
 }
 
 void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
-                                           std::span<const jet::FieldValue> fields) {
+                                           std::span<const jet::FieldValue> fields,
+                                           std::span<const jet::Row> asRead) {
   needUpdatable();
   if (first > count_ || count > count_ - first) noCurrentRow();
   const std::size_t source = *layout_->updatable;
-  std::vector<jet::RowId> ids;
-  ids.reserve(count);
-  for (std::size_t position = first; position < first + count; ++position) {
-    ids.push_back(jet::RowId::fromNumber(rowId(position, source)));
+  std::vector<jet::RowToUpdate> rows;
+  rows.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    rows.push_back(
+        {jet::RowId::fromNumber(rowId(first + i, source)), asRead.empty() ? nullptr : &asRead[i]});
   }
   // The order of the file, which is usually that of the query.
-  if (!std::ranges::is_sorted(ids, {}, &jet::RowId::number)) {
-    std::ranges::sort(ids, {}, &jet::RowId::number);
+  if (!std::ranges::is_sorted(rows, {}, &jet::RowToUpdate::id)) {
+    std::ranges::sort(rows, {}, &jet::RowToUpdate::id);
   }
   std::vector<jet::FieldValue> values;
   for (const jet::FieldValue& field : fields) values.push_back(ofTable(field));
   current_[source] = {};
-  layout_->sources[source]->updateRows(ids, values);
+  layout_->sources[source]->updateRows(rows, values);
 }
 
 RecordSet::RecordSet(std::unique_ptr<Implementation> implementation)
@@ -184,8 +186,9 @@ const jet::Row* RecordSet::tableRow(std::size_t table) const { return alive().ta
 
 bool RecordSet::isUpdatable() const { return alive().isUpdatable(); }
 void RecordSet::updateRows(std::size_t first, std::size_t count,
-                           std::span<const jet::FieldValue> fields) {
-  alive().updateRows(first, count, fields);
+                           std::span<const jet::FieldValue> fields,
+                           std::span<const jet::Row> asRead) {
+  alive().updateRows(first, count, fields, asRead);
 }
 
 void RecordSet::close() { implementation_.reset(); }

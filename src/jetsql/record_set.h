@@ -69,8 +69,10 @@ class RecordSet {
 
   // Gives fields of `count` rows from number `first` (0 and on) the same values and saves them, in
   // the order of the file. The current row stays; its fields show the new values. On an error the
-  // rows before the failing one are saved.
-  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);
+  // rows before the failing one are saved. `asRead`: these rows, as tableRow(0) gave them: one that
+  // another user has changed since is left alone; empty: none is.
+  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields,
+                  std::span<const jet::Row> asRead = {});
 
   void close();
 

@@ -51,7 +51,8 @@ class RecordSet::Implementation {
   [[nodiscard]] const jet::Row* tableRow(std::size_t table);
   [[nodiscard]] bool isUpdatable() const { return writable_ && layout_->updatable.has_value(); }
   // Of `count` rows from number `first` on.
-  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields);
+  void updateRows(std::size_t first, std::size_t count, std::span<const jet::FieldValue> fields,
+                  std::span<const jet::Row> asRead);
 
  private:
   static constexpr std::size_t kFewIds = 16;  // that any record set has room for

@@ -34,12 +34,12 @@ class QueryRecordSet : public RecordSet {
   [[nodiscard]] const jet::Row* tableRow(std::size_t table) const override {
     return rows_->tableRow(table);
   }
-  void updateRows(std::size_t first, std::size_t count,
-                  std::span<const FieldValue> fields) override {
+  void updateRows(std::size_t first, std::size_t count, std::span<const FieldValue> fields,
+                  std::span<const jet::Row> asRead) override {
     if (readOnly_ && rows_->isUpdatable()) {
       throw RuntimeError(error::kReadOnly, "Cannot update. Database or object is read-only.");
     }
-    rows_->updateRows(first, count, fields);
+    rows_->updateRows(first, count, fields, asRead);
   }
   void close() override { rows_->close(); }
 

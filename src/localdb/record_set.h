@@ -2,8 +2,7 @@
 //
 //   for (rows->moveFirst(); !rows->atEnd(); rows->moveNext())
 //     total += NzLong(rows->field("price"));
-//   rows->updateRows(0, rows->recordCount(), marks);   // std::vector<FieldValue>: {{"c_upload",
-//   true}}
+//   rows->updateRows(0, rows->recordCount(), marks, {});   // marks: {{"c_upload", true}}
 //
 // Errors: 3021 no current record, 3265 no such field (with the field's name), 3027 read-only or
 // not updatable, 91 after close, and those of the Jet engine. A damaged page is reported by the
@@ -68,9 +67,10 @@ class RecordSet {
 
   // Gives fields of `count` rows from number `first` (0 and on) the same values and saves them, in
   // the order of the file. The current row stays. On an error the rows before the failing one are
-  // saved. Record sets on one table only (error 3027 otherwise).
-  virtual void updateRows(std::size_t first, std::size_t count,
-                          std::span<const FieldValue> fields) = 0;
+  // saved. Record sets on one table only (error 3027 otherwise). `asRead`: these rows, as
+  // tableRow(0) gave them: one that another user has changed since is left alone; empty: none is.
+  virtual void updateRows(std::size_t first, std::size_t count, std::span<const FieldValue> fields,
+                          std::span<const jet::Row> asRead) = 0;
 
   // Releases the rows and the file; every other call then throws 91. The destructor does the same.
   virtual void close() = 0;

@@ -171,7 +171,8 @@ TEST(SharedFileTest, AWriterWaitsForAnothersPageAndGivesUpInTheEnd) {
   EXPECT_TRUE(support::readFile(file.path()) == changed);
 }
 
-// What another program wrote between our reading and our marking must not be undone.
+// What another program wrote between our reading and our marking must neither be undone nor, where
+// what was read is given, marked as sent.
 TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
   SalesFile file({.rows = 5});
   const auto ours = file.open();
@@ -179,10 +180,20 @@ TEST(SharedFileTest, ARowIsReadAgainBeforeItIsChanged) {
   auto scan = table.scan();
   ASSERT_TRUE(scan.next());
   const std::array ids{scan.row().id()};
+  const Row asRead = scan.row();
+  ASSERT_TRUE(scan.next());
+  const Row next = scan.row();
   const auto theirs = file.open();
   theirs->updateRows(theirs->openTable("Selling"), ids,
                      std::array{FieldValue{"no", 77}, FieldValue{"void", false}});
-  ours->updateRows(table, ids, std::array{FieldValue{"c_upload", true}});
+  const std::array mark{FieldValue{"c_upload", true}};
+  const std::array rows{RowToUpdate{ids[0], &asRead}, RowToUpdate{next.id(), &next}};
+  for (const std::size_t count : {1U, 2U}) {
+    ours->updateRows(table, std::span(rows).first(count), mark);
+    EXPECT_EQ(table.read(ids[0]).wholeNumber(7), 0);
+  }
+  EXPECT_EQ(table.read(next.id()).wholeNumber(7), -1);
+  ours->updateRows(table, ids, mark);
   const Row row = table.read(ids[0], Table::Freshness::kFresh);
   EXPECT_EQ(row.wholeNumber(4), 77);
   EXPECT_EQ(row.wholeNumber(3), 0);

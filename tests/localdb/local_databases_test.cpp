@@ -42,7 +42,7 @@ class LocalDatabasesTest : public testing::Test {
 
   void mark() {
     const FieldValue marks[] = {{"c_upload", true}};
-    rows_->updateRows(0, 1, marks);
+    rows_->updateRows(0, 1, marks, {});
   }
 
   [[nodiscard]] int markError() {

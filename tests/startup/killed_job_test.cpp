@@ -93,7 +93,8 @@ TEST_F(KilledJobTest, HasMarkedOnlyWhatIsInTheFile) {
     for (const int sale : markedSales()) {
       if (before.contains(sale)) continue;
       ++marks;
-      EXPECT_EQ(sent.contains(sale) ? sent.at(sale) : 0, whole.at(sale)) << "sale " << sale;
+      ASSERT_TRUE(sent.contains(sale)) << "sale " << sale;
+      EXPECT_EQ(sent.at(sale).size(), whole.at(sale).size()) << "sale " << sale;
     }
   }
   EXPECT_GE(killed, kills);

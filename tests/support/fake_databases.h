@@ -56,8 +56,8 @@ class FakeRecordSet : public localdb::RecordSet {
     return {};
   }
   [[nodiscard]] const jet::Row* tableRow(std::size_t) const override { return nullptr; }
-  void updateRows(std::size_t first, std::size_t count,
-                  std::span<const localdb::FieldValue> values) override {
+  void updateRows(std::size_t first, std::size_t count, std::span<const localdb::FieldValue> values,
+                  std::span<const jet::Row>) override {
     for (const auto& field : values) (void)fieldIndex(field.name);
     for (std::size_t row = first; row < first + count; ++row) {
       for (const auto& [name, value] : values) answer_.rows.at(row)[lower(name)] = value;

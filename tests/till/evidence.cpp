@@ -6,6 +6,7 @@
 #include "jet/database.h"
 #include "support/child_process.h"
 #include "till/row_hash.h"
+#include "values/variant_types.h"
 
 namespace till {
 
@@ -26,6 +27,11 @@ Shop readShop(const std::string& path) {
         continue;
       }
       shop.sales[number] = row.realNumber(definition.findColumn("rDate").value());
+      const auto amount = [&](const char* name) {
+        const std::size_t column = definition.findColumn(name).value();
+        return row.isNull(column) ? 0 : row.wholeNumber(column) / values::kCurrencyScale;
+      };
+      shop.prices[number] = amount("Price") - amount("Price_Service") + amount("Price_Service_org");
       const std::size_t mark = definition.findColumn("c_upload").value();
       if (row.wholeNumber(mark) != 0) shop.marked.insert(number);
     }

@@ -5,6 +5,7 @@
 //   const std::set<int> touched = salesOf(log);
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -17,6 +18,7 @@ namespace till {
 struct Shop {
   std::map<std::string, std::size_t> rows;  // hashes by "Selling:1201", without the marks
   std::map<int, double> sales;              // days by number
+  std::map<int, std::int64_t> prices;       // as they are to be sent
   std::map<int, int> items;                 // counted by sale
   std::set<int> marked;                     // sales
   std::size_t movedRows = 0;

@@ -145,7 +145,7 @@ class Rounds {
   void work(bool wide);
   void watch(ChildProcess& job, ChildProcess& till, bool tillDies);
   Moment anyMoment();
-  [[nodiscard]] std::map<int, int> statements() const;
+  [[nodiscard]] support::SaleStatements statements() const;
   void refuseAndRepair();
   void check(double lastDay);
   void checkRows(const Shop& now, std::span<const Transaction> log);
@@ -295,8 +295,7 @@ void Rounds::checkRows(const Shop& now, std::span<const Transaction> log) {
   }
 }
 
-// How many statements this round's job wrote of each sale and its items.
-std::map<int, int> Rounds::statements() const {
+support::SaleStatements Rounds::statements() const {
   std::string text;  // of the only file that has any: the lock file is empty
   for (const auto& file : fs::directory_iterator(path("shop/AutoLoadData"))) {
     text += readFile(file.path());
@@ -309,7 +308,7 @@ void Rounds::checkMarks(const Shop& now, std::span<const Transaction> log, doubl
   const std::set<int> touchedSinceJob = salesOf(log.subspan(doneBeforeJob_));
   const bool halfDone = !log.empty() && !log.back().done();
   const std::set<int> unknown = halfDone ? salesOf(log.last(1)) : std::set<int>();
-  const std::map<int, int> written = statements();
+  const support::SaleStatements written = statements();
   for (const auto& [sale, day] : now.sales) {
     const std::string name = "sale " + std::to_string(sale);
     const bool markedBefore = shop_.marked.contains(sale) && !touched.contains(sale);
@@ -317,12 +316,16 @@ void Rounds::checkMarks(const Shop& now, std::span<const Transaction> log, doubl
       if (markedBefore || unknown.contains(sale)) continue;
       ++report_.marks;
       const auto found = written.find(sale);
-      const int sent = found == written.end() ? 0 : found->second;
+      const int sent = found == written.end() ? 0 : static_cast<int>(found->second.size());
       const auto items = now.items.find(sale);
       const int wanted = 1 + (items == now.items.end() ? 0 : items->second);
       if (sent != wanted) {
         fault(name + " is marked, and " + std::to_string(sent) + " of its " +
               std::to_string(wanted) + " statements were written");
+      } else if (touched.contains(sale) &&
+                 found->second[0].find(", " + std::to_string(now.prices.at(sale)) + ", ") ==
+                     std::string::npos) {
+        fault(name + " is marked, and an older price was sent");
       }
     } else if (markedBefore) {
       fault(name + " has lost its mark");

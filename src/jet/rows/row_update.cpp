@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <string>
 
 #include "jet/index/entry_change.h"
@@ -25,6 +26,12 @@ struct IndexWork {
   const RealIndex* index = nullptr;
   EntryChange change;
 };
+
+bool hasChanged(const RowToUpdate& row, Bytes now) {
+  if (row.asRead == nullptr) return false;
+  const Bytes then = row.asRead->bytes();
+  return then.size() != now.size() || std::memcmp(then.data(), now.data(), now.size()) != 0;
+}
 
 void checkUnique(PageEdits& edits, const TableDefinition& definition, const IndexWork& work,
                  RowId id) {
@@ -64,19 +71,21 @@ auto RowUpdater::retryOnLockConflict(Step step) {
   }
 }
 
-void RowUpdater::update(std::span<const RowId> ids, std::span<const FieldValue> fields) {
+void RowUpdater::update(std::span<const RowToUpdate> rows, std::span<const FieldValue> fields) {
   const std::vector<Change> changes = changesFor(fields);
   const bool indexed = anyIndexed(changes);
-  while (!ids.empty()) {
-    const auto elsewhere =
-        std::ranges::find_if(ids, [&](RowId id) { return id.page != ids.front().page; });
-    const auto samePage = ids.first(static_cast<std::size_t>(elsewhere - ids.begin()));
+  while (!rows.empty()) {
+    const auto elsewhere = std::ranges::find_if(
+        rows, [&](const RowToUpdate& row) { return row.id.page != rows.front().id.page; });
+    const auto samePage = rows.first(static_cast<std::size_t>(elsewhere - rows.begin()));
     const bool done = !indexed && samePage.size() > 1 &&
                       retryOnLockConflict([&] { return updateSamePage(samePage, changes); });
     if (!done) {
-      for (const RowId id : samePage) retryOnLockConflict([&] { updateRow(id, changes); });
+      for (const RowToUpdate& row : samePage) {
+        retryOnLockConflict([&] { updateRow(row, changes); });
+      }
     }
-    ids = ids.subspan(samePage.size());
+    rows = rows.subspan(samePage.size());
   }
 }
 
@@ -112,22 +121,24 @@ std::vector<StoredField> RowUpdater::encoded(std::span<const Change> changes) {
 
 // False, with nothing changed, when one of the rows cannot be changed in its place. Which one, and
 // why, is found when they are changed one by one.
-bool RowUpdater::updateSamePage(std::span<const RowId> ids, std::span<const Change> changes) {
+bool RowUpdater::updateSamePage(std::span<const RowToUpdate> rows,
+                                std::span<const Change> changes) {
   PageEdits edits(file_, locks_);
-  Page& page = edits.edit(ids.front().page);
-  RowPatch row(file_, page.number, definition_);
+  Page& page = edits.edit(rows.front().id.page);
+  RowPatch patch(file_, page.number, definition_);
   try {
     checkDataPage(file_, page, definition_.page);
     const std::vector<StoredField> fields = encoded(changes);
-    for (const RowId id : ids) {
-      if (id.row >= rowCount(file_.format(), page)) return false;
-      const RowSlot slot = rowSlot(file_, page, id.row);
+    for (const RowToUpdate& row : rows) {
+      if (row.id.row >= rowCount(file_.format(), page)) return false;
+      const RowSlot slot = rowSlot(file_, page, row.id.row);
       if (slot.deleted || slot.forwarded) return false;
       const auto place = MutableBytes(page.bytes).subspan(slot.start, slot.size());
-      row.start(place);
-      for (std::size_t i = 0; i < changes.size(); ++i) row.set(changes[i].column, fields[i]);
-      if (row.grown()) return false;
-      std::copy(row.bytes().begin(), row.bytes().end(), place.data());
+      if (hasChanged(row, place)) continue;
+      patch.start(place);
+      for (std::size_t i = 0; i < changes.size(); ++i) patch.set(changes[i].column, fields[i]);
+      if (patch.grown()) return false;
+      std::copy(patch.bytes().begin(), patch.bytes().end(), place.data());
     }
   } catch (const RuntimeError&) {
     return false;
@@ -137,9 +148,11 @@ bool RowUpdater::updateSamePage(std::span<const RowId> ids, std::span<const Chan
   return true;
 }
 
-void RowUpdater::updateRow(RowId id, std::span<const Change> changes) {
+void RowUpdater::updateRow(const RowToUpdate& target, std::span<const Change> changes) {
   PageEdits edits(file_, locks_);
+  const RowId id = target.id;
   const Place place = find(edits, id);
+  if (hasChanged(target, place.bytes)) return;
   const RowPatch before(file_, place.at.page, definition_, place.bytes);
   RowPatch after(file_, place.at.page, definition_, place.bytes);
   for (const Change& c : changes) after.set(c.column, encodeMark(c.column, c.value));

@@ -1,11 +1,13 @@
 // Changing fields of a row in a file that others have open.
 //
 //   RowUpdater updater(file, definition, lockFile, sleeper);
-//   updater.update(ids, {{"c_upload", Variant(true)}, {"cc_upload", Variant(false)}});
+//   updater.update(rows, {{"c_upload", Variant(true)}, {"cc_upload", Variant(false)}});
 //
-// The same values go to each of the rows, in their order. Rows that follow each other on one page
-// and keep their length share one lock, one reading and one write; any other row goes by itself.
-// With an error the rows before the one that met it are changed, it and those after it are not.
+// The same values go to each of the rows, in their order, but for one that another user has changed
+// since it was read: a mark would say that its new values were sent. Rows that follow each other on
+// one page and keep their length share one lock, one reading and one write; any other row goes by
+// itself. With an error the rows before the one that met it are changed, it and those after it are
+// not.
 //
 // Fields of fixed size and Yes/No; only the bytes that differ are written, and a row that has the
 // values already is not written at all. Each step locks the pages that it touches, reads them
@@ -43,6 +45,7 @@
 #include "jet/format/table_definition.h"
 #include "jet/pages/lock_file.h"
 #include "jet/pages/page_edits.h"
+#include "jet/rows/row.h"
 #include "jet/rows/row_patch.h"
 #include "jet/rows/row_relocation.h"
 #include "platform/clock.h"
@@ -56,6 +59,14 @@ struct FieldValue {
   values::Variant value;
 };
 
+// A row to change, by its id.
+struct RowToUpdate {
+  RowId id;
+  // As it was read: where its bytes in the file have changed since, it is left alone. Null:
+  // whatever they are.
+  const Row* asRead = nullptr;
+};
+
 class RowUpdater {
  public:
   // All four must outlive it.
@@ -67,7 +78,7 @@ class RowUpdater {
         sleeper_(sleeper),
         relocation_(definition) {}
 
-  void update(std::span<const RowId> ids, std::span<const FieldValue> fields);
+  void update(std::span<const RowToUpdate> rows, std::span<const FieldValue> fields);
 
  private:
   struct Change {
@@ -85,8 +96,9 @@ class RowUpdater {
   [[nodiscard]] std::vector<Change> changesFor(std::span<const FieldValue> fields) const;
   [[nodiscard]] static std::vector<StoredField> encoded(std::span<const Change> changes);
   [[nodiscard]] bool anyIndexed(std::span<const Change> changes) const;
-  [[nodiscard]] bool updateSamePage(std::span<const RowId> ids, std::span<const Change> changes);
-  void updateRow(RowId id, std::span<const Change> changes);
+  [[nodiscard]] bool updateSamePage(std::span<const RowToUpdate> rows,
+                                    std::span<const Change> changes);
+  void updateRow(const RowToUpdate& target, std::span<const Change> changes);
   [[nodiscard]] Place find(PageEdits& edits, RowId id);
   void write(PageEdits& edits, RowId id, const Place& place, const RowPatch& row);
 

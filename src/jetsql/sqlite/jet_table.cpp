@@ -142,7 +142,7 @@ const std::string& JetTable::nameOf(std::size_t column) const {
   return column < known ? schema_.columns[column].name : computed_[column - known].name;
 }
 
-void JetTable::updateRows(std::span<const jet::RowId> rows,
+void JetTable::updateRows(std::span<const jet::RowToUpdate> rows,
                           std::span<const jet::FieldValue> fields) {
   ++changes_;
   for (const jet::FieldValue& field : fields) {

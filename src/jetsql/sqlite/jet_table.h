@@ -95,7 +95,7 @@ class JetTable {
 
   // Saves the same values in fields of each of the rows and drops the indexes in memory on them.
   // The engine's errors: 3027, 3167, 3218, 3260, ...
-  void updateRows(std::span<const jet::RowId> rows, std::span<const jet::FieldValue> fields);
+  void updateRows(std::span<const jet::RowToUpdate> rows, std::span<const jet::FieldValue> fields);
 
  private:
   struct ColumnUse {
