@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include "job/statement_file.h"
@@ -22,6 +23,18 @@ constexpr std::string_view kRowsLeft =
 std::string slashDay(values::DateTime day) {
   const auto civil = values::toCivil(day);
   return values::formatTime({civil.year, civil.month, civil.day}, values::kDayFormat);
+}
+
+// Of a file that is missing 0 is noted in `length` before the error is thrown on.
+std::uint64_t measure(const std::string& path, std::optional<std::uint64_t>& length) {
+  try {
+    length = platform::fileLength(path);
+  } catch (const RuntimeError& failure) {
+    const int number = failure.number();
+    if (number == error::kFileNotFound || number == error::kPathNotFound) length = 0;
+    throw;
+  }
+  return *length;
 }
 
 }  // namespace
@@ -113,11 +126,11 @@ void JobRun::rememberLastDay() {
 void JobRun::finish() {
   attempt({"매장 자료 닫기", ""}, [&] { work_.closeAll(); });
   attempt({"매장 자료 닫기", ""}, [&] { dependencies_.closeIdle(); });
-  std::uint64_t length = 0;
+  std::optional<std::uint64_t> length;  // none: the file may hold statements of marked rows
   attempt({kFile, "크기를 알 수 없습니다."}, [&] {
-    length = platform::fileLength(work_.statementPath());
+    const auto bytes = measure(work_.statementPath(), length);
     joblog::report(window_, dependencies_.jobLog,
-                   "File Length Check.." + std::to_string(length) + "\r\n" + stamp());
+                   "File Length Check.." + std::to_string(bytes) + "\r\n" + stamp());
   });
   if (length > 0) checkSyntax();
   if (length == 0) deleteFile();

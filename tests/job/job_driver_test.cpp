@@ -187,6 +187,19 @@ TEST_F(JobDriverTest, AFailingStepIsLoggedAndTheNextOneRuns) {
   EXPECT_NE(text("config.ini"), "");
 }
 
+// Fault: a file that could not be measured was taken for an empty one, and its rows were marked.
+TEST_F(JobDriverTest, AFileThatCannotBeMeasuredIsKept) {
+  if (support::kOnWindows) GTEST_SKIP();
+  steps = {{0, "", "",
+            [](extract::Workspace& work) {
+              fs::remove(work.statementPath());
+              fs::create_symlink(work.statementPath(), work.statementPath());  // leads to itself
+            },
+            ""}};
+  EXPECT_FALSE(run({0}));
+  EXPECT_FALSE(fs::is_empty(path("AutoLoadData")));
+}
+
 TEST_F(JobDriverTest, WithoutTheFolderEveryStepThatNeedsTheFileFails) {
   fs::remove(path("AutoLoadData"));
   EXPECT_FALSE(run({0}));
