@@ -26,6 +26,8 @@ TEST_F(TranslationTest, Expressions) {
       {"doubled quotes", R"(SELECT 'O''Neil', "say ""a""", "it's")", R"(O'Neil,say "a",it's)"},
       {"between", "SELECT 5 Between 1 And 5, 'B' Between 'a' And 'c', 6 Not Between 1 And 5",
        "-1,-1,-1"},
+      {"between bounds in either order, or Null",
+       "SELECT 5 Between 9 And 1, 'B' Between 'c' And 'a', 6 Not Between 5 And Null", "-1,-1,-"},
       {"in", "SELECT 'B' In ('a','b'), 2 Not In (1,3), 1 In (2, Null)", "-1,-1,-"},
       {"only what is asked for", "SELECT IIf(0 = 1, 1 / 0, 'no'), Choose(2, 1 \\ 0, 7)", "no,7"},
       {"division by zero", "SELECT 1 / 0", "error 11"},

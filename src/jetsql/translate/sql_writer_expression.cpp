@@ -54,11 +54,13 @@ TypedSql ExpressionWriter::node(const typed::Comparison& test, Type) const {
   return truth(left + std::string(comparisonSymbol(test.operation)) + value(test.right).text);
 }
 
+// The bounds may come in either order, and a Null among them makes the result Null: min and max of
+// SQLite give both.
 TypedSql ExpressionWriter::node(const typed::Between& test, Type) const {
   const std::string left = collated(value(test.value));
-  const std::string low = value(test.low).text;
-  return truth(left + (test.negated ? " NOT BETWEEN " : " BETWEEN ") + low + " AND " +
-               value(test.high).text);
+  const std::string bounds = "(" + collated(value(test.low)) + ", " + value(test.high).text + ")";
+  return truth(left + (test.negated ? " NOT BETWEEN min" : " BETWEEN min") + bounds + " AND max" +
+               bounds);
 }
 
 TypedSql ExpressionWriter::node(const typed::InList& test, Type) const {
