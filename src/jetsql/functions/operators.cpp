@@ -190,7 +190,7 @@ Variant logical(Arguments arguments, std::int32_t bits) {
   return bits != 0;
 }
 
-// What decides over And, Or and Imp whatever the other operand is.
+// What decides over And and Imp whatever the other operand is.
 bool isAll(const Variant& value, std::int32_t bits) {
   return !value.isNull() && toLong(value) == bits;
 }
@@ -202,9 +202,11 @@ Variant both(Arguments arguments, const Environment&) {
 }
 
 Variant either(Arguments arguments, const Environment&) {
-  if (isAll(arguments[0], -1) || isAll(arguments[1], -1)) return logical(arguments, -1);
-  if (arguments[0].isNull() || arguments[1].isNull()) return {};
-  return logical(arguments, toLong(arguments[0]) | toLong(arguments[1]));
+  std::int32_t bits = 0;
+  for (const Variant& argument : arguments) bits |= argument.isNull() ? 0 : toLong(argument);
+  // Beside Null any number but 0 decides, as what is true does.
+  if (bits == 0 && (arguments[0].isNull() || arguments[1].isNull())) return {};
+  return logical(arguments, bits);
 }
 
 Variant implies(Arguments arguments, const Environment&) {
