@@ -57,7 +57,7 @@ void createEmptyFile(const std::string& path);  // an existing one is cut to not
 [[nodiscard]] std::string readFile(const std::string& path);
 
 // Opens, appends in one write, closes; creates the file where it is missing. Lines of two processes
-// on one file interleave and are not torn.
+// on one file interleave and are not torn. Of a line that does not fit on the disk nothing stays.
 void appendToFile(const std::string& path, std::string_view bytes);
 
 // The same, again and again to one file. Only its folder stays open; a folder that is moved

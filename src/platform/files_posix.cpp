@@ -55,12 +55,18 @@ class Descriptor {
   [[nodiscard]] int number() const { return number_; }
 
   void write(std::string_view bytes) const {
-    while (!bytes.empty()) {
-      const ssize_t written = writeTo(number_, bytes);
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) throwErrno(errno, "Cannot write", path_);
-      bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    const std::size_t left = tryWrite(bytes);
+    if (left > 0) throwErrno(errno, "Cannot write", path_);
+  }
+
+  // The same at the end of the file. What fits on a full disk is the beginning of a line, and is
+  // taken back: the next line, for which there may be room again, would be its end.
+  void append(std::string_view bytes) const {
+    const std::size_t left = tryWrite(bytes);
+    if (left == 0) return;
+    const int code = errno;
+    if (left < bytes.size()) shorten(bytes.size() - left);
+    throwErrno(code, "Cannot write", path_);
   }
 
   void sync() const {
@@ -73,6 +79,28 @@ class Descriptor {
   }
 
  private:
+  // Bytes that could not be written, errno says why.
+  [[nodiscard]] std::size_t tryWrite(std::string_view bytes) const {
+    while (!bytes.empty()) {
+      const ssize_t written = writeTo(number_, bytes);
+      if (written >= 0) {
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+      } else if (errno != EINTR) {
+        break;
+      }
+    }
+    return bytes.size();
+  }
+
+  // By what was just written, unless another process has appended since.
+  void shorten(std::size_t count) const {
+    struct stat status {};
+    const off_t end = ::lseek(number_, 0, SEEK_CUR);
+    if (::fstat(number_, &status) != 0 || status.st_size != end) return;
+    // Where this fails, too, the torn line stays.
+    static_cast<void>(::ftruncate(number_, end - static_cast<off_t>(count)) == 0);
+  }
+
   // A file that is to be made and whose folder is missing is error 76, as the shops know it.
   [[noreturn]] void throwOpen(int code) const {
     const auto folder = std::filesystem::path(path_).parent_path();
@@ -179,7 +207,7 @@ std::string readFile(const std::string& path) {
 
 void appendToFile(const std::string& path, std::string_view bytes) {
   Descriptor file(path, kToAppend);
-  file.write(bytes);
+  file.append(bytes);
   file.close();
 }
 
@@ -214,7 +242,7 @@ FileAppender::~FileAppender() = default;
 
 void FileAppender::append(std::string_view bytes) {
   Descriptor file(path_, kToAppend, folder_->number(), name_);
-  file.write(bytes);
+  file.append(bytes);
   file.close();
 }
 

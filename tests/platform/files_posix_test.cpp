@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "platform/files.h"
@@ -52,6 +54,20 @@ TEST_F(PosixFilesTest, AFullDiskHasItsNumber) {
   } catch (const RuntimeError& failure) {
     EXPECT_EQ(failure.number(), 61);
   }
+}
+
+// Fault: the beginning of a line stayed, and the next line became its end.
+TEST_F(PosixFilesTest, OfALineThatDoesNotFitNothingStays) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const rlimit bytes{8, limit.rlim_max};
+  appendToFile(path("log"), "line\n");
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &bytes), 0);
+  EXPECT_THROW(appendToFile(path("log"), "line\n"), RuntimeError);
+  EXPECT_THROW(FileAppender(path("log")).append("line\n"), RuntimeError);
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  EXPECT_EQ(readFile(path("log")), "line\n");
 }
 
 }  // namespace
