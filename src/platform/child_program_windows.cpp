@@ -27,6 +27,7 @@ Pipe makePipe() {
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the twin for Debian changes its copy
 ChildProgram::ChildProgram(const std::string& program, std::vector<std::string> arguments) {
   Pipe output = makePipe();
   Pipe errors = makePipe();

@@ -5,6 +5,7 @@
 #include "platform/windows_api.h"
 #include "values/runtime_error.h"
 
+// NOLINTNEXTLINE(readability-identifier-naming): the system's, in no header of the compiler's
 extern "C" NTSYSAPI LONG NTAPI RtlGetLastNtStatus();
 
 namespace platform {

@@ -21,6 +21,8 @@ namespace {
 class StandardStream : public std::streambuf {
  public:
   explicit StandardStream(DWORD which) : which_(which) { setp(buffer_.data(), end()); }
+  StandardStream(const StandardStream&) = delete;
+  StandardStream& operator=(const StandardStream&) = delete;
   ~StandardStream() override { writeAll(); }
 
  protected:

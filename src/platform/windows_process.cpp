@@ -39,7 +39,7 @@ class InheritedHandles {
  public:
   explicit InheritedHandles(std::vector<HANDLE> handles) : handles_(std::move(handles)) {
     std::ranges::sort(handles_);
-    handles_.erase(std::ranges::unique(handles_).begin(), handles_.end());
+    handles_.erase(std::unique(handles_.begin(), handles_.end()), handles_.end());
     SIZE_T size = 0;
     ::InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
     memory_ = std::make_unique<std::byte[]>(size);
