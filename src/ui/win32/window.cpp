@@ -142,8 +142,11 @@ std::optional<LRESULT> Window::handle(UINT message, WPARAM first, LPARAM second)
     case WM_SETFOCUS:
       if (focus_ != nullptr) SetFocus(focus_);
       return 0;
-    case WM_NEXTDLGCTL:  // an arrow key in a group
-      if (LOWORD(second) != 0) SetFocus(reinterpret_cast<HWND>(first));
+    case WM_NEXTDLGCTL:
+      // An arrow key in a group names the control; the underlined letter of a caption names the
+      // caption and then asks for the next control.
+      SetFocus(LOWORD(second) != 0 ? reinterpret_cast<HWND>(first)
+                                   : GetNextDlgTabItem(handle(), GetFocus(), first != 0));
       return 0;
     case WM_SIZE:
       placeControls();

@@ -20,8 +20,11 @@ class WindowsTest : public testing::Test {
   WindowsTest() {
     EXPECT_TRUE(windows.open());
     HWND field = nullptr;
-    for (const wchar_t* text : {L"한옥", L"admin", L""}) {
+    for (const auto& [letter, text] : {std::pair(L's', L"한옥"), {L'i', L"admin"}, {L'p', L""}}) {
       field = FindWindowExW(login(), field, L"Edit", nullptr);
+      PostMessageW(login(), WM_SYSCHAR, letter, 0);  // the underlined one of its caption
+      application.yield();
+      EXPECT_EQ(GetFocus(), field);
       type(field, text);
     }
     EXPECT_EQ(windows.loginWindow().text(LoginField::kTxtSangho), "한옥");
