@@ -53,7 +53,7 @@ void SelectWriter::lookUp(const typed::IndexedLookup& lookup) {
   const ExpressionWriter expressions(writer_);
   const auto key = keyOf(lookup, *relation);
   if (!key) return;
-  conditions_.push_back(key->text + " = " + valueOf(expressions.write(lookup.value)));
+  conditions_.push_back(collated(*key) + " = " + valueOf(expressions.write(lookup.value)));
   if (select_.grouped) return;
   for (std::size_t i = 0; i < outputs_.size(); ++i) {
     if (select_.outputs[i].value == lookup.expression) outputs_[i] = *key;
