@@ -45,13 +45,30 @@ std::wstring grown(Call call) {
   }
 }
 
-// Always at the end that the file has at that moment.
+// By the `count` bytes before the handle's place, unless another process has appended since.
+void shorten(const OwnedHandle& appending, DWORD count, const std::string& path) {
+  LARGE_INTEGER end{};
+  LARGE_INTEGER size{};
+  const OwnedHandle file = openShared(path, GENERIC_WRITE, OPEN_EXISTING);
+  if (!file || !::SetFilePointerEx(appending.get(), {}, &end, FILE_CURRENT) ||
+      !::GetFileSizeEx(file.get(), &size) || size.QuadPart != end.QuadPart) {
+    return;
+  }
+  end.QuadPart -= count;
+  // Where this fails, too, the torn line stays.
+  if (::SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN)) ::SetEndOfFile(file.get());
+}
+
+// Always at the end that the file has at that moment. What fits on a full disk is taken back.
 void append(const OwnedHandle& file, std::string_view bytes, const std::string& path) {
   DWORD put = 0;
   if (!::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &put, nullptr)) {
     throwSystemError(::GetLastError(), "Cannot write", path);
   }
-  if (put < bytes.size()) throwSystemError(ERROR_DISK_FULL, "Cannot write", path);
+  if (put < bytes.size()) {
+    shorten(file, put, path);
+    throwSystemError(ERROR_DISK_FULL, "Cannot write", path);
+  }
 }
 
 }  // namespace
