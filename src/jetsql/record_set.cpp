@@ -141,9 +141,8 @@ void RecordSet::Implementation::updateRows(std::size_t first, std::size_t count,
         {jet::RowId::fromNumber(rowId(first + i, source)), asRead.empty() ? nullptr : &asRead[i]});
   }
   // The order of the file, which is usually that of the query.
-  if (!std::ranges::is_sorted(rows, {}, &jet::RowToUpdate::id)) {
-    std::ranges::sort(rows, {}, &jet::RowToUpdate::id);
-  }
+  const auto number = [](const jet::RowToUpdate& row) { return row.id.number(); };
+  if (!std::ranges::is_sorted(rows, {}, number)) std::ranges::sort(rows, {}, number);
   std::vector<jet::FieldValue> values;
   for (const jet::FieldValue& field : fields) values.push_back(ofTable(field));
   current_[source] = {};
