@@ -98,7 +98,7 @@ std::optional<StoredField> RecordSet::Implementation::stored(std::size_t index) 
 
 const jet::Row* RecordSet::Implementation::tableRow(std::size_t table) {
   needRow();
-  return row(table);
+  return table < current_.size() ? row(table) : nullptr;
 }
 
 values::VariantView RecordSet::Implementation::view(std::size_t index, std::string& scratch) {

@@ -60,8 +60,8 @@ class RecordSet {
 
   // The column of a table that the field is; nothing where it is computed.
   [[nodiscard]] std::optional<StoredField> stored(std::size_t index) const;
-  // The current row of that table; nullptr on the empty side of a join. Valid until the record set
-  // moves.
+  // The current row of that table; nullptr on the empty side of a join, and where the rows are not
+  // those of tables, as groups are not. Valid until the record set moves.
   [[nodiscard]] const jet::Row* tableRow(std::size_t table) const;
 
   // Single-table record sets of a writable session.

@@ -52,8 +52,8 @@ class RecordSet {
   // Which column of a table the field is, for readers of many fields of many rows, which a view of
   // each would cost too much; nothing where the field is computed. As fieldIndex it stays the same.
   [[nodiscard]] virtual std::optional<StoredField> stored(std::size_t index) const = 0;
-  // The current row of that table; nullptr on the empty side of a join. Valid until the record set
-  // moves.
+  // The current row of that table; nullptr on the empty side of a join, and where the rows are not
+  // those of tables, as groups are not. Valid until the record set moves.
   [[nodiscard]] virtual const jet::Row* tableRow(std::size_t table) const = 0;
 
   // A value that is kept, by place or by name.

@@ -168,6 +168,7 @@ TEST_F(SessionTest, WhatCannotBeUpdated) {
       refused(*session, "SELECT Items.* FROM Items INNER JOIN Menu ON Items.menu = Menu.menu"),
       3027);
   EXPECT_EQ(refused(*session, "SELECT Count(*) FROM Items"), 3027);
+  EXPECT_EQ(session->openRecordSet("SELECT Count(*) FROM Items")->tableRow(0), nullptr);
   EXPECT_EQ(refused(*session, "SELECT DISTINCT done FROM Items"), 3027);
   EXPECT_EQ(refused(*open(), "SELECT * FROM Items WHERE id = 1"), 3027);
 
