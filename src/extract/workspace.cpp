@@ -112,7 +112,8 @@ class Workspace::RowWalk {
   bool marking_;
   std::size_t marked_ = 0;            // rows
   std::vector<std::size_t> written_;  // for each later row, statements up to and including its own
-  std::vector<jet::Row> read_;        // as many, as their statements tell them
+  // The same rows as they were read; none where the rows are not those of a table.
+  std::vector<jet::Row> read_;
   StatementWriter writer_;
 };
 
